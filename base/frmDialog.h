@@ -1,0 +1,55 @@
+#pragma once
+// What all dialogs of the program share. A dialog is an ordinary window that its caller waits for: the tag is
+// "waiting" until a button, Esc or the close box changes it, and the rest of the program goes on meanwhile. The
+// caller reads the controls after ShowModal and then destroys the dialog.
+
+#include <wx/dialog.h>
+#include <wx/sizer.h>
+
+#include <optional>
+#include <string>
+
+class wxButton;
+
+class frmDialog : public wxDialog {
+  public:
+    // 1 when the dialog was confirmed, else 0. Shows it at the place given by PlaceNear, or in the middle of
+    // the screen; hides it before returning.
+    int ShowModal() override;
+
+    // "waiting", "ok" or "cancel".
+    const std::wstring& Tag() const { return tag_; }
+
+    // Makes the dialog appear beside this rectangle of the screen (pixels) instead of in the middle.
+    void PlaceNear(const wxRect& rect) { near_ = rect; }
+
+  protected:
+    // helpPage: the page that F1 opens, empty for none. resizable: with a border that can be dragged.
+    frmDialog(const wxString& caption, const std::wstring& helpPage, bool resizable = false);
+
+    // Button row for the bottom of a dialog. The first one is wired to Confirm, the second to Cancel; either
+    // caption may be empty to leave that button out.
+    wxSizer* CreateButtons(const wxString& ok, const wxString& cancel);
+
+    // Puts the content and the button row into the dialog with the margins that all dialogs have, and sizes it.
+    void SetContent(wxSizer* content, wxSizer* buttons);
+
+    // What OK does: sets the tag to "ok". Dialogs that check their fields first override it.
+    virtual void Confirm();
+    void SetTag(const std::wstring& tag);
+
+    wxButton* cmdOK = nullptr;
+    wxButton* cmdAbbrechen = nullptr;
+
+  private:
+    void OnKey(wxKeyEvent& event);
+    void Place();
+
+    std::wstring tag_;
+    std::wstring helpPage_;
+    std::optional<wxRect> near_;
+};
+
+// Distance between controls, and between controls and the border of a dialog, in device-independent pixels.
+constexpr int kDialogMargin = 12;
+constexpr int kDialogGap = 6;

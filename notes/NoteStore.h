@@ -1,0 +1,60 @@
+#pragma once
+// All notes that exist: an ordered collection of open note windows and its image in the registry. Every change
+// rewrites the whole image, so the subkeys stay numbered without gaps and a crash finds either the image before
+// the change or the one after it.
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "notes/frmNote.h"
+
+// Unloads the window of a note that is given up: hides its icon, then destroys it.
+struct NoteUnloader {
+    void operator()(frmNote* note) const;
+};
+using NotePtr = std::unique_ptr<frmNote, NoteUnloader>;
+
+extern const wchar_t* const kSettingsKey;  // with its trailing backslash
+
+class NoteStore {
+  public:
+    explicit NoteStore(NoteHost& host) : host_(host) {}
+
+    // A new hidden note that is not in the store yet.
+    NotePtr CreateNote() { return NotePtr(new frmNote(host_)); }
+
+    void LoadNotes();
+    void SaveNotes();
+
+    // Gives the note the next key, sizes and shows it, and saves.
+    frmNote& AddNote(NotePtr note);
+    // Takes an imported note in under the next key; neither shows nor saves it.
+    frmNote& AdoptNote(NotePtr note);
+    void DeleteNote(frmNote& note);  // also saves; the reference is dead afterwards
+    void UnloadAllNotes();
+
+    void MinimizeAll();
+    void UnMinimizeAll();
+    void ForgetMinimizedNote(const frmNote& note);
+    void ApplyForeground();
+
+    std::size_t CountNotes() const { return notes_.size(); }
+    std::size_t CountVisibleNotes() const;
+    std::size_t CountMinimizedByCommand() const;
+
+    // The note of that key, or null when it is gone.
+    frmNote* Find(std::int32_t noteKey) const;
+    const std::vector<NotePtr>& Notes() const { return notes_; }
+
+    bool AutostartEnabled = false;
+
+  private:
+    NoteHost& host_;
+    std::vector<NotePtr> notes_;
+    std::int32_t lastNoteNumber_ = 0;
+    std::optional<std::vector<std::int32_t>> minimizedByCommand_;
+};

@@ -1,0 +1,130 @@
+#pragma once
+// A note is its window: the text, the look, the place and the flags live here and nowhere else. The window paints
+// itself, its controls are parts of it and no windows of their own.
+//
+// It knows nothing of the store, the menu or the network; what it needs from around it is a NoteHost.
+
+#include <wx/frame.h>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "notes/NoteLayout.h"
+
+class frmNote;
+class Notification;
+
+// What a note asks of the program around it.
+class NoteHost {
+  public:
+    virtual ~NoteHost() = default;
+    virtual void SaveNotes() = 0;
+    virtual void ApplyForeground() = 0;
+    virtual void ForgetMinimizedNote(frmNote& note) = 0;
+    virtual void ShowPopupMenu(frmNote& note) = 0;
+    virtual void EditNote(frmNote& note) = 0;
+};
+
+// Alignment codes of a note's text.
+enum : std::int16_t { kAlignLeft = 0, kAlignRight = 1, kAlignCentre = 2 };
+
+constexpr int kSmallestFontSize = 8;
+constexpr int kLargestFontSize = 25;
+constexpr int kDefaultFontSize = 12;
+
+class frmNote : public wxFrame {
+  public:
+    // A hidden note: yellow, empty, 12 points, left-aligned, at the next place for new notes.
+    explicit frmNote(NoteHost& host);
+    ~frmNote() override;
+
+    // The properties. Setting one applies it at once and does not save, Foreground excepted.
+    void AutoSize();  // gives the window the size that the text needs
+    bool Foreground() const { return foreground_; }
+    void Foreground(bool on);  // also saves and re-stacks all notes
+    bool HiddenForeground();   // applies the stored flag by way of Foreground and returns false
+    void HiddenForeground(bool on) { foreground_ = on; }
+    std::int32_t Color() const { return color_; }
+    void Color(std::int32_t code);
+    const std::wstring& Text() const { return lblMessage_.caption; }
+    void Text(const std::wstring& text);
+    std::wstring TextCleaned() const;
+    bool Minimized() const { return minimized_; }
+    void Minimized(bool on);
+    bool FontNoteBold() const { return lblMessage_.bold; }
+    void FontNoteBold(bool on);
+    bool FontNoteItalic() const { return lblMessage_.italic; }
+    void FontNoteItalic(bool on);
+    bool FontNoteUnderlined() const { return lblMessage_.underlined; }
+    void FontNoteUnderlined(bool on);
+    std::int32_t FontNoteSize() const { return lblMessage_.size; }
+    void FontNoteSize(std::int32_t points);  // kept as it is; drawn within 8 to 25
+    std::int16_t FontNoteAlignment() const { return lblMessage_.alignment; }
+    void FontNoteAlignment(std::int16_t code);
+    const std::wstring& CreationTime() const { return lblZeit_; }
+    void CreationTime(const std::wstring& text);
+
+    // The note's place in twips, as stored. Where the window really stands may differ when that is impossible
+    // on this screen; only the user's gestures and these setters change what is stored.
+    double Left() const { return left_; }
+    double Top() const { return top_; }
+    double Width() const { return width_; }
+    double Height() const { return height_; }
+    void Move(double left, double top);
+    void Size(double width, double height);
+    using wxFrame::Move;
+
+    // The key that names the note inside the running program; the store gives it.
+    std::int32_t NoteKey() const { return noteKey_; }
+    void NoteKey(std::int32_t key) { noteKey_ = key; }
+
+    // Shows the note above or among the other windows as its foreground flag says, without activating it.
+    // A minimized note stays minimized.
+    void ShowStacked();
+
+    // The note's own icon while it is minimized, else null.
+    const Notification* TrayIcon() const { return notNotizIcon_.get(); }
+
+    // The parts as laid out now, for tests and for whoever describes the window.
+    const NoteLayout& Layout() const { return layout_; }
+
+  private:
+    struct Message {
+        std::wstring caption;
+        std::int32_t size = kDefaultFontSize;
+        std::int16_t alignment = kAlignLeft;
+        bool bold = false, italic = false, underlined = false;
+    };
+
+    wxFont MessageFont() const;
+    void ApplyGeometry();
+    void ArrangeParts();
+    void ShowOnScreen();
+    void SetToolTipOf(NotePart part);
+    void BeginDrag(int hitTest);
+    void DragTo(const wxRect& rect, int hitTest);
+    wxRect PixelRect() const;
+
+    void OnPaint(wxPaintEvent& event);
+    void OnMouseMove(wxMouseEvent& event);
+    void OnLeftDown(wxMouseEvent& event);
+    void OnLeftUp(wxMouseEvent& event);
+    void OnLeftDoubleClick(wxMouseEvent& event);
+    void OnRightUp(wxMouseEvent& event);
+    void OnLeave(wxMouseEvent& event);
+    void OnClose(wxCloseEvent& event);
+
+    NoteHost& host_;
+    Message lblMessage_;
+    std::wstring lblZeit_;
+    std::int32_t color_;
+    std::int32_t noteKey_ = 0;
+    bool foreground_ = false;
+    bool minimized_ = false;
+    double left_ = 0, top_ = 0, width_ = 0, height_ = 0;
+    NoteLayout layout_;
+    NotePart hovered_;
+    NotePart pressed_;
+    std::unique_ptr<Notification> notNotizIcon_;
+};

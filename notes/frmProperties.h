@@ -1,0 +1,48 @@
+#pragma once
+// The dialog in which a note is written or edited. It works on a copy: nothing reaches a note before the caller
+// takes it from here. The text stands in three boxes, one for each alignment, of which one is visible; all three
+// always hold the same text in the same look.
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+#include "base/frmDialog.h"
+
+class frmNote;
+class wxCheckBox;
+class wxRadioButton;
+class wxSpinCtrl;
+class wxTextCtrl;
+
+class frmProperties : public frmDialog {
+  public:
+    explicit frmProperties(const wxString& caption);
+
+    // Fills the dialog from a note.
+    void Fill(const frmNote& note);
+    // Gives the note what the dialog holds: font, alignment, size, text and colour, in this order.
+    void ApplyTo(frmNote& note) const;
+
+    // The controls, each under its name.
+    wxTextCtrl* txtMessage = nullptr;        // shown for alignment 0
+    wxTextCtrl* txtMessageRechts = nullptr;  // 1
+    wxTextCtrl* txtMessageZentr = nullptr;   // 2
+    std::array<wxCheckBox*, 3> chkForm{};    // underlined, bold, italic
+    std::array<wxRadioButton*, 4> optFarbe{};
+    std::array<wxRadioButton*, 3> optAusrichtung{};
+    wxSpinCtrl* updwnSchriftgrad = nullptr;
+    using frmDialog::cmdAbbrechen;
+    using frmDialog::cmdOK;
+
+  private:
+    void OnText(wxTextCtrl* source);
+    void UpdateLook();
+    void UpdateAlignment();
+    int SelectedColor() const;
+    std::int16_t SelectedAlignment() const;
+
+    std::array<wxTextCtrl*, 3> boxes_{};
+    std::wstring text_;  // what all three boxes hold, line breaks as the control has them
+    bool updating_ = false;
+};

@@ -1,0 +1,60 @@
+#pragma once
+// The nine calls that clsRegistry stands on, the same on every platform down to their result codes. On Windows
+// they are the system's; elsewhere a hive in the user's data folder answers them.
+//
+// Names and texts are bytes in the registry's code page (the system's ANSI code page on Windows, UTF-8
+// elsewhere). Names compare and enumerate without regard to case. A trailing backslash of a key path is
+// accepted. Sizes are bytes.
+
+#include <cstdint>
+#include <string>
+
+namespace RegistryCalls {
+
+using Key = std::uintptr_t;  // an open key, or one of the roots; 0 is no key
+
+enum Result : long {
+    kSuccess = 0,
+    kFileNotFound = 2,    // no such key or value
+    kAccessDenied = 5,    // deleting a key that has subkeys
+    kInvalidHandle = 6,   // no open key
+    kMoreData = 234,      // the buffer is too small and untouched; the size says what is needed
+    kNoMoreItems = 259,   // the index is behind the last item
+    kBadKey = 1010,
+    kIoFailed = 1117,     // the store could not be read or written
+};
+
+enum Access : std::uint32_t { kQueryValue = 1, kSetValue = 2, kEnumerateSubKeys = 8, kWrite = 0x20006 };
+
+long OpenKey(Key parent, const std::string& subKey, std::uint32_t access, Key& result);
+
+// Opens the key, creating it and every missing key above it first.
+long CreateKey(Key parent, const std::string& subKey, std::uint32_t access, Key& result);
+
+// size: in, the buffer's; out, the data's. A text that was stored without a terminating NUL gets one when the
+// buffer has room for it.
+long QueryValue(Key key, const std::string& name, std::uint32_t& type, void* data, std::uint32_t& size);
+
+long SetValue(Key key, const std::string& name, std::uint32_t type, const void* data, std::uint32_t size);
+
+// nameSize: in, the buffer's with room for the NUL; out, the name's without it.
+long EnumKey(Key key, std::uint32_t index, char* name, std::uint32_t& nameSize);
+long EnumValue(Key key, std::uint32_t index, char* name, std::uint32_t& nameSize, std::uint32_t& type,
+               void* data, std::uint32_t& dataSize);
+
+// Deletes a key and its values. Refused with kAccessDenied while it has subkeys. An empty name means the parent
+// itself.
+long DeleteKey(Key parent, const std::string& subKey);
+
+long DeleteValue(Key key, const std::string& name);
+
+long CloseKey(Key key);
+
+// Begin and end of a RegistryTransaction; they nest.
+void BeginTransaction();
+void EndTransaction();
+
+std::string ToCodePage(const std::wstring& text);
+std::wstring FromCodePage(const std::string& bytes);
+
+}  // namespace RegistryCalls

@@ -1,0 +1,22 @@
+#include <cstdlib>
+#include <stdexcept>
+
+#include "tests/support/Support.h"
+
+PrivateFolders::PrivateFolders() {
+    std::string name = (std::filesystem::temp_directory_path() / "kivora-test-XXXXXX").string();
+    if (!mkdtemp(name.data())) throw std::runtime_error("no temporary folder");
+    root_ = name;
+    for (const char* folder : {"data", "run", "config"}) {
+        std::filesystem::create_directory(root_ / folder);
+        std::filesystem::permissions(root_ / folder, std::filesystem::perms::owner_all);
+    }
+    setenv("XDG_DATA_HOME", (root_ / "data").c_str(), 1);
+    setenv("XDG_RUNTIME_DIR", (root_ / "run").c_str(), 1);
+    setenv("XDG_CONFIG_HOME", (root_ / "config").c_str(), 1);
+}
+
+PrivateFolders::~PrivateFolders() {
+    std::error_code ignored;
+    std::filesystem::remove_all(root_, ignored);
+}

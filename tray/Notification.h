@@ -1,0 +1,66 @@
+#pragma once
+// One icon in the notification area: its picture, its tip, and the mouse on it as events. The program has one for
+// itself and every minimized note has one of its own. Where no notification area exists, a small strip window of
+// the program stands in for it; the owner of an icon does not notice the difference.
+
+#include <wx/bmpbndl.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+// A picture as the icon control knows it: what it is decides which setter takes it.
+struct Picture {
+    enum Type { None = 0, Bitmap = 1, Icon = 3 };
+    Type type = None;
+    wxBitmapBundle bitmap;
+};
+
+// What the control reports; Button is 1 for the left and 2 for the right mouse button.
+struct NotificationEvents {
+    std::function<void()> MouseMove;
+    std::function<void(int Button)> DblClick;
+    std::function<void(int Button)> MouseDown;
+    std::function<void(int Button)> MouseUp;
+    std::function<void()> ContextMenu;
+};
+
+class TrayItem;
+
+class Notification {
+  public:
+    Notification();
+    ~Notification();  // takes the icon away
+    Notification(const Notification&) = delete;
+    Notification& operator=(const Notification&) = delete;
+
+    const Picture& IconFile() const { return icon_; }
+    // Takes any picture and refreshes a shown icon.
+    void LetIconFile(const Picture& picture);
+    // Takes the picture only when it is an icon, else keeps the old one; refreshes a shown icon.
+    void SetIconFile(const Picture& picture);
+
+    const std::wstring& IconToolTip() const { return toolTip_; }
+    // Keeps the first 63 characters and refreshes a shown icon; does not show a hidden one.
+    void IconToolTip(const std::wstring& text);
+
+    // Adds the icon to the notification area, or renews it there.
+    void ShowIcon();
+    void HideIcon();
+    bool Shown() const { return shown_; }
+
+    bool Enabled() const { return enabled_; }
+    // True shows the icon, false hides it.
+    void Enabled(bool enable);
+
+    NotificationEvents Events;
+
+  private:
+    void Refresh();
+
+    Picture icon_;
+    std::wstring toolTip_;
+    bool enabled_ = true;
+    bool shown_ = false;
+    std::unique_ptr<TrayItem> item_;
+};

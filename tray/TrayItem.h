@@ -1,0 +1,31 @@
+#pragma once
+// The platform's side of one icon in the notification area: add, modify and delete, and the mouse messages that
+// come back. One implementation per platform.
+
+#include <wx/bmpbndl.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+enum class TrayMessage {
+    MouseMove,
+    LeftDoubleClick,
+    RightDoubleClick,
+    LeftDown,
+    RightDown,
+    LeftUp,
+    RightUp,
+    ContextMenu,
+};
+
+class TrayItem {
+  public:
+    virtual ~TrayItem() = default;  // deletes the icon
+    // Replaces picture and tip (at most 63 characters) of the icon.
+    virtual void Modify(const wxBitmapBundle& picture, const std::wstring& toolTip) = 0;
+
+    // Adds an icon. `report` gets every mouse message until the item is destroyed; it may destroy the item.
+    static std::unique_ptr<TrayItem> Add(const wxBitmapBundle& picture, const std::wstring& toolTip,
+                                         std::function<void(TrayMessage)> report);
+};
