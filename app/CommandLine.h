@@ -12,9 +12,9 @@ class CommandLineError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// The arguments of a raw command line (the text behind the program's name). Blanks inside an argument are kept, a
-// blank directly before "/" is not; quotation marks mean nothing. One empty element when there are none.
-// Throws CommandLineError.
+// The arguments of a raw command line (the text behind the program's name). Blanks inside an argument are
+// kept, a blank directly before "/" is not; quotation marks mean nothing. One empty element when there are
+// none. Throws CommandLineError.
 std::vector<std::wstring> SplitCommandLine(const std::wstring& commandLine);
 
 struct StartRequest {
@@ -24,6 +24,6 @@ struct StartRequest {
     std::wstring wrong;  // the option that is not known
 };
 
-// What arguments ask for: none of them the resident program, "[print]" (or "/[print]") first printing, else file
-// names to import. --help, --version and -- as usual.
+// What arguments ask for: none of them the resident program, "[print]" (or "/[print]") first printing, else
+// file names to import. --help, --version and -- as usual.
 StartRequest RequestOf(const std::vector<std::wstring>& arguments);

@@ -1,0 +1,36 @@
+#pragma once
+// The toolkit's view of the program. What goes wrong unexpectedly is told on the error output, and the
+// program carries on.
+
+#include <wx/app.h>
+
+#include <functional>
+
+class KivoraApp : public wxApp {
+  public:
+    // run: what the program does, from the started toolkit to the end of the process.
+    explicit KivoraApp(std::function<void()> run) : run_(std::move(run)) {}
+
+    bool OnInit() override;
+    int OnRun() override;
+    bool OnExceptionInMainLoop() override;
+    void OnUnhandledException() override;
+    void OnAssertFailure(const wxChar* file, int line, const wxChar* function, const wxChar* condition,
+                         const wxChar* message) override;
+
+  private:
+    std::function<void()> run_;
+};
+
+// Tells of the exception being handled.
+void ReportException() noexcept;
+
+// For calls that come out of C code, which no exception may pass.
+template <class Call>
+void Guarded(Call&& call) noexcept {
+    try {
+        call();
+    } catch (...) {
+        ReportException();
+    }
+}

@@ -1,0 +1,44 @@
+#pragma once
+// Where copies of the program meet: a private folder of the user with a socket in it. Whoever holds the
+// folder's lock is the running copy. The system drops the lock of a killed process, and programs that clean
+// up temporary folders leave a locked one alone.
+
+#include <sys/socket.h>
+#include <sys/un.h>
+
+#include <string>
+
+class Descriptor {
+  public:
+    explicit Descriptor(int fd = -1) : fd_(fd) {}
+    ~Descriptor();
+    Descriptor(Descriptor&& other) noexcept : fd_(other.fd_) { other.fd_ = -1; }
+    Descriptor& operator=(Descriptor&& other) noexcept;
+    int Get() const { return fd_; }
+    explicit operator bool() const { return fd_ >= 0; }
+
+  private:
+    int fd_;
+};
+
+class MeetingPlace {
+  public:
+    // Opens the folder and creates it when it is missing: in the user's runtime folder, else below /tmp, else
+    // with the user's data. A folder of somebody else is never used.
+    MeetingPlace();
+
+    explicit operator bool() const { return static_cast<bool>(folder_); }
+
+    // Takes the lock until this object ends. False when another process has it.
+    bool Lock();
+    // True while any process holds the lock.
+    bool IsLocked() const;
+
+    // The socket's address. It goes by way of the opened folder, because an address is too short for some
+    // paths.
+    sockaddr_un SocketAddress() const;
+    void RemoveSocket() const;
+
+  private:
+    Descriptor folder_;
+};

@@ -1,0 +1,24 @@
+#include "app/NoteServices.h"
+
+#include "base/basWait.h"
+#include "notes/basNotes.h"
+
+void NoteServices::SaveNotes() {
+    if (!IsQuitting()) store_.SaveNotes();
+}
+
+void NoteServices::ApplyForeground() {
+    if (!IsQuitting()) store_.ApplyForeground();
+}
+
+void NoteServices::ForgetMinimizedNote(frmNote& note) {
+    if (!IsQuitting()) store_.ForgetMinimizedNote(note);
+}
+
+void NoteServices::ShowPopupMenu(frmNote& note) {
+    if (!IsQuitting() && OpenMenu) OpenMenu(&note);
+}
+
+void NoteServices::EditNote(frmNote& note) {
+    if (!IsQuitting()) ::EditNote(store_, note);
+}

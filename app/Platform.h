@@ -1,0 +1,36 @@
+#pragma once
+// What a program has to arrange with its platform before, while and after the toolkit runs.
+
+#include <functional>
+#include <string>
+#include <vector>
+
+class wxTopLevelWindow;
+
+// The arguments behind the program's name, as names of files are read.
+std::vector<std::wstring> Arguments(int argc, char** argv);
+
+// Text for a terminal. Without one it goes nowhere.
+void PrintOut(const std::wstring& text);
+void PrintError(const std::wstring& text);
+
+// Language and window system, to be chosen before the toolkit starts.
+void PrepareToolkit();
+// False when there is no display to start it on.
+bool CanShowWindows();
+
+// Calls `quit` from the event loop when the system asks the program to end, while this object lives.
+class EndRequests {
+  public:
+    explicit EndRequests(std::function<void()> quit);
+    ~EndRequests();
+    EndRequests(const EndRequests&) = delete;
+    EndRequests& operator=(const EndRequests&) = delete;
+
+  private:
+    std::function<void()> quit_;
+    std::vector<unsigned> sources_;
+};
+
+// The window comes up without taking the keyboard from where the user types.
+void NeverFocus(wxTopLevelWindow& window);

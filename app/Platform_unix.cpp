@@ -1,0 +1,60 @@
+#include <glib-unix.h>
+#include <gtk/gtk.h>
+#include <wx/toplevel.h>
+
+#include <clocale>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "app/Platform.h"
+#include "base/FileName.h"
+#include "base/basText.h"
+
+namespace {
+
+gboolean OnEndRequest(gpointer quit) {
+    (*static_cast<std::function<void()>*>(quit))();
+    return G_SOURCE_CONTINUE;
+}
+
+}  // namespace
+
+std::vector<std::wstring> Arguments(int argc, char** argv) {
+    std::vector<std::wstring> arguments;
+    for (int i = 1; i < argc; ++i) arguments.push_back(FileName(argv[i]));
+    return arguments;
+}
+
+void PrintOut(const std::wstring& text) { std::fputs(ToUtf8(text).c_str(), stdout); }
+void PrintError(const std::wstring& text) { std::fputs(ToUtf8(text).c_str(), stderr); }
+
+void PrepareToolkit() {
+    // The program speaks German wherever it runs, and the toolkit's own texts must not differ. Its
+    // translations need a locale other than "C"; without one text input would be limited to ASCII, too.
+    setenv("LANGUAGE", "de", 1);
+    const char* locale = std::setlocale(LC_ALL, "");
+    if (!locale || std::strcmp(std::setlocale(LC_CTYPE, nullptr), "C") == 0) setenv("LC_ALL", "C.UTF-8", 1);
+    // Wayland tells no program where its windows are, and notes have to know it.
+    gdk_set_allowed_backends("x11,*");
+}
+
+bool CanShowWindows() { return gtk_init_check(nullptr, nullptr); }
+
+EndRequests::EndRequests(std::function<void()> quit) : quit_(std::move(quit)) {
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+        sources_.push_back(g_unix_signal_add(signal, OnEndRequest, &quit_));
+    }
+}
+
+EndRequests::~EndRequests() {
+    for (const unsigned source : sources_) g_source_remove(source);
+}
+
+void NeverFocus(wxTopLevelWindow& window) {
+    auto* native = GTK_WINDOW(window.GetHandle());
+    gtk_window_set_accept_focus(native, FALSE);
+    gtk_window_set_focus_on_map(native, FALSE);
+    gtk_window_set_type_hint(native, GDK_WINDOW_TYPE_HINT_SPLASHSCREEN);
+}

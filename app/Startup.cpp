@@ -1,0 +1,139 @@
+#include "app/Startup.h"
+
+#include <wx/app.h>
+#include <wx/evtloop.h>
+
+#include <optional>
+
+#include "app/KivoraApp.h"
+#include "app/Platform.h"
+#include "app/frmSplash.h"
+#include "app/frmStart.h"
+#include "base/FileName.h"
+#include "base/basMessage.h"
+#include "base/basWait.h"
+#include "exchange/basImport.h"
+
+Program::Program(std::unique_ptr<RunningCopy> role) : role_(std::move(role)) {}
+Program::~Program() = default;
+
+void Program::Reside() {
+    InitApplication();
+    if (!IsQuitting()) wxTheApp->MainLoop();
+    Unload();
+}
+
+void Program::InitApplication() {
+    frmSplash::ShowForAMoment();
+    if (IsQuitting()) return;
+    // The file association belongs here.
+    LoadNotes();
+    start_ = new frmStart(Store(), [this] { QuitApplication(); });
+    services_.OpenMenu = [this](frmNote* note) { start_->ShowPopupMenu(note); };
+    start_->notIcon.IconToolTip(L"Kivora 1.6");
+    start_->notIcon.ShowIcon();
+    // The network listener belongs here.
+    Store().ApplyForeground();
+    if (role_) {
+        role_->Listen([this](const std::wstring& file) { Guarded([&] { ReceiveFile(file); }); });
+    }
+}
+
+void Program::LoadNotes() {
+    Store().LoadNotes();
+    loaded_ = true;
+}
+
+void Program::ReceiveFile(const std::wstring& fileName) {
+    ImportNotes(Store(), fileName);
+    Store().SaveNotes();
+    Store().ApplyForeground();
+}
+
+void Program::ImportFiles(const std::vector<std::wstring>& files) {
+    LoadNotes();
+    files_.assign(files.begin(), files.end());
+    if (role_) role_->Listen([this](const std::wstring& file) { files_.push_back(file); });
+    ImportQueuedFiles();
+    if (role_) role_->Finish();
+    ImportQueuedFiles();
+    Store().SaveNotes();
+    Unload();
+}
+
+void Program::ImportQueuedFiles() {
+    while (!files_.empty()) {
+        const std::wstring file = std::move(files_.front());
+        files_.pop_front();
+        const bool imported = ImportNotes(Store(), file);
+        // Before the message, because that may stay for long and what it says has to be true meanwhile.
+        Store().SaveNotes();
+        const std::wstring shown = ShownFileName(file);
+        if (imported) {
+            ShowMessage(L"Die Notizen aus " + shown + L" wurden erfolgreich importiert.", kInformation,
+                        L"Importieren erfolgreich");
+        } else {
+            ShowMessage(L"Beim Importieren der Notizen aus " + shown + L" ist ein Fehler aufgetreten.",
+                        kCritical, L"Fehler beim Importieren");
+        }
+    }
+}
+
+void Program::ReportSilentCopy(std::vector<std::wstring> files) {
+    while (!files.empty() && !IsQuitting()) {
+        ShowMessage(L"Die Datei " + ShownFileName(files.front()) +
+                        L" konnte nicht importiert werden.\r\nKivora reagiert nicht.",
+                    kCritical, L"Fehler");
+        files.erase(files.begin());
+        while (!files.empty() && HandOver(files.front())) files.erase(files.begin());
+    }
+    Unload();
+}
+
+void Program::PrintFiles(const std::vector<std::wstring>& files) {
+    for (const std::wstring& file : files) ImportNotes(Store(), file);
+    ShowMessage(L"Das Drucken ist in dieser Version noch nicht verfügbar.", kCritical, L"Drucken");
+    Unload();
+}
+
+void Program::QuitApplication() {
+    if (IsQuitting()) return;
+    // The other copies have been told that these files are taken.
+    if (role_) role_->Finish();
+    if (loaded_) Store().SaveNotes();
+    EndAllWaits();
+    if (wxEventLoopBase* loop = wxTheApp->GetMainLoop()) loop->ScheduleExit(0);
+}
+
+void Program::Unload() {
+    Store().UnloadAllNotes();
+    if (start_) {
+        start_->notIcon.HideIcon();
+        start_->Destroy();
+        start_ = nullptr;
+    }
+}
+
+int RunProgram(const StartRequest& request, std::unique_ptr<RunningCopy> role, char* programName) {
+    const bool runningCopy = role != nullptr;
+    // Lives longer than the windows, which the toolkit destroys at its own end.
+    std::optional<Program> program;
+    auto* app = new KivoraApp([&] {
+        program.emplace(std::move(role));
+        const EndRequests endRequests([&] { Guarded([&] { program->QuitApplication(); }); });
+        if (request.kind == StartRequest::Print) {
+            program->PrintFiles(request.files);
+        } else if (request.kind == StartRequest::Resident) {
+            program->Reside();
+        } else if (runningCopy) {
+            program->ImportFiles(request.files);
+        } else {
+            program->ReportSilentCopy(request.files);
+        }
+    });
+    wxApp::SetInstance(app);
+    // The arguments are read already, and the toolkit would find options of its own among them.
+    int count = 1;
+    char* arguments[] = {programName, nullptr};
+    return wxEntry(count, arguments);
+}

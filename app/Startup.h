@@ -1,0 +1,55 @@
+#pragma once
+// From a decided start to the end of the process: the resident program, the import and the printing of files
+// named on the command line, and the orderly end of each.
+
+#include <deque>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/CommandLine.h"
+#include "app/HandOver.h"
+#include "app/NoteServices.h"
+
+class frmStart;
+
+class Program {
+  public:
+    // role: null where this process is not the running copy.
+    explicit Program(std::unique_ptr<RunningCopy> role);
+    ~Program();
+
+    // The resident program: from its picture on the screen to its end.
+    void Reside();
+
+    // Takes the files into the saved notes, says of each how that went, and returns. Files that other copies
+    // hand over meanwhile are dealt with in the same way.
+    void ImportFiles(const std::vector<std::wstring>& files);
+
+    // Says of the first file that the running copy does not answer, and tries to hand over the others.
+    void ReportSilentCopy(std::vector<std::wstring> files);
+
+    void PrintFiles(const std::vector<std::wstring>& files);
+
+    // Saves, ends all waiting and lets the program come to its end. The notes are still there when it
+    // returns.
+    void QuitApplication();
+
+    NoteStore& Store() { return services_.Store(); }
+
+  private:
+    void InitApplication();
+    void LoadNotes();
+    void ReceiveFile(const std::wstring& fileName);
+    void ImportQueuedFiles();
+    void Unload();
+
+    std::unique_ptr<RunningCopy> role_;
+    NoteServices services_;
+    frmStart* start_ = nullptr;
+    std::deque<std::wstring> files_;  // still to be imported
+    bool loaded_ = false;             // the store holds what is saved, so it may be saved
+};
+
+// Starts the toolkit, does what was asked for and returns the process's exit code.
+int RunProgram(const StartRequest& request, std::unique_ptr<RunningCopy> role, char* programName);

@@ -1,0 +1,43 @@
+#include "app/frmInfo.h"
+
+#include <wx/sizer.h>
+#include <wx/statbmp.h>
+#include <wx/stattext.h>
+
+#include "res/Resources.h"
+
+namespace {
+frmInfo* openBox = nullptr;
+}
+
+frmInfo::frmInfo() : frmDialog(L"Info", L"index.html") {
+    auto* name = new wxStaticText(this, wxID_ANY, L"Kivora");
+    name->SetFont(name->GetFont().Bold().Scaled(1.6F));
+    auto* version = new wxStaticText(this, wxID_ANY, L"Version " + wxString::FromUTF8(KIVORA_VERSION));
+    auto* about = new wxStaticText(this, wxID_ANY,
+                                   L"Notizen auf dem Bildschirm\n\n"
+                                   L"© The Kivora authors\n"
+                                   L"Frei verwendbar unter den Bedingungen der MIT-Lizenz.\n\n"
+                                   L"Enthält bzw. benutzt: wxWidgets, GTK, SQLite");
+
+    auto* texts = new wxBoxSizer(wxVERTICAL);
+    texts->Add(name);
+    texts->Add(version, wxSizerFlags().Border(wxBOTTOM, FromDIP(kDialogMargin)));
+    texts->Add(about);
+    auto* content = new wxBoxSizer(wxHORIZONTAL);
+    content->Add(new wxStaticBitmap(this, wxID_ANY, LoadPicture(kProgramIcon)),
+                 wxSizerFlags().Border(wxRIGHT, FromDIP(kDialogMargin)));
+    content->Add(texts);
+    SetContent(content, CreateButtons(L"&OK", L""));
+}
+
+void frmInfo::Open() {
+    if (openBox) {
+        openBox->Raise();
+        return;
+    }
+    openBox = new frmInfo;
+    openBox->ShowModal();
+    openBox->Destroy();
+    openBox = nullptr;
+}

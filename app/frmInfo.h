@@ -1,0 +1,12 @@
+#pragma once
+// The About box.
+
+#include "base/frmDialog.h"
+
+class frmInfo : public frmDialog {
+  public:
+    frmInfo();
+
+    // Shows the box until it is closed; one that is open already comes to the front instead.
+    static void Open();
+};

@@ -1,0 +1,49 @@
+#include "app/frmSplash.h"
+
+#include <wx/dcclient.h>
+#include <wx/settings.h>
+
+#include "app/Platform.h"
+#include "base/basWait.h"
+#include "res/Resources.h"
+
+namespace {
+constexpr std::chrono::milliseconds kMoment{300};
+}
+
+frmSplash::frmSplash()
+    : wxFrame(nullptr, wxID_ANY, L"Kivora", wxDefaultPosition, wxDefaultSize,
+              wxBORDER_NONE | wxFRAME_NO_TASKBAR | wxSTAY_ON_TOP),
+      picture_(LoadPicture(kSplashPicture).GetBitmapFor(this)) {
+    SetBackgroundStyle(wxBG_STYLE_PAINT);
+    SetClientSize(picture_.IsOk() ? picture_.GetLogicalSize() : FromDIP(wxSize(320, 160)));
+    CentreOnScreen();
+    NeverFocus(*this);
+    Bind(wxEVT_PAINT, &frmSplash::OnPaint, this);
+    Bind(wxEVT_LEFT_DOWN, &frmSplash::Close, this);
+    Bind(wxEVT_KEY_DOWN, &frmSplash::Close, this);
+}
+
+void frmSplash::ShowForAMoment() {
+    auto* splash = new frmSplash;
+    splash->Show();
+    WaitUntil([splash] { return splash->closed_; }, kMoment);
+    splash->Destroy();
+}
+
+void frmSplash::OnPaint(wxPaintEvent&) {
+    wxPaintDC dc(this);
+    if (picture_.IsOk()) dc.DrawBitmap(picture_, 0, 0);
+    const wxString version = L"Version " + wxString::FromUTF8(KIVORA_VERSION);
+    dc.SetFont(GetFont());
+    dc.SetTextForeground(*wxBLACK);
+    const wxSize text = dc.GetTextExtent(version);
+    const wxSize size = GetClientSize();
+    const int margin = FromDIP(12);
+    dc.DrawText(version, size.x - text.x - margin, size.y - text.y - margin);
+}
+
+void frmSplash::Close(wxEvent&) {
+    closed_ = true;
+    WakeWaits();
+}

@@ -1,0 +1,140 @@
+#include "app/frmStart.h"
+
+#include <wx/menu.h>
+
+#include "app/Autostart.h"
+#include "app/PopupMenu.h"
+#include "app/frmInfo.h"
+#include "base/basHelp.h"
+#include "base/basWait.h"
+#include "notes/NoteStore.h"
+#include "notes/basNotes.h"
+#include "res/Resources.h"
+
+namespace {
+
+// Menu ids of the toolkit begin behind those that it uses itself.
+int IdOf(MenuItem item) { return wxID_HIGHEST + 1 + static_cast<int>(item); }
+MenuItem ItemOf(int id) { return static_cast<MenuItem>(id - wxID_HIGHEST - 1); }
+
+}  // namespace
+
+frmStart::frmStart(NoteStore& store, std::function<void()> quit)
+    : wxFrame(nullptr, wxID_ANY, L"Kivora"), store_(store) {
+    using enum MenuItem;
+    commands_ = {
+        {mnuNotizNeu, [this] { NewNote(store_); }},
+        {mnuNotizBearbeiten,
+         [this] {
+             if (frmNote* note = PopupNote()) EditNote(store_, *note);
+         }},
+        {mnuNotizLöschen, [this] { DeletePopupNote(); }},
+        {mnuNotizVordergrund, [this] { TogglePopupNoteForeground(); }},
+        {mnuMinimizeAll, [this] { store_.MinimizeAll(); }},
+        {mnuUnMinimizeAll, [this] { store_.UnMinimizeAll(); }},
+        {mnuNotizWindowsStart, [this] { SetAutostart(store_, !store_.AutostartEnabled); }},
+        {mnuNotizHilfe, [] { ShowHelp(L"index.html"); }},
+        {mnuNotizInfo, [] { frmInfo::Open(); }},
+        {mnuNotizEnde, std::move(quit)},
+    };
+
+    notIcon.LetIconFile({Picture::Icon, LoadPicture(kProgramIcon)});
+    notIcon.Events.DblClick = [this](int button) {
+        if (button == 1) RunCommand(mnuNotizNeu);
+    };
+    notIcon.Events.MouseUp = [this](int button) {
+        if (button == 1) ActivateApplication();
+        if (button == 2) notIcon.Events.ContextMenu();
+    };
+    notIcon.Events.ContextMenu = [this] {
+        ActivateApplication();
+        ShowPopupMenu(nullptr);
+    };
+}
+
+void frmStart::ShowPopupMenu(frmNote* note) {
+    if (menuOpen_) return;
+    popupNoteKey_.reset();
+    if (note) popupNoteKey_ = note->NoteKey();
+    wxMenu menu;
+    Fill(menu, MenuTree(), Situation());
+    menuOpen_ = true;
+    const std::optional<int> chosen = PopupMenuAtPointer(*this, menu);
+    menuOpen_ = false;
+    if (chosen && !IsQuitting()) RunCommand(ItemOf(*chosen));
+}
+
+frmNote* frmStart::PopupNote() const { return popupNoteKey_ ? store_.Find(*popupNoteKey_) : nullptr; }
+
+void frmStart::RunCommand(MenuItem item) {
+    const auto command = commands_.find(item);
+    if (command != commands_.end()) command->second();
+}
+
+void frmStart::AddCommand(MenuItem item, std::function<void()> command) {
+    commands_[item] = std::move(command);
+}
+
+MenuSituation frmStart::Situation() const {
+    const frmNote* note = PopupNote();
+    return {.forNote = note != nullptr,
+            .noteForeground = note && note->Foreground(),
+            .notes = store_.CountNotes(),
+            .visibleNotes = store_.CountVisibleNotes(),
+            .minimizedByCommand = store_.CountMinimizedByCommand(),
+            .autostart = store_.AutostartEnabled};
+}
+
+std::set<MenuItem> frmStart::Available() const {
+    std::set<MenuItem> available;
+    for (const auto& [item, command] : commands_) available.insert(item);
+    return available;
+}
+
+void frmStart::Fill(wxMenu& menu, const std::vector<MenuEntry>& entries, const MenuSituation& situation) {
+    const std::set<MenuItem> available = Available();
+    for (const MenuEntry& entry : entries) {
+        const MenuItemState state = StateOf(entry, situation, available);
+        if (!state.visible) continue;
+        const int id = IdOf(entry.item);
+        switch (entry.kind) {
+            case MenuKind::Separator:
+                menu.AppendSeparator();
+                continue;
+            case MenuKind::Picture:
+                AppendPicture(menu, id, LoadPicture(kMenuBanner), kMenuPictureHeight);
+                continue;
+            case MenuKind::Submenu: {
+                auto* submenu = new wxMenu;
+                Fill(*submenu, entry.submenu, situation);
+                menu.Append(id, entry.caption, submenu);
+                continue;
+            }
+            case MenuKind::Check:
+                menu.AppendCheckItem(id, entry.caption)->Check(state.checked);
+                break;
+            case MenuKind::Command:
+                menu.Append(id, entry.caption);
+                break;
+        }
+        menu.Enable(id, state.enabled);
+    }
+}
+
+void frmStart::ActivateApplication() {
+    // What there is to see of the program are its notes. Those that stay above others go last.
+    for (const bool foreground : {false, true}) {
+        for (const NotePtr& note : store_.Notes()) {
+            if (!note->Minimized() && note->Foreground() == foreground) RaiseWindow(*note);
+        }
+    }
+}
+
+void frmStart::DeletePopupNote() {
+    if (frmNote* note = PopupNote()) store_.DeleteNote(*note);
+    popupNoteKey_.reset();
+}
+
+void frmStart::TogglePopupNoteForeground() {
+    if (frmNote* note = PopupNote()) note->Foreground(!note->Foreground());
+}

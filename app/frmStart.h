@@ -1,0 +1,54 @@
+#pragma once
+// The hidden main window. It carries the program's icon in the notification area and the menu with all
+// commands, which opens from that icon and, for a particular note, from the note.
+
+#include <wx/frame.h>
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <optional>
+#include <set>
+
+#include "app/MenuModel.h"
+#include "tray/Notification.h"
+
+class frmNote;
+class NoteStore;
+class wxMenu;
+
+class frmStart : public wxFrame {
+  public:
+    // quit: what "Beenden" does.
+    frmStart(NoteStore& store, std::function<void()> quit);
+
+    // Opens the menu at the mouse and returns when it has closed and the chosen command has run. Does nothing
+    // while the menu is open already.
+    void ShowPopupMenu(frmNote* note);
+
+    // The note for which the menu was last opened; null when that was none, or when it is gone.
+    frmNote* PopupNote() const;
+
+    // Does what choosing the item does. Without effect for one that is no available command.
+    void RunCommand(MenuItem item);
+
+    // Gives an item its command; until then it is shown disabled.
+    void AddCommand(MenuItem item, std::function<void()> command);
+
+    // What the menu shows now.
+    MenuSituation Situation() const;
+    std::set<MenuItem> Available() const;
+
+    Notification notIcon;
+
+  private:
+    void Fill(wxMenu& menu, const std::vector<MenuEntry>& entries, const MenuSituation& situation);
+    void ActivateApplication();
+    void DeletePopupNote();
+    void TogglePopupNoteForeground();
+
+    NoteStore& store_;
+    std::map<MenuItem, std::function<void()>> commands_;
+    std::optional<std::int32_t> popupNoteKey_;
+    bool menuOpen_ = false;
+};

@@ -1,0 +1,64 @@
+#include "app/CommandLine.h"
+#include "app/HandOver.h"
+#include "app/Platform.h"
+#include "app/Startup.h"
+#include "base/FileName.h"
+#include "base/basText.h"
+
+namespace {
+
+const wchar_t* const kUsage =
+    L"Aufruf: kivora [DATEI…]\n"
+    L"        kivora [print] [DATEI…]\n"
+    L"\n"
+    L"Ohne Dateien startet Kivora und zeigt die Notizen auf dem Bildschirm.\n"
+    L"Mit Dateien (.kvr) werden deren Notizen importiert, nach dem Wort [print] gedruckt.\n"
+    L"\n"
+    L"  --            alles Weitere sind Dateien\n"
+    L"  -h, --help    zeigt diese Hilfe\n"
+    L"  --version     zeigt die Version\n";
+
+// Hands the files over to the running copy, as long as it answers, and returns the others.
+std::vector<std::wstring> HandOverFiles(std::vector<std::wstring> files) {
+    while (!files.empty() && HandOver(files.front())) files.erase(files.begin());
+    return files;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    StartRequest request = RequestOf(Arguments(argc, argv));
+    switch (request.kind) {
+        case StartRequest::Help:
+            PrintOut(kUsage);
+            return 0;
+        case StartRequest::Version:
+            PrintOut(L"Kivora " + FromUtf8(KIVORA_VERSION) + L"\n");
+            return 0;
+        case StartRequest::Wrong:
+            PrintError(L"kivora: unbekannte Option " + ShownFileName(request.wrong) + L"\n" + kUsage);
+            return 2;
+        case StartRequest::Print:
+        case StartRequest::Resident:
+        case StartRequest::Import:
+            break;
+    }
+
+    // Everything that another copy can do is done before the toolkit starts.
+    std::unique_ptr<RunningCopy> role;
+    if (request.kind != StartRequest::Print) role = RunningCopy::Claim();
+    if (!role && request.kind == StartRequest::Resident) return 0;
+    if (!role && request.kind == StartRequest::Import) {
+        request.files = HandOverFiles(std::move(request.files));
+        if (request.files.empty()) return 0;
+        role = RunningCopy::Claim();  // the other copy may have ended meanwhile
+    }
+
+    PrepareToolkit();
+    if (!CanShowWindows()) {
+        PrintError(
+            L"Kivora braucht einen Bildschirm: Die Umgebungsvariable DISPLAY nennt keinen erreichbaren.\n");
+        return 1;
+    }
+    return RunProgram(request, std::move(role), argv[0]);
+}

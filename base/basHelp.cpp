@@ -1,0 +1,34 @@
+#include "base/basHelp.h"
+
+#include "base/FileName.h"
+#include "base/basMessage.h"
+
+namespace {
+
+// A distribution keeps pages away from programs.
+std::filesystem::path HelpFile(const std::wstring& page) {
+    const std::filesystem::path program = FilePath(ProgramFolder());
+    const std::filesystem::path beside = program / "hilfe" / FilePath(page);
+    const std::filesystem::path shared =
+        program.parent_path() / "share" / "kivora" / "hilfe" / FilePath(page);
+    std::error_code ignored;
+    const bool useShared =
+        !std::filesystem::exists(beside, ignored) && std::filesystem::exists(shared, ignored);
+    return useShared ? shared : beside;
+}
+
+}  // namespace
+
+void ShowHelp(const std::wstring& page) {
+    const std::filesystem::path file = HelpFile(page);
+    std::error_code ignored;
+    // Asked here, because whoever opens pages would notice only later that there is none.
+    if (std::filesystem::is_regular_file(file, ignored) && OpenAddress(FileName(file))) return;
+    ShowMessage(L"Die Hilfe-Datei " + ShownFileName(FileName(file)) +
+                    L" konnte nicht aufgerufen werden.\r\n"
+                    L"Stellen Sie bitte sicher, dass Kivora korrekt installiert wurde, die Hilfe-Dateien im "
+                    L"Unterordner \"Hilfe\" vorhanden sind und ein Internet-Browser installiert ist.",
+                kCritical, L"Hilfe-Datei konnte nicht aufgerufen werden");
+}
+
+std::wstring ProgramFolder() { return FileName(FilePath(ProgramPath()).parent_path()); }
