@@ -1,0 +1,61 @@
+#include "base/basWait.h"
+
+#include <wx/evtloop.h>
+#include <wx/timer.h>
+
+#include <vector>
+
+namespace {
+
+struct Wait {
+    wxGUIEventLoop* loop;
+    const std::function<bool()>* condition;
+};
+
+std::vector<Wait> waits;  // innermost last
+bool quitting = false;
+
+// A timer that ends its loop; which of several reasons ended it, the wait finds out by itself.
+class LimitTimer : public wxTimer {
+  public:
+    explicit LimitTimer(wxGUIEventLoop& loop) : loop_(loop) {}
+    void Notify() override { loop_.ScheduleExit(); }
+
+  private:
+    wxGUIEventLoop& loop_;
+};
+
+}  // namespace
+
+WaitEnd WaitUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit) {
+    using Clock = std::chrono::steady_clock;
+    const bool limited = limit >= std::chrono::milliseconds::zero();
+    const Clock::time_point deadline = Clock::now() + (limited ? limit : std::chrono::milliseconds::zero());
+    for (;;) {
+        if (quitting) return WaitEnd::Quitting;
+        if (condition()) return WaitEnd::Met;
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
+        if (limited && left.count() <= 0) return WaitEnd::TimedOut;
+
+        wxGUIEventLoop loop;
+        LimitTimer timer(loop);
+        if (limited) timer.StartOnce(static_cast<int>(left.count()));
+        waits.push_back({&loop, &condition});
+        loop.Run();
+        waits.pop_back();
+    }
+}
+
+void WakeWaits() {
+    // Outer loops look for themselves once the loops inside them have ended.
+    if (!waits.empty() && (*waits.back().condition)()) waits.back().loop->ScheduleExit();
+}
+
+void EndAllWaits() {
+    quitting = true;
+    for (const Wait& wait : waits) wait.loop->ScheduleExit();
+}
+
+bool IsQuitting() { return quitting; }
+
+void ResetWaits() { quitting = false; }

@@ -1,0 +1,101 @@
+#include "base/frmDialog.h"
+
+#include <wx/button.h>
+#include <wx/display.h>
+
+#include <algorithm>
+
+#include "base/basHelp.h"
+#include "base/basWait.h"
+
+frmDialog::frmDialog(const wxString& caption, const std::wstring& helpPage, bool resizable)
+    : wxDialog(nullptr, wxID_ANY, caption, wxDefaultPosition, wxDefaultSize,
+               wxCAPTION | wxCLOSE_BOX | wxSYSTEM_MENU | (resizable ? wxRESIZE_BORDER : 0)),
+      helpPage_(helpPage) {
+    Bind(wxEVT_CHAR_HOOK, &frmDialog::OnKey, this);
+    Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent& event) {
+        if (tag_ == L"waiting") SetTag(L"cancel");
+        event.Veto();
+    });
+    // Window managers place a dialog themselves while it is being shown.
+    Bind(wxEVT_SHOW, [this](wxShowEvent& event) {
+        if (event.IsShown()) Place();
+        event.Skip();
+    });
+}
+
+int frmDialog::ShowModal() {
+    tag_ = L"waiting";
+    Place();
+    Show();
+    Raise();
+    const WaitEnd end = WaitUntil([this] { return tag_ != L"waiting"; });
+    if (end == WaitEnd::Quitting) tag_ = L"cancel";
+    Hide();
+    return tag_ == L"ok" ? 1 : 0;
+}
+
+wxSizer* frmDialog::CreateButtons(const wxString& ok, const wxString& cancel) {
+    auto* row = new wxBoxSizer(wxHORIZONTAL);
+    row->AddStretchSpacer();
+    if (!ok.empty()) {
+        cmdOK = new wxButton(this, wxID_OK, ok);
+        cmdOK->SetDefault();
+        cmdOK->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { Confirm(); });
+        row->Add(cmdOK);
+    }
+    if (!cancel.empty()) {
+        cmdAbbrechen = new wxButton(this, wxID_CANCEL, cancel);
+        cmdAbbrechen->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { SetTag(L"cancel"); });
+        if (cmdOK) row->AddSpacer(FromDIP(kDialogGap));
+        row->Add(cmdAbbrechen);
+    }
+    return row;
+}
+
+void frmDialog::SetContent(wxSizer* content, wxSizer* buttons) {
+    auto* all = new wxBoxSizer(wxVERTICAL);
+    const int margin = FromDIP(kDialogMargin);
+    all->Add(content, wxSizerFlags(1).Expand().Border(wxALL, margin));
+    all->Add(buttons, wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, margin));
+    SetSizerAndFit(all);
+}
+
+void frmDialog::Confirm() { SetTag(L"ok"); }
+
+void frmDialog::SetTag(const std::wstring& tag) {
+    tag_ = tag;
+    WakeWaits();
+}
+
+void frmDialog::OnKey(wxKeyEvent& event) {
+    if (event.GetKeyCode() == WXK_F1 && !helpPage_.empty()) {
+        ShowHelp(helpPage_);
+    } else if (event.GetKeyCode() == WXK_RETURN && event.ControlDown() && cmdOK) {
+        // Enter alone belongs to multi-line boxes.
+        if (cmdOK->IsEnabled()) Confirm();
+    } else if (event.GetKeyCode() == WXK_ESCAPE) {
+        SetTag(L"cancel");
+    } else {
+        event.Skip();
+    }
+}
+
+void frmDialog::Place() {
+    const int display = near_ ? wxDisplay::GetFromPoint(near_->GetTopLeft()) : wxNOT_FOUND;
+    const wxRect area = wxDisplay(static_cast<unsigned>(std::max(display, 0))).GetClientArea();
+    const wxSize size = GetSize();
+    wxPoint place;
+    if (near_) {
+        const int gap = FromDIP(kDialogMargin);
+        place.x = near_->GetRight() + gap;
+        if (place.x + size.x > area.GetRight()) place.x = near_->x - gap - size.x;
+        place.y = near_->y;
+    } else {
+        place.x = area.x + (area.width - size.x) / 2;
+        place.y = area.y + (area.height - size.y) / 2;
+    }
+    place.x = std::max(area.x, std::min(place.x, area.GetRight() - size.x));
+    place.y = std::max(area.y, std::min(place.y, area.GetBottom() - size.y));
+    SetPosition(place);
+}

@@ -1,7 +1,7 @@
 #pragma once
 // What all dialogs of the program share. A dialog is an ordinary window that its caller waits for: the tag is
-// "waiting" until a button, Esc or the close box changes it, and the rest of the program goes on meanwhile. The
-// caller reads the controls after ShowModal and then destroys the dialog.
+// "waiting" until a button, Esc or the close box changes it, and the rest of the program goes on meanwhile.
+// The caller reads the controls after ShowModal and then destroys the dialog.
 
 #include <wx/dialog.h>
 #include <wx/sizer.h>
@@ -31,7 +31,8 @@ class frmDialog : public wxDialog {
     // caption may be empty to leave that button out.
     wxSizer* CreateButtons(const wxString& ok, const wxString& cancel);
 
-    // Puts the content and the button row into the dialog with the margins that all dialogs have, and sizes it.
+    // Puts the content and the button row into the dialog with the margins that all dialogs have, and sizes
+    // it.
     void SetContent(wxSizer* content, wxSizer* buttons);
 
     // What OK does: sets the tag to "ok". Dialogs that check their fields first override it.

@@ -1,6 +1,6 @@
 #pragma once
-// Where the parts of a note lie, which of them is under the pointer, what a press there starts, and the outline
-// with the folded corner. Plain numbers, no window.
+// Where the parts of a note lie, which of them is under the pointer, what a press there starts, and the
+// outline with the folded corner. Plain numbers, no window.
 
 #include <array>
 #include <cstdint>
@@ -14,12 +14,12 @@ struct TwipsRect {
 };
 
 // Sizes of the fixed parts, twips. picEcke covers the folded corner, which is 27 pixels wide and 30 high.
-constexpr double kFrame = 240;          // between the note's edge and its text
+constexpr double kFrame = 240;  // between the note's edge and its text
 constexpr double kCornerWidth = 450;
 constexpr double kCornerHeight = 480;
 constexpr double kTimeHeight = 300;
-constexpr double kButtonSize = 225;     // cmdMinimize and chkForeground, both ways
-constexpr double kBorderBand = 100;     // the part of the edge that resizes
+constexpr double kButtonSize = 225;  // cmdMinimize and chkForeground, both ways
+constexpr double kBorderBand = 100;  // the part of the edge that resizes
 constexpr double kSmallestPixels = 50;
 
 enum class NotePart { Body, lblMessage, lblZeit, picEcke, cmdMinimize, chkForeground };
@@ -38,7 +38,13 @@ enum HitTest : int {
 };
 
 // Pointer shapes by their number.
-enum class Pointer { Default = 0, NorthEastSouthWest = 6, NorthSouth = 7, NorthWestSouthEast = 8, WestEast = 9 };
+enum class Pointer {
+    Default = 0,
+    NorthEastSouthWest = 6,
+    NorthSouth = 7,
+    NorthWestSouthEast = 8,
+    WestEast = 9
+};
 
 struct NoteLayout {
     double width = 0, height = 0;

@@ -1,13 +1,13 @@
 #pragma once
-// All notes that exist: an ordered collection of open note windows and its image in the registry. Every change
-// rewrites the whole image, so the subkeys stay numbered without gaps and a crash finds either the image before
-// the change or the one after it.
+// All notes that exist: an ordered collection of open note windows and its image in the registry. Every
+// change rewrites the whole image, so the subkeys stay numbered without gaps and a crash finds either the
+// image before the change or the one after it.
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "notes/frmNote.h"
@@ -56,5 +56,5 @@ class NoteStore {
     NoteHost& host_;
     std::vector<NotePtr> notes_;
     std::int32_t lastNoteNumber_ = 0;
-    std::optional<std::vector<std::int32_t>> minimizedByCommand_;
+    std::optional<std::unordered_set<std::int32_t>> minimizedByCommand_;  // by NoteKey
 };

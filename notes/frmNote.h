@@ -1,18 +1,21 @@
 #pragma once
-// A note is its window: the text, the look, the place and the flags live here and nowhere else. The window paints
-// itself, its controls are parts of it and no windows of their own.
+// A note is its window: the text, the look, the place and the flags live here and nowhere else. The window
+// paints itself, its controls are parts of it and no windows of their own.
 //
 // It knows nothing of the store, the menu or the network; what it needs from around it is a NoteHost.
 
 #include <wx/frame.h>
+#include <wx/geometry.h>
 
 #include <cstdint>
 #include <memory>
 #include <string>
 
+#include "notes/NoteColor.h"
 #include "notes/NoteLayout.h"
 
 class frmNote;
+class NoteGesture;
 class Notification;
 
 // What a note asks of the program around it.
@@ -35,7 +38,7 @@ constexpr int kDefaultFontSize = 12;
 
 class frmNote : public wxFrame {
   public:
-    // A hidden note: yellow, empty, 12 points, left-aligned, at the next place for new notes.
+    // A hidden note: yellow, empty, 12 points, left-aligned.
     explicit frmNote(NoteHost& host);
     ~frmNote() override;
 
@@ -71,9 +74,10 @@ class frmNote : public wxFrame {
     double Top() const { return top_; }
     double Width() const { return width_; }
     double Height() const { return height_; }
-    void Move(double left, double top);
-    void Size(double width, double height);
-    using wxFrame::Move;
+    void PlaceAsNew();  // at the next place for new notes, beside the one before
+    void PlaceAt(double left, double top);
+    void SizeTo(double width, double height);
+    void Place(double left, double top, double width, double height);  // both at once
 
     // The key that names the note inside the running program; the store gives it.
     std::int32_t NoteKey() const { return noteKey_; }
@@ -82,6 +86,9 @@ class frmNote : public wxFrame {
     // Shows the note above or among the other windows as its foreground flag says, without activating it.
     // A minimized note stays minimized.
     void ShowStacked();
+
+    // Takes the note's icon and window away and destroys the note as soon as its events are through.
+    void Unload();
 
     // The note's own icon while it is minimized, else null.
     const Notification* TrayIcon() const { return notNotizIcon_.get(); }
@@ -98,33 +105,40 @@ class frmNote : public wxFrame {
     };
 
     wxFont MessageFont() const;
-    void ApplyGeometry();
-    void ArrangeParts();
-    void ShowOnScreen();
-    void SetToolTipOf(NotePart part);
-    void BeginDrag(int hitTest);
-    void DragTo(const wxRect& rect, int hitTest);
     wxRect PixelRect() const;
+    void ArrangeParts(const wxSize& pixels);
+    void Hover(NotePart part);
+    void SetPointer(Pointer pointer);
+    void Click(NotePart part);
+    void FinishGesture(const wxRect& before, const wxRect& after);
+    // Runs it as an event of its own, when this note's handlers have returned: what it opens may delete the
+    // note.
+    void Later(void (NoteHost::*call)(frmNote&));
 
+    wxPoint2DDouble ToTwips(const wxPoint& pixels) const;
     void OnPaint(wxPaintEvent& event);
-    void OnMouseMove(wxMouseEvent& event);
+    void OnSize(wxSizeEvent& event);
+    void OnMotion(wxMouseEvent& event);
+    void OnLeave(wxMouseEvent& event);
     void OnLeftDown(wxMouseEvent& event);
     void OnLeftUp(wxMouseEvent& event);
     void OnLeftDoubleClick(wxMouseEvent& event);
     void OnRightUp(wxMouseEvent& event);
-    void OnLeave(wxMouseEvent& event);
     void OnClose(wxCloseEvent& event);
 
     NoteHost& host_;
     Message lblMessage_;
     std::wstring lblZeit_;
-    std::int32_t color_;
+    std::int32_t color_ = kYellow;
     std::int32_t noteKey_ = 0;
     bool foreground_ = false;
     bool minimized_ = false;
     double left_ = 0, top_ = 0, width_ = 0, height_ = 0;
     NoteLayout layout_;
-    NotePart hovered_;
-    NotePart pressed_;
-    std::unique_ptr<Notification> notNotizIcon_;
+    wxSize arrangedFor_;
+    NotePart hovered_ = NotePart::Body;
+    NotePart pressed_ = NotePart::Body;  // cmdMinimize or chkForeground while it is held down
+    Pointer pointer_ = Pointer::Default;
+    std::unique_ptr<NoteGesture> gesture_;
+    std::unique_ptr<Notification> notNotizIcon_;  // from the first time that the note is minimized
 };

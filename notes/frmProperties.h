@@ -1,7 +1,7 @@
 #pragma once
-// The dialog in which a note is written or edited. It works on a copy: nothing reaches a note before the caller
-// takes it from here. The text stands in three boxes, one for each alignment, of which one is visible; all three
-// always hold the same text in the same look.
+// The dialog in which a note is written or edited. It works on a copy: nothing reaches a note before the
+// caller takes it from here. The text stands in three boxes, one for each alignment, of which one is visible;
+// all three always hold the same text in the same look.
 
 #include <array>
 #include <cstdint>
@@ -36,10 +36,15 @@ class frmProperties : public frmDialog {
     using frmDialog::cmdOK;
 
   private:
+    wxSizer* CreateBoxes();
+    wxSizer* CreateForms();
+    wxSizer* CreateColors();
+    wxSizer* CreateAlignments();
+    wxSizer* CreateSize();
     void OnText(wxTextCtrl* source);
     void UpdateLook();
     void UpdateAlignment();
-    int SelectedColor() const;
+    std::size_t SelectedColor() const;
     std::int16_t SelectedAlignment() const;
 
     std::array<wxTextCtrl*, 3> boxes_{};

@@ -1,0 +1,8 @@
+#pragma once
+// Date and time as people write them: in the form that the user's system is set to, the German one where it
+// is set to none.
+
+#include <string>
+
+std::wstring CurrentDateText();  // "21.11.2026"
+std::wstring CurrentTimeText();  // "09:05:00"

@@ -1,0 +1,135 @@
+#include "notes/NotePaint.h"
+
+#include <wx/dcmemory.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "notes/NoteColor.h"
+#include "notes/NoteWindow.h"
+#include "res/Resources.h"
+
+namespace {
+
+// More lines than any screen shows at the smallest size.
+constexpr std::size_t kMostLines = 5000;
+
+wxColour ToColour(std::int32_t bgr) {
+    const auto value = static_cast<std::uint32_t>(bgr);
+    return wxColour(value & 0xFF, value >> 8 & 0xFF, value >> 16 & 0xFF);
+}
+
+// Black on paper; a foreign colour code is painted black and would hide black text.
+const wxColour& TextInk(std::int32_t code) { return NoteIcon(code) ? *wxBLACK : *wxWHITE; }
+
+wxRect ToPixels(const TwipsRect& rect, double scaleX, double scaleY) {
+    const int left = static_cast<int>(std::lround(rect.left * scaleX));
+    const int top = static_cast<int>(std::lround(rect.top * scaleY));
+    return wxRect(left, top, static_cast<int>(std::lround(rect.Right() * scaleX)) - left,
+                  static_cast<int>(std::lround(rect.Bottom() * scaleY)) - top);
+}
+
+const wxFont& SmallFont() {
+    static const wxFont font(wxFontInfo(7.5).FaceName(L"Arial"));
+    return font;
+}
+
+void PaintText(wxDC& dc, const NotePicture& note, const wxRect& box) {
+    if (box.width <= 0 || box.height <= 0) return;
+    wxDCClipper clip(dc, box);
+    dc.SetFont(note.font);
+    dc.SetTextForeground(TextInk(note.color));
+    const int height = dc.GetCharHeight();
+    const auto most = static_cast<std::size_t>(box.height / std::max(height, 1) + 1);
+    int y = box.y;
+    for (const FlowLine& line : FlowText(note.text, box.width, MeasureWith(dc), most)) {
+        int x = box.x;
+        if (note.alignment == 1) x += box.width - line.width;
+        if (note.alignment == 2) x += (box.width - line.width) / 2;
+        dc.DrawText(wxString(line.text.data(), line.text.size()), x, y);
+        y += height;
+    }
+}
+
+void PaintTime(wxDC& dc, const NotePicture& note, const wxRect& box, const wxColour& ink) {
+    if (box.width <= 0) return;
+    wxDCClipper clip(dc, box);
+    dc.SetFont(SmallFont());
+    dc.SetTextForeground(ink);
+    dc.DrawText(wxString(note.time), box.x, box.y + (box.height - dc.GetCharHeight()) / 2);
+}
+
+// The two controls are flat until the pointer is over them.
+void PaintButtonFace(wxDC& dc, const wxRect& box, const wxColour& paper, const wxColour& ink, bool hovered,
+                     bool pressed) {
+    if (!hovered) return;
+    dc.SetPen(wxPen(ink));
+    dc.SetBrush(wxBrush(paper.ChangeLightness(pressed ? 80 : 118)));
+    dc.DrawRectangle(box);
+}
+
+void PaintMinimize(wxDC& dc, const wxRect& box, const wxColour& ink) {
+    dc.SetPen(wxPen(ink, 2));
+    const wxPoint middle(box.x + box.width / 2, box.y + box.height / 2 + 2);
+    dc.DrawLine(middle.x - 3, middle.y - 3, middle.x, middle.y);
+    dc.DrawLine(middle.x, middle.y, middle.x + 4, middle.y - 4);
+}
+
+void PaintForeground(wxDC& dc, const wxRect& box, const wxColour& paper, const wxColour& ink, bool on) {
+    wxRect square(0, 0, 9, 9);
+    square = square.CentreIn(box);
+    dc.SetPen(wxPen(ink));
+    dc.SetBrush(on ? wxBrush(paper.ChangeLightness(150)) : *wxTRANSPARENT_BRUSH);
+    dc.DrawRectangle(square);
+    if (!on) return;
+    dc.SetPen(wxPen(ink, 1));
+    dc.DrawLine(square.x + 2, square.y + 2, square.GetRight() - 1, square.GetBottom() - 1);
+    dc.DrawLine(square.x + 2, square.GetBottom() - 2, square.GetRight() - 1, square.y + 1);
+}
+
+}  // namespace
+
+MeasureText MeasureWith(wxDC& dc) {
+    return [&dc](std::wstring_view text) {
+        wxArrayInt widths;
+        dc.GetPartialTextExtents(wxString(text.data(), text.size()), widths);
+        std::vector<int> ends(widths.begin(), widths.end());
+        ends.resize(text.size(), ends.empty() ? 0 : ends.back());
+        return ends;
+    };
+}
+
+wxSize NaturalTextSize(const std::wstring& text, const wxFont& font) {
+    wxBitmap pixel(1, 1);
+    wxMemoryDC dc(pixel);
+    dc.SetFont(font);
+    const auto lines = FlowText(text, 0, MeasureWith(dc), kMostLines);
+    int width = 0;
+    for (const FlowLine& line : lines) width = std::max(width, line.width);
+    return wxSize(width, static_cast<int>(lines.size()) * dc.GetCharHeight());
+}
+
+void PaintNote(wxDC& dc, const NotePicture& note, const NoteLayout& layout, double scaleX, double scaleY) {
+    const wxColour paper = ToColour(DisplayColor(note.color));
+    const wxColour ink = NoteIcon(note.color) ? paper.ChangeLightness(45) : *wxLIGHT_GREY;
+    const wxRect all = ToPixels({0, 0, layout.width, layout.height}, scaleX, scaleY);
+    dc.SetPen(wxPen(paper.ChangeLightness(80)));
+    dc.SetBrush(wxBrush(paper));
+    dc.DrawRectangle(all);
+
+    PaintText(dc, note, ToPixels(layout.lblMessage, scaleX, scaleY));
+    PaintTime(dc, note, ToPixels(layout.lblZeit, scaleX, scaleY), ink);
+
+    const wxRect minimize = ToPixels(layout.cmdMinimize, scaleX, scaleY);
+    const wxRect foreground = ToPixels(layout.chkForeground, scaleX, scaleY);
+    PaintButtonFace(dc, minimize, paper, ink, note.hovered == NotePart::cmdMinimize, note.pressed);
+    PaintMinimize(dc, minimize, ink);
+    PaintButtonFace(dc, foreground, paper, ink, note.hovered == NotePart::chkForeground, note.pressed);
+    PaintForeground(dc, foreground, paper, ink, note.foreground);
+
+    const wxBitmapBundle corner = LoadPicture(CornerBitmap(note.color, DisplayDepth()));
+    if (corner.IsOk()) {
+        const wxRect box = ToPixels(layout.picEcke, scaleX, scaleY);
+        dc.DrawBitmap(corner.GetBitmapFor(dc.GetWindow()), box.x, box.y, true);
+    }
+}

@@ -1,0 +1,30 @@
+#pragma once
+// Painting a note, and measuring its text as it is painted.
+
+#include <wx/dc.h>
+
+#include <string>
+
+#include "notes/NoteLayout.h"
+#include "notes/TextFlow.h"
+
+// What a picture of a note depends on. The texts must outlive the call.
+struct NotePicture {
+    const std::wstring& text;
+    const std::wstring& time;
+    wxFont font;  // of the text
+    int alignment = 0;
+    std::int32_t color = 0;  // colour code
+    bool foreground = false;
+    NotePart hovered = NotePart::Body;
+    bool pressed = false;  // the hovered button is held down
+};
+
+// Paints the whole note into its window's client area; `scale` is pixels a twip.
+void PaintNote(wxDC& dc, const NotePicture& note, const NoteLayout& layout, double scaleX, double scaleY);
+
+// Measures with the font that the context has selected.
+MeasureText MeasureWith(wxDC& dc);
+
+// The size in pixels that the text needs when only its own line breaks count.
+wxSize NaturalTextSize(const std::wstring& text, const wxFont& font);

@@ -1,0 +1,165 @@
+#include "notes/NoteStore.h"
+
+#include <algorithm>
+
+#include "addressbook/AddressBook.h"
+#include "registry/clsRegistry.h"
+
+const wchar_t* const kSettingsKey = L"HKLM\\Software\\Kivora\\1.5\\";
+
+namespace {
+
+const std::wstring kNotePrefix = L"Note";
+
+std::wstring NotePath(const std::wstring& name) { return kSettingsKey + name + L"\\"; }
+
+void ReadNote(frmNote& note, const std::wstring& path) {
+    auto text = [&](const wchar_t* name) { return AsText(Registry().GetValue(path + name, REG_TYPE_SZ)); };
+    auto number = [&](const wchar_t* name) {
+        return AsNumber(Registry().GetValue(path + name, REG_TYPE_DWORD));
+    };
+    note.Text(text(L"Text"));
+    note.CreationTime(text(L"CreationTime"));
+    note.Color(number(L"Color"));
+    note.FontNoteSize(number(L"FontSize"));
+    note.FontNoteBold(number(L"FontBold") != 0);
+    note.FontNoteItalic(number(L"FontItalic") != 0);
+    note.FontNoteUnderlined(number(L"FontUnderlined") != 0);
+    note.FontNoteAlignment(static_cast<std::int16_t>(number(L"FontAlignment")));
+    note.HiddenForeground(number(L"Foreground") != 0);
+    const double left = number(L"X"), top = number(L"Y");
+    const double width = number(L"Width"), height = number(L"Height");
+    note.Place(left, top, width, height);
+}
+
+void WriteNote(const frmNote& note, const std::wstring& path) {
+    auto text = [&](const wchar_t* name, const std::wstring& value) {
+        Registry().SetValue(path + name, REG_TYPE_SZ, value);
+    };
+    auto number = [&](const wchar_t* name, double value) {
+        Registry().SetValue(path + name, REG_TYPE_DWORD, value);
+    };
+    number(L"X", note.Left());
+    number(L"Y", note.Top());
+    number(L"Width", note.Width());
+    number(L"Height", note.Height());
+    text(L"Text", note.Text());
+    text(L"CreationTime", note.CreationTime());
+    number(L"Color", note.Color());
+    number(L"FontSize", note.FontNoteSize());
+    number(L"FontBold", note.FontNoteBold());
+    number(L"FontItalic", note.FontNoteItalic());
+    number(L"FontUnderlined", note.FontNoteUnderlined());
+    number(L"FontAlignment", note.FontNoteAlignment());
+    number(L"Foreground", note.Foreground());
+}
+
+}  // namespace
+
+void NoteUnloader::operator()(frmNote* note) const { note->Unload(); }
+
+void NoteStore::LoadNotes() {
+    AutostartEnabled =
+        AsNumber(Registry().GetValue(std::wstring(kSettingsKey) + L"Autostart", REG_TYPE_DWORD)) != 0;
+    std::vector<std::wstring> names;
+    if (Registry().EnumKeys(kSettingsKey, names) != 0) {
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            if (names[i].compare(0, kNotePrefix.size(), kNotePrefix) != 0) continue;
+            NotePtr note = CreateNote();
+            ReadNote(*note, NotePath(names[i]));
+            lastNoteNumber_ = static_cast<std::int32_t>(i);
+            note->NoteKey(lastNoteNumber_);
+            notes_.push_back(std::move(note));
+        }
+    }
+    LoadAddressBook();
+}
+
+void NoteStore::SaveNotes() {
+    RegistryTransaction image;
+    Registry().DeleteKey(kSettingsKey);
+    Registry().SetValue(std::wstring(kSettingsKey) + L"Autostart", REG_TYPE_DWORD, AutostartEnabled ? 1 : 0);
+    int number = 0;
+    for (const NotePtr& note : notes_) {
+        WriteNote(*note, NotePath(kNotePrefix + std::to_wstring(number)));
+        ++number;
+    }
+    SaveAddressBook();
+}
+
+frmNote& NoteStore::AddNote(NotePtr note) {
+    note->NoteKey(++lastNoteNumber_);
+    note->PlaceAsNew();
+    note->AutoSize();
+    note->ShowStacked();
+    frmNote& added = *note;
+    notes_.push_back(std::move(note));
+    SaveNotes();
+    return added;
+}
+
+frmNote& NoteStore::AdoptNote(NotePtr note) {
+    note->NoteKey(++lastNoteNumber_);
+    frmNote& added = *note;
+    notes_.push_back(std::move(note));
+    return added;
+}
+
+void NoteStore::DeleteNote(frmNote& note) {
+    const auto place =
+        std::find_if(notes_.begin(), notes_.end(), [&](const NotePtr& each) { return each.get() == &note; });
+    if (place == notes_.end()) return;
+    ForgetMinimizedNote(note);
+    notes_.erase(place);
+    SaveNotes();
+}
+
+void NoteStore::UnloadAllNotes() { notes_.clear(); }
+
+void NoteStore::MinimizeAll() {
+    minimizedByCommand_.emplace();
+    for (const NotePtr& note : notes_) {
+        if (note->Minimized()) continue;
+        note->Minimized(true);
+        minimizedByCommand_->insert(note->NoteKey());
+    }
+}
+
+void NoteStore::UnMinimizeAll() {
+    if (!minimizedByCommand_) return;
+    // Each restored note asks to be forgotten, which would change the set that is being walked.
+    const std::unordered_set<std::int32_t> keys = std::move(*minimizedByCommand_);
+    minimizedByCommand_.reset();
+    for (const NotePtr& note : notes_) {
+        if (keys.contains(note->NoteKey())) note->Minimized(false);
+    }
+}
+
+void NoteStore::ForgetMinimizedNote(const frmNote& note) {
+    if (minimizedByCommand_) minimizedByCommand_->erase(note.NoteKey());
+}
+
+void NoteStore::ApplyForeground() {
+    // The others first, so that the topmost notes end above all of them.
+    for (const bool topmost : {false, true}) {
+        for (const NotePtr& note : notes_) {
+            if (note->Foreground() == topmost) note->ShowStacked();
+        }
+    }
+}
+
+std::size_t NoteStore::CountVisibleNotes() const {
+    return static_cast<std::size_t>(
+        std::count_if(notes_.begin(), notes_.end(), [](const NotePtr& note) { return !note->Minimized(); }));
+}
+
+std::size_t NoteStore::CountMinimizedByCommand() const {
+    return minimizedByCommand_ ? minimizedByCommand_->size() : 0;
+}
+
+frmNote* NoteStore::Find(std::int32_t noteKey) const {
+    for (const NotePtr& note : notes_) {
+        if (note->NoteKey() == noteKey) return note.get();
+    }
+    return nullptr;
+}

@@ -1,0 +1,23 @@
+#pragma once
+// What only the platform's window system can do for a note.
+
+#include <wx/frame.h>
+
+#include <cstdint>
+
+// Twips of one window pixel. 15 on a screen of 96 dots an inch.
+double TwipsPerPixelX(const wxWindow& window);
+double TwipsPerPixelY(const wxWindow& window);
+
+// Bits a pixel of the desktop, read anew on every call.
+int DisplayDepth();
+
+// The colour painted for a colour code on the display as it is now.
+std::int32_t DisplayColor(std::int32_t code);
+
+// Cuts the window to the note's outline for its size in pixels.
+void ShapeNoteWindow(wxFrame& window, int widthPixels, int heightPixels);
+
+// Shows the window without activating it, above all normal windows when `topmost` is set, and keeps it out of
+// the task bar.
+void ShowNoteWindow(wxFrame& window, bool topmost);

@@ -1,0 +1,48 @@
+#include <gtk/gtk.h>
+#include <wx/gdicmn.h>
+#include <wx/region.h>
+
+#include <algorithm>
+
+#include "base/twips.h"
+#include "notes/NoteColor.h"
+#include "notes/NoteLayout.h"
+#include "notes/NoteWindow.h"
+
+// The toolkit's pixels are logical ones: it multiplies by the scale factor itself.
+double TwipsPerPixelX(const wxWindow&) { return kTwipsPerLogicalPixel; }
+double TwipsPerPixelY(const wxWindow&) { return kTwipsPerLogicalPixel; }
+
+int DisplayDepth() { return wxDisplayDepth(); }
+
+std::int32_t DisplayColor(std::int32_t code) { return DisplayColor(code, DisplayDepth()); }
+
+void ShapeNoteWindow(wxFrame& window, int widthPixels, int heightPixels) {
+    // Row by row what the outline leaves of the bottom right corner: a region of few rectangles costs the
+    // server far less than a bitmap of the whole note.
+    const auto outline = NoteOutline(widthPixels, heightPixels);
+    const PixelPoint upper = outline[0], middle = outline[1], lower = outline[2];
+    const int top = std::clamp(upper.y, 0, heightPixels);
+    wxRegion shape(0, 0, widthPixels, top);
+    for (int y = top; y < heightPixels; ++y) {
+        const PixelPoint &a = y < middle.y ? upper : middle, &b = y < middle.y ? middle : lower;
+        const int right = a.x + (b.x - a.x) * (2 * (y - a.y) + 1) / (2 * (b.y - a.y));
+        shape.Union(0, y, std::max(right, 1), 1);
+    }
+    window.SetShape(shape);
+}
+
+void ShowNoteWindow(wxFrame& window, bool topmost) {
+    auto* gtk = GTK_WINDOW(window.GetHandle());
+    const bool hidden = !window.IsShown();
+    if (hidden) window.ShowWithoutActivating();
+    if (hidden) {
+        // A window that was hidden has lost both on its way back; only a change makes the toolkit say them
+        // again.
+        gtk_window_set_skip_taskbar_hint(gtk, FALSE);
+        gtk_window_set_skip_taskbar_hint(gtk, TRUE);
+        gtk_window_set_skip_pager_hint(gtk, TRUE);
+    }
+    gtk_window_set_keep_above(gtk, topmost);
+    if (topmost) window.Raise();
+}

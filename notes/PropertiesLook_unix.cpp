@@ -1,0 +1,41 @@
+#include <gtk/gtk.h>
+#include <wx/checkbox.h>
+#include <wx/textctrl.h>
+
+#include "notes/PropertiesLook.h"
+
+namespace {
+
+// The first widget of a type at or below another one; the toolkit wraps its controls in others.
+GtkWidget* FindWidget(GtkWidget* widget, GType type) {
+    if (G_TYPE_CHECK_INSTANCE_TYPE(widget, type)) return widget;
+    if (!GTK_IS_CONTAINER(widget)) return nullptr;
+    GtkWidget* found = nullptr;
+    GList* children = gtk_container_get_children(GTK_CONTAINER(widget));
+    for (GList* each = children; each && !found; each = each->next) {
+        found = FindWidget(GTK_WIDGET(each->data), type);
+    }
+    g_list_free(children);
+    return found;
+}
+
+}  // namespace
+
+void UnderlineCaption(wxCheckBox& box) {
+    GtkWidget* label = FindWidget(box.GetHandle(), GTK_TYPE_LABEL);
+    if (!label) return;
+    PangoAttrList* attributes = pango_attr_list_new();
+    pango_attr_list_insert(attributes, pango_attr_underline_new(PANGO_UNDERLINE_SINGLE));
+    gtk_label_set_attributes(GTK_LABEL(label), attributes);
+    pango_attr_list_unref(attributes);
+}
+
+void PadText(wxTextCtrl& box, int pixels) {
+    GtkWidget* widget = FindWidget(box.GetHandle(), GTK_TYPE_TEXT_VIEW);
+    if (!widget) return;
+    auto* text = GTK_TEXT_VIEW(widget);
+    gtk_text_view_set_left_margin(text, pixels);
+    gtk_text_view_set_right_margin(text, pixels);
+    gtk_text_view_set_top_margin(text, pixels);
+    gtk_text_view_set_bottom_margin(text, pixels);
+}

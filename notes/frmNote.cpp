@@ -1,0 +1,350 @@
+#include "notes/frmNote.h"
+
+#include <wx/app.h>
+#include <wx/dcclient.h>
+#include <wx/display.h>
+#include <wx/weakref.h>
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <tuple>
+
+#include "base/basText.h"
+#include "notes/NoteGesture.h"
+#include "notes/NotePaint.h"
+#include "notes/NoteWindow.h"
+#include "res/Resources.h"
+#include "tray/Notification.h"
+
+namespace {
+
+// Notes share their fonts; a hundred notes seldom need more than three.
+const wxFont& SharedFont(int size, bool bold, bool italic, bool underlined) {
+    static std::map<std::tuple<int, bool, bool, bool>, wxFont> fonts;
+    wxFont& font = fonts[{size, bold, italic, underlined}];
+    if (!font.IsOk()) {
+        font = wxFont(wxFontInfo(size).FaceName(L"Arial").Bold(bold).Italic(italic).Underlined(underlined));
+    }
+    return font;
+}
+
+// Where the next new note goes: each a step beside the one before, in the upper left of the main screen.
+wxPoint NextPlace() {
+    constexpr int kStep = 26, kSteps = 12, kFirst = 60;
+    static int count = 0;
+    const wxRect area = wxDisplay(0u).GetClientArea();
+    const int offset = kFirst + kStep * (count++ % kSteps);
+    return {area.x + offset, area.y + offset};
+}
+
+// The window system takes no coordinates beyond 16 bits.
+constexpr double kFarthest = 16'000;
+// Wider or higher windows may be larger than the screen; smaller ones never are.
+constexpr int kSafePixels = 600;
+
+int ToPixels(double twips, double twipsPerPixel) {
+    return static_cast<int>(std::lround(std::clamp(twips / twipsPerPixel, -kFarthest, kFarthest)));
+}
+
+}  // namespace
+
+frmNote::frmNote(NoteHost& host) : host_(host) {
+    SetBackgroundStyle(wxBG_STYLE_PAINT);
+    Create(nullptr, wxID_ANY, L"Kivora", wxDefaultPosition, wxSize(10, 10),
+           wxFRAME_NO_TASKBAR | wxBORDER_NONE | wxFRAME_SHAPED);
+    Bind(wxEVT_PAINT, &frmNote::OnPaint, this);
+    Bind(wxEVT_SIZE, &frmNote::OnSize, this);
+    Bind(wxEVT_MOTION, &frmNote::OnMotion, this);
+    Bind(wxEVT_LEAVE_WINDOW, &frmNote::OnLeave, this);
+    Bind(wxEVT_LEFT_DOWN, &frmNote::OnLeftDown, this);
+    Bind(wxEVT_LEFT_UP, &frmNote::OnLeftUp, this);
+    Bind(wxEVT_LEFT_DCLICK, &frmNote::OnLeftDoubleClick, this);
+    Bind(wxEVT_RIGHT_UP, &frmNote::OnRightUp, this);
+    Bind(wxEVT_CLOSE_WINDOW, &frmNote::OnClose, this);
+}
+
+frmNote::~frmNote() = default;
+
+void frmNote::PlaceAsNew() {
+    const wxPoint place = NextPlace();
+    PlaceAt(place.x * TwipsPerPixelX(*this), place.y * TwipsPerPixelY(*this));
+}
+
+void frmNote::AutoSize() {
+    const wxSize label = NaturalTextSize(Text(), MessageFont());
+    SizeTo(label.x * TwipsPerPixelX(*this) + 2 * kFrame,
+           label.y * TwipsPerPixelY(*this) + 2 * kFrame + kTimeHeight);
+}
+
+void frmNote::Foreground(bool on) {
+    foreground_ = on;
+    Refresh();
+    host_.SaveNotes();
+    host_.ApplyForeground();
+}
+
+bool frmNote::HiddenForeground() {
+    Foreground(foreground_);
+    return false;
+}
+
+void frmNote::Color(std::int32_t code) {
+    color_ = code;
+    Refresh();
+}
+
+void frmNote::Text(const std::wstring& text) {
+    lblMessage_.caption = text;
+    Refresh();
+}
+
+std::wstring frmNote::TextCleaned() const { return Flattened(Text()); }
+
+void frmNote::FontNoteBold(bool on) {
+    lblMessage_.bold = on;
+    Refresh();
+}
+
+void frmNote::FontNoteItalic(bool on) {
+    lblMessage_.italic = on;
+    Refresh();
+}
+
+void frmNote::FontNoteUnderlined(bool on) {
+    lblMessage_.underlined = on;
+    Refresh();
+}
+
+void frmNote::FontNoteSize(std::int32_t points) {
+    lblMessage_.size = points;
+    Refresh();
+}
+
+void frmNote::FontNoteAlignment(std::int16_t code) {
+    lblMessage_.alignment = code;
+    Refresh();
+}
+
+void frmNote::CreationTime(const std::wstring& text) {
+    lblZeit_ = text;
+    Refresh();
+}
+
+void frmNote::Minimized(bool on) {
+    minimized_ = on;
+    if (!on) {
+        ShowStacked();
+        Raise();
+        if (notNotizIcon_) notNotizIcon_->HideIcon();
+        host_.ForgetMinimizedNote(*this);
+        return;
+    }
+    if (!notNotizIcon_) {
+        notNotizIcon_ = std::make_unique<Notification>();
+        notNotizIcon_->Events.DblClick = [this](int button) {
+            if (button == 1) Minimized(false);
+        };
+        notNotizIcon_->Events.MouseUp = [this](int button) {
+            if (button == 2) Later(&NoteHost::ShowPopupMenu);
+        };
+        notNotizIcon_->Events.ContextMenu = [this] { Later(&NoteHost::ShowPopupMenu); };
+    }
+    constexpr std::size_t kLongestTip = 55;
+    std::wstring tip = TextCleaned();
+    if (tip.size() > kLongestTip) tip = tip.substr(0, kLongestTip) + L" ...";
+    notNotizIcon_->SetIconFile({Picture::Icon, LoadPicture(NoteIcon(color_))});
+    notNotizIcon_->IconToolTip(tip);
+    Hide();
+    notNotizIcon_->ShowIcon();
+}
+
+void frmNote::PlaceAt(double left, double top) { Place(left, top, width_, height_); }
+
+void frmNote::SizeTo(double width, double height) { Place(left_, top_, width, height); }
+
+void frmNote::Place(double left, double top, double width, double height) {
+    // The horizontal factor bounds both, so that the smallest note is the same square everywhere.
+    const double smallest = kSmallestPixels * TwipsPerPixelX(*this);
+    left_ = left;
+    top_ = top;
+    width_ = std::max(width, smallest);
+    height_ = std::max(height, smallest);
+    const wxRect rect = PixelRect();
+    SetSize(rect);
+    ArrangeParts(rect.GetSize());
+}
+
+void frmNote::Unload() {
+    if (notNotizIcon_) notNotizIcon_->HideIcon();
+    gesture_.reset();
+    Hide();
+    Destroy();
+}
+
+void frmNote::ShowStacked() {
+    if (!minimized_) ShowNoteWindow(*this, foreground_);
+}
+
+wxFont frmNote::MessageFont() const {
+    const int size = std::clamp<int>(lblMessage_.size, kSmallestFontSize, kLargestFontSize);
+    return SharedFont(size, lblMessage_.bold, lblMessage_.italic, lblMessage_.underlined);
+}
+
+wxRect frmNote::PixelRect() const {
+    const double x = TwipsPerPixelX(*this), y = TwipsPerPixelY(*this);
+    wxRect rect(ToPixels(left_, x), ToPixels(top_, y), ToPixels(width_, x), ToPixels(height_, y));
+    if (rect.width > kSafePixels || rect.height > kSafePixels) {
+        wxRect screens;
+        for (unsigned i = 0; i < wxDisplay::GetCount(); ++i) screens.Union(wxDisplay(i).GetGeometry());
+        rect.width = std::min(rect.width, std::max(screens.width, kSafePixels));
+        rect.height = std::min(rect.height, std::max(screens.height, kSafePixels));
+    }
+    return rect;
+}
+
+void frmNote::ArrangeParts(const wxSize& pixels) {
+    if (pixels == arrangedFor_ || pixels.x <= 0 || pixels.y <= 0) return;
+    arrangedFor_ = pixels;
+    layout_ = LayoutNote(pixels.x * TwipsPerPixelX(*this), pixels.y * TwipsPerPixelY(*this));
+    ShapeNoteWindow(*this, pixels.x, pixels.y);
+    Refresh();
+}
+
+void frmNote::Hover(NotePart part) {
+    if (part == hovered_) return;
+    hovered_ = part;
+    if (part == NotePart::cmdMinimize) {
+        SetToolTip(L"Minimieren");
+    } else if (part == NotePart::chkForeground) {
+        SetToolTip(L"Im Vordergrund ein/aus");
+    } else {
+        UnsetToolTip();
+    }
+    Refresh();
+}
+
+void frmNote::SetPointer(Pointer pointer) {
+    if (pointer == pointer_) return;
+    pointer_ = pointer;
+    switch (pointer) {
+        case Pointer::NorthEastSouthWest:
+            SetCursor(wxCursor(wxCURSOR_SIZENESW));
+            break;
+        case Pointer::NorthSouth:
+            SetCursor(wxCursor(wxCURSOR_SIZENS));
+            break;
+        case Pointer::NorthWestSouthEast:
+            SetCursor(wxCursor(wxCURSOR_SIZENWSE));
+            break;
+        case Pointer::WestEast:
+            SetCursor(wxCursor(wxCURSOR_SIZEWE));
+            break;
+        case Pointer::Default:
+            SetCursor(wxNullCursor);
+            break;
+    }
+}
+
+void frmNote::Click(NotePart part) {
+    if (part == NotePart::cmdMinimize) {
+        Hover(NotePart::Body);
+        Minimized(true);
+    } else if (part == NotePart::chkForeground) {
+        Foreground(!foreground_);
+    }
+}
+
+void frmNote::FinishGesture(const wxRect& before, const wxRect& after) {
+    const double x = TwipsPerPixelX(*this), y = TwipsPerPixelY(*this);
+    // Only what the gesture changed: a note may be stored with a place or size that this screen cannot show.
+    if (after.x != before.x) left_ = after.x * x;
+    if (after.y != before.y) top_ = after.y * y;
+    if (after.width != before.width) width_ = after.width * x;
+    if (after.height != before.height) height_ = after.height * y;
+    host_.SaveNotes();
+}
+
+void frmNote::Later(void (NoteHost::*call)(frmNote&)) {
+    NoteHost& host = host_;
+    wxTheApp->CallAfter([&host, call, note = wxWeakRef<frmNote>(this)] {
+        if (note) (host.*call)(*note);
+    });
+}
+
+wxPoint2DDouble frmNote::ToTwips(const wxPoint& pixels) const {
+    return {pixels.x * TwipsPerPixelX(*this), pixels.y * TwipsPerPixelY(*this)};
+}
+
+void frmNote::OnPaint(wxPaintEvent&) {
+    wxPaintDC dc(this);
+    const NotePicture picture{
+        Text(), lblZeit_,    MessageFont(), lblMessage_.alignment,
+        color_, foreground_, hovered_,      pressed_ != NotePart::Body && pressed_ == hovered_};
+    PaintNote(dc, picture, layout_, 1 / TwipsPerPixelX(*this), 1 / TwipsPerPixelY(*this));
+}
+
+void frmNote::OnSize(wxSizeEvent& event) { ArrangeParts(event.GetSize()); }
+
+void frmNote::OnMotion(wxMouseEvent& event) {
+    const wxPoint2DDouble at = ToTwips(event.GetPosition());
+    Hover(layout_.PartAt(at.m_x, at.m_y));
+    SetPointer(PointerAt(layout_, at.m_x, at.m_y));
+}
+
+void frmNote::OnLeave(wxMouseEvent&) { Hover(NotePart::Body); }
+
+void frmNote::OnLeftDown(wxMouseEvent& event) {
+    const wxPoint2DDouble at = ToTwips(event.GetPosition());
+    const NotePart part = layout_.PartAt(at.m_x, at.m_y);
+    if (part == NotePart::cmdMinimize || part == NotePart::chkForeground) {
+        hovered_ = pressed_ = part;
+        Refresh();
+        return;
+    }
+    Raise();
+    const auto hit = PressHitTest(layout_, at.m_x, at.m_y);
+    if (hit != HT_NONE) {
+        gesture_ = NoteGesture::Begin(
+            *this, hit, static_cast<int>(kSmallestPixels),
+            [this](const wxRect& before, const wxRect& after) { FinishGesture(before, after); });
+    } else if (part == NotePart::lblZeit) {
+        host_.SaveNotes();
+    }
+}
+
+void frmNote::OnLeftUp(wxMouseEvent& event) {
+    const NotePart pressed = pressed_;
+    pressed_ = NotePart::Body;
+    if (pressed == NotePart::Body) return;
+    Refresh();
+    const wxPoint2DDouble at = ToTwips(event.GetPosition());
+    if (layout_.PartAt(at.m_x, at.m_y) == pressed) Click(pressed);
+}
+
+void frmNote::OnLeftDoubleClick(wxMouseEvent& event) {
+    const wxPoint2DDouble at = ToTwips(event.GetPosition());
+    switch (layout_.PartAt(at.m_x, at.m_y)) {
+        case NotePart::Body:
+        case NotePart::lblMessage:
+        case NotePart::lblZeit:
+            Later(&NoteHost::EditNote);
+            break;
+        default:
+            OnLeftDown(event);  // to a button, or to the corner, the second press is a press like the first
+            break;
+    }
+}
+
+void frmNote::OnRightUp(wxMouseEvent& event) {
+    const wxPoint2DDouble at = ToTwips(event.GetPosition());
+    const NotePart part = layout_.PartAt(at.m_x, at.m_y);
+    if (part == NotePart::Body || part == NotePart::lblMessage) Later(&NoteHost::ShowPopupMenu);
+}
+
+void frmNote::OnClose(wxCloseEvent& event) {
+    // A note goes by being deleted or with the program; whoever closes its window only puts it away.
+    if (!event.CanVeto()) return;
+    event.Veto();
+    if (!minimized_) Minimized(true);
+}

@@ -1,0 +1,212 @@
+#include "notes/frmProperties.h"
+
+#include <wx/button.h>
+#include <wx/checkbox.h>
+#include <wx/radiobut.h>
+#include <wx/spinctrl.h>
+#include <wx/statbox.h>
+#include <wx/stattext.h>
+#include <wx/textctrl.h>
+
+#include <algorithm>
+
+#include "base/basText.h"
+#include "notes/NoteColor.h"
+#include "notes/NoteWindow.h"
+#include "notes/PropertiesLook.h"
+#include "notes/frmNote.h"
+
+namespace {
+
+// The store reads texts back through a buffer of 4096 bytes that also takes a terminator.
+constexpr std::size_t kLongestText = 4095;
+
+enum Form { kUnderlined = 0, kBold = 1, kItalic = 2 };
+
+wxColour ToColour(std::int32_t bgr) { return wxColour(static_cast<unsigned long>(bgr)); }
+
+// The buttons show the pure tones; the last one deliberately a deeper blue than its notes have.
+struct ColorButton {
+    const wchar_t* caption;
+    std::int32_t face;
+};
+constexpr ColorButton kColorButtons[] = {
+    {L"gelb", 0x00FFFF}, {L"grün", 0x00FF00}, {L"rot", 0x0000FF}, {L"blau", 0xFF0000}};
+
+}  // namespace
+
+frmProperties::frmProperties(const wxString& caption) : frmDialog(caption, L"ch2_new.html", true) {
+    auto* content = new wxBoxSizer(wxHORIZONTAL);
+    content->Add(CreateBoxes(), wxSizerFlags(1).Expand());
+    content->AddSpacer(FromDIP(kDialogMargin));
+    auto* choices = new wxBoxSizer(wxVERTICAL);
+    const auto group = wxSizerFlags().Expand().Border(wxBOTTOM, FromDIP(kDialogGap));
+    choices->Add(CreateForms(), group);
+    choices->Add(CreateColors(), group);
+    choices->Add(CreateAlignments(), group);
+    choices->Add(CreateSize(), group);
+    content->Add(choices, wxSizerFlags().Expand());
+    SetContent(content, CreateButtons(L"&OK", L"A&bbrechen"));
+    SetMinSize(GetSize());
+
+    UpdateAlignment();
+    UpdateLook();
+    cmdOK->Disable();
+    txtMessage->SetFocus();
+}
+
+wxSizer* frmProperties::CreateBoxes() {
+    const long alignments[] = {wxTE_LEFT, wxTE_RIGHT, wxTE_CENTRE};
+    auto* sizer = new wxBoxSizer(wxVERTICAL);
+    for (int i = 0; i < 3; ++i) {
+        auto* box = new wxTextCtrl(this, wxID_ANY, wxString(), wxDefaultPosition, FromDIP(wxSize(320, 220)),
+                                   wxTE_MULTILINE | alignments[i]);
+        box->SetForegroundColour(*wxBLACK);
+        PadText(*box, FromDIP(kDialogGap));
+        box->Bind(wxEVT_TEXT, [this, box](wxCommandEvent&) { OnText(box); });
+        if (i != kAlignLeft) box->Hide();
+        sizer->Add(box, wxSizerFlags(1).Expand());
+        boxes_[static_cast<std::size_t>(i)] = box;
+    }
+    txtMessage = boxes_[kAlignLeft];
+    txtMessageRechts = boxes_[kAlignRight];
+    txtMessageZentr = boxes_[kAlignCentre];
+    return sizer;
+}
+
+wxSizer* frmProperties::CreateForms() {
+    auto* sizer = new wxStaticBoxSizer(wxVERTICAL, this, L"Form");
+    const wchar_t* const captions[] = {L"unterstrichen", L"fett", L"kursiv"};
+    for (std::size_t i = 0; i < chkForm.size(); ++i) {
+        chkForm[i] = new wxCheckBox(sizer->GetStaticBox(), wxID_ANY, captions[i]);
+        chkForm[i]->Bind(wxEVT_CHECKBOX, [this](wxCommandEvent&) { UpdateLook(); });
+        sizer->Add(chkForm[i], wxSizerFlags().Border(wxALL, FromDIP(2)));
+    }
+    const wxFont font = GetFont();
+    UnderlineCaption(*chkForm[kUnderlined]);
+    chkForm[kBold]->SetFont(font.Bold());
+    chkForm[kItalic]->SetFont(font.Italic());
+    return sizer;
+}
+
+wxSizer* frmProperties::CreateColors() {
+    auto* sizer = new wxStaticBoxSizer(wxVERTICAL, this, L"Farbe");
+    for (std::size_t i = 0; i < optFarbe.size(); ++i) {
+        optFarbe[i] = new wxRadioButton(sizer->GetStaticBox(), wxID_ANY, kColorButtons[i].caption,
+                                        wxDefaultPosition, wxDefaultSize, i == 0 ? wxRB_GROUP : 0);
+        const wxColour face = ToColour(kColorButtons[i].face);
+        optFarbe[i]->SetBackgroundColour(face);
+        optFarbe[i]->SetForegroundColour(face.GetLuminance() > 0.2 ? *wxBLACK : *wxWHITE);
+        optFarbe[i]->Bind(wxEVT_RADIOBUTTON, [this](wxCommandEvent&) { UpdateLook(); });
+        sizer->Add(optFarbe[i], wxSizerFlags().Expand().Border(wxALL, FromDIP(2)));
+    }
+    return sizer;
+}
+
+wxSizer* frmProperties::CreateAlignments() {
+    auto* sizer = new wxStaticBoxSizer(wxVERTICAL, this, L"Ausrichtung");
+    const wchar_t* const captions[] = {L"links", L"rechts", L"zentriert"};
+    for (std::size_t i = 0; i < optAusrichtung.size(); ++i) {
+        optAusrichtung[i] = new wxRadioButton(sizer->GetStaticBox(), wxID_ANY, captions[i], wxDefaultPosition,
+                                              wxDefaultSize, i == 0 ? wxRB_GROUP : 0);
+        optAusrichtung[i]->Bind(wxEVT_RADIOBUTTON, [this](wxCommandEvent&) { UpdateAlignment(); });
+        sizer->Add(optAusrichtung[i], wxSizerFlags().Border(wxALL, FromDIP(2)));
+    }
+    return sizer;
+}
+
+wxSizer* frmProperties::CreateSize() {
+    auto* sizer = new wxBoxSizer(wxHORIZONTAL);
+    sizer->Add(new wxStaticText(this, wxID_ANY, L"Schriftgrad"), wxSizerFlags().CentreVertical());
+    sizer->AddSpacer(FromDIP(kDialogGap));
+    updwnSchriftgrad = new wxSpinCtrl(this, wxID_ANY, wxString(), wxDefaultPosition, wxDefaultSize,
+                                      wxSP_ARROW_KEYS, kSmallestFontSize, kLargestFontSize, kDefaultFontSize);
+    updwnSchriftgrad->Bind(wxEVT_SPINCTRL, [this](wxSpinEvent&) { UpdateLook(); });
+    sizer->Add(updwnSchriftgrad, wxSizerFlags(1));
+    return sizer;
+}
+
+void frmProperties::Fill(const frmNote& note) {
+    wxString text(note.Text());
+    text.Replace(L"\r\n", L"\n");
+    text.Replace(L"\r", L"\n");
+    text_ = text.ToStdWstring();
+    for (wxTextCtrl* box : boxes_) box->ChangeValue(text);
+    cmdOK->Enable(!text_.empty());
+
+    const auto alignment = static_cast<std::size_t>(std::clamp<int>(note.FontNoteAlignment(), 0, 2));
+    optAusrichtung[alignment]->SetValue(true);
+    chkForm[kUnderlined]->SetValue(note.FontNoteUnderlined());
+    chkForm[kBold]->SetValue(note.FontNoteBold());
+    chkForm[kItalic]->SetValue(note.FontNoteItalic());
+    updwnSchriftgrad->SetValue(std::clamp(note.FontNoteSize(), kSmallestFontSize, kLargestFontSize));
+    const auto color = std::find(kNoteColors.begin(), kNoteColors.end(), note.Color());
+    optFarbe[color == kNoteColors.end() ? 0 : static_cast<std::size_t>(color - kNoteColors.begin())]
+        ->SetValue(true);
+    UpdateAlignment();
+    UpdateLook();
+    boxes_[alignment]->SetFocus();
+    boxes_[alignment]->SetInsertionPointEnd();
+}
+
+void frmProperties::ApplyTo(frmNote& note) const {
+    note.FontNoteBold(chkForm[kBold]->GetValue());
+    note.FontNoteItalic(chkForm[kItalic]->GetValue());
+    note.FontNoteUnderlined(chkForm[kUnderlined]->GetValue());
+    note.FontNoteAlignment(SelectedAlignment());
+    note.FontNoteSize(updwnSchriftgrad->GetValue());
+    note.Text(WithCrLf(text_));
+    note.Color(kNoteColors[SelectedColor()]);
+}
+
+void frmProperties::OnText(wxTextCtrl* source) {
+    if (updating_) return;
+    updating_ = true;
+    const std::wstring typed = source->GetValue().ToStdWstring();
+    std::size_t caret = 0;
+    text_ = FitEdit(text_, typed, kLongestText, &caret);
+    if (text_ != typed) {
+        source->ChangeValue(text_);
+        source->SetInsertionPoint(static_cast<long>(caret));
+        wxBell();
+    }
+    for (wxTextCtrl* box : boxes_) {
+        if (box != source) box->ChangeValue(text_);
+    }
+    cmdOK->Enable(!text_.empty());
+    UpdateLook();
+    updating_ = false;
+}
+
+void frmProperties::UpdateLook() {
+    const wxFont font(wxFontInfo(updwnSchriftgrad->GetValue())
+                          .FaceName(L"Arial")
+                          .Bold(chkForm[kBold]->GetValue())
+                          .Italic(chkForm[kItalic]->GetValue())
+                          .Underlined(chkForm[kUnderlined]->GetValue()));
+    const wxColour paper = ToColour(DisplayColor(kNoteColors[SelectedColor()]));
+    for (wxTextCtrl* box : boxes_) {
+        box->SetFont(font);
+        box->SetBackgroundColour(paper);
+        box->Refresh();
+    }
+}
+
+void frmProperties::UpdateAlignment() {
+    for (std::size_t i = 0; i < boxes_.size(); ++i) boxes_[i]->Show(optAusrichtung[i]->GetValue());
+    Layout();
+}
+
+std::size_t frmProperties::SelectedColor() const {
+    for (std::size_t i = 0; i < optFarbe.size(); ++i) {
+        if (optFarbe[i]->GetValue()) return i;
+    }
+    return 0;
+}
+
+std::int16_t frmProperties::SelectedAlignment() const {
+    for (std::size_t i = 0; i < optAusrichtung.size(); ++i) {
+        if (optAusrichtung[i]->GetValue()) return static_cast<std::int16_t>(i);
+    }
+    return kAlignLeft;
+}
