@@ -34,8 +34,8 @@ class clsRegistry {
 
     bool DeleteValue(const std::wstring& PathWithValue);
 
-    // A text for the types 1, 2 and 7, else a 32-bit number; empty or 0 when the value is missing. Texts of 4096
-    // bytes or more in the registry's code page come back empty.
+    // A text for the types 1, 2 and 7, else a 32-bit number; empty or 0 when the value is missing. Texts of
+    // 4096 bytes or more in the registry's code page come back empty.
     RegistryValue GetValue(const std::wstring& PathWithValue, std::int32_t RegType);
 
     // Writes a text without a terminating NUL, or a number rounded to 32 bits. Missing keys are created.
@@ -48,13 +48,16 @@ class clsRegistry {
 // The instance that the whole program uses, created at first use.
 clsRegistry& Registry();
 
-// Everything written while such an object lives becomes durable at once when the outermost one ends, or not at
-// all: after a crash or with a full disk the image is the old one or the new one. Other processes wait
-// meanwhile. Where the platform's registry knows no such thing it does nothing.
+// Everything written while such an object lives becomes durable at once when the outermost one ends, or not
+// at all: after a crash, an exception or with a full disk the image is the old one or the new one. Other
+// processes wait meanwhile. Where the platform's registry knows no such thing it does nothing.
 class RegistryTransaction {
   public:
     RegistryTransaction();
     ~RegistryTransaction();
     RegistryTransaction(const RegistryTransaction&) = delete;
     RegistryTransaction& operator=(const RegistryTransaction&) = delete;
+
+  private:
+    int exceptions_;  // under way when it began
 };

@@ -1,0 +1,202 @@
+#include "registry/HiveImage.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "base/CaseFold.h"
+
+namespace {
+
+constexpr std::int64_t kRoots = 7;
+
+// Takes the first component off a path; empty ones are skipped. An empty result is the end.
+std::string_view TakeComponent(std::string_view& path) {
+    const std::size_t start = std::min(path.find_first_not_of('\\'), path.size());
+    path.remove_prefix(start);
+    const std::string_view component = path.substr(0, path.find('\\'));
+    path.remove_prefix(component.size());
+    return component;
+}
+
+bool WriteValues(const HiveKey& key, HiveWriter& writer) {
+    auto stored = key.storedValues.begin();
+    auto value = key.values.begin();
+    while (stored != key.storedValues.end() || value != key.values.end()) {
+        const bool gone =
+            value == key.values.end() || (stored != key.storedValues.end() && stored->first < value->first);
+        const bool added = !gone && (stored == key.storedValues.end() || value->first < stored->first);
+        if (gone) {
+            if (!writer.RemoveValue(key.id, stored->second.name)) return false;
+            ++stored;
+            continue;
+        }
+        if (!added && stored->second.name != value->second.name &&
+            !writer.RemoveValue(key.id, stored->second.name))
+            return false;
+        if ((added || stored->second != value->second) && !writer.PutValue(key.id, value->second))
+            return false;
+        if (!added) ++stored;
+        ++value;
+    }
+    return true;
+}
+
+bool WriteKey(const HiveKey& key, HiveWriter& writer) {
+    if (key.deleted) return !key.inFile || writer.RemoveKey(key.id);
+    if (!key.inFile && !writer.AddKey(key.id, key.parent->id, key.name)) return false;
+    if (key.inFile && key.name != key.storedName && !writer.RenameKey(key.id, key.name)) return false;
+    return WriteValues(key, writer);
+}
+
+}  // namespace
+
+HiveImage::HiveImage() {
+    top_.depth = -1;
+    for (lastId_ = 0; lastId_ < kRoots; ++lastId_) {
+        auto root = std::make_unique<HiveKey>();
+        root->id = lastId_;
+        root->inFile = true;
+        byId_[lastId_] = root.get();
+        top_.keys[std::to_string(lastId_)] = std::move(root);
+    }
+}
+
+void HiveImage::LoadKey(std::int64_t id, std::int64_t parent, std::string name) {
+    lastId_ = std::max(lastId_, id);
+    HiveKey* const above = Find(parent);
+    if (!above || Find(id) || name.empty() || name.size() > kLongestKeyName || above->depth >= kDeepestKey ||
+        name.find_first_of(std::string_view("\\\0", 2)) != std::string::npos)
+        return;
+    auto [place, isNew] = above->keys.try_emplace(Utf8InCapitals(name));
+    if (!isNew) return;
+    place->second = std::make_unique<HiveKey>();
+    HiveKey& key = *place->second;
+    key.id = id;
+    key.parent = above;
+    key.depth = above->depth + 1;
+    key.name = key.storedName = std::move(name);
+    key.inFile = true;
+    byId_[id] = &key;
+}
+
+void HiveImage::LoadValue(std::int64_t keyId, HiveValue value) {
+    if (HiveKey* const key = Find(keyId))
+        key->values.try_emplace(Utf8InCapitals(value.name), std::move(value));
+}
+
+HiveKey* HiveImage::Find(std::int64_t id) const {
+    const auto found = byId_.find(id);
+    return found == byId_.end() ? nullptr : found->second;
+}
+
+HiveKey* HiveImage::Find(HiveKey& from, std::string_view path) {
+    HiveKey* key = &from;
+    for (std::string_view name = TakeComponent(path); !name.empty(); name = TakeComponent(path)) {
+        const auto found = key->keys.find(Utf8InCapitals(name));
+        if (found == key->keys.end()) return nullptr;
+        key = found->second.get();
+    }
+    return key;
+}
+
+HiveKey* HiveImage::Create(HiveKey& from, std::string_view path) {
+    int depth = from.depth;
+    std::string_view rest = path;
+    for (std::string_view name = TakeComponent(rest); !name.empty(); name = TakeComponent(rest))
+        if (name.size() > kLongestKeyName || ++depth > kDeepestKey) return nullptr;
+    HiveKey* key = &from;
+    for (std::string_view name = TakeComponent(path); !name.empty(); name = TakeComponent(path))
+        key = CreateChild(*key, name);
+    return key;
+}
+
+HiveKey* HiveImage::CreateChild(HiveKey& parent, std::string_view name) {
+    std::string capitals = Utf8InCapitals(name);
+    auto place = parent.keys.lower_bound(capitals);
+    if (place != parent.keys.end() && place->first == capitals) return place->second.get();
+
+    // A key that was deleted since the last writing comes back, so that what it held can be compared.
+    std::unique_ptr<HiveKey> key;
+    if (auto deleted = parent.deletedKeys.extract(capitals))
+        key = std::move(deleted.mapped());
+    else
+        key = std::make_unique<HiveKey>();
+    if (!key->parent) {
+        key->id = ++lastId_;
+        key->parent = &parent;
+        key->depth = parent.depth + 1;
+    }
+    key->deleted = false;
+    key->name = name;
+    byId_[key->id] = key.get();
+    Touch(*key);
+    ++parent.keysRevision;
+    return parent.keys.emplace_hint(place, std::move(capitals), std::move(key))->second.get();
+}
+
+void HiveImage::SetValue(HiveKey& key, const std::string& name, std::uint32_t type, std::string_view data) {
+    Touch(key);
+    auto [place, isNew] = key.values.try_emplace(Utf8InCapitals(name));
+    if (isNew) {
+        place->second.name = name;
+        ++key.valuesRevision;
+    }
+    place->second.type = type;
+    place->second.data = data;
+}
+
+const HiveValue* HiveImage::FindValue(const HiveKey& key, const std::string& name) {
+    const auto found = key.values.find(Utf8InCapitals(name));
+    return found == key.values.end() ? nullptr : &found->second;
+}
+
+bool HiveImage::DeleteValue(HiveKey& key, const std::string& name) {
+    const auto found = key.values.find(Utf8InCapitals(name));
+    if (found == key.values.end()) return false;
+    Touch(key);
+    key.values.erase(found);
+    ++key.valuesRevision;
+    return true;
+}
+
+void HiveImage::DeleteKey(HiveKey& key) {
+    HiveKey& parent = *key.parent;
+    if (!key.touched) {
+        key.touched = true;
+        touched_.push_back(&key);
+        key.storedValues = std::move(key.values);
+    }
+    key.values.clear();
+    key.deleted = true;
+    ++key.valuesRevision;
+    byId_.erase(key.id);
+    Touch(parent);
+    ++parent.keysRevision;
+    auto node = parent.keys.extract(Utf8InCapitals(key.name));
+    parent.deletedKeys.insert(std::move(node));
+}
+
+void HiveImage::Touch(HiveKey& key) {
+    if (key.touched) return;
+    key.touched = true;
+    touched_.push_back(&key);
+    key.storedValues = key.values;
+}
+
+bool HiveImage::WriteChanges(HiveWriter& writer) const {
+    return std::all_of(touched_.begin(), touched_.end(),
+                       [&writer](const HiveKey* key) { return WriteKey(*key, writer); });
+}
+
+void HiveImage::ChangesAreWritten() {
+    // Deleted keys die with what is above them, so no pointer to one is looked at any more from here on.
+    std::erase_if(touched_, [](const HiveKey* key) { return key->deleted; });
+    for (HiveKey* key : touched_) {
+        key->touched = false;
+        key->inFile = true;
+        key->storedName = key->name;
+        key->storedValues.clear();
+        key->deletedKeys.clear();
+    }
+    touched_.clear();
+}

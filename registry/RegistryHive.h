@@ -1,0 +1,46 @@
+#pragma once
+// The hive behind the registry calls where the system has none of its own: the image that this process sees,
+// the file below it, and the transactions that lead from one to the other.
+//
+// A hive that could not be opened or read looks empty and refuses every change until the process ends, so
+// that nothing empty is ever written over what could not be read.
+
+#include <cstdint>
+#include <memory>
+
+#include "registry/HiveFile.h"
+#include "registry/HiveImage.h"
+
+class RegistryHive {
+  public:
+    // The image as the file is now; inside a transaction, as the transaction has made it.
+    HiveImage& Image();
+
+    // Changes whenever Image() has become another object; pointers into the old one are dead then.
+    std::uint64_t Generation() const { return generation_; }
+
+    // Nestable. Writing is allowed only between the two, and only if MayWrite.
+    void Begin();
+    bool MayWrite() const { return depth_ > 0 && writing_; }
+    // False when the outermost transaction ended without its changes being kept.
+    bool End(bool keep);
+
+    // Gives the file up; the next call opens the one that the environment names then.
+    void Close();
+
+  private:
+    void Refresh();
+    void Take(std::unique_ptr<HiveImage> image);
+
+    enum { kUnopened, kUsable, kUnreadable } state_ = kUnopened;
+    std::unique_ptr<HiveFile> file_;
+    std::unique_ptr<HiveImage> image_ = std::make_unique<HiveImage>();
+    std::uint64_t generation_ = 0;
+    int depth_ = 0;
+    bool writing_ = false;
+    bool abandoned_ = false;  // something in the transaction ended without being kept
+    bool stale_ = false;      // the image holds what never reached the file
+};
+
+// The hive of this process: $XDG_DATA_HOME/kivora/registry.sqlite.
+RegistryHive& Hive();
