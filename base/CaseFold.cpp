@@ -96,10 +96,10 @@ std::wstring InCapitals(std::wstring_view text) {
 }
 
 std::string Utf8InCapitals(std::string_view bytes) {
-    const bool ascii = std::all_of(bytes.begin(), bytes.end(), [](char c) { return (c & 0x80) == 0; });
-    if (!ascii) return ToUtf8(InCapitals(FromUtf8(bytes)));
     std::string result(bytes);
-    for (char& c : result)
+    for (char& c : result) {
+        if ((c & 0x80) != 0) return ToUtf8(InCapitals(FromUtf8(bytes)));
         if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 32);
+    }
     return result;
 }

@@ -92,9 +92,12 @@ std::size_t UnitLength(std::wstring_view text, std::size_t at) {
 }  // namespace
 
 std::string ToUtf8(std::wstring_view text) {
-    std::string bytes;
-    bytes.reserve(text.size());
-    for (std::size_t at = 0; at < text.size();) AppendUtf8(bytes, TakeCharacter(text, at));
+    std::string bytes(text.size(), '\0');
+    std::size_t at = 0;
+    for (; at < text.size() && text[at] >= 0 && text[at] < 0x80; ++at)
+        bytes[at] = static_cast<char>(text[at]);
+    bytes.resize(at);
+    while (at < text.size()) AppendUtf8(bytes, TakeCharacter(text, at));
     return bytes;
 }
 

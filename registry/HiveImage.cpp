@@ -30,11 +30,10 @@ bool WriteValues(const HiveKey& key, HiveWriter& writer) {
             ++stored;
             continue;
         }
-        if (!added && stored->second.name != value->second.name &&
-            !writer.RemoveValue(key.id, stored->second.name))
-            return false;
-        if ((added || stored->second != value->second) && !writer.PutValue(key.id, value->second))
-            return false;
+        const bool renamed = !added && stored->second.name != value->second.name;
+        if (renamed && !writer.RemoveValue(key.id, stored->second.name)) return false;
+        const bool differs = added || stored->second != value->second;
+        if (differs && !writer.PutValue(key.id, value->second)) return false;
         if (!added) ++stored;
         ++value;
     }
@@ -90,12 +89,17 @@ HiveKey* HiveImage::Find(std::int64_t id) const {
 }
 
 HiveKey* HiveImage::Find(HiveKey& from, std::string_view path) {
+    if (lastFound_ && lastFrom_ == &from && lastPath_ == path) return lastFound_;
     HiveKey* key = &from;
-    for (std::string_view name = TakeComponent(path); !name.empty(); name = TakeComponent(path)) {
+    std::string_view rest = path;
+    for (std::string_view name = TakeComponent(rest); !name.empty(); name = TakeComponent(rest)) {
         const auto found = key->keys.find(Utf8InCapitals(name));
         if (found == key->keys.end()) return nullptr;
         key = found->second.get();
     }
+    lastFrom_ = &from;
+    lastPath_ = path;
+    lastFound_ = key;
     return key;
 }
 
@@ -161,6 +165,7 @@ bool HiveImage::DeleteValue(HiveKey& key, const std::string& name) {
 
 void HiveImage::DeleteKey(HiveKey& key) {
     HiveKey& parent = *key.parent;
+    lastFound_ = nullptr;
     if (!key.touched) {
         key.touched = true;
         touched_.push_back(&key);

@@ -72,7 +72,7 @@ class HiveImage {
     HiveKey* Find(std::int64_t id) const;
 
     // The key below, null when it is missing. Empty components of the path do not count.
-    static HiveKey* Find(HiveKey& from, std::string_view path);
+    HiveKey* Find(HiveKey& from, std::string_view path);
 
     // The same, making what is missing. Null when a name is too long or the place too deep; nothing is made
     // then.
@@ -99,4 +99,9 @@ class HiveImage {
     std::unordered_map<std::int64_t, HiveKey*> byId_;
     std::vector<HiveKey*> touched_;
     std::int64_t lastId_ = 0;
+
+    // What was found last: values are read and written one after the other under the same key.
+    const HiveKey* lastFrom_ = nullptr;
+    std::string lastPath_;
+    HiveKey* lastFound_ = nullptr;
 };

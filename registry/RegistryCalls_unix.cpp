@@ -134,7 +134,7 @@ typename Items::iterator ItemAt(HiveKey& key, Items& items, Positions* position,
 long OpenKey(Key parent, const std::string& subKey, std::uint32_t access, Key& result) {
     HiveKey* from = nullptr;
     if (const long failed = Resolve(parent, 0, from)) return failed;
-    const HiveKey* const key = HiveImage::Find(*from, Name(subKey));
+    const HiveKey* const key = Hive().Image().Find(*from, Name(subKey));
     if (!key) return kFileNotFound;
     result = NewHandle(*key, access);
     return kSuccess;
@@ -198,7 +198,7 @@ long DeleteKey(Key parent, const std::string& subKey) {
     return Write([&]() -> long {
         HiveKey* from = nullptr;
         if (const long failed = Resolve(parent, 0, from)) return failed;
-        HiveKey* const key = HiveImage::Find(*from, Name(subKey));
+        HiveKey* const key = Hive().Image().Find(*from, Name(subKey));
         if (!key) return kFileNotFound;
         if (!key->parent || !key->keys.empty()) return kAccessDenied;
         Hive().Image().DeleteKey(*key);
