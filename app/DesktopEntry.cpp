@@ -1,10 +1,19 @@
 #include "app/DesktopEntry.h"
 
+namespace {
+constexpr std::string_view kPlainCharacters =
+    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789/._-+";
+}
+
 std::string DesktopExec(std::string_view path) {
     // Two layers: inside the quotes four characters take a backslash and the percent sign is doubled; then
     // the value as a whole is a string, in which a backslash and line breaks are written with one more
     // backslash.
-    std::string value = "\"";
+    const bool plain = path.find_first_not_of(kPlainCharacters) == std::string_view::npos;
+    if (plain) return std::string(path);
+    // Desktops that look for the program before they expand the line would look for one with two percent
+    // signs.
+    std::string value = path.find('%') == std::string_view::npos ? "\"" : "env \"";
     for (const char character : path) {
         switch (character) {
             case '"':

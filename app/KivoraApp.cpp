@@ -14,16 +14,19 @@ bool KivoraApp::OnInit() {
 }
 
 int KivoraApp::OnRun() {
-    run_();
-    return 0;
+    try {
+        run_();
+        return 0;
+    } catch (...) {
+        ReportException();
+        return 1;
+    }
 }
 
 bool KivoraApp::OnExceptionInMainLoop() {
     ReportException();
     return true;
 }
-
-void KivoraApp::OnUnhandledException() { ReportException(); }
 
 void KivoraApp::OnAssertFailure(const wxChar* file, int line, const wxChar*, const wxChar* condition,
                                 const wxChar* message) {

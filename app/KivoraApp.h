@@ -14,7 +14,6 @@ class KivoraApp : public wxApp {
     bool OnInit() override;
     int OnRun() override;
     bool OnExceptionInMainLoop() override;
-    void OnUnhandledException() override;
     void OnAssertFailure(const wxChar* file, int line, const wxChar* function, const wxChar* condition,
                          const wxChar* message) override;
 

@@ -16,8 +16,6 @@ void PrintError(const std::wstring& text);
 
 // Language and window system, to be chosen before the toolkit starts.
 void PrepareToolkit();
-// False when there is no display to start it on.
-bool CanShowWindows();
 
 // Calls `quit` from the event loop when the system asks the program to end, while this object lives.
 class EndRequests {

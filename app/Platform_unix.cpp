@@ -40,8 +40,6 @@ void PrepareToolkit() {
     gdk_set_allowed_backends("x11,*");
 }
 
-bool CanShowWindows() { return gtk_init_check(nullptr, nullptr); }
-
 EndRequests::EndRequests(std::function<void()> quit) : quit_(std::move(quit)) {
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
         sources_.push_back(g_unix_signal_add(signal, OnEndRequest, &quit_));

@@ -2,6 +2,8 @@
 #include <wx/menu.h>
 #include <wx/window.h>
 
+#include <memory>
+
 #include "app/PopupMenu.h"
 #include "base/basWait.h"
 
@@ -12,14 +14,30 @@ void OnHidden(GtkWidget*, gpointer open) {
     WakeWaits();
 }
 
-// The toolkit asks an owner's visible window for the place, and the main window has none.
-GdkWindow* PlaceOfPointer(GdkRectangle& place) {
-    GdkDisplay* display = gdk_display_get_default();
+struct EventFree {
+    void operator()(GdkEvent* event) const { gdk_event_free(event); }
+};
+using EventPtr = std::unique_ptr<GdkEvent, EventFree>;
+
+// What the menu takes its time and its pointer from: the event being handled, or one like it where the wish
+// to open the menu came by another way.
+EventPtr TriggerEvent(GdkWindow* window, GdkDevice* pointer) {
+    if (GdkEvent* current = gtk_get_current_event()) return EventPtr(current);
+    EventPtr event(gdk_event_new(GDK_BUTTON_RELEASE));
+    event->button.window = GDK_WINDOW(g_object_ref(window));
+    gdk_event_set_device(event.get(), pointer);
+    return event;
+}
+
+// The toolkit's own way to open a menu needs a visible window, and the main window is none.
+void OpenAtPointer(GtkMenu* menu) {
+    GdkDevice* pointer = gdk_seat_get_pointer(gdk_display_get_default_seat(gdk_display_get_default()));
     GdkScreen* screen = nullptr;
-    place = {0, 0, 1, 1};
-    gdk_device_get_position(gdk_seat_get_pointer(gdk_display_get_default_seat(display)), &screen, &place.x,
-                            &place.y);
-    return gdk_screen_get_root_window(screen);
+    GdkRectangle place{0, 0, 1, 1};
+    gdk_device_get_position(pointer, &screen, &place.x, &place.y);
+    GdkWindow* root = gdk_screen_get_root_window(screen);
+    gtk_menu_popup_at_rect(menu, root, &place, GDK_GRAVITY_NORTH_WEST, GDK_GRAVITY_NORTH_WEST,
+                           TriggerEvent(root, pointer).get());
 }
 
 }  // namespace
@@ -33,10 +51,7 @@ std::optional<int> PopupMenuAtPointer(wxWindow& owner, wxMenu& menu) {
     GtkWidget* popup = menu.m_menu;
     bool open = true;
     const gulong hidden = g_signal_connect(popup, "hide", G_CALLBACK(OnHidden), &open);
-    GdkRectangle place;
-    GdkWindow* root = PlaceOfPointer(place);
-    gtk_menu_popup_at_rect(GTK_MENU(popup), root, &place, GDK_GRAVITY_NORTH_WEST, GDK_GRAVITY_NORTH_WEST,
-                           gtk_get_current_event());
+    OpenAtPointer(GTK_MENU(popup));
     // Another program may hold the mouse, and then no menu opens.
     if (gtk_widget_get_visible(popup)) WaitUntil([&] { return !open; });
     g_signal_handler_disconnect(popup, hidden);

@@ -2,6 +2,8 @@
 
 #include <wx/app.h>
 #include <wx/evtloop.h>
+#include <wx/init.h>
+#include <wx/log.h>
 
 #include <optional>
 
@@ -135,5 +137,17 @@ int RunProgram(const StartRequest& request, std::unique_ptr<RunningCopy> role, c
     // The arguments are read already, and the toolkit would find options of its own among them.
     int count = 1;
     char* arguments[] = {programName, nullptr};
-    return wxEntry(count, arguments);
+    bool started = false;
+    {
+        const wxLogNull quiet;  // we say it ourselves
+        started = wxEntryStart(count, arguments);
+    }
+    if (!started) {
+        PrintError(L"Kivora braucht einen Bildschirm, aber DISPLAY nennt keinen, der erreichbar ist.\n");
+        return 1;
+    }
+    const int result = app->CallOnInit() ? app->OnRun() : 1;
+    app->OnExit();
+    wxEntryCleanup();
+    return result;
 }

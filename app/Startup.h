@@ -51,5 +51,5 @@ class Program {
     bool loaded_ = false;             // the store holds what is saved, so it may be saved
 };
 
-// Starts the toolkit, does what was asked for and returns the process's exit code.
+// Starts the toolkit, does what was asked for and returns the process's exit code: 1 without a display.
 int RunProgram(const StartRequest& request, std::unique_ptr<RunningCopy> role, char* programName);

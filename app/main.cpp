@@ -55,10 +55,5 @@ int main(int argc, char** argv) {
     }
 
     PrepareToolkit();
-    if (!CanShowWindows()) {
-        PrintError(
-            L"Kivora braucht einen Bildschirm: Die Umgebungsvariable DISPLAY nennt keinen erreichbaren.\n");
-        return 1;
-    }
     return RunProgram(request, std::move(role), argv[0]);
 }

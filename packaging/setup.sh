@@ -1,0 +1,50 @@
+# To be sourced. Brings what the project needs from the distribution (Debian 12 or a relative of it).
+
+packages_build="g++ cmake ninja-build pkg-config ccache libwxgtk3.2-dev libgtk-3-dev libsqlite3-dev
+                librsvg2-dev fonts-liberation"
+packages_display="xvfb openbox trayer xdotool imagemagick x11-utils x11-xserver-utils"
+packages_test="libgtest-dev"
+
+say() { printf '== %s\n' "$*"; }
+
+# Installs those of the named packages that are missing.
+install_packages() {
+    command -v dpkg-query >/dev/null || {
+        say "This is no Debian system; these are expected to be here: $*"
+        return 0
+    }
+    local package missing=() as_root=()
+    local installed
+    installed=" $(dpkg-query -W -f='${db:Status-Status}:${Package} ' "$@" 2>/dev/null) "
+    for package in "$@"; do
+        case $installed in *" installed:$package "*) ;; *) missing+=("$package") ;; esac
+    done
+    [ ${#missing[@]} -eq 0 ] && return 0
+
+    say "Installing: ${missing[*]}"
+    if [ "$(id -u)" -ne 0 ]; then
+        command -v sudo >/dev/null || {
+            say "This needs root. Run as root: apt-get install ${missing[*]}"
+            return 1
+        }
+        as_root=(sudo)
+    fi
+    "${as_root[@]}" apt-get update -qq || return 1
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+        apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null || return 1
+}
+
+# Configures and builds: build PRESET [TARGET…]
+build() {
+    local preset=$1 target targets=()
+    shift
+    for target in "$@"; do targets+=(--target "$target"); done
+    say "Building (preset $preset)"
+    (cd "$root" && cmake --preset "$preset" >"$root/.configure.log" 2>&1) || {
+        cat "$root/.configure.log"
+        rm -f "$root/.configure.log"
+        return 1
+    }
+    rm -f "$root/.configure.log"
+    (cd "$root" && cmake --build --preset "$preset" -j "$(nproc)" "${targets[@]}")
+}
