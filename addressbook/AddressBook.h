@@ -1,11 +1,12 @@
 #pragma once
-// The computers to which the user sends notes. There is one address book in a process; the note store loads and
-// saves it together with the notes.
+// The computers to which the user sends notes. There is one address book in a process; the note store loads
+// and saves it together with the notes.
 
 #include <string>
 #include <vector>
 
-// One computer: the name that the user chose for it (the entry's key), its network name or address, a comment.
+// One computer: the name that the user chose for it (the entry's key), its network name or address, a
+// comment.
 class clsAddressBookEntry {
   public:
     const std::wstring& Comment() const { return comment_; }

@@ -1,6 +1,6 @@
 #pragma once
-// One note as it stands in an export file. The file is nothing but such records, one after the other; an empty
-// text is the only sign of its end.
+// One note as it stands in an export file. The file is nothing but such records, one after the other; an
+// empty text is the only sign of its end.
 
 #include <cstdint>
 #include <istream>
@@ -19,13 +19,21 @@ struct ExportedNote {
     bool operator==(const ExportedNote&) const = default;
 };
 
-// Reads records one after the other. What lies behind the end of the file reads as zeros, so the reader always
-// delivers a record; with an empty text it was the last.
+// Reads records one after the other, each byte once. What lies behind the end of the file reads as zeros, so
+// the reader always delivers a record; with an empty text it was the last. Of a text that the file breaks
+// off, the missing characters are NULs.
 class ExportReader {
   public:
+    // The stream is to be open in binary mode and has to outlive the reader.
     explicit ExportReader(std::istream& file) : file_(file) {}
     ExportedNote Next();
 
   private:
+    std::string Bytes(std::size_t count);
+    std::uint32_t Number(std::size_t bytes);
+    std::int32_t Integer() { return static_cast<std::int32_t>(Number(4)); }
+    bool Boolean() { return Number(2) != 0; }
+    std::wstring Text();
+
     std::istream& file_;
 };

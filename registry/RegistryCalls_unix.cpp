@@ -73,17 +73,17 @@ Key NewHandle(const HiveKey& key, std::uint32_t access) {
     return handle;
 }
 
-// The key behind a handle that has the access asked for.
+// The key behind a handle that has the access asked for. Every way into the hive begins at a root, so that is
+// where to look whether another process has written.
 long Resolve(Key handle, std::uint32_t access, HiveKey*& key) {
-    HiveImage& image = Hive().Image();
     if (handle - RootKey(0) <= kLastRoot) {
-        key = image.Find(static_cast<std::int64_t>(handle - RootKey(0)));
+        key = Hive().FreshImage().Find(static_cast<std::int64_t>(handle - RootKey(0)));
         return kSuccess;
     }
     const OpenedKey* const opened = Opened(handle);
     if (!opened) return kInvalidHandle;
     if ((opened->access & access) != access) return kAccessDenied;
-    key = image.Find(opened->id);
+    key = Hive().Image().Find(opened->id);
     return key ? kSuccess : kKeyDeleted;
 }
 

@@ -28,7 +28,7 @@ fs::path HivePath() {
 
 }  // namespace
 
-HiveImage& RegistryHive::Image() {
+HiveImage& RegistryHive::FreshImage() {
     if (depth_ == 0) Refresh();
     return *image_;
 }

@@ -14,9 +14,12 @@
 class RegistryHive {
   public:
     // The image as the file is now; inside a transaction, as the transaction has made it.
-    HiveImage& Image();
+    HiveImage& FreshImage();
 
-    // Changes whenever Image() has become another object; pointers into the old one are dead then.
+    // The image as it was last asked for.
+    HiveImage& Image() { return *image_; }
+
+    // Changes whenever the image has become another object; pointers into the old one are dead then.
     std::uint64_t Generation() const { return generation_; }
 
     // Nestable. Writing is allowed only between the two, and only if MayWrite.
