@@ -111,7 +111,7 @@ bool MoveAside(const fs::path& file) {
     std::error_code failed;
     for (int number = 2; fs::exists(target, failed); ++number) {
         target = file;
-        target += stamp + ("-" + std::to_string(number));
+        target += std::string(stamp).append("-").append(std::to_string(number));
     }
     fs::rename(file, target, failed);
     if (failed) return false;

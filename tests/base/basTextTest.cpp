@@ -1,0 +1,156 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "base/CaseFold.h"
+#include "base/basText.h"
+
+namespace {
+
+TEST(basText, Utf8IsStrict) {
+    const struct {
+        const char* bytes;
+        const wchar_t* text;
+    } cases[] = {
+        {"", L""},
+        {"Käse 5 €", L"Käse 5 €"},
+        {"\xF0\x9F\x98\x80", L"\U0001F600"},
+        {"\xF4\x8F\xBF\xBF", L"\U0010FFFF"},
+        {"\xED\x9F\xBF\xEE\x80\x80", L"\uD7FF\uE000"},
+        {"\xC0\x80", L"\uFFFD\uFFFD"},                      // too long a form of NUL
+        {"\xC1\xBF", L"\uFFFD\uFFFD"},                      // of DEL
+        {"\xE0\x9F\xBF", L"\uFFFD\uFFFD\uFFFD"},            // of U+07FF
+        {"\xF0\x8F\xBF\xBF", L"\uFFFD\uFFFD\uFFFD\uFFFD"},  // of U+FFFF
+        {"\xED\xA0\x80", L"\uFFFD\uFFFD\uFFFD"},            // a surrogate
+        {"\xF4\x90\x80\x80", L"\uFFFD\uFFFD\uFFFD\uFFFD"},  // beyond the last character
+        {"\xFF\xFE", L"\uFFFD\uFFFD"},
+        {"a\x80z", L"a\uFFFDz"},
+        {"\xC3", L"\uFFFD"},
+        {"\xE2\x82", L"\uFFFD\uFFFD"},
+        {"\xE2\x82z", L"\uFFFD\uFFFDz"},
+        {"\xC3\xC3\xA4", L"\uFFFDä"},
+    };
+    for (const auto& row : cases) EXPECT_EQ(FromUtf8(row.bytes), row.text) << row.bytes;
+    EXPECT_EQ(FromUtf8(std::string_view("a\0b", 3)), std::wstring(L"a\0b", 3));
+}
+
+TEST(basText, WhatIsNoCharacterIsReplaced) {
+    const struct {
+        std::wstring text;
+        const char* bytes;
+    } cases[] = {
+        {L"Müller & Söhne", "M\xC3\xBCller & S\xC3\xB6hne"},
+        {L"\U0001F600", "\xF0\x9F\x98\x80"},
+        {{wchar_t(0xD83D), wchar_t(0xDE00)}, "\xF0\x9F\x98\x80"},
+        {{L'a', wchar_t(0xD83D)}, "a\xEF\xBF\xBD"},
+        {{wchar_t(0xDE00), L'b'},
+         "\xEF\xBF\xBD"
+         "b"},
+        {{wchar_t(0xD83D), wchar_t(0xD83D), wchar_t(0xDE00)}, "\xEF\xBF\xBD\xF0\x9F\x98\x80"},
+    };
+    for (const auto& row : cases) EXPECT_EQ(ToUtf8(row.text), row.bytes) << row.bytes;
+    if constexpr (sizeof(wchar_t) == 4) {
+        EXPECT_EQ(ToUtf8(std::wstring{wchar_t(0x110000), wchar_t(-1)}), "\xEF\xBF\xBD\xEF\xBF\xBD");
+    }
+}
+
+TEST(basText, AnsiLosesNoByte) {
+    std::string bytes;
+    for (int byte = 0; byte < 256; ++byte) bytes += static_cast<char>(byte);
+    EXPECT_EQ(ToAnsi(FromAnsi(bytes)), bytes);
+    EXPECT_EQ(FromAnsi("\x80\x81\x84\x8D\x93\x9D\x9F\xE4\xDF"), L"€\u0081„\u008D“\u009DŸäß");
+    EXPECT_EQ(ToAnsi(L"\u0100 \u20AC \u0080 \u4E2D ß"), "? \x80 ? ? \xDF");
+}
+
+TEST(basText, LineBreaks) {
+    const struct {
+        const wchar_t* text;
+        const wchar_t* crLf;
+        const wchar_t* flat;
+    } cases[] = {
+        {L"", L"", L""},
+        {L"a\r\nb\rc\nd", L"a\r\nb\r\nc\r\nd", L"a b c d"},
+        {L"\n\n", L"\r\n\r\n", L" "},
+        {L"\r\r\n", L"\r\n\r\n", L"  "},
+        {L"\r\n\n", L"\r\n\r\n", L"  "},
+        {L"a\t\nb\tc", L"a\t\r\nb\tc", L"a b c"},
+        {L" \r", L" \r\n", L"  "},
+    };
+    for (const auto& row : cases) {
+        EXPECT_EQ(WithCrLf(row.text), row.crLf);
+        EXPECT_EQ(Flattened(row.text), row.flat);
+        EXPECT_EQ(StoredLength(row.text), ToUtf8(row.crLf).size());
+    }
+    EXPECT_EQ(StoredLength(L"äö€\U0001F600\n"), 2u + 2 + 3 + 4 + 2);
+}
+
+TEST(basText, EditsAreCutToFit) {
+    const struct {
+        std::wstring before, after;
+        std::size_t limit;
+        std::wstring result;
+        std::size_t caret;
+    } cases[] = {
+        {L"", L"abc", 3, L"abc", 3},
+        {L"", L"abcd", 3, L"abc", 3},
+        {L"ab", L"aXYb", 3, L"aXb", 2},
+        {L"abc", L"abc", 3, L"abc", 3},
+        {L"abc", L"abcX", 3, L"abc", 3},
+        {L"abc", L"aXYZc", 3, L"aXc", 2},  // replacing gains the room of what went
+        {L"ab", L"aäb", 3, L"ab", 1},      // no half of a character
+        {L"ab", L"aäb", 4, L"aäb", 2},
+        {L"ab", L"a\nb", 3, L"ab", 1},  // a break counts two
+        {L"ab", L"a\nb", 4, L"a\nb", 2},
+        {L"ab", L"a\r\nb", 3, L"ab", 1},
+        {L"", L"12\r\n3", 3, L"12", 2},
+        {L"a\r\nb", L"a\r\n\r\nb", 5, L"a\r\nb", 3},
+        {L"abcdef", L"abcdeXf", 3, L"abcdef", 5},  // too long already: may not grow
+        {L"abcdef", L"abdef", 3, L"abdef", 2},     // but shrink
+        {L"abcdef", L"abXYZf", 3, L"abXYZf", 5},
+        {L"a\nb", L"a\r\nb", 4, L"a\r\nb", 3},  // the same break in another form
+    };
+    for (const auto& row : cases) {
+        std::size_t caret = 99;
+        EXPECT_EQ(FitEdit(row.before, row.after, row.limit, &caret), row.result) << ToUtf8(row.after);
+        EXPECT_EQ(caret, row.caret) << ToUtf8(row.after) << " in " << row.limit;
+    }
+}
+
+// Every way to cut every edit of these pieces keeps CR LF and surrogate pairs whole and stays within the
+// limit.
+TEST(basText, EditsAreNeverCutInsideAUnit) {
+    const std::wstring pair = {wchar_t(0xD83D), wchar_t(0xDE00)}, other = {wchar_t(0xD83D), wchar_t(0xDE01)};
+    const std::wstring pieces[] = {L"", L"a", L"\r\n", L"\r", L"\n", pair, other, L"x\r\ny", L"ä"};
+    for (const auto& left : pieces)
+        for (const auto& old : pieces)
+            for (const auto& fresh : pieces)
+                for (const auto& right : pieces) {
+                    const std::wstring before = left + old + right, after = left + fresh + fresh + right;
+                    for (std::size_t limit = 0; limit < 20; ++limit) {
+                        const std::wstring result = FitEdit(before, after, limit);
+                        ASSERT_LE(StoredLength(result), std::max(limit, StoredLength(before)));
+                        if (StoredLength(after) <= limit) {
+                            ASSERT_EQ(result, after);
+                        }
+                        // A half left alone shows as a replacement character.
+                        ASSERT_EQ(ToUtf8(result).find("\xEF\xBF\xBD"), std::string::npos);
+                    }
+                }
+}
+
+TEST(CaseFold, NamesInCapitals) {
+    const struct {
+        const wchar_t* text;
+        const wchar_t* capitals;
+    } cases[] = {
+        {L"Note1a_", L"NOTE1A_"}, {L"äöüß", L"ÄÖÜß"}, {L"éÿœž", L"ÉŸŒŽ"},   {L"αω", L"ΑΩ"}, {L"яё", L"ЯЁ"},
+        {L"āăą", L"ĀĂĄ"},         {L"ıſK", L"ıſK"},   {L"×÷1[]", L"×÷1[]"}, {L"ﬁ", L"ﬁ"},
+    };
+    for (const auto& row : cases) {
+        EXPECT_EQ(InCapitals(row.text), row.capitals) << ToUtf8(row.text);
+        EXPECT_EQ(Utf8InCapitals(ToUtf8(row.text)), ToUtf8(row.capitals));
+        EXPECT_EQ(InCapitals(row.capitals), row.capitals);
+    }
+}
+
+}  // namespace

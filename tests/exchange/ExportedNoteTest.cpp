@@ -1,0 +1,125 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <sstream>
+
+#include "exchange/ExportedNote.h"
+#include "tests/exchange/SampleNotes.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const fs::path kSamples = KIVORA_SAMPLES;
+
+std::vector<ExportedNote> NotesOf(std::istream& file) {
+    std::vector<ExportedNote> notes;
+    ExportReader reader(file);
+    for (ExportedNote note = reader.Next(); !note.Text.empty(); note = reader.Next())
+        notes.push_back(std::move(note));
+    return notes;
+}
+
+std::vector<ExportedNote> NotesOf(const std::string& bytes) {
+    std::istringstream file(bytes);
+    return NotesOf(file);
+}
+
+// Writes the sample files anew after their notes have been changed here; runs only when asked for by name.
+TEST(ExportedNote, DISABLED_WriteSamples) {
+    for (const SampleFile& sample : SampleFiles())
+        std::ofstream(kSamples / sample.name, std::ios::binary) << FileBytes(sample.notes);
+}
+
+TEST(ExportedNote, SampleFilesHoldTheirNotes) {
+    for (const SampleFile& sample : SampleFiles()) {
+        std::ifstream file(kSamples / sample.name, std::ios::binary);
+        EXPECT_EQ(NotesOf(file), sample.notes) << sample.name;
+    }
+}
+
+TEST(ExportedNote, EveryFieldHasItsPlaceAndSign) {
+    const std::string bytes(
+        "\x03\x00"
+        "a\r\n"
+        "\x02\x00\x80\x81"
+        "\xFF\xFF\xFF\xFF\x00\x00\x00\x80\x04\x03\x02\x01\xFF\xFF\xFF\x7F"
+        "\x00\xFF\xFF\x00\x02\x00\x00\x00\x19\x00\x00\x00"
+        "\x00\x00\xFF\xFF\x01\x00\x00\x01"
+        "rest",
+        2 + 3 + 2 + 2 + 16 + 12 + 8 + 4);
+    const ExportedNote expected{.Text = L"a\r\n",
+                                .CreationTime = L"€\u0081",
+                                .Left = -1,
+                                .Top = INT32_MIN,
+                                .Width = 0x01020304,
+                                .Height = INT32_MAX,
+                                .Color = 0xFFFF00,
+                                .FontNoteAlignment = 2,
+                                .FontNoteSize = 25,
+                                .FontNoteBold = false,
+                                .FontNoteItalic = true,
+                                .FontNoteUnderlined = true,
+                                .Foreground = true};
+    std::istringstream file(bytes);
+    EXPECT_EQ(ExportReader(file).Next(), expected);
+    std::string rest;
+    file >> rest;
+    EXPECT_EQ(rest, "rest") << "the record ends behind its last flag";
+}
+
+TEST(ExportedNote, ReadsZerosBehindTheEnd) {
+    const std::vector<ExportedNote> notes = SampleFiles()[1].notes;
+    const std::string whole = FileBytes(notes);
+    const std::size_t firstRecord = FileBytes({notes[0]}).size();
+    const std::size_t textEnd = 2 + notes[0].Text.size();
+    for (std::size_t length = 0; length <= whole.size(); ++length) {
+        SCOPED_TRACE(length);
+        const std::vector<ExportedNote> read = NotesOf(whole.substr(0, length));
+        if (length == 0) {
+            EXPECT_TRUE(read.empty());
+        } else if (length < firstRecord) {
+            ASSERT_EQ(read.size(), 1u);
+            EXPECT_FALSE(read[0].Foreground);
+            if (length == 1) continue;  // half a length
+            std::wstring text = notes[0].Text;
+            if (length < textEnd)
+                std::fill(text.begin() + static_cast<std::ptrdiff_t>(length) - 2, text.end(), L'\0');
+            EXPECT_EQ(read[0].Text, text);
+            if (length <= textEnd + 2 + notes[0].CreationTime.size()) {
+                EXPECT_EQ(read[0].Width, 0);
+            }
+        } else {
+            EXPECT_EQ(read[0], notes[0]);
+        }
+    }
+    EXPECT_EQ(NotesOf(whole), notes);
+}
+
+TEST(ExportedNote, AnEmptyTextEndsTheFile) {
+    std::vector<ExportedNote> notes = SampleFiles()[0].notes;
+    notes[1].Text.clear();
+    EXPECT_EQ(NotesOf(FileBytes(notes)), std::vector<ExportedNote>{notes[0]});
+}
+
+// A foreign file is read as records, each byte at most once, and comes to an end.
+TEST(ExportedNote, ForeignFilesEnd) {
+    std::mt19937 random(5998);
+    for (int round = 0; round < 50; ++round) {
+        std::string bytes(random() % 400'000, '\0');
+        for (char& byte : bytes) byte = static_cast<char>(random());
+        std::size_t characters = 0;
+        for (const ExportedNote& note : NotesOf(bytes))
+            characters += note.Text.size() + note.CreationTime.size();
+        EXPECT_LE(characters, bytes.size() + 2 * 65'535);
+    }
+    // Longest texts, many of them.
+    const std::string longest(65'535, 'x');
+    ExportedNote note{.Text = std::wstring(longest.begin(), longest.end()), .CreationTime = L""};
+    EXPECT_EQ(NotesOf(FileBytes({note, note, note})).size(), 3u);
+}
+
+}  // namespace

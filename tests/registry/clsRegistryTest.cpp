@@ -1,0 +1,177 @@
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "base/basText.h"
+#include "registry/clsRegistry.h"
+
+namespace {
+
+using Texts = std::vector<std::wstring>;
+
+const std::wstring kKey = L"HKCU\\Software\\KivoraTest";
+const std::wstring kBelow = kKey + L"\\";
+
+class clsRegistryTest : public testing::Test {
+  protected:
+    clsRegistryTest() { Registry().DeleteKey(kKey); }
+    ~clsRegistryTest() override { Registry().DeleteKey(kKey); }
+    clsRegistry& registry = Registry();
+};
+
+// What the eight operations answer for a path, in one line.
+std::string Answers(const std::wstring& key, const std::wstring& value) {
+    clsRegistry& registry = Registry();
+    Texts values{L"old", L"old"}, keys{L"old", L"old"};
+    std::string answers = registry.EnumValues(key, values) ? "values " : "- ";
+    const std::int32_t count = registry.EnumKeys(key, keys);
+    for (const Texts* names : {&values, &keys})
+        answers += std::to_string(names->size()) + ToUtf8(names->front()) + " ";
+    answers += std::to_string(count);
+    answers += registry.KeyExists(key) ? " there" : " -";
+    answers += registry.DeleteValue(value) ? " deleted" : " -";
+    const RegistryValue text = registry.GetValue(value, REG_TYPE_SZ);
+    const RegistryValue number = registry.GetValue(value, REG_TYPE_DWORD);
+    answers += std::holds_alternative<std::monostate>(text) ? " -" : " text" + ToUtf8(AsText(text));
+    answers +=
+        std::holds_alternative<std::monostate>(number) ? " -" : " number" + std::to_string(AsNumber(number));
+    return answers;
+}
+
+TEST_F(clsRegistryTest, UnknownRootsAndMissingKeys) {
+    for (const auto* root : {L"HKPD", L"hklm", L"HKEY_CURRENT_USER", L"", L"\\HKCU", L" HKCU", L"HKCU "}) {
+        const std::wstring key = std::wstring(root) + L"\\Software\\KivoraTest";
+        EXPECT_EQ(Answers(key, key + L"\\x"), "- 1 1 -1 - - - -") << ToUtf8(root);
+        EXPECT_FALSE(registry.SetValue(key + L"\\x", REG_TYPE_SZ, L"x"));
+        EXPECT_FALSE(registry.SetValue(key + L"\\x", REG_TYPE_DWORD, 1));
+        EXPECT_FALSE(registry.CreateKey(key));
+        EXPECT_FALSE(registry.DeleteKey(key));
+    }
+    for (const std::wstring& key : {kKey, kBelow, kBelow + L"deeper\\still"})
+        EXPECT_EQ(Answers(key, key + L"\\x"), "values 1 1 -1 - deleted text number0");
+    EXPECT_TRUE(registry.DeleteKey(kKey)) << "the root is known";
+    for (const auto* root : {L"HKCR", L"HKCU", L"HKLM", L"HKU", L"HKCC", L"HKCU\\", L"HKLM\\"})
+        EXPECT_TRUE(registry.KeyExists(root)) << ToUtf8(root);
+}
+
+TEST_F(clsRegistryTest, PathsAreSplitAtTheLastBackslash) {
+    EXPECT_TRUE(registry.SetValue(kKey + L"\\a\\name", REG_TYPE_SZ, L"under a"));
+    EXPECT_TRUE(registry.SetValue(kKey + L"\\a\\", REG_TYPE_SZ, L"the unnamed one"));
+    EXPECT_TRUE(registry.SetValue(kKey + L"\\a", REG_TYPE_SZ, L"a value named like the key"));
+    EXPECT_TRUE(registry.SetValue(L"HKCU\\KivoraTestValue", REG_TYPE_SZ, L"under the root"));
+    const struct {
+        const wchar_t* path;
+        const wchar_t* text;
+    } cases[] = {
+        {L"HKCU\\Software\\KivoraTest\\a\\name", L"under a"},
+        {L"HKCU\\SOFTWARE\\kivoratest\\A\\NAME", L"under a"},
+        {L"HKCU\\Software\\KivoraTest\\a\\", L"the unnamed one"},
+        {L"HKCU\\Software\\KivoraTest\\a", L"a value named like the key"},
+        {L"HKCU\\KivoraTestValue", L"under the root"},
+        {L"HKLM\\KivoraTestValue", L""},
+    };
+    for (const auto& row : cases) EXPECT_EQ(AsText(registry.GetValue(row.path, REG_TYPE_SZ)), row.text);
+    EXPECT_TRUE(registry.DeleteValue(L"HKCU\\KivoraTestValue"));
+    EXPECT_EQ(AsText(registry.GetValue(L"HKCU\\KivoraTestValue", REG_TYPE_SZ)), L"");
+}
+
+TEST_F(clsRegistryTest, EnumeratingTellsEmptyFromMissing) {
+    Texts names;
+    EXPECT_EQ(registry.EnumKeys(kBelow, names), -1);
+    EXPECT_EQ(names, Texts{L""});
+    registry.CreateKey(kBelow);
+    EXPECT_EQ(registry.EnumKeys(kBelow, names), 0);
+    EXPECT_EQ(names, Texts{L""});
+    EXPECT_TRUE(registry.EnumValues(kKey, names));
+    EXPECT_EQ(names, Texts{L""});
+
+    for (const auto* name : {L"Note2", L"note10", L"Note1a", L"NOTE1"}) registry.CreateKey(kBelow + name);
+    EXPECT_EQ(registry.EnumKeys(kKey, names), 4);
+    EXPECT_EQ(names, (Texts{L"NOTE1", L"note10", L"Note1a", L"Note2"}));
+
+    registry.SetValue(kBelow + L"b", REG_TYPE_SZ,
+                      std::wstring(500, L'x'));  // more than the scratch buffer holds
+    registry.SetValue(kBelow + L"Größe", REG_TYPE_DWORD, 5);
+    registry.SetValue(kBelow + L"A", REG_TYPE_DWORD, 5);
+    EXPECT_TRUE(registry.EnumValues(kKey, names));
+    EXPECT_EQ(names, (Texts{L"A", L"b", L"Größe"}));
+}
+
+TEST_F(clsRegistryTest, DeletingAKeyTakesAllBelowItAndNothingBeside) {
+    for (const auto* end : {L"", L"\\"}) {
+        for (const auto* key : {L"a\\b\\c", L"a\\d", L"e"})
+            registry.SetValue(kBelow + key + L"\\v", REG_TYPE_DWORD, 1);
+        registry.SetValue(kBelow + L"value", REG_TYPE_DWORD, 1);
+        registry.CreateKey(kKey + L"2\\a");
+        EXPECT_TRUE(registry.DeleteKey(kKey + L"\\a" + end));
+        EXPECT_FALSE(registry.KeyExists(kBelow + L"a"));
+        EXPECT_TRUE(registry.KeyExists(kBelow + L"e"));
+        EXPECT_TRUE(registry.DeleteKey(kKey + end));
+        EXPECT_FALSE(registry.KeyExists(kKey)) << "with its values";
+        EXPECT_TRUE(registry.KeyExists(kKey + L"2\\a"));
+        EXPECT_TRUE(registry.DeleteKey(kKey + L"2"));
+    }
+    registry.SetValue(kBelow + L"again", REG_TYPE_SZ, L"there");
+    EXPECT_EQ(AsText(registry.GetValue(kBelow + L"again", REG_TYPE_SZ)), L"there");
+}
+
+TEST_F(clsRegistryTest, TextsComeBackUpToTheirLimit) {
+    const struct {
+        std::wstring written, read;
+    } cases[] = {
+        {L"", L""},
+        {L"abc", L"abc"},
+        {L"Zeile 1\r\nZeile 2", L"Zeile 1\r\nZeile 2"},
+        {L"  Blanks around  ", L"  Blanks around  "},
+        {L"Käse „5 €“", L"Käse „5 €“"},
+        {std::wstring(L"up to\0here", 10), L"up to"},
+        {std::wstring(4095, L'x'), std::wstring(4095, L'x')},
+        {std::wstring(4096, L'x'), L""},
+        {std::wstring(4097, L'x'), L""},
+        {std::wstring(100'000, L'x'), L""},
+        {std::wstring(4095, L' '), std::wstring(4095, L' ')},
+    };
+    for (const std::int32_t type : {REG_TYPE_SZ, REG_TYPE_EXPAND_SZ, REG_TYPE_MULTI_SZ})
+        for (const auto& row : cases) {
+            EXPECT_TRUE(registry.SetValue(kBelow + L"text", type, row.written));
+            EXPECT_EQ(AsText(registry.GetValue(kBelow + L"text", type)), row.read)
+                << row.written.size() << " characters of type " << type;
+        }
+}
+
+TEST_F(clsRegistryTest, NumbersAreRoundedToWholeOnes) {
+    const struct {
+        double written;
+        std::int32_t read;
+    } cases[] = {
+        {0, 0},
+        {0.5, 0},
+        {1.5, 2},
+        {2.5, 2},
+        {-0.5, 0},
+        {-1.5, -2},
+        {1234.6, 1235},
+        {-4800.4, -4800},
+        {16776960, 0xFFFF00},
+        {1e10, std::numeric_limits<std::int32_t>::max()},
+        {-1e10, std::numeric_limits<std::int32_t>::min()},
+        {std::numeric_limits<double>::quiet_NaN(), 0},
+    };
+    for (const auto& row : cases) {
+        EXPECT_TRUE(registry.SetValue(kBelow + L"X", REG_TYPE_DWORD, row.written));
+        EXPECT_EQ(AsNumber(registry.GetValue(kBelow + L"X", REG_TYPE_DWORD)), row.read) << row.written;
+    }
+}
+
+TEST_F(clsRegistryTest, TheStoredTypeIsNotCompared) {
+    registry.SetValue(kBelow + L"v", REG_TYPE_SZ, L"abc");
+    EXPECT_EQ(AsNumber(registry.GetValue(kBelow + L"v", REG_TYPE_DWORD)) & 0xFFFFFF, 0x636261);
+    registry.SetValue(kBelow + L"v", REG_TYPE_SZ, L"longer than four");
+    EXPECT_EQ(AsNumber(registry.GetValue(kBelow + L"v", REG_TYPE_DWORD)), 0);
+    registry.SetValue(kBelow + L"v", REG_TYPE_DWORD, 0x00004241);
+    EXPECT_EQ(AsText(registry.GetValue(kBelow + L"v", REG_TYPE_SZ)), L"AB");
+    registry.SetValue(kBelow + L"v", REG_TYPE_DWORD, 0x44434241);
+    EXPECT_EQ(AsText(registry.GetValue(kBelow + L"v", REG_TYPE_SZ)), L"") << "no NUL, nothing";
+}
+
+}  // namespace
