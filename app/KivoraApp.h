@@ -14,6 +14,8 @@ class KivoraApp : public wxApp {
     bool OnInit() override;
     int OnRun() override;
     bool OnExceptionInMainLoop() override;
+    // The interface is German; every window would look the direction up anew.
+    wxLayoutDirection GetLayoutDirection() const override { return wxLayout_LeftToRight; }
     void OnAssertFailure(const wxChar* file, int line, const wxChar* function, const wxChar* condition,
                          const wxChar* message) override;
 

@@ -1,6 +1,7 @@
 #include "notes/NotePaint.h"
 
 #include <wx/dcmemory.h>
+#include <wx/graphics.h>
 
 #include <algorithm>
 #include <cmath>
@@ -34,19 +35,40 @@ const wxFont& SmallFont() {
     return font;
 }
 
+// Draws at a place. Where the context draws through a graphics context, that one is asked directly: it need
+// not measure the text once more to keep book of what was touched.
+void DrawAt(wxDC& dc, const wxString& text, int x, int y) {
+    if (wxGraphicsContext* graphics = dc.GetGraphicsContext()) {
+        graphics->DrawText(text, x, y);
+    } else {
+        dc.DrawText(text, x, y);
+    }
+}
+
+// Height of a line in a font. All notes share few fonts, and asking for a height is as dear as drawing.
+int LineHeight(wxDC& dc, const wxFont& font) {
+    static std::vector<std::pair<wxFont, int>> known;
+    for (const auto& [each, height] : known) {
+        if (each == font) return height;
+    }
+    dc.SetFont(font);
+    known.emplace_back(font, std::max(dc.GetCharHeight(), 1));
+    return known.back().second;
+}
+
 void PaintText(wxDC& dc, const NotePicture& note, const wxRect& box) {
     if (box.width <= 0 || box.height <= 0) return;
     wxDCClipper clip(dc, box);
     dc.SetFont(note.font);
     dc.SetTextForeground(TextInk(note.color));
-    const int height = dc.GetCharHeight();
-    const auto most = static_cast<std::size_t>(box.height / std::max(height, 1) + 1);
+    const int height = LineHeight(dc, note.font);
+    const auto most = static_cast<std::size_t>(box.height / height + 1);
     int y = box.y;
     for (const FlowLine& line : FlowText(note.text, box.width, MeasureWith(dc), most)) {
         int x = box.x;
         if (note.alignment == 1) x += box.width - line.width;
         if (note.alignment == 2) x += (box.width - line.width) / 2;
-        dc.DrawText(wxString(line.text.data(), line.text.size()), x, y);
+        DrawAt(dc, wxString(line.text.data(), line.text.size()), x, y);
         y += height;
     }
 }
@@ -56,7 +78,7 @@ void PaintTime(wxDC& dc, const NotePicture& note, const wxRect& box, const wxCol
     wxDCClipper clip(dc, box);
     dc.SetFont(SmallFont());
     dc.SetTextForeground(ink);
-    dc.DrawText(wxString(note.time), box.x, box.y + (box.height - dc.GetCharHeight()) / 2);
+    DrawAt(dc, wxString(note.time), box.x, box.y + (box.height - LineHeight(dc, SmallFont())) / 2);
 }
 
 // The two controls are flat until the pointer is over them.
@@ -106,7 +128,7 @@ wxSize NaturalTextSize(const std::wstring& text, const wxFont& font) {
     const auto lines = FlowText(text, 0, MeasureWith(dc), kMostLines);
     int width = 0;
     for (const FlowLine& line : lines) width = std::max(width, line.width);
-    return wxSize(width, static_cast<int>(lines.size()) * dc.GetCharHeight());
+    return wxSize(width, static_cast<int>(lines.size()) * LineHeight(dc, font));
 }
 
 void PaintNote(wxDC& dc, const NotePicture& note, const NoteLayout& layout, double scaleX, double scaleY) {

@@ -186,6 +186,17 @@ void frmNote::ShowStacked() {
     if (!minimized_) ShowNoteWindow(*this, foreground_);
 }
 
+wxVisualAttributes frmNote::GetDefaultAttributes() const {
+    static const wxVisualAttributes attributes = [] {
+        wxVisualAttributes values;
+        values.font = SharedFont(kDefaultFontSize, false, false, false);
+        values.colFg = *wxBLACK;
+        values.colBg = *wxWHITE;
+        return values;
+    }();
+    return attributes;
+}
+
 wxFont frmNote::MessageFont() const {
     const int size = std::clamp<int>(lblMessage_.size, kSmallestFontSize, kLargestFontSize);
     return SharedFont(size, lblMessage_.bold, lblMessage_.italic, lblMessage_.underlined);

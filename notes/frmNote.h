@@ -96,6 +96,9 @@ class frmNote : public wxFrame {
     // The parts as laid out now, for tests and for whoever describes the window.
     const NoteLayout& Layout() const { return layout_; }
 
+    // What the window inherits from its platform's theme; asking the theme anew for every paint is dear.
+    wxVisualAttributes GetDefaultAttributes() const override;
+
   private:
     struct Message {
         std::wstring caption;

@@ -1,0 +1,99 @@
+#include "notes/NoteChoice.h"
+
+#include <wx/button.h>
+#include <wx/checklst.h>
+#include <wx/sizer.h>
+#include <wx/statbox.h>
+
+#include "base/frmDialog.h"
+#include "notes/NoteStore.h"
+
+NoteChoice::NoteChoice(wxWindow* parent, Source source, const Options& options)
+    : wxPanel(parent), source_(std::move(source)), options_(options) {
+    auto* frame = new wxStaticBoxSizer(wxHORIZONTAL, this, options.caption);
+    wxWindow* box = frame->GetStaticBox();
+    const wxSize size = FromDIP(wxSize(300, 150));
+    if (options.marking == CheckBoxes) {
+        auto* list = new wxCheckListBox(box, wxID_ANY, wxDefaultPosition, size);
+        list->Bind(wxEVT_CHECKLISTBOX, [this](wxCommandEvent&) { Changed(); });
+        lstNotizen = list;
+    } else {
+        lstNotizen = new wxListBox(box, wxID_ANY, wxDefaultPosition, size, 0, nullptr, wxLB_EXTENDED);
+        lstNotizen->Bind(wxEVT_LISTBOX, [this](wxCommandEvent&) { Changed(); });
+    }
+    const int gap = FromDIP(kDialogGap);
+    frame->Add(lstNotizen, wxSizerFlags(1).Expand().Border(wxALL, gap));
+
+    auto* buttons = new wxBoxSizer(wxVERTICAL);
+    const auto add = [&](wxButton*& button, const wchar_t* caption, auto&& action) {
+        button = new wxButton(box, wxID_ANY, caption);
+        button->Bind(wxEVT_BUTTON, [action](wxCommandEvent&) { action(); });
+        buttons->Add(button, wxSizerFlags().Expand().Border(wxBOTTOM, gap));
+    };
+    add(cmdAlle, L"&Alle", [this] { MarkAll(true); });
+    add(cmdKeine, L"&Keine", [this] { MarkAll(false); });
+    if (options.refresh) add(cmdRefresh, L"Ak&tualisieren", [this] { Refill(); });
+    frame->Add(buttons, wxSizerFlags().Border(wxTOP | wxRIGHT | wxBOTTOM, gap));
+    SetSizer(frame);
+    Refill();
+}
+
+NoteChoice::Source NoteChoice::NotesOf(const NoteStore& store) {
+    return [&store] {
+        std::vector<Entry> entries;
+        for (const NotePtr& note : store.Notes()) entries.push_back({note->TextCleaned(), note->NoteKey()});
+        return entries;
+    };
+}
+
+void NoteChoice::Refill() {
+    const std::vector<Entry> entries = source_();
+    wxArrayString texts;
+    keys_.clear();
+    for (const Entry& entry : entries) {
+        texts.push_back(entry.text);
+        keys_.push_back(entry.key);
+    }
+    lstNotizen->Set(texts);
+    for (unsigned i = 0; i < keys_.size(); ++i) Mark(i, options_.markedAtFirst);
+    Changed();
+}
+
+std::vector<std::int32_t> NoteChoice::Marked() const {
+    std::vector<std::int32_t> marked;
+    for (unsigned i = 0; i < keys_.size(); ++i) {
+        if (IsMarked(i)) marked.push_back(keys_[i]);
+    }
+    return marked;
+}
+
+bool NoteChoice::AnyMarked() const {
+    for (unsigned i = 0; i < keys_.size(); ++i) {
+        if (IsMarked(i)) return true;
+    }
+    return false;
+}
+
+void NoteChoice::MarkAll(bool on) {
+    for (unsigned i = 0; i < keys_.size(); ++i) Mark(i, on);
+    Changed();
+}
+
+bool NoteChoice::IsMarked(unsigned index) const {
+    if (options_.marking == Selection) return lstNotizen->IsSelected(static_cast<int>(index));
+    return static_cast<const wxCheckListBox*>(lstNotizen)->IsChecked(index);
+}
+
+void NoteChoice::Mark(unsigned index, bool on) {
+    if (options_.marking == CheckBoxes) {
+        static_cast<wxCheckListBox*>(lstNotizen)->Check(index, on);
+    } else if (on) {
+        lstNotizen->SetSelection(static_cast<int>(index));
+    } else {
+        lstNotizen->Deselect(static_cast<int>(index));
+    }
+}
+
+void NoteChoice::Changed() {
+    if (OnChange) OnChange();
+}

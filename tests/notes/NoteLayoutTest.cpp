@@ -1,0 +1,95 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "notes/NoteLayout.h"
+
+namespace {
+
+constexpr double W = 3000, H = 2000;
+
+}  // namespace
+
+TEST(NoteLayout, BodyZonesTakeTheirBoundariesInside) {
+    struct Row {
+        double x, y;
+        HitTest hit;
+    };
+    const Row rows[] = {
+        {W - 100, 1000, HT_CAPTION}, {W - 99, 1000, HT_RIGHT},    {W - 1, 0, HT_RIGHT},
+        {W - 1, H - 1, HT_RIGHT},    {100, 1000, HT_CAPTION},     {99, 1000, HT_LEFT},
+        {1500, 100, HT_CAPTION},     {1500, 99, HT_TOP},          {1500, H - 100, HT_CAPTION},
+        {1500, H - 99, HT_BOTTOM},   {99, 99, HT_TOPLEFT},        {99, 100, HT_LEFT},
+        {100, 99, HT_TOP},           {99, H - 99, HT_BOTTOMLEFT}, {99, H - 100, HT_LEFT},
+        {100, H - 99, HT_BOTTOM},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(testing::Message() << row.x << ", " << row.y);
+        EXPECT_EQ(BodyHitTest(W, H, row.x, row.y), row.hit);
+    }
+}
+
+TEST(NoteLayout, PressesAndPointersFollowTheParts) {
+    const NoteLayout note = LayoutNote(W, H);
+    const double timeBand = note.lblZeit.Bottom() - kBorderBand;
+    struct Row {
+        double x, y;
+        NotePart part;
+        HitTest hit;
+        Pointer pointer;
+    };
+    const Row rows[] = {
+        {50, 1000, NotePart::Body, HT_LEFT, Pointer::WestEast},
+        {W - 50, 1000, NotePart::Body, HT_RIGHT, Pointer::WestEast},
+        {1000, 50, NotePart::Body, HT_TOP, Pointer::NorthSouth},
+        {50, 50, NotePart::Body, HT_TOPLEFT, Pointer::NorthWestSouthEast},
+        {50, H - 50, NotePart::Body, HT_BOTTOMLEFT, Pointer::NorthEastSouthWest},
+        {1000, 200, NotePart::Body, HT_CAPTION, Pointer::Default},
+        {1000, 1000, NotePart::lblMessage, HT_CAPTION, Pointer::Default},
+        {1000, timeBand, NotePart::lblZeit, HT_NONE, Pointer::Default},
+        {1000, timeBand + 1, NotePart::lblZeit, HT_BOTTOM, Pointer::NorthSouth},
+        {W - 50, H - 400, NotePart::picEcke, HT_BOTTOMRIGHT, Pointer::NorthWestSouthEast},
+        {W - 50, 50, NotePart::cmdMinimize, HT_NONE, Pointer::Default},
+        {W - 300, 50, NotePart::chkForeground, HT_NONE, Pointer::Default},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(testing::Message() << row.x << ", " << row.y);
+        EXPECT_EQ(note.PartAt(row.x, row.y), row.part);
+        EXPECT_EQ(PressHitTest(note, row.x, row.y), row.hit);
+        EXPECT_EQ(PointerAt(note, row.x, row.y), row.pointer);
+    }
+}
+
+TEST(NoteLayout, PartsStickToTheirEdges) {
+    const NoteLayout note = LayoutNote(W, H);
+    EXPECT_EQ(note.lblMessage.left, 240);
+    EXPECT_EQ(note.lblMessage.top, 240);
+    EXPECT_EQ(note.lblMessage.width, W - 480);
+    EXPECT_EQ(note.lblMessage.height, H - note.picEcke.height - 240);
+    EXPECT_EQ(note.picEcke.Right(), W);
+    EXPECT_EQ(note.picEcke.Bottom(), H);
+    EXPECT_EQ(note.lblZeit.left, 240);
+    EXPECT_EQ(note.lblZeit.Bottom(), H);
+    EXPECT_EQ(note.lblZeit.width, W - 240 - note.picEcke.width);
+    EXPECT_EQ(note.chkForeground.Right(), note.cmdMinimize.left);
+    EXPECT_EQ(note.cmdMinimize.Right(), W);
+    EXPECT_EQ(note.chkForeground.top, 0);
+    EXPECT_EQ(note.cmdMinimize.top, 0);
+}
+
+TEST(NoteLayout, OutlineCutsWhatTheCornerPictureCovers) {
+    const std::array<PixelPoint, 6> expected = {
+        {{200, 120}, {184, 148}, {181, 150}, {0, 150}, {0, 0}, {200, 0}}};
+    EXPECT_EQ(NoteOutline(200, 150), expected);
+    const NoteLayout note = LayoutNote(200 * 15, 150 * 15);
+    EXPECT_LE(note.picEcke.left / 15, 181 - 8);  // the flap reaches further in than the cut
+    EXPECT_LE(note.picEcke.top / 15, 120);
+}
+
+TEST(NoteLayout, TextOfAnAutomaticallySizedNoteFits) {
+    const double labelHeight = 570, labelWidth = 1200;
+    const NoteLayout note = LayoutNote(labelWidth + 480, labelHeight + 480 + kTimeHeight);
+    EXPECT_GE(note.lblMessage.height, labelHeight);
+    EXPECT_GE(note.lblMessage.width, labelWidth);
+    EXPECT_LE(note.lblMessage.top + labelHeight, note.lblZeit.top);
+}

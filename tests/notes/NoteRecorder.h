@@ -1,0 +1,21 @@
+#pragma once
+// A note host that writes down what its notes ask for.
+
+#include <string>
+#include <vector>
+
+#include "notes/NoteStore.h"
+
+class NoteRecorder : public NoteHost {
+  public:
+    void SaveNotes() override { calls.push_back(L"save"); }
+    void ApplyForeground() override { calls.push_back(L"apply"); }
+    void ForgetMinimizedNote(frmNote&) override { calls.push_back(L"forget"); }
+    void ShowPopupMenu(frmNote&) override { calls.push_back(L"menu"); }
+    void EditNote(frmNote&) override { calls.push_back(L"edit"); }
+
+    std::vector<std::wstring> calls;
+};
+
+// Takes what the recorder holds and empties it.
+inline std::vector<std::wstring> Take(NoteRecorder& recorder) { return std::exchange(recorder.calls, {}); }

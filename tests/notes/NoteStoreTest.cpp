@@ -1,0 +1,170 @@
+#include <gtest/gtest.h>
+
+#include "addressbook/AddressBook.h"
+#include "notes/NoteStore.h"
+#include "registry/clsRegistry.h"
+#include "tests/notes/NoteRecorder.h"
+
+namespace {
+
+class NoteStoreTest : public testing::Test {
+  protected:
+    NoteStoreTest() { Registry().DeleteKey(kSettingsKey); }
+    ~NoteStoreTest() override { Registry().DeleteKey(kSettingsKey); }
+
+    frmNote& Add(NoteStore& store, const std::wstring& text) {
+        NotePtr note = store.CreateNote();
+        note->Text(text);
+        return store.AddNote(std::move(note));
+    }
+    static std::vector<std::wstring> Texts(const NoteStore& store) {
+        std::vector<std::wstring> texts;
+        for (const NotePtr& note : store.Notes()) texts.push_back(note->Text());
+        return texts;
+    }
+    static std::vector<std::wstring> Subkeys() {
+        std::vector<std::wstring> names;
+        Registry().EnumKeys(kSettingsKey, names);
+        return names;
+    }
+    static std::wstring Key(const std::wstring& name) { return kSettingsKey + name; }
+
+    NoteRecorder recorder;
+    NoteStore store{recorder};
+};
+
+using Strings = std::vector<std::wstring>;
+
+}  // namespace
+
+TEST_F(NoteStoreTest, EveryPropertySurvivesARestart) {
+    NotePtr written = store.CreateNote();
+    written->Text(L"Käse & „Brot“\r\n3 €");
+    written->CreationTime(L"21.11.2026, 09:05:00");
+    written->Color(kLightBlue);
+    written->FontNoteSize(17);
+    written->FontNoteBold(true);
+    written->FontNoteUnderlined(true);
+    written->FontNoteAlignment(kAlignCentre);
+    written->HiddenForeground(true);
+    frmNote& note = store.AddNote(std::move(written));
+    note.Place(-150, 1234.5, 3333.4, 2000);
+    store.AutostartEnabled = true;
+    store.SaveNotes();
+
+    NoteStore again(recorder);
+    again.LoadNotes();
+    ASSERT_EQ(again.CountNotes(), 1u);
+    const frmNote& read = *again.Notes()[0];
+    EXPECT_EQ(read.Text(), note.Text());
+    EXPECT_EQ(read.CreationTime(), note.CreationTime());
+    EXPECT_EQ(read.Color(), kLightBlue);
+    EXPECT_EQ(read.FontNoteSize(), 17);
+    EXPECT_TRUE(read.FontNoteBold());
+    EXPECT_FALSE(read.FontNoteItalic());
+    EXPECT_TRUE(read.FontNoteUnderlined());
+    EXPECT_EQ(read.FontNoteAlignment(), kAlignCentre);
+    EXPECT_TRUE(read.Foreground());
+    EXPECT_EQ(read.Left(), -150);
+    EXPECT_EQ(read.Top(), 1234);  // the even neighbour
+    EXPECT_EQ(read.Width(), 3333);
+    EXPECT_EQ(read.Height(), 2000);
+    EXPECT_TRUE(again.AutostartEnabled);
+    EXPECT_FALSE(read.IsShown());
+}
+
+TEST_F(NoteStoreTest, SubkeysAreRenumberedInTheirOrder) {
+    for (const wchar_t* name :
+         {L"Note0", L"Note2", L"Note10", L"NoteX", L"note7", L"Nota", L"AddressBookEntry0"}) {
+        Registry().SetValue(Key(name) + L"\\Text", REG_TYPE_SZ, std::wstring(name));
+    }
+    Registry().SetValue(Key(L"AddressBookEntry0\\PCName"), REG_TYPE_SZ, std::wstring(L"Büro"));
+    store.LoadNotes();
+    EXPECT_EQ(Texts(store), (Strings{L"Note0", L"Note10", L"Note2", L"NoteX"}));
+    // The key of a note is its position among all subkeys.
+    EXPECT_EQ(store.Notes()[0]->NoteKey(), 2);
+
+    store.SaveNotes();
+    EXPECT_EQ(Subkeys(), (Strings{L"AddressBookEntry0", L"Note0", L"Note1", L"Note2", L"Note3"}));
+    EXPECT_EQ(AsText(Registry().GetValue(Key(L"Note1\\Text"), REG_TYPE_SZ)), L"Note10");
+    EXPECT_EQ(AsText(Registry().GetValue(Key(L"AddressBookEntry0\\PCName"), REG_TYPE_SZ)), L"Büro");
+
+    const std::int32_t last = store.Notes().back()->NoteKey();
+    EXPECT_EQ(Add(store, L"neu").NoteKey(), last + 1);
+    EXPECT_TRUE(RemoveAddressBookEntry(L"büro"));
+}
+
+TEST_F(NoteStoreTest, StartsEmptyWithoutAKeyAndWithAnEmptyOne) {
+    store.LoadNotes();
+    EXPECT_EQ(store.CountNotes(), 0u);
+    EXPECT_FALSE(store.AutostartEnabled);
+    Registry().CreateKey(kSettingsKey);
+    store.LoadNotes();
+    EXPECT_EQ(store.CountNotes(), 0u);
+}
+
+TEST_F(NoteStoreTest, EmptySubkeyLoadsAsAnEmptyNote) {
+    Registry().CreateKey(Key(L"Note5"));
+    store.LoadNotes();
+    ASSERT_EQ(store.CountNotes(), 1u);
+    EXPECT_EQ(store.Notes()[0]->Text(), L"");
+    EXPECT_EQ(store.Notes()[0]->FontNoteSize(), 0);
+}
+
+TEST_F(NoteStoreTest, DeletingTheLastNoteLeavesTheRest) {
+    frmNote& note = Add(store, L"einzige");
+    EXPECT_EQ(Subkeys(), Strings{L"Note0"});
+    store.DeleteNote(note);
+    EXPECT_EQ(store.CountNotes(), 0u);
+    EXPECT_EQ(Subkeys(), Strings{L""});
+    EXPECT_TRUE(Registry().KeyExists(kSettingsKey));
+}
+
+TEST_F(NoteStoreTest, MinimizeAllIsUndoneForItsOwnNotesOnly) {
+    frmNote& first = Add(store, L"1");
+    frmNote& second = Add(store, L"2");
+    frmNote& third = Add(store, L"3");
+    first.Minimized(true);
+    EXPECT_EQ(store.CountVisibleNotes(), 2u);
+    EXPECT_EQ(store.CountMinimizedByCommand(), 0u);
+
+    store.MinimizeAll();
+    EXPECT_EQ(store.CountVisibleNotes(), 0u);
+    EXPECT_EQ(store.CountMinimizedByCommand(), 2u);
+    store.ForgetMinimizedNote(second);
+    store.ForgetMinimizedNote(first);  // was never in the set
+    EXPECT_EQ(store.CountMinimizedByCommand(), 1u);
+
+    store.UnMinimizeAll();
+    EXPECT_TRUE(first.Minimized());
+    EXPECT_TRUE(second.Minimized());
+    EXPECT_FALSE(third.Minimized());
+    EXPECT_EQ(store.CountMinimizedByCommand(), 0u);
+    store.UnMinimizeAll();  // nothing to undo any more
+
+    // Only a deleted note was minimized by the command: there is nothing to bring back.
+    store.MinimizeAll();
+    store.DeleteNote(third);
+    EXPECT_EQ(store.CountMinimizedByCommand(), 0u);
+    store.MinimizeAll();
+    EXPECT_EQ(store.CountMinimizedByCommand(), 0u);
+}
+
+TEST_F(NoteStoreTest, FindsNotesByKeyUntilTheyAreGone) {
+    frmNote& note = Add(store, L"a");
+    const std::int32_t key = note.NoteKey();
+    EXPECT_EQ(store.Find(key), &note);
+    store.DeleteNote(note);
+    EXPECT_EQ(store.Find(key), nullptr);
+}
+
+TEST_F(NoteStoreTest, ApplyForegroundShowsAllButMinimizedNotes) {
+    NotePtr hidden = store.CreateNote();
+    frmNote& imported = store.AdoptNote(std::move(hidden));
+    frmNote& minimized = Add(store, L"weg");
+    minimized.Minimized(true);
+    EXPECT_FALSE(imported.IsShown());
+    store.ApplyForeground();
+    EXPECT_TRUE(imported.IsShown());
+    EXPECT_FALSE(minimized.IsShown());
+}

@@ -1,0 +1,197 @@
+#include <gtest/gtest.h>
+
+#include "notes/NotePaint.h"
+#include "notes/frmNote.h"
+#include "tests/notes/NoteRecorder.h"
+#include "tests/support/Events.h"
+#include "tray/Notification.h"
+
+namespace {
+
+using Calls = std::vector<std::wstring>;
+
+class FrmNote : public testing::Test {
+  protected:
+    FrmNote() : note(new frmNote(recorder)) {}
+
+    // A mouse event at a place in twips.
+    void Mouse(wxEventType type, double x, double y) {
+        wxMouseEvent event(type);
+        event.SetPosition(wxPoint(static_cast<int>(x / 15), static_cast<int>(y / 15)));
+        event.SetEventObject(note.get());
+        note->ProcessWindowEvent(event);
+    }
+    void Click(const TwipsRect& part) {
+        Mouse(wxEVT_LEFT_DOWN, part.left + part.width / 2, part.top + part.height / 2);
+        Mouse(wxEVT_LEFT_UP, part.left + part.width / 2, part.top + part.height / 2);
+    }
+
+    NoteRecorder recorder;
+    NotePtr note;
+};
+
+}  // namespace
+
+TEST_F(FrmNote, SettersDoNotSaveButForegroundDoes) {
+    note->Text(L"a");
+    note->Color(kRed);
+    note->FontNoteBold(true);
+    note->FontNoteItalic(true);
+    note->FontNoteUnderlined(true);
+    note->FontNoteSize(20);
+    note->FontNoteAlignment(kAlignRight);
+    note->CreationTime(L"jetzt");
+    note->HiddenForeground(true);
+    note->PlaceAt(15, 30);
+    note->SizeTo(3000, 2000);
+    EXPECT_EQ(Take(recorder), Calls{});
+    note->Foreground(false);
+    EXPECT_EQ(Take(recorder), (Calls{L"save", L"apply"}));
+}
+
+TEST_F(FrmNote, HiddenForegroundIsAppliedByReadingIt) {
+    note->HiddenForeground(true);
+    EXPECT_TRUE(note->Foreground());
+    EXPECT_FALSE(note->HiddenForeground());
+    EXPECT_EQ(Take(recorder), (Calls{L"save", L"apply"}));
+    EXPECT_TRUE(note->Foreground());
+}
+
+TEST_F(FrmNote, TextCleanedMakesOneLine) {
+    const std::pair<const wchar_t*, const wchar_t*> rows[] = {
+        {L"a\r\nb", L"a b"}, {L"a\n\rb", L"a  b"}, {L"a\t\nb", L"a b"},
+        {L"\r\r", L"  "},    {L" a ", L" a "},     {L"", L""},
+    };
+    for (const auto& [text, cleaned] : rows) {
+        note->Text(text);
+        EXPECT_EQ(note->TextCleaned(), cleaned);
+    }
+}
+
+TEST_F(FrmNote, IsNeverSmallerThanFiftyPixels) {
+    note->SizeTo(0, 0);
+    EXPECT_EQ(note->Width(), 750);
+    EXPECT_EQ(note->Height(), 750);
+    note->SizeTo(751, 749);
+    EXPECT_EQ(note->Width(), 751);
+    EXPECT_EQ(note->Height(), 750);
+}
+
+TEST_F(FrmNote, ShowsAbsurdValuesClampedAndKeepsThem) {
+    note->Text(std::wstring(5000, L'W'));
+    note->FontNoteSize(2'000'000'000);
+    note->Color(0x123456);
+    note->FontNoteAlignment(77);
+    note->Place(-2147483648.0, 2147483647.0, 2147483647.0, 2147483647.0);
+    note->ShowStacked();
+    RunEvents();
+    EXPECT_EQ(note->FontNoteSize(), 2'000'000'000);
+    EXPECT_EQ(note->Left(), -2147483648.0);
+    EXPECT_EQ(note->Width(), 2147483647.0);
+    EXPECT_LE(note->GetSize().x, wxGetDisplaySize().x);
+    EXPECT_LE(note->GetSize().y, wxGetDisplaySize().y);
+}
+
+TEST_F(FrmNote, AutoSizeFitsTheTextWithoutBreakingIt) {
+    const wchar_t* const texts[] = {L"", L"kurz", L"Zwei\r\nZeilen & mehr", L"Übergröße €"};
+    for (const wchar_t* text : texts) {
+        for (const int size : {8, 12, 25}) {
+            note->Text(text);
+            note->FontNoteSize(size);
+            note->AutoSize();
+            const wxFont font(wxFontInfo(size).FaceName(L"Arial"));
+            const wxSize label = NaturalTextSize(text, font);
+            EXPECT_EQ(note->Width(), std::max(label.x * 15 + 480, 750));
+            EXPECT_EQ(note->Height(), std::max(label.y * 15 + 480 + 300, 750));
+        }
+    }
+    note->Text(L"lang");
+    note->AutoSize();
+    const double narrow = note->Width();
+    note->FontNoteBold(true);
+    note->AutoSize();
+    EXPECT_GT(note->Width(), narrow);
+}
+
+TEST_F(FrmNote, MinimizesToItsOwnIconAndBack) {
+    note->SizeTo(3000, 2000);
+    note->ShowStacked();
+    Click(note->Layout().cmdMinimize);
+    EXPECT_TRUE(note->Minimized());
+    EXPECT_FALSE(note->IsShown());
+    ASSERT_TRUE(note->TrayIcon());
+    EXPECT_TRUE(note->TrayIcon()->Shown());
+
+    // Re-stacking all notes leaves a minimized one alone.
+    note->ShowStacked();
+    EXPECT_FALSE(note->IsShown());
+    Take(recorder);
+
+    note->TrayIcon()->Events.DblClick(2);
+    EXPECT_TRUE(note->Minimized());
+    note->TrayIcon()->Events.DblClick(1);
+    EXPECT_FALSE(note->Minimized());
+    EXPECT_TRUE(note->IsShown());
+    EXPECT_FALSE(note->TrayIcon()->Shown());
+    EXPECT_EQ(Take(recorder), Calls{L"forget"});
+}
+
+TEST_F(FrmNote, TipIsTheCleanedTextCutAt55) {
+    const std::pair<std::wstring, std::wstring> rows[] = {
+        {std::wstring(55, L'x'), std::wstring(55, L'x')},
+        {std::wstring(56, L'x'), std::wstring(55, L'x') + L" ..."},
+        {L"a\r\nb", L"a b"},
+    };
+    for (const auto& [text, tip] : rows) {
+        note->Text(text);
+        note->Minimized(true);
+        EXPECT_EQ(note->TrayIcon()->IconToolTip(), tip);
+    }
+}
+
+TEST_F(FrmNote, MouseDoesWhatThePartUnderItDoes) {
+    note->SizeTo(3000, 2000);
+    note->ShowStacked();
+    RunEvents();
+    const NoteLayout& parts = note->Layout();
+    const auto middle = [](const TwipsRect& part) {
+        return std::pair(part.left + part.width / 2, part.top + part.height / 2);
+    };
+
+    Click(parts.chkForeground);
+    EXPECT_TRUE(note->Foreground());
+    EXPECT_EQ(Take(recorder), (Calls{L"save", L"apply"}));
+
+    // Pressed on the button, released beside it: no click.
+    Mouse(wxEVT_LEFT_DOWN, middle(parts.chkForeground).first, middle(parts.chkForeground).second);
+    Mouse(wxEVT_LEFT_UP, 1500, 1000);
+    EXPECT_TRUE(note->Foreground());
+
+    struct Row {
+        wxEventType type;
+        double x, y;
+        Calls calls;
+    };
+    const auto [timeX, timeY] = middle(parts.lblZeit);
+    const auto [cornerX, cornerY] = middle(parts.picEcke);
+    const Row rows[] = {
+        {wxEVT_LEFT_DCLICK, 1500, 1000, {L"edit"}},   {wxEVT_LEFT_DCLICK, 1500, 150, {L"edit"}},
+        {wxEVT_LEFT_DCLICK, timeX, timeY, {L"edit"}}, {wxEVT_RIGHT_UP, 1500, 1000, {L"menu"}},
+        {wxEVT_RIGHT_UP, 1500, 150, {L"menu"}},       {wxEVT_RIGHT_UP, timeX, timeY, {}},
+        {wxEVT_RIGHT_UP, cornerX, cornerY, {}},       {wxEVT_LEFT_DOWN, timeX, timeY, {L"save"}},
+    };
+    Take(recorder);
+    for (const Row& row : rows) {
+        SCOPED_TRACE(testing::Message() << row.x << ", " << row.y);
+        Mouse(row.type, row.x, row.y);
+        RunEvents(std::chrono::milliseconds(5));
+        EXPECT_EQ(Take(recorder), row.calls);
+    }
+}
+
+TEST_F(FrmNote, ClosingTheWindowPutsTheNoteAway) {
+    note->ShowStacked();
+    note->Close();
+    EXPECT_TRUE(note->Minimized());
+    EXPECT_FALSE(note->IsShown());
+}

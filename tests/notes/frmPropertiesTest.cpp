@@ -1,0 +1,209 @@
+#include <gtest/gtest.h>
+#include <wx/button.h>
+#include <wx/checkbox.h>
+#include <wx/radiobut.h>
+#include <wx/spinctrl.h>
+#include <wx/textctrl.h>
+
+#include "base/basMessage.h"
+#include "notes/basNotes.h"
+#include "notes/frmProperties.h"
+#include "registry/clsRegistry.h"
+#include "tests/notes/NoteRecorder.h"
+#include "tests/support/Events.h"
+
+namespace {
+
+// The dialog that an operation has opened.
+frmProperties* OpenDialog() {
+    for (wxWindow* window : wxTopLevelWindows) {
+        auto* dialog = dynamic_cast<frmProperties*>(window);
+        if (dialog && dialog->IsShown()) return dialog;
+    }
+    return nullptr;
+}
+
+void Press(wxWindow* button) {
+    wxCommandEvent event(wxEVT_BUTTON, button->GetId());
+    event.SetEventObject(button);
+    button->ProcessWindowEvent(event);
+}
+
+void Choose(wxRadioButton* button) {
+    button->SetValue(true);
+    wxCommandEvent event(wxEVT_RADIOBUTTON, button->GetId());
+    event.SetEventObject(button);
+    button->ProcessWindowEvent(event);
+}
+
+void Check(wxCheckBox* box, bool on) {
+    box->SetValue(on);
+    wxCommandEvent event(wxEVT_CHECKBOX, box->GetId());
+    event.SetEventObject(box);
+    box->ProcessWindowEvent(event);
+}
+
+class FrmProperties : public testing::Test {
+  protected:
+    FrmProperties() { Registry().DeleteKey(kSettingsKey); }
+    ~FrmProperties() override {
+        SetMessageObserver({});
+        Registry().DeleteKey(kSettingsKey);
+    }
+
+    // Does something with the dialog as soon as it is on the screen.
+    void WhenOpen(std::function<void(frmProperties&)> act) {
+        wxTheApp->CallAfter([this, act = std::move(act)] {
+            frmProperties* dialog = OpenDialog();
+            ASSERT_TRUE(dialog);
+            opened = true;
+            act(*dialog);
+        });
+    }
+
+    NoteRecorder recorder;
+    NoteStore store{recorder};
+    bool opened = false;
+};
+
+}  // namespace
+
+TEST_F(FrmProperties, NewNoteStartsPlainAndTakesWhatWasChosen) {
+    WhenOpen([](frmProperties& dialog) {
+        EXPECT_EQ(dialog.GetTitle(), L"Neue Notiz");
+        EXPECT_FALSE(dialog.cmdOK->IsEnabled());
+        EXPECT_TRUE(dialog.optFarbe[0]->GetValue());
+        EXPECT_TRUE(dialog.optAusrichtung[0]->GetValue());
+        EXPECT_EQ(dialog.updwnSchriftgrad->GetValue(), 12);
+        dialog.txtMessage->SetValue(L"Käse\nBrot");
+        Check(dialog.chkForm[1], true);
+        Choose(dialog.optFarbe[3]);
+        Choose(dialog.optAusrichtung[1]);
+        EXPECT_TRUE(dialog.txtMessageRechts->IsShown());
+        EXPECT_FALSE(dialog.txtMessage->IsShown());
+        EXPECT_EQ(dialog.txtMessageRechts->GetValue(), L"Käse\nBrot");
+        Press(dialog.cmdOK);
+    });
+    NewNote(store);
+    ASSERT_TRUE(opened);
+    ASSERT_EQ(store.CountNotes(), 1u);
+    const frmNote& note = *store.Notes()[0];
+    EXPECT_EQ(note.Text(), L"Käse\r\nBrot");
+    EXPECT_TRUE(note.FontNoteBold());
+    EXPECT_FALSE(note.FontNoteItalic());
+    EXPECT_EQ(note.Color(), kLightBlue);
+    EXPECT_EQ(note.FontNoteAlignment(), kAlignRight);
+    EXPECT_TRUE(note.IsShown());
+    EXPECT_NE(note.CreationTime().find(L", "), std::wstring::npos);
+}
+
+TEST_F(FrmProperties, CancellingInAnyWayChangesNothing) {
+    NotePtr made = store.CreateNote();
+    made->Text(L"alt");
+    frmNote& note = store.AddNote(std::move(made));
+    const std::function<void(frmProperties&)> ways[] = {
+        [](frmProperties& dialog) { Press(dialog.cmdAbbrechen); },
+        [](frmProperties& dialog) { dialog.Close(); },
+        [](frmProperties& dialog) {
+            wxKeyEvent key(wxEVT_CHAR_HOOK);
+            key.m_keyCode = WXK_ESCAPE;
+            dialog.ProcessWindowEvent(key);
+        },
+    };
+    for (const auto& way : ways) {
+        opened = false;
+        WhenOpen([&](frmProperties& dialog) {
+            dialog.txtMessage->SetValue(L"neu");
+            Choose(dialog.optFarbe[2]);
+            way(dialog);
+        });
+        EditNote(store, note);
+        EXPECT_TRUE(opened);
+        EXPECT_EQ(note.Text(), L"alt");
+        EXPECT_EQ(note.Color(), kYellow);
+    }
+}
+
+TEST_F(FrmProperties, EditingShowsTheNoteAndGivesItBack) {
+    NotePtr made = store.CreateNote();
+    made->Text(L"eins\r\nzwei");
+    made->Color(0x777777);
+    made->FontNoteSize(25);
+    made->FontNoteUnderlined(true);
+    made->FontNoteAlignment(kAlignCentre);
+    frmNote& note = store.AddNote(std::move(made));
+    WhenOpen([](frmProperties& dialog) {
+        EXPECT_EQ(dialog.GetTitle(), L"Notiz bearbeiten");
+        EXPECT_TRUE(dialog.txtMessageZentr->IsShown());
+        EXPECT_EQ(dialog.txtMessageZentr->GetValue(), L"eins\nzwei");
+        EXPECT_TRUE(dialog.chkForm[0]->GetValue());
+        EXPECT_EQ(dialog.updwnSchriftgrad->GetValue(), 25);
+        EXPECT_TRUE(dialog.optFarbe[0]->GetValue());
+        wxKeyEvent key(wxEVT_CHAR_HOOK);
+        key.m_keyCode = WXK_RETURN;
+        key.SetControlDown(true);
+        dialog.ProcessWindowEvent(key);
+    });
+    EditNote(store, note);
+    EXPECT_TRUE(opened);
+    EXPECT_EQ(note.Text(), L"eins\r\nzwei");
+    EXPECT_EQ(note.Color(), kYellow);  // the foreign colour became the one that was shown
+    EXPECT_TRUE(note.FontNoteUnderlined());
+}
+
+TEST_F(FrmProperties, TheThreeBoxesStayAlike) {
+    frmProperties* dialog = new frmProperties(L"Neue Notiz");
+    const std::array<wxTextCtrl*, 3> boxes = {dialog->txtMessage, dialog->txtMessageRechts,
+                                              dialog->txtMessageZentr};
+    for (wxTextCtrl* typedInto : boxes) {
+        typedInto->SetValue(L"gleich");
+        for (wxTextCtrl* box : boxes) EXPECT_EQ(box->GetValue(), L"gleich");
+        EXPECT_TRUE(dialog->cmdOK->IsEnabled());
+        typedInto->SetValue(L"");
+        for (wxTextCtrl* box : boxes) EXPECT_EQ(box->GetValue(), L"");
+        EXPECT_FALSE(dialog->cmdOK->IsEnabled());
+    }
+    dialog->Destroy();
+}
+
+TEST_F(FrmProperties, TakesNoMoreThanCanBeReadBack) {
+    frmProperties* dialog = new frmProperties(L"Neue Notiz");
+    dialog->txtMessage->SetValue(wxString(L'ä', 3000));
+    EXPECT_EQ(dialog->txtMessage->GetValue(), wxString(L'ä', 2047));
+    dialog->txtMessage->SetValue(wxString(L'\n', 3000));
+    EXPECT_EQ(dialog->txtMessage->GetValue().length(), 2047u);
+    dialog->Destroy();
+}
+
+TEST_F(FrmProperties, NoteDeletedMeanwhileIsReported) {
+    NotePtr made = store.CreateNote();
+    made->Text(L"weg");
+    frmNote& note = store.AddNote(std::move(made));
+    std::wstring shown;
+    int shownFlags = 0;
+    SetMessageObserver([&](const std::wstring& text, int flags, const std::wstring& title) {
+        shown = title + L"|" + text;
+        shownFlags = flags;
+        return MessageAnswer::OK;
+    });
+    WhenOpen([&](frmProperties& dialog) {
+        store.DeleteNote(note);
+        Press(dialog.cmdOK);
+    });
+    EditNote(store, note);
+    EXPECT_EQ(
+        shown,
+        L"Notiz zwischenzeitlich gelöscht|Die bearbeitete Notiz ist zwischenzeitlich gelöscht worden.\r\n"
+        L"Die Änderungen werden verworfen.");
+    EXPECT_EQ(shownFlags, 16);
+    EXPECT_EQ(store.CountNotes(), 0u);
+}
+
+TEST_F(FrmProperties, ExistsOnce) {
+    WhenOpen([&](frmProperties& dialog) {
+        NewNote(store);  // returns at once
+        Press(dialog.cmdAbbrechen);
+    });
+    NewNote(store);
+    EXPECT_EQ(store.CountNotes(), 0u);
+}
