@@ -70,6 +70,12 @@ void AppendPicture(wxMenu& menu, int id, const wxBitmapBundle& picture, int heig
     const wxBitmap bitmap = picture.GetBitmap(wxDefaultSize);
     GtkWidget* image = bitmap.IsOk() ? gtk_image_new_from_pixbuf(bitmap.GetPixbuf()) : gtk_image_new();
     gtk_widget_set_halign(image, GTK_ALIGN_START);
+    // Themes make pale what cannot be chosen.
+    GtkCssProvider* style = gtk_css_provider_new();
+    gtk_css_provider_load_from_data(style, "image { opacity: 1; -gtk-icon-effect: none; }", -1, nullptr);
+    gtk_style_context_add_provider(gtk_widget_get_style_context(image), GTK_STYLE_PROVIDER(style),
+                                   GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
+    g_object_unref(style);
     gtk_widget_set_size_request(image, -1, height);
     gtk_container_add(GTK_CONTAINER(widget), image);
     gtk_widget_show_all(widget);

@@ -18,15 +18,16 @@ frmInfo::frmInfo() : frmDialog(L"Info", L"index.html") {
                                    L"Notizen auf dem Bildschirm\n\n"
                                    L"© The Kivora authors\n"
                                    L"Frei verwendbar unter den Bedingungen der MIT-Lizenz.\n\n"
-                                   L"Enthält bzw. benutzt: wxWidgets, GTK, SQLite");
+                                   L"Benutzt die Bibliotheken wxWidgets, GTK und SQLite.");
 
     auto* texts = new wxBoxSizer(wxVERTICAL);
     texts->Add(name);
     texts->Add(version, wxSizerFlags().Border(wxBOTTOM, FromDIP(kDialogMargin)));
     texts->Add(about);
     auto* content = new wxBoxSizer(wxHORIZONTAL);
-    content->Add(new wxStaticBitmap(this, wxID_ANY, LoadPicture(kProgramIcon)),
-                 wxSizerFlags().Border(wxRIGHT, FromDIP(kDialogMargin)));
+    content->Add(
+        new wxStaticBitmap(this, wxID_ANY, LoadPicture(kProgramIcon).GetBitmap(FromDIP(wxSize(48, 48)))),
+        wxSizerFlags().Border(wxRIGHT, FromDIP(kDialogMargin)));
     content->Add(texts);
     SetContent(content, CreateButtons(L"&OK", L""));
 }

@@ -37,10 +37,10 @@ void frmSplash::OnPaint(wxPaintEvent&) {
     const wxString version = L"Version " + wxString::FromUTF8(KIVORA_VERSION);
     dc.SetFont(GetFont());
     dc.SetTextForeground(*wxBLACK);
-    const wxSize text = dc.GetTextExtent(version);
-    const wxSize size = GetClientSize();
-    const int margin = FromDIP(12);
-    dc.DrawText(version, size.x - text.x - margin, size.y - text.y - margin);
+    // Below the name, which the picture has at its lower left.
+    const wxSize place = FromDIP(wxSize(32, 8));
+    const int top = GetClientSize().y - dc.GetTextExtent(version).y - place.y;
+    dc.DrawText(version, place.x, top);
 }
 
 void frmSplash::Close(wxEvent&) {

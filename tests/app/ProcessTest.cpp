@@ -1,1 +1,242 @@
-int main() {}
+// The built program from outside: its processes, its windows and what it leaves behind.
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <thread>
+
+#include "base/basText.h"
+#include "registry/clsRegistry.h"
+#include "tests/app/Process.h"
+#include "tests/exchange/SampleNotes.h"
+#include "tests/support/Support.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+
+const std::wstring kSettings = L"HKLM\\Software\\Kivora\\1.5\\";
+
+std::vector<std::wstring> SavedTexts() {
+    std::vector<std::wstring> names, texts;
+    Registry().EnumKeys(kSettings, names);
+    for (const std::wstring& name : names) {
+        if (!name.empty())
+            texts.push_back(AsText(Registry().GetValue(kSettings + name + L"\\Text", REG_TYPE_SZ)));
+    }
+    return texts;
+}
+
+using Texts = std::vector<std::wstring>;
+
+void Press(const std::string& window, const std::string& key) {
+    ShellOutput("xdotool windowactivate --sync " + window + " key " + key);
+}
+
+class ProcessTest : public testing::Test {
+  protected:
+    ProcessTest() { Registry().DeleteKey(kSettings); }
+
+    // An export file with one note.
+    std::string File(const std::string& name, const std::wstring& text) {
+        const std::filesystem::path path = std::filesystem::path(std::getenv("XDG_DATA_HOME")) / name;
+        ExportedNote note;
+        note.Text = text;
+        note.Left = note.Top = 3000;
+        note.Width = note.Height = 3000;
+        note.Color = 0x00FFFF;
+        note.FontNoteSize = 12;
+        std::ofstream(path, std::ios::binary) << FileBytes({note});
+        return path;
+    }
+
+    // Puts a note into the saved ones by way of the program.
+    void Import(const std::wstring& text) {
+        Process import({File("saved.kvr", text)});
+        const std::string message = WaitForWindow("Importieren erfolgreich");
+        ASSERT_FALSE(message.empty());
+        Press(message, "Return");
+        ASSERT_EQ(import.Wait(), 0);
+    }
+
+    // A plain start with that many windows on the screen: the notes and the icon.
+    static void WaitUntilShown(std::size_t windows) {
+        EXPECT_TRUE(Eventually([&] { return Windows().size() >= windows; })) << Windows().size();
+    }
+};
+
+TEST_F(ProcessTest, AnswersWithoutADisplay) {
+    const struct {
+        std::vector<std::string> arguments;
+        int result;
+        const char *output, *errors;
+    } rows[] = {
+        {{"--help"}, 0, "Aufruf: kivora", ""},
+        {{"a.kvr", "-h"}, 0, "Aufruf: kivora", ""},
+        {{"--version"}, 0, "Kivora 1.6.1\n", ""},
+        {{"--gibt-es-nicht"}, 2, "", "unbekannte Option --gibt-es-nicht"},
+        {{}, 1, "", "Bildschirm"},
+        {{"a.kvr"}, 1, "", "Bildschirm"},
+        {{"[print]"}, 1, "", "Bildschirm"},
+    };
+    for (const auto& row : rows) {
+        const std::string name = testing::PrintToString(row.arguments);
+        Process program(row.arguments, false);
+        EXPECT_EQ(program.Wait(), row.result) << name;
+        EXPECT_EQ(program.Output().find(row.output), 0u) << name << program.Output();
+        EXPECT_EQ(program.Output().empty(), *row.output == 0) << name;
+        EXPECT_NE(program.Errors().find(row.errors), std::string::npos) << name << program.Errors();
+        EXPECT_EQ(program.Errors().empty(), *row.errors == 0) << name << program.Errors();
+    }
+}
+
+TEST_F(ProcessTest, SecondPlainStartEndsSilently) {
+    Process first({});
+    WaitUntilShown(1);
+    const std::vector<std::string> windows = Windows();
+    Process second({});
+    EXPECT_EQ(second.Wait(1s), 0);
+    EXPECT_EQ(second.Output() + second.Errors(), "");
+    EXPECT_EQ(Windows(), windows);
+    EXPECT_FALSE(first.Ended());
+}
+
+TEST_F(ProcessTest, ImportsFilesWithoutARunningCopy) {
+    const std::string good = File("Eigene Notizen ü.kvr", L"Käse & Brot €");
+    const std::string missing = good + ".gibt-es-nicht";
+    {
+        Process import({good, missing});
+        std::string message = WaitForWindow("Importieren erfolgreich");
+        ASSERT_FALSE(message.empty());
+        EXPECT_EQ(SavedTexts(), Texts{L"Käse & Brot €"});  // what the message says is true already
+        Press(message, "Return");
+        message = WaitForWindow("Fehler beim Importieren");
+        ASSERT_FALSE(message.empty());
+        Press(message, "Escape");
+        EXPECT_EQ(import.Wait(), 0);
+    }
+    EXPECT_EQ(Windows().size(), 0u);
+    EXPECT_EQ(SavedTexts(), Texts{L"Käse & Brot €"});
+}
+
+TEST_F(ProcessTest, HandsFilesOverToTheRunningCopy) {
+    Import(L"eins");
+    Process first({});
+    WaitUntilShown(2);
+    Process second({File("zwei ü.kvr", L"zwei"), File("drei.kvr", L"drei"), "/gibt/es/nicht"});
+    EXPECT_EQ(second.Wait(2s), 0);
+    EXPECT_TRUE(Eventually([] { return SavedTexts() == Texts{L"eins", L"zwei", L"drei"}; }));
+    WaitUntilShown(4);
+    EXPECT_FALSE(first.Ended());
+}
+
+TEST_F(ProcessTest, FilesOpenedTogetherAreAllTakenIn) {
+    Process first({File("1.kvr", L"eins")});
+    const std::string message = WaitForWindow("Importieren erfolgreich");
+    ASSERT_FALSE(message.empty());
+    Process second({File("2.kvr", L"zwei")});
+    EXPECT_EQ(second.Wait(2s), 0);
+    Press(message, "Return");
+    std::string other;
+    EXPECT_TRUE(Eventually([&] {
+        other = WaitForWindow("Importieren erfolgreich", 0ms);
+        return !other.empty() && other != message;
+    }));
+    Press(other, "Return");
+    EXPECT_EQ(first.Wait(), 0);
+    EXPECT_EQ(SavedTexts(), (Texts{L"eins", L"zwei"}));
+}
+
+TEST_F(ProcessTest, SaysThatAStoppedCopyDoesNotAnswer) {
+    Process first({});
+    WaitUntilShown(1);
+    first.Signal(SIGSTOP);
+    Process second({File("1.kvr", L"eins")});
+    const std::string message = WaitForWindow("Fehler", 7s);
+    EXPECT_FALSE(message.empty());
+    if (!message.empty()) Press(message, "Return");
+    EXPECT_EQ(second.Wait(), 0);
+    first.Signal(SIGCONT);
+    first.Signal(SIGTERM);
+    EXPECT_EQ(first.Wait(), 0);
+}
+
+TEST_F(ProcessTest, KilledCopyLeavesItsNotesAndItsPlace) {
+    Import(L"eins");
+    {
+        Process first({});
+        WaitUntilShown(2);
+        Process second({File("2.kvr", L"zwei")});
+        EXPECT_EQ(second.Wait(2s), 0);
+        EXPECT_TRUE(Eventually([] { return SavedTexts().size() == 2; }));
+        first.Signal(SIGKILL);
+        EXPECT_EQ(first.Wait(), -1);
+    }
+    Process next({});
+    WaitUntilShown(3);
+    EXPECT_EQ(SavedTexts(), (Texts{L"eins", L"zwei"}));
+}
+
+TEST_F(ProcessTest, EndsInOrderWhenAsked) {
+    Import(L"eins");
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+        Process program({});
+        WaitUntilShown(2);
+        program.Signal(signal);
+        EXPECT_EQ(program.Wait(1s), 0) << signal;
+        EXPECT_EQ(SavedTexts(), Texts{L"eins"});
+    }
+}
+
+TEST_F(ProcessTest, EndingWhileItStartsLosesNothing) {
+    Import(L"eins");
+    for (const auto delay : {20ms, 60ms, 100ms, 140ms, 180ms, 240ms, 300ms, 360ms, 420ms, 500ms}) {
+        Process program({});
+        std::this_thread::sleep_for(delay);
+        program.Signal(SIGTERM);
+        EXPECT_TRUE(program.Wait(2s)) << delay.count();
+        EXPECT_EQ(SavedTexts(), Texts{L"eins"}) << delay.count();
+    }
+}
+
+TEST_F(ProcessTest, EndsWithTheMenuOrAMessageOpen) {
+    Import(L"eins");
+    {
+        Process program({});
+        WaitUntilShown(2);
+        ShellOutput("xdotool mousemove 260 260 click 3");  // on the note
+        EXPECT_TRUE(Eventually([] { return Windows().size() > 2; }));
+        program.Signal(SIGTERM);
+        EXPECT_EQ(program.Wait(1s), 0);
+    }
+    Process import({File("2.kvr", L"zwei")});
+    EXPECT_FALSE(WaitForWindow("Importieren erfolgreich").empty());
+    import.Signal(SIGTERM);
+    EXPECT_EQ(import.Wait(1s), 0);
+    EXPECT_EQ(SavedTexts(), (Texts{L"eins", L"zwei"}));
+}
+
+TEST_F(ProcessTest, PrintingLeavesTheSavedNotesAlone) {
+    Import(L"eins");
+    for (const bool signal : {false, true}) {
+        Process print({"[print]", File("2.kvr", L"zwei")});
+        const std::string message = WaitForWindow("Drucken");
+        ASSERT_FALSE(message.empty());
+        if (signal) {
+            print.Signal(SIGTERM);
+        } else {
+            Press(message, "Return");
+        }
+        EXPECT_EQ(print.Wait(), 0);
+        EXPECT_EQ(SavedTexts(), Texts{L"eins"});
+    }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    testing::InitGoogleTest(&argc, argv);
+    PrivateFolders folders;
+    return RUN_ALL_TESTS();
+}
