@@ -12,6 +12,8 @@ enum ResourceId : int {
     // tones. 30 x 32 pixels for the bottom-right corner of the note's rectangle; the left and the top edge
     // have exactly the note's colour. 120 to 123: small note for the notification area in these colours,
     // square, 16 to 64 pixels.
+    kFirstNoteIcon = 120,
+    kLastNoteIcon = 123,
 };
 
 // The picture of that number in every size that it has, banner, splash and corners also for a scale factor of

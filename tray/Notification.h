@@ -1,7 +1,7 @@
 #pragma once
-// One icon in the notification area: its picture, its tip, and the mouse on it as events. The program has one for
-// itself and every minimized note has one of its own. Where no notification area exists, a small strip window of
-// the program stands in for it; the owner of an icon does not notice the difference.
+// One icon in the notification area: its picture, its tip, and the mouse on it as events. The program has one
+// for itself and every minimized note has one of its own. Where no notification area exists, a small strip
+// window of the program stands in for it; the owner of an icon does not notice the difference.
 
 #include <wx/bmpbndl.h>
 
@@ -11,12 +11,17 @@
 
 // A picture as the icon control knows it: what it is decides which setter takes it.
 struct Picture {
-    enum Type { None = 0, Bitmap = 1, Icon = 3 };
-    Type type = None;
+    enum Type { Empty = 0, Bitmap = 1, Icon = 3 };
+    Type type = Empty;
     wxBitmapBundle bitmap;
 };
 
-// What the control reports; Button is 1 for the left and 2 for the right mouse button.
+// The picture of a resource number: an icon for the numbers that name icons, a bitmap for the others, nothing
+// for a number that names none.
+Picture ResourcePicture(int id);
+
+// What the control reports; a handler may destroy the control.
+// Button is 1 for the left and 2 for the right mouse button.
 struct NotificationEvents {
     std::function<void()> MouseMove;
     std::function<void(int Button)> DblClick;
@@ -50,7 +55,7 @@ class Notification {
     bool Shown() const { return shown_; }
 
     bool Enabled() const { return enabled_; }
-    // True shows the icon, false hides it.
+    // True shows the icon, false hides it. An icon that is shown while this is false reports nothing.
     void Enabled(bool enable);
 
     NotificationEvents Events;

@@ -1,6 +1,6 @@
 #pragma once
-// The platform's side of one icon in the notification area: add, modify and delete, and the mouse messages that
-// come back. One implementation per platform.
+// The platform's side of one icon in the notification area: add, modify and delete, and the mouse messages
+// that come back. One implementation per platform.
 
 #include <wx/bmpbndl.h>
 
@@ -16,7 +16,7 @@ enum class TrayMessage {
     RightDown,
     LeftUp,
     RightUp,
-    ContextMenu,
+    ContextMenu,  // asked for otherwise than with the right button
 };
 
 class TrayItem {
@@ -26,6 +26,7 @@ class TrayItem {
     virtual void Modify(const wxBitmapBundle& picture, const std::wstring& toolTip) = 0;
 
     // Adds an icon. `report` gets every mouse message until the item is destroyed; it may destroy the item.
+    // The icon appears when events run next, so that adding many at once costs little.
     static std::unique_ptr<TrayItem> Add(const wxBitmapBundle& picture, const std::wstring& toolTip,
                                          std::function<void(TrayMessage)> report);
 };

@@ -1,0 +1,92 @@
+#include <gtest/gtest.h>
+
+#include "res/Resources.h"
+#include "tray/Notification.h"
+
+TEST(Notification, KeepsTheFirst63CharactersOfATip) {
+    const struct {
+        std::size_t given, kept;
+    } table[] = {{0, 0}, {1, 1}, {62, 62}, {63, 63}, {64, 63}, {70, 63}};
+    for (const auto& row : table) {
+        Notification notification;
+        std::wstring tip(row.given, L'ä');
+        if (!tip.empty()) tip.front() = L'K';
+        notification.IconToolTip(tip);
+        EXPECT_EQ(notification.IconToolTip(), tip.substr(0, row.kept)) << row.given;
+    }
+}
+
+TEST(Notification, OnlyTheCheckingSetterRefusesBitmaps) {
+    const Picture icon = ResourcePicture(kFirstNoteIcon), other = ResourcePicture(kLastNoteIcon);
+    const Picture bitmap = ResourcePicture(kMenuBanner);
+    ASSERT_EQ(icon.type, Picture::Icon);
+    ASSERT_EQ(bitmap.type, Picture::Bitmap);
+    ASSERT_EQ(ResourcePicture(0).type, Picture::Empty);
+
+    const struct {
+        const char* name;
+        Picture given;
+        bool checking;
+        Picture::Type type;
+        bool same;  // the first icon is still there
+    } table[] = {
+        {"icon", other, true, Picture::Icon, false},
+        {"bitmap refused", bitmap, true, Picture::Icon, true},
+        {"nothing refused", Picture(), true, Picture::Icon, true},
+        {"bitmap let in", bitmap, false, Picture::Bitmap, false},
+        {"nothing let in", Picture(), false, Picture::Empty, false},
+    };
+    for (const bool shown : {false, true}) {
+        for (const auto& row : table) {
+            SCOPED_TRACE(row.name);
+            Notification notification;
+            notification.SetIconFile(icon);
+            if (shown) notification.ShowIcon();
+            if (row.checking)
+                notification.SetIconFile(row.given);
+            else
+                notification.LetIconFile(row.given);
+            EXPECT_EQ(notification.IconFile().type, row.type);
+            EXPECT_EQ(notification.IconFile().bitmap.IsSameAs(icon.bitmap), row.same);
+            EXPECT_EQ(notification.Shown(), shown);
+        }
+    }
+}
+
+TEST(Notification, IsShownByShowIconAndEnabledOnly) {
+    Notification notification;
+    EXPECT_TRUE(notification.Enabled());
+    const auto setTip = [&] { notification.IconToolTip(L"Notiz"); };
+    const auto setIcon = [&] { notification.SetIconFile(ResourcePicture(kFirstNoteIcon)); };
+    const auto letIcon = [&] { notification.LetIconFile(ResourcePicture(kFirstNoteIcon)); };
+    const auto show = [&] { notification.ShowIcon(); };
+    const auto hide = [&] { notification.HideIcon(); };
+    const auto enable = [&] { notification.Enabled(true); };
+    const auto disable = [&] { notification.Enabled(false); };
+    const struct {
+        const char* name;
+        std::function<void()> step;
+        bool shown, enabled;
+    } steps[] = {
+        {"tip while hidden", setTip, false, true},
+        {"icon while hidden", setIcon, false, true},
+        {"any picture hidden", letIcon, false, true},
+        {"show", show, true, true},
+        {"tip while shown", setTip, true, true},
+        {"show again", show, true, true},
+        {"disable", disable, false, false},
+        {"tip while disabled", setTip, false, false},
+        {"enable", enable, true, true},
+        {"hide", hide, false, true},
+        {"hide again", hide, false, true},
+        {"icon after hiding", setIcon, false, true},
+        {"disable hidden", disable, false, false},
+        {"show disabled", show, true, false},
+    };
+    for (const auto& step : steps) {
+        SCOPED_TRACE(step.name);
+        step.step();
+        EXPECT_EQ(notification.Shown(), step.shown);
+        EXPECT_EQ(notification.Enabled(), step.enabled);
+    }
+}

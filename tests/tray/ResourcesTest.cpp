@@ -1,0 +1,58 @@
+#include <gtest/gtest.h>
+#include <wx/image.h>
+
+#include "res/Resources.h"
+
+TEST(Resources, EveryPictureHasItsSizes) {
+    const struct {
+        int first, last;
+        std::vector<wxSize> sizes;
+    } table[] = {
+        {1, 1, {{16, 16}, {22, 22}, {24, 24}, {32, 32}, {48, 48}, {128, 128}}},
+        {2, 2, {{240, 34}, {480, 68}}},
+        {3, 3, {{360, 220}, {720, 440}}},
+        {100, 103, {{30, 32}, {60, 64}}},
+        {110, 113, {{30, 32}, {60, 64}}},
+        {120, 123, {{16, 16}, {22, 22}, {24, 24}, {32, 32}, {44, 44}, {48, 48}, {64, 64}, {20, 20}}},
+    };
+    for (const auto& row : table) {
+        for (int id = row.first; id <= row.last; ++id) {
+            SCOPED_TRACE(id);
+            const wxBitmapBundle picture = LoadPicture(id);
+            ASSERT_TRUE(picture.IsOk());
+            EXPECT_EQ(picture.GetDefaultSize(), row.sizes.front());
+            EXPECT_EQ(picture.GetPreferredBitmapSizeAtScale(2), row.sizes.front() * 2);
+            for (const wxSize& size : row.sizes) EXPECT_EQ(picture.GetBitmap(size).GetSize(), size);
+        }
+    }
+    for (const int id : {0, -1, 4, 99, 104, 114, 119, 124}) EXPECT_FALSE(LoadPicture(id).IsOk()) << id;
+}
+
+// A hundred notes show a hundred times the same bitmap.
+TEST(Resources, BitmapsAreShared) {
+    for (const wxSize& size : {wxSize(30, 32), wxSize(60, 64)})
+        EXPECT_TRUE(LoadPicture(112).GetBitmap(size).IsSameAs(LoadPicture(112).GetBitmap(size))) << size.x;
+}
+
+TEST(Resources, CornersContinueTheNoteWithoutASeam) {
+    const struct {
+        int id;
+        wxColour note;
+    } table[] = {
+        {100, {255, 0, 0}},     {101, {0, 255, 255}},  {102, {255, 255, 0}},   {103, {0, 255, 0}},
+        {110, {255, 128, 128}}, {111, {37, 189, 255}}, {112, {254, 254, 148}}, {113, {125, 255, 125}},
+    };
+    for (const auto& row : table) {
+        for (const wxSize& size : {wxSize(30, 32), wxSize(60, 64)}) {
+            SCOPED_TRACE(row.id * 1000 + size.x);
+            const wxImage image = LoadPicture(row.id).GetBitmap(size).ConvertToImage();
+            EXPECT_FALSE(image.HasAlpha());
+            const auto at = [&](int x, int y) {
+                return wxColour(image.GetRed(x, y), image.GetGreen(x, y), image.GetBlue(x, y));
+            };
+            for (int x = 0; x < size.x; ++x) ASSERT_EQ(at(x, 0), row.note) << x;
+            for (int y = 0; y < size.y; ++y) ASSERT_EQ(at(0, y), row.note) << y;
+            EXPECT_NE(at(size.x / 2, size.y / 2), row.note);  // the flap
+        }
+    }
+}

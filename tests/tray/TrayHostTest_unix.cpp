@@ -1,0 +1,328 @@
+// Icons with and without a notification area, with a real pointer. They need a display whose notification
+// area they may start and stop.
+#include <gtest/gtest.h>
+#include <gtk/gtk.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <wx/frame.h>
+#include <wx/menu.h>
+#include <wx/uiaction.h>
+
+#include <cstring>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "res/Resources.h"
+#include "tests/support/Events.h"
+#include "tray/Notification.h"
+#include "tray/TrayStripLayout.h"
+
+// Xlib's macros would spoil the headers above.
+// clang-format off
+#include <gdk/gdkx.h>
+// clang-format on
+
+extern char** environ;
+
+namespace {
+
+using std::chrono::milliseconds;
+
+Display* XDisplay() { return gdk_x11_display_get_xdisplay(gdk_display_get_default()); }
+
+Atom TraySelection() { return XInternAtom(XDisplay(), "_NET_SYSTEM_TRAY_S0", False); }
+
+bool HostExists() { return XGetSelectionOwner(XDisplay(), TraySelection()) != None; }
+
+std::vector<GtkWindow*> Toplevels() {
+    std::vector<GtkWindow*> windows;
+    GList* list = gtk_window_list_toplevels();
+    for (GList* item = list; item; item = item->next) windows.push_back(GTK_WINDOW(item->data));
+    g_list_free(list);
+    return windows;
+}
+
+GtkWindow* Strip() {
+    for (GtkWindow* window : Toplevels())
+        if (gtk_window_get_type_hint(window) == GDK_WINDOW_TYPE_HINT_DOCK &&
+            gtk_widget_get_mapped(GTK_WIDGET(window)))
+            return window;
+    return nullptr;
+}
+
+// Icons inside a host, in the order in which they were made.
+std::vector<GtkWindow*> Embedded() {
+    std::vector<GtkWindow*> icons;
+    for (GtkWindow* window : Toplevels()) {
+        if (std::strcmp(G_OBJECT_TYPE_NAME(window), "GtkTrayIcon") != 0) continue;
+        gboolean embedded = FALSE;
+        g_object_get(window, "embedded", &embedded, nullptr);
+        if (embedded) icons.push_back(window);
+    }
+    return icons;
+}
+
+wxRect ScreenRect(GtkWindow* window) {
+    GdkWindow* native = gtk_widget_get_window(GTK_WIDGET(window));
+    wxRect rect;
+    gdk_window_get_origin(native, &rect.x, &rect.y);
+    rect.SetSize(wxSize(gdk_window_get_width(native), gdk_window_get_height(native)));
+    return rect;
+}
+
+wxPoint Middle(const wxRect& rect) { return {rect.x + rect.width / 2, rect.y + rect.height / 2}; }
+
+// Middle of an icon in the strip's lowest row, counted from the corner.
+wxPoint InStrip(int index) {
+    const wxRect strip = ScreenRect(Strip());
+    return {strip.GetRight() - kStripBorder - index * kStripCell - kStripCell / 2,
+            strip.GetBottom() - kStripBorder - kStripCell / 2};
+}
+
+class TrayProcess {
+  public:
+    TrayProcess() {
+        const char* arguments[] = {"trayer",      "--edge",  "top",      "--align", "right",
+                                   "--widthtype", "request", "--height", "26",      nullptr};
+        if (posix_spawnp(&pid_, "trayer", nullptr, nullptr, const_cast<char**>(arguments), environ) != 0)
+            pid_ = 0;
+    }
+    ~TrayProcess() { End(); }
+    TrayProcess(const TrayProcess&) = delete;
+    TrayProcess& operator=(const TrayProcess&) = delete;
+    bool Started() const { return pid_ != 0; }
+    void End() {
+        if (!pid_) return;
+        kill(pid_, SIGTERM);
+        waitpid(pid_, nullptr, 0);
+        pid_ = 0;
+    }
+
+  private:
+    pid_t pid_ = 0;
+};
+
+// A host that owns the selection and takes no icon.
+class DeafHost {
+  public:
+    DeafHost()
+        : window_(XCreateSimpleWindow(XDisplay(), DefaultRootWindow(XDisplay()), 0, 0, 1, 1, 0, 0, 0)) {
+        XSetSelectionOwner(XDisplay(), TraySelection(), window_, CurrentTime);
+        XSync(XDisplay(), False);
+    }
+    ~DeafHost() {
+        XDestroyWindow(XDisplay(), window_);
+        XSync(XDisplay(), False);
+    }
+    DeafHost(const DeafHost&) = delete;
+    DeafHost& operator=(const DeafHost&) = delete;
+
+  private:
+    Window window_;
+};
+
+class TrayHost : public testing::Test {
+  protected:
+    void SetUp() override {
+        frame_.SetSize(0, 0, 60, 60);
+        frame_.Show();
+        RunEvents();
+        if (HostExists()) GTEST_SKIP() << "this display has a notification area that is not the test's";
+    }
+
+    void TearDown() override {
+        icons_.clear();
+        EXPECT_TRUE(RunUntil([] { return !Strip() && Embedded().empty(); }));
+    }
+
+    Notification& AddIcon(const std::wstring& tip) {
+        icons_.push_back(std::make_unique<Notification>());
+        Notification& icon = *icons_.back();
+        icon.SetIconFile(ResourcePicture(kFirstNoteIcon + static_cast<int>(icons_.size() - 1) % 4));
+        icon.IconToolTip(tip);
+        const auto note = [this, tip](const char* event) {
+            return [this, tip, event](int button) {
+                log_ += tip + Wide(event) + std::to_wstring(button) + L' ';
+            };
+        };
+        icon.Events.MouseDown = note("down");
+        icon.Events.MouseUp = note("up");
+        icon.Events.DblClick = note("double");
+        icon.Events.ContextMenu = [this, tip] { log_ += tip + L"menu "; };
+        icon.ShowIcon();
+        return icon;
+    }
+
+    static std::wstring Wide(const char* text) { return std::wstring(text, text + std::strlen(text)); }
+
+    // What the icons report of a gesture at that place.
+    std::wstring Reported(wxPoint place, const std::function<void(wxUIActionSimulator&)>& gesture) {
+        wxUIActionSimulator pointer;
+        pointer.MouseMove(place);
+        RunEvents();
+        log_.clear();
+        gesture(pointer);
+        RunEvents(milliseconds(150));
+        // The next gesture is not to become a double click with this one.
+        RunEvents(milliseconds(450));
+        return log_;
+    }
+
+    void ExpectGestures(const std::function<wxPoint()>& place, const std::wstring& name) {
+        EXPECT_EQ(Reported(place(), [](wxUIActionSimulator& p) { p.MouseClick(); }),
+                  name + L"down1 " + name + L"up1 ");
+        EXPECT_EQ(Reported(place(), [](wxUIActionSimulator& p) { p.MouseDblClick(); }),
+                  name + L"down1 " + name + L"up1 " + name + L"double1 " + name + L"up1 ");
+        // One right click asks for the menu once: by the release, not by the press as well.
+        EXPECT_EQ(Reported(place(), [](wxUIActionSimulator& p) { p.MouseClick(wxMOUSE_BTN_RIGHT); }),
+                  name + L"down2 " + name + L"up2 ");
+    }
+
+    // Opens a menu when the right button goes up and looks whether it stays.
+    void ExpectMenuStays(Notification& icon, wxPoint place) {
+        bool open = false, stayed = false;
+        int opened = 0;
+        icon.Events.MouseUp = [&](int button) {
+            if (button != 2) return;
+            ++opened;
+            open = true;
+            wxMenu menu;
+            menu.Append(wxID_NEW, L"Neue Notiz...");
+            frame_.PopupMenu(&menu);
+            open = false;
+        };
+        wxTimer timer;
+        timer.Bind(wxEVT_TIMER, [&](wxTimerEvent&) {
+            stayed = open;
+            wxUIActionSimulator().Char(WXK_ESCAPE);
+        });
+        timer.StartOnce(500);
+        Reported(place, [](wxUIActionSimulator& p) { p.MouseClick(wxMOUSE_BTN_RIGHT); });
+        EXPECT_TRUE(RunUntil([&] { return !open; }));
+        EXPECT_TRUE(stayed);
+        EXPECT_EQ(opened, 1);
+    }
+
+    wxFrame frame_{nullptr, wxID_ANY, L"Kivora"};  // menus and the simulated pointer want a window
+    std::vector<std::unique_ptr<Notification>> icons_;
+    std::wstring log_;
+};
+
+}  // namespace
+
+TEST_F(TrayHost, WithoutAHostTheStripShowsTheIcons) {
+    AddIcon(L"A");
+    AddIcon(L"B");
+    ASSERT_TRUE(RunUntil([] { return Strip() != nullptr; }));
+    GdkRectangle room;
+    gdk_monitor_get_workarea(gdk_display_get_monitor(gdk_display_get_default(), 0), &room);
+    const wxPoint corner(room.x + room.width - 1, room.y + room.height - 1);
+    EXPECT_TRUE(RunUntil([&] { return ScreenRect(Strip()).GetBottomRight() == corner; }));
+    EXPECT_EQ(ScreenRect(Strip()).width, 2 * kStripCell + 2 * kStripBorder);
+    EXPECT_FALSE(gtk_window_has_toplevel_focus(Strip()));
+
+    ExpectGestures([] { return InStrip(0); }, L"A");
+    ExpectGestures([] { return InStrip(1); }, L"B");
+
+    // Away with the first, and the second moves into the corner.
+    icons_.erase(icons_.begin());
+    EXPECT_TRUE(RunUntil([] { return ScreenRect(Strip()).width == kStripCell + 2 * kStripBorder; }));
+    EXPECT_EQ(Reported(InStrip(0), [](wxUIActionSimulator& p) { p.MouseClick(); }), L"Bdown1 Bup1 ");
+    icons_.front()->Enabled(false);
+    EXPECT_TRUE(RunUntil([] { return !Strip(); }));
+}
+
+TEST_F(TrayHost, ADisabledIconReportsNothing) {
+    Notification& icon = AddIcon(L"A");
+    icon.Enabled(false);
+    icon.ShowIcon();
+    ASSERT_TRUE(RunUntil([] { return Strip() != nullptr; }));
+    EXPECT_EQ(Reported(InStrip(0), [](wxUIActionSimulator& p) { p.MouseDblClick(); }), L"");
+}
+
+TEST_F(TrayHost, AMenuOpenedFromTheStripStays) {
+    Notification& icon = AddIcon(L"A");
+    ASSERT_TRUE(RunUntil([] { return Strip() != nullptr; }));
+    ExpectMenuStays(icon, InStrip(0));
+}
+
+// As a double click does that brings a minimized note back. The icon that moves below the pointer meanwhile
+// does not get the release.
+TEST_F(TrayHost, AnIconMayDieOfItsOwnDoubleClick) {
+    AddIcon(L"A");
+    AddIcon(L"B");
+    icons_.front()->Events.DblClick = [this](int) { icons_.erase(icons_.begin()); };
+    ASSERT_TRUE(RunUntil([] { return Strip() != nullptr; }));
+    EXPECT_EQ(Reported(InStrip(0),
+                       [](wxUIActionSimulator& p) {
+                           p.MouseClick();
+                           p.MouseDown();
+                           RunEvents(milliseconds(100));
+                           p.MouseUp();
+                       }),
+              L"Adown1 Aup1 ");
+    EXPECT_EQ(icons_.size(), 1u);
+
+    TrayProcess tray;
+    if (!tray.Started()) GTEST_SKIP() << "trayer is not installed";
+    ASSERT_TRUE(RunUntil([] { return Embedded().size() == 1; }));
+    icons_.front()->Events.DblClick = [this](int) { icons_.clear(); };
+    Reported(Middle(ScreenRect(Embedded().front())), [](wxUIActionSimulator& p) { p.MouseDblClick(); });
+    EXPECT_TRUE(icons_.empty());
+    EXPECT_TRUE(Embedded().empty());
+}
+
+TEST_F(TrayHost, IconsMoveToAHostAndComeBack) {
+    Notification& first = AddIcon(L"A");
+    AddIcon(L"B");
+    ASSERT_TRUE(RunUntil([] { return Strip() != nullptr; }));
+    TrayProcess tray;
+    if (!tray.Started()) GTEST_SKIP() << "trayer is not installed";
+    ASSERT_TRUE(RunUntil([] { return Embedded().size() == 2 && !Strip(); }));
+    RunEvents(milliseconds(300));
+
+    // The order is the host's business.
+    const auto place = [] { return Middle(ScreenRect(Embedded().front())); };
+    const std::wstring name = Reported(place(), [](wxUIActionSimulator& p) { p.MouseClick(); }).substr(0, 1);
+    ExpectGestures(place, name);
+    ExpectMenuStays(name == L"A" ? first : *icons_.back(), place());
+
+    tray.End();
+    ASSERT_TRUE(RunUntil([] { return Strip() && Embedded().empty(); }));
+    EXPECT_TRUE(RunUntil([] { return ScreenRect(Strip()).width == 2 * kStripCell + 2 * kStripBorder; }));
+    AddIcon(L"C");
+    EXPECT_TRUE(RunUntil([] { return ScreenRect(Strip()).width == 3 * kStripCell + 2 * kStripBorder; }));
+
+    TrayProcess again;
+    EXPECT_TRUE(RunUntil([] { return Embedded().size() == 3 && !Strip(); }));
+    // Shown while a host exists, an icon does not pass through the strip.
+    AddIcon(L"D");
+    EXPECT_FALSE(RunUntil([] { return Strip() || Embedded().size() == 4; }) && Strip());
+    EXPECT_EQ(Embedded().size(), 4u);
+}
+
+TEST_F(TrayHost, AHostThatTakesNothingLeavesTheIconsToTheStrip) {
+    DeafHost host;
+    RunEvents();
+    AddIcon(L"A");
+    RunEvents(milliseconds(700));
+    EXPECT_FALSE(Strip());
+    ASSERT_TRUE(RunUntil([] { return Strip() != nullptr; }));
+    EXPECT_EQ(Reported(InStrip(0), [](wxUIActionSimulator& p) { p.MouseClick(); }), L"Adown1 Aup1 ");
+}
+
+TEST_F(TrayHost, WhatAHostHasNoRoomForStandsInTheStrip) {
+    TrayProcess tray;
+    if (!tray.Started()) GTEST_SKIP() << "trayer is not installed";
+    ASSERT_TRUE(RunUntil(HostExists));
+    RunEvents(milliseconds(200));
+    for (int i = 0; i < 34; ++i) AddIcon(L"N" + std::to_wstring(i));
+    const auto stripWidth = [] { return Strip() ? ScreenRect(Strip()).width : 0; };
+    EXPECT_TRUE(RunUntil([] { return Embedded().size() == 32; }));
+    EXPECT_TRUE(RunUntil([&] { return stripWidth() == 2 * kStripCell + 2 * kStripBorder; }));
+    // Two go from the host, and the two from the strip take their places.
+    icons_.erase(icons_.begin() + 5, icons_.begin() + 7);
+    EXPECT_TRUE(RunUntil([] { return Embedded().size() == 32 && !Strip(); }));
+}

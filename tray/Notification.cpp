@@ -1,0 +1,95 @@
+#include "tray/Notification.h"
+
+#include "res/Resources.h"
+#include "tray/TrayItem.h"
+
+namespace {
+
+constexpr std::size_t kLongestToolTip = 63;
+
+// The handlers are copied before they are called: they may destroy the control that they belong to.
+void Raise(std::function<void()> handler) {
+    if (handler) handler();
+}
+
+void Raise(std::function<void(int)> handler, int button) {
+    if (handler) handler(button);
+}
+
+void RaiseEvent(const NotificationEvents& events, TrayMessage message) {
+    switch (message) {
+        case TrayMessage::MouseMove:
+            return Raise(events.MouseMove);
+        case TrayMessage::LeftDoubleClick:
+            return Raise(events.DblClick, 1);
+        case TrayMessage::RightDoubleClick:
+            return Raise(events.DblClick, 2);
+        case TrayMessage::LeftDown:
+            return Raise(events.MouseDown, 1);
+        case TrayMessage::RightDown:
+            return Raise(events.MouseDown, 2);
+        case TrayMessage::LeftUp:
+            return Raise(events.MouseUp, 1);
+        case TrayMessage::RightUp:
+            return Raise(events.MouseUp, 2);
+        case TrayMessage::ContextMenu:
+            return Raise(events.ContextMenu);
+    }
+}
+
+}  // namespace
+
+Picture ResourcePicture(int id) {
+    Picture picture;
+    picture.bitmap = LoadPicture(id);
+    const bool icon = id == kProgramIcon || (id >= kFirstNoteIcon && id <= kLastNoteIcon);
+    if (picture.bitmap.IsOk()) picture.type = icon ? Picture::Icon : Picture::Bitmap;
+    return picture;
+}
+
+Notification::Notification() = default;
+
+Notification::~Notification() = default;
+
+void Notification::LetIconFile(const Picture& picture) {
+    icon_ = picture;
+    Refresh();
+}
+
+void Notification::SetIconFile(const Picture& picture) {
+    if (picture.type == Picture::Icon) icon_ = picture;
+    Refresh();
+}
+
+void Notification::IconToolTip(const std::wstring& text) {
+    toolTip_ = text.substr(0, kLongestToolTip);
+    Refresh();
+}
+
+void Notification::ShowIcon() {
+    if (item_) {
+        item_->Modify(icon_.bitmap, toolTip_);
+    } else {
+        item_ = TrayItem::Add(icon_.bitmap, toolTip_, [this](TrayMessage message) {
+            if (enabled_) RaiseEvent(Events, message);
+        });
+    }
+    shown_ = true;
+}
+
+void Notification::HideIcon() {
+    item_.reset();
+    shown_ = false;
+}
+
+void Notification::Enabled(bool enable) {
+    enabled_ = enable;
+    if (enable)
+        ShowIcon();
+    else
+        HideIcon();
+}
+
+void Notification::Refresh() {
+    if (shown_) ShowIcon();
+}

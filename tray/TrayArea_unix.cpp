@@ -1,0 +1,136 @@
+#include "tray/TrayArea_unix.h"
+
+#include <gdk/gdkx.h>
+#include <gtk/gtk.h>
+
+#include <string>
+
+#include "tray/TrayStrip_unix.h"
+
+namespace {
+
+// How long a host may leave an icon lying before the strip shows it.
+constexpr guint kPatienceMilliseconds = 1500;
+// Offering pauses after this time, so that the program answers meanwhile.
+constexpr gint64 kOfferMicroseconds = 8000;
+
+// More icons than this stand in the strip: a panel has no room for them, and what hosts and toolkit spend on
+// an icon grows with the number of icons, so that 200 take seconds.
+constexpr int kMostOffered = 32;
+
+std::string TraySelection(GdkDisplay* display) {
+    const int screen = gdk_x11_screen_get_screen_number(gdk_display_get_default_screen(display));
+    return "_NET_SYSTEM_TRAY_S" + std::to_string(screen);
+}
+
+bool HostExists() {
+    GdkDisplay* display = gdk_display_get_default();
+    if (!GDK_IS_X11_DISPLAY(display)) return false;
+    const Atom selection = gdk_x11_get_xatom_by_name_for_display(display, TraySelection(display).c_str());
+    return XGetSelectionOwner(gdk_x11_display_get_xdisplay(display), selection) != None;
+}
+
+}  // namespace
+
+TrayArea& TrayArea::Get() {
+    static TrayArea* const area = new TrayArea;  // icons may go later than static objects
+    return *area;
+}
+
+TrayArea::TrayArea() {
+    GdkDisplay* display = gdk_display_get_default();
+    if (!GDK_IS_X11_DISPLAY(display)) return;
+    // GTK watches the owner of every selection that somebody has made a clipboard object for.
+    const GdkAtom selection = gdk_atom_intern(TraySelection(display).c_str(), FALSE);
+    g_signal_connect(gtk_clipboard_get_for_display(display, selection), "owner-change",
+                     G_CALLBACK(+[](GtkClipboard*, GdkEvent*, TrayArea* area) { area->OnHostChanged(); }),
+                     this);
+    hostExists_ = HostExists();
+}
+
+void TrayArea::Add(HostedIcon& hosted) {
+    icons_[hosted.Icon().number] = &hosted;
+    if (hostExists_)
+        OfferLater();
+    else
+        TrayStrip::Get().Show(hosted.Icon());
+}
+
+void TrayArea::Remove(HostedIcon& hosted) {
+    icons_.erase(hosted.Icon().number);
+    TrayStrip::Get().Remove(hosted.Icon());
+    if (hosted.Icon().number > lastOffered_) return;
+    hosted.TakeBack();
+    --offered_;
+    NoLongerAwaited(hosted);
+    if (hostExists_) OfferLater();  // its place is free for one from the strip
+}
+
+void TrayArea::EmbeddingChanged(const HostedIcon& hosted) {
+    if (hosted.Embedded()) {
+        progress_ = true;
+        TrayStrip::Get().Remove(hosted.Icon());
+        NoLongerAwaited(hosted);
+    } else {
+        Await(hosted);
+    }
+}
+
+void TrayArea::OnHostChanged() {
+    hostExists_ = HostExists();
+    lastOffered_ = 0;
+    offered_ = 0;
+    awaited_.clear();
+    for (const auto& [number, hosted] : icons_) {
+        hosted->TakeBack();
+        if (!hostExists_) TrayStrip::Get().Show(hosted->Icon());
+    }
+    if (hostExists_) OfferLater();
+}
+
+void TrayArea::OfferLater() {
+    if (offering_) return;
+    const auto offer = [](void* area) -> gboolean { return static_cast<TrayArea*>(area)->OfferSome(); };
+    offering_ = g_idle_add(offer, this);
+}
+
+bool TrayArea::OfferSome() {
+    const gint64 end = g_get_monotonic_time() + kOfferMicroseconds;
+    auto next = icons_.upper_bound(lastOffered_);
+    for (; hostExists_ && next != icons_.end() && offered_ < kMostOffered; ++next) {
+        if (g_get_monotonic_time() >= end) return true;
+        lastOffered_ = next->first;
+        ++offered_;
+        Await(*next->second);
+        next->second->OfferToHost();
+    }
+    for (; next != icons_.end(); ++next) TrayStrip::Get().Show(next->second->Icon());
+    offering_ = 0;
+    return false;
+}
+
+void TrayArea::Await(const HostedIcon& hosted) {
+    awaited_[hosted.Icon().number] = &hosted;
+    if (overdue_) return;
+    progress_ = false;
+    const auto look = [](void* area) -> gboolean { return static_cast<TrayArea*>(area)->OnOverdue(); };
+    overdue_ = g_timeout_add(kPatienceMilliseconds, look, this);
+}
+
+void TrayArea::NoLongerAwaited(const HostedIcon& hosted) {
+    awaited_.erase(hosted.Icon().number);
+    if (!awaited_.empty() || !overdue_) return;
+    g_source_remove(overdue_);
+    overdue_ = 0;
+}
+
+bool TrayArea::OnOverdue() {
+    if (offering_ || progress_) {  // a slow host is given more time as long as it gets on
+        progress_ = false;
+        return true;
+    }
+    overdue_ = 0;
+    for (const auto& [number, hosted] : awaited_) TrayStrip::Get().Show(hosted->Icon());
+    awaited_.clear();
+    return false;
+}

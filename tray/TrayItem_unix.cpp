@@ -1,0 +1,116 @@
+#include <gtk/gtk.h>
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include "base/basText.h"
+#include "tray/TrayArea_unix.h"
+#include "tray/TrayIcon_unix.h"
+#include "tray/TrayItem.h"
+#include "tray/TrayMouse_unix.h"
+#include "tray/TrayStrip_unix.h"
+
+// GTK calls its tray icon outdated without offering anything in its place.
+G_GNUC_BEGIN_IGNORE_DEPRECATIONS
+
+namespace {
+
+constexpr int kUsualSize = 22;  // until the host tells its own
+
+class UnixTrayItem : public TrayItem, private HostedIcon {
+  public:
+    UnixTrayItem(const wxBitmapBundle& picture, const std::wstring& toolTip,
+                 std::function<void(TrayMessage)> report) {
+        icon_ = {TrayArea::Get().NextNumber(), picture, toolTip, std::move(report)};
+        TrayArea::Get().Add(*this);
+    }
+
+    ~UnixTrayItem() override { TrayArea::Get().Remove(*this); }
+
+    void Modify(const wxBitmapBundle& picture, const std::wstring& toolTip) override {
+        icon_.picture = picture;
+        icon_.toolTip = toolTip;
+        if (status_) Apply();
+        TrayStrip::Get().Changed(icon_);
+    }
+
+  private:
+    void OfferToHost() override {
+        status_ = gtk_status_icon_new();
+        Apply();
+        const auto connect = [this](const char* signal, auto* handler) {
+            g_signal_connect(status_, signal, G_CALLBACK(handler), this);
+        };
+        // Handled here: the toolkit's own answer to the right button would ask for the menu a second time.
+        const auto button = +[](GtkStatusIcon*, GdkEventButton* event, UnixTrayItem* item) -> gboolean {
+            if (const std::optional<TrayMessage> message = MessageOf(*event)) item->icon_.Report(*message);
+            return TRUE;
+        };
+        connect("button-press-event", button);
+        connect("button-release-event", button);
+        connect(
+            "popup-menu", +[](GtkStatusIcon*, guint, guint, UnixTrayItem* item) {
+                item->icon_.Report(TrayMessage::ContextMenu);
+            });
+        // The one sign that such an icon gives of the pointer moving over it.
+        connect(
+            "query-tooltip",
+            +[](GtkStatusIcon*, int, int, gboolean, GtkTooltip*, UnixTrayItem* item) -> gboolean {
+                item->icon_.Report(TrayMessage::MouseMove);
+                return FALSE;
+            });
+        connect(
+            "size-changed", +[](GtkStatusIcon*, int, UnixTrayItem* item) -> gboolean {
+                item->Apply();
+                return TRUE;
+            });
+        connect(
+            "notify::embedded", +[](GtkStatusIcon*, GParamSpec*, UnixTrayItem* item) {
+                TrayArea::Get().EmbeddingChanged(*item);
+            });
+    }
+
+    void TakeBack() override {
+        if (!status_) return;
+        GtkStatusIcon* status = std::exchange(status_, nullptr);
+        g_signal_handlers_disconnect_by_data(status, this);
+        gtk_status_icon_set_visible(status, FALSE);
+        // The icon may be in the middle of telling something.
+        g_idle_add(
+            [](void* object) -> gboolean {
+                g_object_unref(object);
+                return G_SOURCE_REMOVE;
+            },
+            status);
+    }
+
+    bool Embedded() const override { return status_ && gtk_status_icon_is_embedded(status_); }
+
+    void Apply() {
+        const int size = gtk_status_icon_get_size(status_);
+        const wxBitmap bitmap = icon_.BitmapFor(size > 0 ? size : kUsualSize);
+        gtk_status_icon_set_from_pixbuf(status_, bitmap.IsOk() ? bitmap.GetPixbuf() : nullptr);
+        gtk_status_icon_set_tooltip_text(status_,
+                                         icon_.toolTip.empty() ? nullptr : ToUtf8(icon_.toolTip).c_str());
+    }
+
+    GtkStatusIcon* status_ = nullptr;
+};
+
+}  // namespace
+
+G_GNUC_END_IGNORE_DEPRECATIONS
+
+wxBitmap TrayIcon::BitmapFor(int pixels) const {
+    if (!picture.IsOk()) return wxBitmap();
+    int best = std::min(pixels, 16);
+    for (const int drawn : {16, 22, 24, 32, 44, 48, 64})
+        if (drawn <= pixels) best = drawn;
+    return picture.GetBitmap(wxSize(best, best));
+}
+
+std::unique_ptr<TrayItem> TrayItem::Add(const wxBitmapBundle& picture, const std::wstring& toolTip,
+                                        std::function<void(TrayMessage)> report) {
+    return std::make_unique<UnixTrayItem>(picture, toolTip, std::move(report));
+}

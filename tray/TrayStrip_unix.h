@@ -1,0 +1,49 @@
+#pragma once
+// A small window in the bottom-right corner of the screen that shows the icons where no notification area
+// does. It exists only while it has icons. Changes are gathered and shown when events run next.
+
+#include <gtk/gtk.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "tray/TrayIcon_unix.h"
+#include "tray/TrayStripLayout.h"
+
+class TrayStrip {
+  public:
+    // The only one; it lives until the process ends.
+    static TrayStrip& Get();
+
+    // The icon stays the caller's and is removed before it dies.
+    void Show(const TrayIcon& icon);
+    // Picture or tip of an icon have changed; nothing happens when the strip does not show it.
+    void Changed(const TrayIcon& icon);
+    void Remove(const TrayIcon& icon);
+
+  private:
+    TrayStrip() = default;
+    void UpdateLater();
+    void Update();
+    void CreateWindow();
+    void DestroyWindow();
+    void Place();
+    const TrayIcon* IconAt(double x, double y) const;
+    void Hover(const TrayIcon* icon);
+    void Redraw(unsigned long number);
+
+    void Draw(cairo_t* context) const;
+    void DrawIcon(cairo_t* context, const TrayIcon& icon, const GdkRectangle& cell) const;
+    void OnButton(const GdkEventButton& event);
+    void OnMotion(const GdkEventMotion& event);
+    bool OnQueryTip(int x, int y, GtkTooltip* tip) const;
+
+    std::map<unsigned long, const TrayIcon*> icons_;
+    std::vector<unsigned long> cells_;  // numbers of the icons as they are laid out
+    StripLayout layout_;
+    GtkWidget* window_ = nullptr;
+    guint update_ = 0;
+    unsigned long hovered_ = 0;  // numbers of icons, 0 for none
+    unsigned long pressed_ = 0;
+};
