@@ -85,19 +85,27 @@ TEST(HiveProcesses, WritersWaitForEachOther) {
 }
 
 TEST(HiveProcesses, ManyStartAtOnceOnADamagedFile) {
+    constexpr int kProcesses = 8;
     const HiveFolder hive;
     std::filesystem::create_directories(hive.Folder());
     std::ofstream(hive.File(), std::ios::binary) << "keine Datenbank";
+    int start[2];
+    ASSERT_EQ(pipe(start), 0);
     std::vector<pid_t> children;
-    for (int process = 0; process < 4; ++process)
-        children.push_back(Start([process] {
+    for (int process = 0; process < kProcesses; ++process)
+        children.push_back(Start([process, &start] {
+            close(start[1]);
+            char none;
+            (void)!read(start[0], &none, 1);  // until all are there
             Registry().SetValue(kStore + std::to_wstring(process), REG_TYPE_DWORD, 1);
             return true;
         }));
+    close(start[0]);
+    close(start[1]);
     for (const pid_t child : children) EXPECT_TRUE(EndedWell(child));
     std::vector<std::wstring> names;
     Registry().EnumValues(kStore, names);
-    EXPECT_EQ(names.size(), 4u);
+    EXPECT_EQ(names.size(), static_cast<std::size_t>(kProcesses));
     int aside = 0;
     for (const auto& entry : std::filesystem::directory_iterator(hive.Folder()))
         if (entry.path().filename().string().find("defekt") != std::string::npos) ++aside;
