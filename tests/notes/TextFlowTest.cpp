@@ -58,6 +58,7 @@ TEST(TextFlow, LongParagraphsBreakTheSameAcrossPieces) {
         text += L"wort ";
         if (i % 2) expected.push_back(L"wort wort");
     }
+    text.pop_back();
     EXPECT_EQ(Lines(text, 100), expected);
 }
 
