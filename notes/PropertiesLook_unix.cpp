@@ -19,13 +19,26 @@ GtkWidget* FindWidget(GtkWidget* widget, GType type) {
     return found;
 }
 
+PangoAttribute* AttributeOf(CaptionLook look) {
+    switch (look) {
+        case CaptionLook::Bold:
+            return pango_attr_weight_new(PANGO_WEIGHT_BOLD);
+        case CaptionLook::Italic:
+            return pango_attr_style_new(PANGO_STYLE_ITALIC);
+        default:
+            return pango_attr_underline_new(PANGO_UNDERLINE_SINGLE);
+    }
+}
+
 }  // namespace
 
-void UnderlineCaption(wxCheckBox& box) {
+// By attributes of the label: a font of its own does not underline, and a check box that gets one after it was
+// made is laid out too small at first.
+void StyleCaption(wxCheckBox& box, CaptionLook look) {
     GtkWidget* label = FindWidget(box.GetHandle(), GTK_TYPE_LABEL);
     if (!label) return;
     PangoAttrList* attributes = pango_attr_list_new();
-    pango_attr_list_insert(attributes, pango_attr_underline_new(PANGO_UNDERLINE_SINGLE));
+    pango_attr_list_insert(attributes, AttributeOf(look));
     gtk_label_set_attributes(GTK_LABEL(label), attributes);
     pango_attr_list_unref(attributes);
 }

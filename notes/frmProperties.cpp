@@ -82,10 +82,9 @@ wxSizer* frmProperties::CreateForms() {
         chkForm[i]->Bind(wxEVT_CHECKBOX, [this](wxCommandEvent&) { UpdateLook(); });
         sizer->Add(chkForm[i], wxSizerFlags().Border(wxALL, FromDIP(2)));
     }
-    const wxFont font = GetFont();
-    UnderlineCaption(*chkForm[kUnderlined]);
-    chkForm[kBold]->SetFont(font.Bold());
-    chkForm[kItalic]->SetFont(font.Italic());
+    StyleCaption(*chkForm[kUnderlined], CaptionLook::Underlined);
+    StyleCaption(*chkForm[kBold], CaptionLook::Bold);
+    StyleCaption(*chkForm[kItalic], CaptionLook::Italic);
     return sizer;
 }
 
