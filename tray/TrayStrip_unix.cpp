@@ -173,6 +173,7 @@ void TrayStrip::OnMotion(const GdkEventMotion& event) {
 }
 
 bool TrayStrip::OnQueryTip(int x, int y, GtkTooltip* tip) const {
+    if (gtk_grab_get_current()) return false;  // not above an open menu
     const TrayIcon* icon = IconAt(x, y);
     if (!icon || icon->toolTip.empty()) return false;
     const int index = layout_.IndexAt(x, y, static_cast<int>(cells_.size()));
