@@ -59,6 +59,7 @@ void WriteNote(const frmNote& note, const std::wstring& path) {
 void NoteUnloader::operator()(frmNote* note) const { note->Unload(); }
 
 void NoteStore::LoadNotes() {
+    RegistryTransaction image;
     AutostartEnabled =
         AsNumber(Registry().GetValue(std::wstring(kSettingsKey) + L"Autostart", REG_TYPE_DWORD)) != 0;
     std::vector<std::wstring> names;

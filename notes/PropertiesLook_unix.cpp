@@ -41,6 +41,7 @@ void StyleCaption(wxCheckBox& box, CaptionLook look) {
     pango_attr_list_insert(attributes, AttributeOf(look));
     gtk_label_set_attributes(GTK_LABEL(label), attributes);
     pango_attr_list_unref(attributes);
+    box.InvalidateBestSize();
 }
 
 void PadText(wxTextCtrl& box, int pixels) {
