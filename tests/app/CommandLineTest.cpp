@@ -10,7 +10,7 @@ using Texts = std::vector<std::wstring>;
 
 std::string Shown(const Texts& texts) {
     std::string shown;
-    for (const std::wstring& text : texts) shown += "<" + ToUtf8(text) + ">";
+    for (const std::wstring& text : texts) shown.append("<").append(ToUtf8(text)).append(">");
     return shown;
 }
 
