@@ -1,0 +1,16 @@
+#pragma once
+// "Notizen per E-Mail senden an...": the way of notes into the user's mail program.
+
+#include <functional>
+#include <string>
+
+#include "base/basHelp.h"
+
+class NoteStore;
+
+using AddressOpener = std::function<bool(const std::wstring& address)>;
+
+// Lets the user choose notes, a recipient and a subject, and hands the address made of them to `open`.
+// Whether a mail program opened is not asked. A chosen note that is gone is reported and nothing is sent.
+// When the dialog is open already it comes to the front instead.
+void SendNotesAsEMail(NoteStore& store, const AddressOpener& open = OpenAddress);

@@ -1,0 +1,44 @@
+#include "mail/frmSendAsEMail.h"
+
+#include <wx/button.h>
+#include <wx/stattext.h>
+#include <wx/textctrl.h>
+
+#include "notes/NoteChoice.h"
+
+frmSendAsEMail::frmSendAsEMail(const NoteStore& store)
+    : frmDialog(L"Per E-Mail versenden", L"ch4_email.html", true) {
+    const int gap = FromDIP(kDialogGap);
+    auto* fields = new wxFlexGridSizer(2, wxSize(gap, gap));
+    fields->AddGrowableCol(1);
+    const auto add = [&](wxTextCtrl*& box, const wchar_t* label) {
+        // A key in a label moves to the control created after it.
+        fields->Add(new wxStaticText(this, wxID_ANY, label), wxSizerFlags().CentreVertical());
+        box = new wxTextCtrl(this, wxID_ANY);
+        fields->Add(box, wxSizerFlags().Expand());
+    };
+    add(txtEmpfänger, L"&Empfängeradresse:");
+    add(txtBetreff, L"Be&treff:");
+
+    Frame1 = new NoteChoice(this, NoteChoice::NotesOf(store),
+                            {.caption = L"Notizenauswahl", .markedAtFirst = false});
+    lstNotizen = Frame1->lstNotizen;
+    cmdAlle = Frame1->cmdAlle;
+    cmdKeine = Frame1->cmdKeine;
+    cmdRefresh = Frame1->cmdRefresh;
+
+    auto* content = new wxBoxSizer(wxVERTICAL);
+    content->Add(fields, wxSizerFlags().Expand());
+    content->AddSpacer(gap);
+    content->Add(Frame1, wxSizerFlags(1).Expand());
+    SetContent(content, CreateButtons(L"&OK", L"A&bbrechen"));
+    SetMinSize(GetSize());
+
+    Frame1->OnChange = [this] { cmdOK->Enable(Frame1->AnyMarked()); };
+    Frame1->OnChange();
+    txtEmpfänger->SetFocus();
+}
+
+void frmSendAsEMail::Confirm() {
+    if (Frame1->AnyMarked()) frmDialog::Confirm();
+}

@@ -1,0 +1,176 @@
+#include <gtest/gtest.h>
+#include <wx/button.h>
+#include <wx/listbox.h>
+#include <wx/textctrl.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+#include "base/basMessage.h"
+#include "mail/MailText.h"
+#include "mail/basMail.h"
+#include "mail/frmSendAsEMail.h"
+#include "registry/clsRegistry.h"
+#include "tests/notes/NoteRecorder.h"
+#include "tests/support/Events.h"
+
+namespace {
+
+frmSendAsEMail* OpenDialog() {
+    for (wxWindow* window : wxTopLevelWindows) {
+        auto* dialog = dynamic_cast<frmSendAsEMail*>(window);
+        if (dialog && dialog->IsShown()) return dialog;
+    }
+    return nullptr;
+}
+
+void Press(wxWindow* button) {
+    wxCommandEvent event(wxEVT_BUTTON, button->GetId());
+    event.SetEventObject(button);
+    button->ProcessWindowEvent(event);
+}
+
+class FrmSendAsEMail : public testing::Test {
+  protected:
+    FrmSendAsEMail() {
+        Registry().DeleteKey(kSettingsKey);
+        SetMessageObserver([this](const std::wstring& text, int flags, const std::wstring& title) {
+            messages.push_back(title + L"|" + std::to_wstring(flags) + L"|" + text);
+            return MessageAnswer::OK;
+        });
+    }
+    ~FrmSendAsEMail() override {
+        SetMessageObserver({});
+        store.UnloadAllNotes();
+        Registry().DeleteKey(kSettingsKey);
+    }
+
+    frmNote& Add(const std::wstring& text) {
+        NotePtr note = store.CreateNote();
+        note->Text(text);
+        return store.AdoptNote(std::move(note));
+    }
+
+    // Runs the command and does something with its dialog.
+    void Run(std::function<void(frmSendAsEMail&)> act) {
+        opened = false;
+        wxTheApp->CallAfter([this, act = std::move(act)] {
+            frmSendAsEMail* dialog = OpenDialog();
+            ASSERT_TRUE(dialog);
+            opened = true;
+            act(*dialog);
+        });
+        SendNotesAsEMail(store, [this](const std::wstring& address) {
+            addresses.push_back(address);
+            return false;
+        });
+        EXPECT_TRUE(opened);
+        EXPECT_FALSE(OpenDialog());
+    }
+
+    NoteRecorder recorder;
+    NoteStore store{recorder};
+    std::vector<std::wstring> addresses, messages;
+    bool opened = false;
+};
+
+}  // namespace
+
+TEST_F(FrmSendAsEMail, OffersOKWhileANoteIsChosen) {
+    Add(L"eins\r\nzwei");
+    Add(L"drei");
+    Run([this](frmSendAsEMail& dialog) {
+        EXPECT_EQ(dialog.GetTitle(), L"Per E-Mail versenden");
+        ASSERT_EQ(dialog.lstNotizen->GetCount(), 2u);
+        EXPECT_EQ(dialog.lstNotizen->GetString(0), L"eins zwei");
+        EXPECT_FALSE(dialog.cmdOK->IsEnabled());
+        Press(dialog.cmdAlle);
+        EXPECT_TRUE(dialog.cmdOK->IsEnabled());
+        Press(dialog.cmdKeine);
+        EXPECT_FALSE(dialog.cmdOK->IsEnabled());
+        Press(dialog.cmdAlle);
+        Add(L"vier");
+        Press(dialog.cmdRefresh);
+        EXPECT_EQ(dialog.lstNotizen->GetCount(), 3u);
+        EXPECT_FALSE(dialog.cmdOK->IsEnabled());
+        Press(dialog.cmdAbbrechen);
+    });
+    EXPECT_TRUE(addresses.empty());
+}
+
+TEST_F(FrmSendAsEMail, HandsTheChosenNotesOverInListOrder) {
+    Add(L"eins ä \"x\" & 5 %");
+    Add(L"zwei");
+    Add(L"drei");
+    Run([](frmSendAsEMail& dialog) {
+        dialog.txtEmpfänger->SetValue(L"Jörg <a@b>");
+        dialog.txtBetreff->SetValue(L"Grüße & mehr");
+        Press(dialog.cmdAlle);
+        dialog.lstNotizen->Deselect(1);
+        Press(dialog.cmdOK);
+    });
+    ASSERT_EQ(addresses.size(), 1u);
+    const std::wstring start =
+        L"mailto:Jörg <a@b>?Subject=Grüße & mehr&Body="
+        L"%0D%0A%0D%0A%0D%0A%2D%2D%0D%0A"
+        L"eins%20%E4%20%22x%22%20%26%205%20%25%0D%0A%2D%2D%0D%0A"
+        L"drei%0D%0A%2D%2D%0D%0A"
+        L"%2D%2D%0D%0ANotizen%20aus%20Kivora%201%2E6%0D%0A%28";
+    EXPECT_EQ(addresses[0].substr(0, start.size()), start);
+    EXPECT_TRUE(addresses[0].ends_with(L"%29%0D%0A%2D%2D%0D"));
+}
+
+TEST_F(FrmSendAsEMail, ANoteThatIsGoneIsReportedAndNothingIsSent) {
+    Add(L"eins");
+    frmNote& gone = Add(L"zwei");
+    Run([&](frmSendAsEMail& dialog) {
+        Press(dialog.cmdAlle);
+        store.DeleteNote(gone);
+        Press(dialog.cmdOK);
+    });
+    EXPECT_TRUE(addresses.empty());
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_EQ(messages[0],
+              L"Notiz existiert nicht|16|Eine zum Versenden vorgesehene Notiz existiert nicht mehr.\r\n"
+              L"Der Vorgang wird abgebrochen.");
+}
+
+// The desktop's opener, in whose place a script stands that writes down its arguments.
+TEST_F(FrmSendAsEMail, NothingInAnAddressRunsAnything) {
+    const std::filesystem::path folder = std::filesystem::path(std::getenv("XDG_DATA_HOME")) / "opener";
+    std::filesystem::create_directory(folder);
+    const std::filesystem::path opener = folder / "xdg-open", record = folder / "record";
+    std::ofstream(opener) << "#!/bin/sh\nprintf '%s\\n' \"$#\" \"$1\" >'" + record.string() + "'\n";
+    std::filesystem::permissions(opener, std::filesystem::perms::owner_all);
+    const std::string path = std::getenv("PATH");
+    setenv("PATH", (folder.string() + ":" + path).c_str(), 1);
+
+    const std::wstring address =
+        MailAddress(L"$(touch x)`id`;a@b|c \"d\" 'e' ü", L"-x > /tmp/f && $HOME * \\ %s",
+                    EncodeMailBody(MailBody({L"$(touch y)"})));
+    OpenAddress(address);
+    EXPECT_TRUE(RunUntil([&] { return std::filesystem::exists(record); }));
+    RunEvents();
+    setenv("PATH", path.c_str(), 1);
+    std::ifstream written(record);
+    std::string count, argument;
+    std::getline(written, count);
+    std::getline(written, argument);
+    EXPECT_EQ(count, "1");
+    EXPECT_EQ(argument, wxString(address).utf8_string());
+}
+
+TEST_F(FrmSendAsEMail, SendsAMegabyteOfNotes) {
+    std::wstring text;
+    while (text.size() < 1'000'000) text += L"Käse & Brot, 100 %\r\n";
+    for (int i = 0; i < 4; ++i) Add(text.substr(0, 250'000));
+    Run([](frmSendAsEMail& dialog) {
+        Press(dialog.cmdAlle);
+        Press(dialog.cmdOK);
+    });
+    ASSERT_EQ(addresses.size(), 1u);
+    EXPECT_EQ(addresses[0],
+              L"mailto:?Body=" + EncodeMailBody(MailBody(std::vector(4, text.substr(0, 250'000)))));
+}
