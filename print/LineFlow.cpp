@@ -64,11 +64,13 @@ bool LineFlow::MeasureMore() {
 std::size_t LineFlow::FindEnd(double width) {
     double x = 0;
     std::size_t allowed = next_;
+    bool mayBreak = false;
     std::size_t at = next_;
     for (; at < paragraphEnd_ && Measured(at); ++at) {
         const double advance = Advance(at);
         const bool ownWidth = advance > 0;
-        if (ownWidth && at > next_ && MayBreakBehind(text_[at - 1])) allowed = at;
+        if (ownWidth && mayBreak) allowed = at;
+        if (ownWidth) mayBreak = MayBreakBehind(text_[at]);
         // A tab at the end of a line leads to the end of the line.
         x = text_[at] == L'\t' && x < width ? std::min(BehindTab(x), width) : x + advance;
         if (x > width + kTolerance && ownWidth && text_[at] != L' ') return allowed > next_ ? allowed : at;
