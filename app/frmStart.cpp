@@ -67,8 +67,10 @@ void frmStart::ShowPopupMenu(frmNote* note) {
 frmNote* frmStart::PopupNote() const { return popupNoteKey_ ? store_.Find(*popupNoteKey_) : nullptr; }
 
 void frmStart::RunCommand(MenuItem item) {
-    const auto command = commands_.find(item);
-    if (command != commands_.end()) command->second();
+    const auto found = commands_.find(item);
+    if (found == commands_.end()) return;
+    const std::function<void()> command = found->second;  // which may take itself away
+    command();
 }
 
 void frmStart::AddCommand(MenuItem item, std::function<void()> command) {

@@ -34,6 +34,8 @@ class frmStart : public wxFrame {
 
     // Gives an item its command; until then it is shown disabled.
     void AddCommand(MenuItem item, std::function<void()> command);
+    // Takes it away again.
+    void RemoveCommand(MenuItem item) { commands_.erase(item); }
 
     // What the menu shows now.
     MenuSituation Situation() const;

@@ -1,9 +1,9 @@
 # To be sourced. Brings what the project needs from the distribution (Debian 12 or a relative of it).
 
 packages_build="g++ cmake ninja-build pkg-config ccache libwxgtk3.2-dev libgtk-3-dev libsqlite3-dev
-                librsvg2-dev fonts-liberation"
+                librsvg2-dev libcups2-dev fonts-liberation"
 packages_display="xvfb openbox trayer xdotool imagemagick x11-utils x11-xserver-utils"
-packages_test="libgtest-dev"
+packages_test="libgtest-dev cups-daemon cups-client poppler-utils"
 
 say() { printf '== %s\n' "$*"; }
 

@@ -1,0 +1,158 @@
+#include "print/CupsService_unix.h"
+
+#include <cups/cups.h>
+#include <dlfcn.h>
+
+#include <array>
+#include <memory>
+
+#include "base/basText.h"
+
+namespace {
+
+constexpr int kConnectLimit = 700;    // milliseconds
+constexpr double kAnswerLimit = 0.8;  // seconds; some questions need two answers
+
+// The functions of the library by their own names.
+struct Cups {
+    void* library = dlopen("libcups.so.2", RTLD_NOW | RTLD_LOCAL);
+    bool complete = library != nullptr;
+
+    template <class Function>
+    Function* Load(Function*, const char* name) {
+        void* symbol = library ? dlsym(library, name) : nullptr;
+        complete = complete && symbol;
+        return reinterpret_cast<Function*>(symbol);
+    }
+#define KIVORA_CUPS(name) decltype(&::name) name = Load(static_cast<decltype(&::name)>(nullptr), #name)
+    KIVORA_CUPS(cupsServer);
+    KIVORA_CUPS(ippPort);
+    KIVORA_CUPS(cupsEncryption);
+    KIVORA_CUPS(httpConnect2);
+    KIVORA_CUPS(httpSetTimeout);
+    KIVORA_CUPS(httpClose);
+    KIVORA_CUPS(cupsSetPasswordCB2);
+    KIVORA_CUPS(cupsGetDests2);
+    KIVORA_CUPS(cupsFreeDests);
+    KIVORA_CUPS(cupsAddOption);
+    KIVORA_CUPS(cupsFreeOptions);
+    KIVORA_CUPS(cupsCreateJob);
+    KIVORA_CUPS(cupsStartDocument);
+    KIVORA_CUPS(cupsWriteRequestData);
+    KIVORA_CUPS(cupsFinishDocument);
+    KIVORA_CUPS(cupsCancelJob2);
+    KIVORA_CUPS(cupsLastError);
+    KIVORA_CUPS(cupsLastErrorString);
+#undef KIVORA_CUPS
+};
+
+const char* NoPassword(const char*, http_t*, const char*, const char*, void*) { return nullptr; }
+int GiveUp(http_t*, void*) { return 0; }
+
+// The library, null where there is none.
+const Cups* Library() {
+    static const Cups cups;
+    if (!cups.complete) return nullptr;
+    cups.cupsSetPasswordCB2(NoPassword, nullptr);
+    return &cups;
+}
+
+struct Close {
+    void operator()(http_t* connection) const { Library()->httpClose(connection); }
+};
+using Connection = std::unique_ptr<http_t, Close>;
+
+Connection Connect(const Cups& cups) {
+    Connection connection(cups.httpConnect2(cups.cupsServer(), cups.ippPort(), nullptr, AF_UNSPEC,
+                                            cups.cupsEncryption(), 1, kConnectLimit, nullptr));
+    if (connection) cups.httpSetTimeout(connection.get(), kAnswerLimit, GiveUp, nullptr);
+    return connection;
+}
+
+}  // namespace
+
+CupsPrinters FindCupsPrinters() {
+    CupsPrinters found;
+    const Cups* cups = Library();
+    const Connection connection = cups ? Connect(*cups) : nullptr;
+    if (!connection) return found;
+    cups_dest_t* printers = nullptr;
+    const int count = cups->cupsGetDests2(connection.get(), &printers);
+    found.running = count > 0 || cups->cupsLastError() < IPP_STATUS_ERROR_BAD_REQUEST ||
+                    cups->cupsLastError() == IPP_STATUS_ERROR_NOT_FOUND;
+    for (int i = 0; i < count; ++i) {
+        // Instances are printers with other defaults, and we set everything ourselves.
+        if (printers[i].instance && !printers[i].is_default) continue;
+        const std::wstring name = FromUtf8(printers[i].name);
+        if (found.names.empty() || printers[i].is_default) found.standard = name;
+        if (!printers[i].instance) found.names.push_back(name);
+    }
+    cups->cupsFreeDests(count, printers);
+    return found;
+}
+
+CupsJob::CupsJob(const std::wstring& printer, const std::wstring& title, const std::string& paper)
+    : printer_(printer), queue_(ToUtf8(printer)), title_(ToUtf8(title)) {
+    const Cups* cups = Library();
+    const Connection connection = cups ? Connect(*cups) : nullptr;
+    if (!connection) {
+        failure_ = L"Der Druckdienst antwortet nicht.";
+        return;
+    }
+    cups_option_t* options = nullptr;
+    const int count = cups->cupsAddOption("media", paper.c_str(), 0, &options);
+    id_ = cups->cupsCreateJob(connection.get(), queue_.c_str(), title_.c_str(), count, options);
+    if (id_ == 0) Fail();
+    cups->cupsFreeOptions(count, options);
+}
+
+CupsJob::~CupsJob() {
+    if (id_ == 0) return;
+    if (const Connection connection = Connect(*Library())) {
+        Library()->cupsCancelJob2(connection.get(), queue_.c_str(), id_, 0);
+    }
+}
+
+void CupsJob::Fail() {
+    const Cups& cups = *Library();
+    switch (cups.cupsLastError()) {
+        case IPP_STATUS_ERROR_NOT_FOUND:
+            failure_ = L"Der Drucker \"" + printer_ + L"\" ist nicht mehr vorhanden.";
+            break;
+        case IPP_STATUS_ERROR_SERVICE_UNAVAILABLE:
+        case IPP_STATUS_ERROR_TIMEOUT:
+            failure_ = L"Der Druckdienst antwortet nicht.";
+            break;
+        case IPP_STATUS_ERROR_NOT_ACCEPTING_JOBS:
+            failure_ = L"Der Drucker \"" + printer_ + L"\" nimmt keine Druckaufträge an.";
+            break;
+        default:
+            failure_ = L"Der Drucker \"" + printer_ + L"\" hat den Druckauftrag abgelehnt.\r\n" +
+                       FromUtf8(cups.cupsLastErrorString());
+    }
+}
+
+bool CupsJob::Send(std::FILE* file, const std::function<bool()>& meanwhile) {
+    const Cups& cups = *Library();
+    const Connection connection = Connect(cups);
+    if (!connection) {
+        failure_ = L"Der Druckdienst antwortet nicht.";
+        return false;
+    }
+    bool good = cups.cupsStartDocument(connection.get(), queue_.c_str(), id_, title_.c_str(), CUPS_FORMAT_PDF,
+                                       1) == HTTP_STATUS_CONTINUE;
+    std::array<char, 1 << 16> piece;
+    std::size_t count = 0;
+    while (good && (count = std::fread(piece.data(), 1, piece.size(), file)) > 0) {
+        good = cups.cupsWriteRequestData(connection.get(), piece.data(), count) == HTTP_STATUS_CONTINUE;
+        if (good && !meanwhile()) return false;
+    }
+    good = good && !std::ferror(file) &&
+           cups.cupsFinishDocument(connection.get(), queue_.c_str()) < IPP_STATUS_ERROR_BAD_REQUEST;
+    if (good) {
+        id_ = 0;
+    } else {
+        Fail();
+    }
+    return good;
+}

@@ -1,0 +1,143 @@
+#include "print/basPrint.h"
+
+#include <wx/button.h>
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+#include "base/basMessage.h"
+#include "base/basWait.h"
+#include "notes/NoteStore.h"
+#include "print/frmPrint.h"
+#include "print/frmPrintProgress.h"
+
+namespace {
+
+const wchar_t* const kTitle = L"Drucken";
+
+frmDialog* openDialog = nullptr;  // the dialog or the progress
+bool printing = false;
+
+class Printing {
+  public:
+    Printing() { printing = true; }
+    ~Printing() { printing = false; }
+    Printing(const Printing&) = delete;
+    Printing& operator=(const Printing&) = delete;
+};
+
+// What the user wants printed.
+struct Order {
+    std::vector<PrintNote> notes;
+    PrintRules rules;
+    PrinterSettings settings;
+};
+
+PrintNote Printed(const frmNote& note) {
+    PrintNote printed;
+    printed.text = note.Text();
+    printed.date = note.CreationTime();
+    printed.size = std::clamp<int>(note.FontNoteSize(), kSmallestFontSize, kLargestFontSize);
+    printed.bold = note.FontNoteBold();
+    printed.italic = note.FontNoteItalic();
+    printed.underlined = note.FontNoteUnderlined();
+    printed.alignment = note.FontNoteAlignment();
+    return printed;
+}
+
+std::wstring TitleOf(const Order& order) {
+    return order.notes.size() == 1 ? L"Kivora: 1 Notiz"
+                                   : L"Kivora: " + std::to_wstring(order.notes.size()) + L" Notizen";
+}
+
+// Asks the user. `chosen`, the printer of this run, is one of the list's.
+std::optional<Order> AskForOrder(NoteStore& store, PrintSystem& system, PrinterSettings& chosen) {
+    auto* dialog = new frmPrint(store, system, chosen);
+    openDialog = dialog;
+    const bool confirmed = dialog->ShowModal() == 1;
+    openDialog = nullptr;
+    const std::vector<std::int32_t> keys = dialog->NoteKeys();
+    Order order{{}, dialog->Rules(), dialog->Settings()};
+    dialog->Destroy();
+    if (!confirmed) return std::nullopt;
+
+    chosen = order.settings;
+    for (const std::int32_t key : keys) {
+        const frmNote* note = store.Find(key);
+        if (!note) {
+            ShowMessage(
+                L"Eine zum Drucken vorgesehene Notiz existiert nicht mehr.\r\nDer Vorgang wird abgebrochen.",
+                kCritical, L"Notiz existiert nicht");
+            return std::nullopt;
+        }
+        order.notes.push_back(Printed(*note));
+    }
+    return order;
+}
+
+enum class PrintEnd { Done, Cancelled, Failed };
+
+PrintEnd PrintPages(PrintJob& job, const Order& order, frmPrintProgress& progress) {
+    PageLayout layout(order.notes, order.rules, order.settings.paper,
+                      [&](std::wstring_view text, const PrintFont& font) { return job.Measure(text, font); });
+    const auto stopped = [&] { return progress.Cancelled() || IsQuitting(); };
+    progress.Value(0);
+    while (!stopped()) {
+        const std::optional<PrintedPage> page = layout.NextPage();
+        if (!page) {
+            progress.Value(100);
+            if (stopped()) break;
+            return job.Finish() ? PrintEnd::Done : PrintEnd::Failed;
+        }
+        if (!job.Put(*page)) return PrintEnd::Failed;
+        progress.Value(static_cast<int>(std::floor(layout.Progress() * 99)));
+    }
+    return PrintEnd::Cancelled;
+}
+
+void Print(const Order& order, PrintSystem& system) {
+    PrintSystem::Started started = system.Start(order.settings, TitleOf(order));
+    if (IsQuitting()) return;
+    if (!started.job) {
+        if (!started.failure.empty()) ShowMessage(started.failure, kCritical, kTitle);
+        return;
+    }
+    auto* progress = new frmPrintProgress;
+    openDialog = progress;
+    progress->Show();
+    const PrintEnd end = PrintPages(*started.job, order, *progress);
+    openDialog = nullptr;
+    progress->Destroy();
+    const std::wstring failure = started.job->Failure();
+    started.job.reset();  // withdrawn before the message says so
+    if (IsQuitting()) return;
+    if (end == PrintEnd::Failed) ShowMessage(failure, kCritical, kTitle);
+    if (end == PrintEnd::Cancelled) {
+        ShowMessage(L"Der Druckvorgang wurde vom Benutzer abgebrochen.", kInformation, kTitle);
+    }
+}
+
+}  // namespace
+
+bool PrintNotes(NoteStore& store, PrintSystem& system) {
+    if (printing) {
+        if (openDialog) openDialog->Raise();
+        return true;
+    }
+    const PrinterList printers = system.Printers();
+    if (printers.names.empty()) {
+        ShowMessage(L"Die Druckfunktion wird deaktiviert, da kein Drucker(treiber) installiert ist.",
+                    kCritical, kTitle);
+        return false;
+    }
+    // The user's choice holds for this run, as long as there is that printer.
+    static PrinterSettings chosen;
+    if (std::find(printers.names.begin(), printers.names.end(), chosen.printer) == printers.names.end()) {
+        chosen.printer = printers.standard;
+    }
+    const Printing once;
+    const std::optional<Order> order = AskForOrder(store, system, chosen);
+    if (order && !IsQuitting()) Print(*order, system);
+    return true;
+}

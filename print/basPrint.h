@@ -1,0 +1,11 @@
+#pragma once
+// "Drucken...": notes on paper.
+
+#include "print/PrintSystem.h"
+
+class NoteStore;
+
+// Lets the user choose notes and a printer, and prints them; what goes wrong is said. While the dialog or the
+// progress of another printing is open, that one comes to the front instead. False when there is nothing to
+// print with: that has been said, and the command is of no use in this run.
+bool PrintNotes(NoteStore& store, PrintSystem& printing = SystemPrinting());

@@ -1,0 +1,63 @@
+#pragma once
+// The dialog that asks which notes to print, on which printer and how. Its caller reads the answers.
+
+#include <cstdint>
+#include <vector>
+
+#include "base/frmDialog.h"
+#include "print/PrintSystem.h"
+
+class NoteChoice;
+class NoteStore;
+class wxButton;
+class wxCheckBox;
+class wxListBox;
+class wxRadioButton;
+class wxSpinCtrl;
+class wxStaticBox;
+class wxStaticText;
+
+class frmPrint : public frmDialog {
+  public:
+    // Both have to outlive the dialog. settings: the current printer and its paper.
+    frmPrint(const NoteStore& store, PrintSystem& printing, const PrinterSettings& settings);
+
+    std::vector<std::int32_t> NoteKeys() const;  // in list order
+    PrintRules Rules() const;
+    const PrinterSettings& Settings() const { return settings_; }
+
+    // The controls, each under its name. A text box and its up-down are one control, which brings what is
+    // typed into its range when it is left.
+    NoteChoice* fraNotes = nullptr;
+    wxListBox* lstNotizen = nullptr;
+    wxButton *cmdAlle = nullptr, *cmdKeine = nullptr, *cmdRefresh = nullptr;
+    wxStaticBox* Frame6 = nullptr;
+    wxSpinCtrl *txtLinks = nullptr, *updwnLinks = nullptr;
+    wxSpinCtrl *txtRechts = nullptr, *updwnRechts = nullptr;
+    wxSpinCtrl *txtOben = nullptr, *updwnOben = nullptr;
+    wxSpinCtrl *txtUnten = nullptr, *updwnUnten = nullptr;
+    wxStaticBox* fraNoteFormatting = nullptr;
+    wxRadioButton *optSchriftgradNotiz = nullptr, *optSchriftgradUser = nullptr;
+    wxSpinCtrl *txtDateSize = nullptr, *updwnSchriftgradUser = nullptr;
+    wxCheckBox *chkFormatierung = nullptr, *chkDatumZeit = nullptr;
+    wxStaticBox* Frame1 = nullptr;
+    wxStaticText* lblDrucker = nullptr;
+    wxButton* cmdEinstellung = nullptr;
+    using frmDialog::cmdAbbrechen;
+    using frmDialog::cmdOK;
+
+  protected:
+    void Confirm() override;
+
+  private:
+    wxSizer* CreateMargins();
+    wxSizer* CreateFormatting();
+    wxSizer* CreatePrinter();
+    void SetUpPrinter();
+    void UpdateFormatting();
+    void UpdateOK();
+
+    PrintSystem& printing_;
+    PrinterSettings settings_;
+    bool settingUp_ = false;
+};

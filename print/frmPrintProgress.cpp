@@ -1,0 +1,54 @@
+#include "print/frmPrintProgress.h"
+
+#include <wx/button.h>
+#include <wx/dcbuffer.h>
+#include <wx/panel.h>
+#include <wx/settings.h>
+#include <wx/stattext.h>
+
+#include <algorithm>
+
+#include "base/basWait.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// The share of the time that events get while pages are made.
+constexpr auto kBetweenEvents = 80ms;
+constexpr auto kForEvents = 15ms;
+
+}  // namespace
+
+frmPrintProgress::frmPrintProgress() : frmDialog(L"Drucken", L"ch3_print.html") {
+    auto* content = new wxBoxSizer(wxVERTICAL);
+    content->Add(new wxStaticText(this, wxID_ANY, L"Die Notizen werden gedruckt..."));
+    content->AddSpacer(FromDIP(kDialogGap));
+    picProgress = new wxPanel(this, wxID_ANY, wxDefaultPosition, FromDIP(wxSize(300, 20)));
+    picProgress->SetBackgroundStyle(wxBG_STYLE_PAINT);
+    picProgress->Bind(wxEVT_PAINT, [this](wxPaintEvent&) { PaintBar(); });
+    content->Add(picProgress, wxSizerFlags().Expand());
+    SetContent(content, CreateButtons(wxString(), L"A&bbrechen"));
+    SetTag(L"waiting");
+}
+
+void frmPrintProgress::PaintBar() {
+    wxAutoBufferedPaintDC dc(picProgress);
+    const wxSize size = picProgress->GetClientSize();
+    dc.SetPen(wxPen(wxSystemSettings::GetColour(wxSYS_COLOUR_GRAYTEXT)));
+    dc.SetBrush(*wxWHITE_BRUSH);
+    dc.DrawRectangle(0, 0, size.x, size.y);
+    dc.SetPen(*wxTRANSPARENT_PEN);
+    dc.SetBrush(wxBrush(wxColour(0x2A, 0x62, 0xA8)));
+    dc.DrawRectangle(1, 1, (size.x - 2) * value_ / 100, size.y - 2);
+}
+
+void frmPrintProgress::Value(int percent) {
+    value_ = std::clamp(percent, 0, 100);
+    picProgress->Refresh();
+    picProgress->Update();
+    const auto now = std::chrono::steady_clock::now();
+    if (now - eventsRan_ < kBetweenEvents && value_ < 100) return;
+    WaitUntil([this] { return Cancelled(); }, kForEvents);
+    eventsRan_ = std::chrono::steady_clock::now();
+}
