@@ -2,7 +2,7 @@
 #include <glib/gstdio.h>
 
 #include "app/Autostart.h"
-#include "app/DesktopEntry.h"
+#include "base/DesktopEntry.h"
 #include "base/FileName.h"
 #include "base/basHelp.h"
 

@@ -5,7 +5,7 @@
 #include <fstream>
 
 #include "app/Autostart.h"
-#include "app/DesktopEntry.h"
+#include "base/DesktopEntry.h"
 #include "base/FileName.h"
 #include "base/basHelp.h"
 #include "notes/NoteStore.h"

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "app/Autostart.h"
 #include "app/CommandLine.h"
+#include "base/ExecutableFileName.h"
 #include "base/basText.h"
 
 namespace {

@@ -1,8 +1,35 @@
-#include "app/DesktopEntry.h"
+#include "base/DesktopEntry.h"
 
 namespace {
+
 constexpr std::string_view kPlainCharacters =
     "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789/._-+";
+
+void AddEscaped(std::string& value, char character) {
+    switch (character) {
+        case '\\':
+            value += "\\\\";
+            break;
+        case '\n':
+            value += "\\n";
+            break;
+        case '\r':
+            value += "\\r";
+            break;
+        case '\t':
+            value += "\\t";
+            break;
+        default:
+            value += character;
+    }
+}
+
+}  // namespace
+
+std::string DesktopString(std::string_view text) {
+    std::string value;
+    for (const char character : text) AddEscaped(value, character);
+    return value;
 }
 
 std::string DesktopExec(std::string_view path) {
@@ -28,17 +55,8 @@ std::string DesktopExec(std::string_view path) {
             case '%':
                 value += "%%";
                 break;
-            case '\n':
-                value += "\\n";
-                break;
-            case '\r':
-                value += "\\r";
-                break;
-            case '\t':
-                value += "\\t";
-                break;
             default:
-                value += character;
+                AddEscaped(value, character);
         }
     }
     return value + '"';

@@ -4,6 +4,9 @@
 #include <string>
 #include <string_view>
 
+// A text as the value of a key.
+std::string DesktopString(std::string_view text);
+
 // A program's path as the value of the key Exec, so that exactly this program is started whatever characters
 // its path holds.
 std::string DesktopExec(std::string_view path);

@@ -1,6 +1,6 @@
-#include <cwctype>
+#include "base/ExecutableFileName.h"
 
-#include "app/Autostart.h"
+#include <cwctype>
 
 std::wstring ExecutableFileName(const std::wstring& folder, const std::wstring& name) {
     std::wstring full = folder;
