@@ -6,6 +6,7 @@
 #include <wx/statbox.h>
 
 #include "base/frmDialog.h"
+#include "notes/ListRows.h"
 #include "notes/NoteStore.h"
 
 NoteChoice::NoteChoice(wxWindow* parent, Source source, const Options& options)
@@ -19,7 +20,12 @@ NoteChoice::NoteChoice(wxWindow* parent, Source source, const Options& options)
         lstNotizen = list;
     } else {
         lstNotizen = new wxListBox(box, wxID_ANY, wxDefaultPosition, size, 0, nullptr, wxLB_EXTENDED);
-        lstNotizen->Bind(wxEVT_LISTBOX, [this](wxCommandEvent&) { Changed(); });
+        MakeRowsAlike(*lstNotizen);
+        lstNotizen->Bind(wxEVT_LISTBOX, [this](wxCommandEvent&) {
+            if (marking_) return;
+            if (OnClick) OnClick(CurrentRow(*lstNotizen));
+            Changed();
+        });
     }
     const int gap = FromDIP(kDialogGap);
     frame->Add(lstNotizen, wxSizerFlags(1).Expand().Border(wxALL, gap));
@@ -55,8 +61,7 @@ void NoteChoice::Refill() {
         keys_.push_back(entry.key);
     }
     lstNotizen->Set(texts);
-    for (unsigned i = 0; i < keys_.size(); ++i) Mark(i, options_.markedAtFirst);
-    Changed();
+    MarkAll(options_.markedAtFirst);
 }
 
 std::vector<std::int32_t> NoteChoice::Marked() const {
@@ -75,23 +80,19 @@ bool NoteChoice::AnyMarked() const {
 }
 
 void NoteChoice::MarkAll(bool on) {
-    for (unsigned i = 0; i < keys_.size(); ++i) Mark(i, on);
+    marking_ = true;
+    if (options_.marking == Selection) {
+        SelectAllRows(*lstNotizen, on);
+    } else {
+        for (unsigned i = 0; i < keys_.size(); ++i) static_cast<wxCheckListBox*>(lstNotizen)->Check(i, on);
+    }
+    marking_ = false;
     Changed();
 }
 
 bool NoteChoice::IsMarked(unsigned index) const {
     if (options_.marking == Selection) return lstNotizen->IsSelected(static_cast<int>(index));
     return static_cast<const wxCheckListBox*>(lstNotizen)->IsChecked(index);
-}
-
-void NoteChoice::Mark(unsigned index, bool on) {
-    if (options_.marking == CheckBoxes) {
-        static_cast<wxCheckListBox*>(lstNotizen)->Check(index, on);
-    } else if (on) {
-        lstNotizen->SetSelection(static_cast<int>(index));
-    } else {
-        lstNotizen->Deselect(static_cast<int>(index));
-    }
 }
 
 void NoteChoice::Changed() {

@@ -46,6 +46,10 @@ class NoteChoice : public wxPanel {
     // Called after every change of the marks and whenever the list was filled.
     std::function<void()> OnChange;
 
+    // Called with the row that the user has clicked or walked to in a list of marking Selection, before
+    // OnChange.
+    std::function<void(int row)> OnClick;
+
     wxListBox* lstNotizen = nullptr;
     wxButton* cmdAlle = nullptr;
     wxButton* cmdKeine = nullptr;
@@ -53,10 +57,10 @@ class NoteChoice : public wxPanel {
 
   private:
     bool IsMarked(unsigned index) const;
-    void Mark(unsigned index, bool on);
     void Changed();
 
     Source source_;
     Options options_;
     std::vector<std::int32_t> keys_;
+    bool marking_ = false;  // what changes in the list is our own doing
 };
