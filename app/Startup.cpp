@@ -14,7 +14,11 @@
 #include "base/FileName.h"
 #include "base/basMessage.h"
 #include "base/basWait.h"
+#include "exchange/Association.h"
+#include "exchange/basExport.h"
 #include "exchange/basImport.h"
+#include "mail/basMail.h"
+#include "print/basPrint.h"
 
 Program::Program(std::unique_ptr<RunningCopy> role) : role_(std::move(role)) {}
 Program::~Program() = default;
@@ -28,9 +32,15 @@ void Program::Reside() {
 void Program::InitApplication() {
     frmSplash::ShowForAMoment();
     if (IsQuitting()) return;
-    // The file association belongs here.
+    RegisterFileExtensions();
     LoadNotes();
     start_ = new frmStart(Store(), [this] { QuitApplication(); });
+    start_->AddCommand(MenuItem::mnuNotizImport, [this] { ImportNotes(Store()); });
+    start_->AddCommand(MenuItem::mnuNotizExport, [this] { ExportNotes(Store()); });
+    start_->AddCommand(MenuItem::mnuNotizDruck, [this] {
+        if (!PrintNotes(Store())) start_->RemoveCommand(MenuItem::mnuNotizDruck);
+    });
+    start_->AddCommand(MenuItem::mnuNotizSenden, [this] { SendNotesAsEMail(Store()); });
     services_.OpenMenu = [this](frmNote* note) { start_->ShowPopupMenu(note); };
     start_->notIcon.IconToolTip(L"Kivora 1.6");
     start_->notIcon.ShowIcon();
@@ -94,7 +104,7 @@ void Program::ReportSilentCopy(std::vector<std::wstring> files) {
 
 void Program::PrintFiles(const std::vector<std::wstring>& files) {
     for (const std::wstring& file : files) ImportNotes(Store(), file);
-    ShowMessage(L"Das Drucken ist in dieser Version noch nicht verfügbar.", kCritical, L"Drucken");
+    PrintNotes(Store());
     Unload();
 }
 

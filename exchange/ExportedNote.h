@@ -4,11 +4,12 @@
 
 #include <cstdint>
 #include <istream>
+#include <ostream>
 #include <string>
 
 struct ExportedNote {
-    std::wstring Text;
-    std::wstring CreationTime;
+    std::wstring Text = {};
+    std::wstring CreationTime = {};
     std::int32_t Left = 0, Top = 0, Width = 0, Height = 0;  // twips
     std::int32_t Color = 0;
     std::int32_t FontNoteAlignment = 0;
@@ -28,8 +29,13 @@ class ExportReader {
     explicit ExportReader(std::istream& file) : file_(file) {}
     ExportedNote Next();
 
+    // Passes over a record and gives only its text, of that no more than so many characters. The cost does
+    // not grow with what the record holds beyond them.
+    std::wstring PassOver(std::size_t characters);
+
   private:
     std::string Bytes(std::size_t count);
+    void PassBytes(std::size_t count);
     std::uint32_t Number(std::size_t bytes);
     std::int32_t Integer() { return static_cast<std::int32_t>(Number(4)); }
     bool Boolean() { return Number(2) != 0; }
@@ -37,3 +43,7 @@ class ExportReader {
 
     std::istream& file_;
 };
+
+// Writes the record at the stream's position. False when that failed, and for a text whose bytes the 16 bits
+// of its length cannot count; of such a note nothing is written.
+bool WriteRecord(std::ostream& file, const ExportedNote& note);

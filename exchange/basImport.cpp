@@ -1,10 +1,13 @@
 #include "exchange/basImport.h"
 
-#include <filesystem>
-#include <fstream>
+#include <functional>
 
 #include "base/FileName.h"
-#include "exchange/ExportedNote.h"
+#include "base/basMessage.h"
+#include "base/basWait.h"
+#include "exchange/ExportFile.h"
+#include "exchange/OpenDialog.h"
+#include "exchange/frmImport.h"
 #include "notes/NoteStore.h"
 
 namespace {
@@ -12,6 +15,8 @@ namespace {
 // What a window shows of a text, and what the registry gives back of it, ends at the first NUL.
 std::wstring Shown(const std::wstring& text) { return text.substr(0, text.find(L'\0')); }
 
+// The flag is only stored, without the saving and stacking that setting it on a note in the store brings:
+// both follow once for all notes of an import.
 void TakeIn(NoteStore& store, const ExportedNote& record) {
     NotePtr note = store.CreateNote();
     note->Text(Shown(record.Text));
@@ -27,19 +32,50 @@ void TakeIn(NoteStore& store, const ExportedNote& record) {
     store.AdoptNote(std::move(note));
 }
 
+// Takes in those of the first `count` records that are wanted, at most up to the first one without text.
+bool TakeInFile(NoteStore& store, const std::filesystem::path& path, std::size_t count,
+                const std::function<bool(std::size_t index)>& wanted) {
+    std::ifstream file = OpenExport(path);
+    if (!file) return false;
+    std::vector<ExportedNote> records;
+    std::size_t characters = 0;
+    ExportReader reader(file);
+    for (std::size_t i = 0; i < count; ++i) {
+        if (!wanted(i)) {
+            if (reader.PassOver(1).empty()) break;
+            continue;
+        }
+        ExportedNote record = reader.Next();
+        if (file.bad() || record.Text.empty()) break;
+        characters += record.Text.size() + record.CreationTime.size();
+        if (records.size() == kMostImportedNotes || characters > kMostImportedCharacters) return false;
+        records.push_back(std::move(record));
+    }
+    for (const ExportedNote& record : records) TakeIn(store, record);
+    return !file.bad();
+}
+
 }  // namespace
 
 bool ImportNotes(NoteStore& store, const std::wstring& fileName) {
-    const std::filesystem::path path = FilePath(fileName);
-    // A pipe or a device may never end.
-    std::error_code unknown;
-    if (!std::filesystem::is_regular_file(path, unknown)) return false;
-    std::ifstream file(path, std::ios::binary);
-    if (!file) return false;
-    ExportReader reader(file);
-    for (ExportedNote record = reader.Next(); !record.Text.empty(); record = reader.Next()) {
-        if (file.bad()) return false;
-        TakeIn(store, record);
+    return TakeInFile(store, FilePath(fileName), kMostRecords, [](std::size_t) { return true; });
+}
+
+void ImportNotes(NoteStore& store) {
+    static frmImport* open = nullptr;
+    if (BroughtForward(open)) return;
+    const OpenDialog dialog(open, new frmImport);
+    if (dialog->ShowModal() != 1 || IsQuitting()) return;
+    const std::vector<bool> chosen = dialog->ChosenRecords();
+    const std::filesystem::path path = dialog->File();
+    // A file that has gone since it was listed brings no notes, and no message.
+    const bool failed = IsFile(path) && !TakeInFile(store, path, chosen.size(),
+                                                    [&](std::size_t index) { return chosen[index]; });
+    store.SaveNotes();
+    store.ApplyForeground();
+    if (failed) {
+        ShowMessage(L"Beim Importieren der Notizen aus " + ShownFileName(FileName(path)) +
+                        L" ist ein Fehler aufgetreten.",
+                    kCritical, L"Fehler beim Importieren");
     }
-    return !file.bad();
 }

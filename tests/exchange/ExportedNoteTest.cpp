@@ -6,6 +6,7 @@
 #include <random>
 #include <sstream>
 
+#include "base/basText.h"
 #include "exchange/ExportedNote.h"
 #include "tests/exchange/SampleNotes.h"
 
@@ -120,6 +121,86 @@ TEST(ExportedNote, ForeignFilesEnd) {
     const std::string longest(65'535, 'x');
     ExportedNote note{.Text = std::wstring(longest.begin(), longest.end()), .CreationTime = L""};
     EXPECT_EQ(NotesOf(FileBytes({note, note, note})).size(), 3u);
+}
+
+// A note such as anybody might have made, and such as nobody would.
+ExportedNote RandomNote(std::mt19937& random) {
+    const auto text = [&](std::size_t longest) {
+        std::string bytes(random() % (longest + 1), '\0');
+        for (char& byte : bytes) byte = static_cast<char>(random());
+        return FromAnsi(bytes);
+    };
+    const auto number = [&] { return static_cast<std::int32_t>(random()); };
+    const auto flag = [&] { return random() % 2 == 0; };
+    ExportedNote note;
+    note.Text = text(random() % 50 == 0 ? 65'535 : 300) + L"x";
+    note.Text.resize(std::min<std::size_t>(note.Text.size(), 65'535));
+    note.CreationTime = text(30);
+    for (std::int32_t* field : {&note.Left, &note.Top, &note.Width, &note.Height, &note.Color,
+                                &note.FontNoteAlignment, &note.FontNoteSize})
+        *field = number();
+    note.FontNoteBold = flag();
+    note.FontNoteItalic = flag();
+    note.FontNoteUnderlined = flag();
+    note.Foreground = flag();
+    return note;
+}
+
+std::string Written(const std::vector<ExportedNote>& notes) {
+    std::ostringstream file;
+    for (const ExportedNote& note : notes) EXPECT_TRUE(WriteRecord(file, note));
+    return file.str();
+}
+
+TEST(ExportedNote, WritesWhatAnotherWriterWrites) {
+    for (const SampleFile& sample : SampleFiles())
+        EXPECT_EQ(Written(sample.notes), FileBytes(sample.notes)) << sample.name;
+}
+
+TEST(ExportedNote, AThousandNotesComeBackAsTheyWere) {
+    std::mt19937 random(2026);
+    std::vector<ExportedNote> notes(1000);
+    for (ExportedNote& note : notes) note = RandomNote(random);
+    EXPECT_EQ(NotesOf(Written(notes)), notes);
+}
+
+TEST(ExportedNote, CharactersBeyondTheCodePageAreReplaced) {
+    const std::vector<ExportedNote> read = NotesOf(Written({{.Text = L"\u4E2D\u6587 Käse"}}));
+    ASSERT_EQ(read.size(), 1u);
+    EXPECT_EQ(read[0].Text, L"?? Käse");
+}
+
+TEST(ExportedNote, NothingIsWrittenOfATextThatCannotBeCounted) {
+    const std::wstring longest(65'535, L'x'), tooLong(65'536, L'x');
+    const struct {
+        const char* name;
+        ExportedNote note;
+        bool written;
+    } rows[] = {{"longest text", {.Text = longest}, true},
+                {"too long text", {.Text = tooLong}, false},
+                {"longest time", {.Text = L"a", .CreationTime = longest}, true},
+                {"too long time", {.Text = L"a", .CreationTime = tooLong}, false}};
+    for (const auto& row : rows) {
+        std::ostringstream file;
+        EXPECT_EQ(WriteRecord(file, row.note), row.written) << row.name;
+        EXPECT_EQ(file.str().empty(), !row.written) << row.name;
+    }
+}
+
+TEST(ExportedNote, PassingOverReadsAsFarAsReading) {
+    std::mt19937 random(7);
+    std::vector<ExportedNote> notes(300);
+    for (ExportedNote& note : notes) note = RandomNote(random);
+    std::istringstream file(FileBytes(notes));
+    ExportReader reader(file);
+    for (std::size_t i = 0; i < notes.size(); ++i) {
+        if (i % 3 == 0) {
+            EXPECT_EQ(reader.Next(), notes[i]) << i;
+        } else {
+            EXPECT_EQ(reader.PassOver(40), notes[i].Text.substr(0, 40)) << i;
+        }
+    }
+    EXPECT_EQ(reader.PassOver(40), L"");
 }
 
 }  // namespace

@@ -1,0 +1,123 @@
+#include <gdk-pixbuf/gdk-pixbuf.h>
+#include <gio/gio.h>
+
+#include <filesystem>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include "DesktopFiles.h"
+#include "base/DesktopEntry.h"
+#include "base/FileName.h"
+#include "base/basHelp.h"
+#include "exchange/Association.h"
+#include "res/Resources.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kIconSizes[] = {16, 32, 48, 128};
+
+// What every user gets who has not installed the program: files in the user's own data folder.
+fs::path DataFolder() { return g_get_user_data_dir(); }
+fs::path TypeFile() { return DataFolder() / "mime" / "packages" / "kivora.xml"; }
+fs::path EntryFile() { return DataFolder() / "applications" / "kivora.desktop"; }
+fs::path IconFile(int size) {
+    const std::string folder = std::to_string(size) + "x" + std::to_string(size);
+    return DataFolder() / "icons" / "hicolor" / folder / "apps" / "kivora.png";
+}
+
+void Replace(std::string& text, const std::string& what, const std::string& by) {
+    for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + by.size())) {
+        text.replace(at, what.size(), by);
+    }
+}
+
+// The installed entry, starting this very program.
+std::string DesktopEntry() {
+    const std::string program = FilePath(ProgramPath()).native();
+    std::string entry = kDesktopEntry;
+    Replace(entry, "\nExec=kivora", "\nExec=" + DesktopExec(program));
+    Replace(entry, "\nTryExec=kivora", "\nTryExec=" + DesktopString(program));
+    return entry;
+}
+
+void WriteFile(const fs::path& file, const char* content, gsize size) {
+    g_mkdir_with_parents(file.parent_path().c_str(), 0700);
+    g_file_set_contents(file.c_str(), content, static_cast<gssize>(size), nullptr);
+}
+
+// True when the file held something else.
+bool Renew(const fs::path& file, const std::string& content) {
+    char* bytes = nullptr;
+    gsize size = 0;
+    const bool read = g_file_get_contents(file.c_str(), &bytes, &size, nullptr);
+    const bool same = read && std::string_view(bytes, size) == content;
+    g_free(bytes);
+    if (!same) WriteFile(file, content.data(), content.size());
+    return !same;
+}
+
+void WriteIcon(int size) {
+    const wxBitmap picture = LoadPicture(kProgramIcon).GetBitmap(wxSize(size, size));
+    char* bytes = nullptr;
+    gsize count = 0;
+    if (!gdk_pixbuf_save_to_buffer(picture.GetPixbuf(), &bytes, &count, "png", nullptr, nullptr)) return;
+    WriteFile(IconFile(size), bytes, count);
+    g_free(bytes);
+}
+
+// The desktop looks things up in lists which its tools make from those files. Lists that are older than a
+// file tell that the tool was not there yet, or did not come to its end.
+struct Tool {
+    const char* name;
+    fs::path list, source;
+};
+
+bool IsOutdated(const Tool& tool) {
+    std::error_code missing, ignored;
+    const fs::file_time_type list = fs::last_write_time(tool.list, missing);
+    return missing || list < fs::last_write_time(tool.source, ignored);
+}
+
+bool IsThere(const char* program) {
+    char* path = g_find_program_in_path(program);
+    g_free(path);
+    return path != nullptr;
+}
+
+// Starts one tool after the other without waiting for any of them.
+void RunTools() {
+    static const char script[] =
+        "update-mime-database \"$1/mime\"; update-desktop-database \"$1/applications\"; "
+        "xdg-mime default kivora.desktop application/x-kivora";
+    std::string words[] = {"/bin/sh", "-c", script, "sh", DataFolder().native()};
+    std::vector<char*> arguments;
+    for (std::string& word : words) arguments.push_back(word.data());
+    arguments.push_back(nullptr);
+    const auto silent = static_cast<GSpawnFlags>(G_SPAWN_STDOUT_TO_DEV_NULL | G_SPAWN_STDERR_TO_DEV_NULL);
+    g_spawn_async(nullptr, arguments.data(), nullptr, silent, nullptr, nullptr, nullptr, nullptr);
+}
+
+gboolean RegisterNow(gpointer) {
+    const bool newType = Renew(TypeFile(), kMimeType);
+    const bool newEntry = Renew(EntryFile(), DesktopEntry());
+    for (const int size : kIconSizes) {
+        std::error_code ignored;
+        if (newType || newEntry || !fs::exists(IconFile(size), ignored)) WriteIcon(size);
+    }
+    const Tool tools[] = {
+        {"update-mime-database", DataFolder() / "mime" / "mime.cache", TypeFile()},
+        {"update-desktop-database", DataFolder() / "applications" / "mimeinfo.cache", EntryFile()}};
+    bool run = newType || newEntry;
+    for (const Tool& tool : tools) run = run || (IsThere(tool.name) && IsOutdated(tool));
+    if (run) RunTools();
+    return G_SOURCE_REMOVE;
+}
+
+}  // namespace
+
+std::wstring RegisteredProgram() { return ProgramPath(); }
+
+void RegisterWithDesktop() { g_idle_add_full(G_PRIORITY_LOW, RegisterNow, nullptr, nullptr); }

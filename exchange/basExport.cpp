@@ -1,0 +1,58 @@
+#include "exchange/basExport.h"
+
+#include "base/basMessage.h"
+#include "base/basWait.h"
+#include "base/twips.h"
+#include "exchange/ExportFile.h"
+#include "exchange/ExportPath.h"
+#include "exchange/OpenDialog.h"
+#include "exchange/frmExport.h"
+#include "notes/NoteStore.h"
+
+namespace {
+
+ExportedNote ToRecord(const frmNote& note) {
+    return {.Text = note.Text(),
+            .CreationTime = note.CreationTime(),
+            .Left = RoundToEven(note.Left()),
+            .Top = RoundToEven(note.Top()),
+            .Width = RoundToEven(note.Width()),
+            .Height = RoundToEven(note.Height()),
+            .Color = note.Color(),
+            .FontNoteAlignment = note.FontNoteAlignment(),
+            .FontNoteSize = note.FontNoteSize(),
+            .FontNoteBold = note.FontNoteBold(),
+            .FontNoteItalic = note.FontNoteItalic(),
+            .FontNoteUnderlined = note.FontNoteUnderlined(),
+            .Foreground = note.Foreground()};
+}
+
+bool WriteNotes(const NoteStore& store, const std::vector<std::int32_t>& keys,
+                const std::filesystem::path& path) {
+    std::fstream file = OpenForExport(path);
+    if (!file) return false;
+    bool written = true;
+    for (std::size_t i = 0; written && i < keys.size(); ++i) {
+        const frmNote* note = store.Find(keys[i]);
+        written = note && WriteRecord(file, ToRecord(*note));
+    }
+    // A full disk may show only now.
+    file.close();
+    return written && file.good();
+}
+
+}  // namespace
+
+void ExportNotes(const NoteStore& store) {
+    static frmExport* open = nullptr;
+    if (BroughtForward(open)) return;
+    const OpenDialog dialog(open, new frmExport(store));
+    if (dialog->ShowModal() != 1 || IsQuitting()) return;
+    if (!WriteNotes(store, dialog->ChosenNotes(), TypedPath(dialog->Path()))) {
+        ShowMessage(
+            L"Beim Exportieren der Notiz(en) ist ein Fehler aufgetreten.\r\n"
+            L"Möglicherweise existiert eine zum Exportieren vorgesehene Notiz nicht mehr oder der "
+            L"Dateiname ist ungültig.",
+            kCritical, L"Fehler");
+    }
+}

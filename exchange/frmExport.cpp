@@ -1,0 +1,86 @@
+#include "exchange/frmExport.h"
+
+#include <wx/button.h>
+#include <wx/statbox.h>
+#include <wx/textctrl.h>
+
+#include "base/FileName.h"
+#include "base/basMessage.h"
+#include "base/basWait.h"
+#include "exchange/ExportFile.h"
+#include "exchange/ExportPath.h"
+#include "exchange/FileDialog.h"
+#include "notes/NoteChoice.h"
+#include "notes/NoteStore.h"
+
+frmExport::frmExport(const NoteStore& store) : frmDialog(L"Exportieren", L"ch3_export.html", true) {
+    choice_ = new NoteChoice(this, NoteChoice::NotesOf(store), {});
+    lstNotizen = choice_->lstNotizen;
+    cmdAlle = choice_->cmdAlle;
+    cmdKeine = choice_->cmdKeine;
+    cmdRefresh = choice_->cmdRefresh;
+
+    auto* content = new wxBoxSizer(wxVERTICAL);
+    content->Add(choice_, wxSizerFlags(1).Expand());
+    content->AddSpacer(FromDIP(kDialogGap));
+    content->Add(CreateFile(), wxSizerFlags().Expand());
+    SetContent(content, CreateButtons(L"&OK", L"A&bbrechen"));
+    SetMinSize(GetSize());
+
+    choice_->OnChange = [this] { UpdateOK(); };
+    txtPfad->Bind(wxEVT_TEXT, [this](wxCommandEvent&) { UpdateOK(); });
+    UpdateOK();
+    txtPfad->SetFocus();
+}
+
+wxSizer* frmExport::CreateFile() {
+    auto* frame = new wxStaticBoxSizer(wxHORIZONTAL, this, L"Datei");
+    wxWindow* box = frame->GetStaticBox();
+    txtPfad = new wxTextCtrl(box, wxID_ANY);
+    cmdSearch = new wxButton(box, wxID_ANY, L"Durchsuchen...");
+    cmdSearch->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { Search(); });
+    const int gap = FromDIP(kDialogGap);
+    frame->Add(txtPfad, wxSizerFlags(1).CentreVertical().Border(wxALL, gap));
+    frame->Add(cmdSearch, wxSizerFlags().CentreVertical().Border(wxTOP | wxRIGHT | wxBOTTOM, gap));
+    return frame;
+}
+
+std::vector<std::int32_t> frmExport::ChosenNotes() const { return choice_->Marked(); }
+
+std::wstring frmExport::Path() const { return txtPfad->GetValue().ToStdWstring(); }
+
+void frmExport::UpdateOK() { cmdOK->Enable(!txtPfad->IsEmpty() && choice_->AnyMarked()); }
+
+void frmExport::Search() {
+    if (asking_) return;
+    asking_ = true;
+    std::optional<std::wstring> chosen;
+    for (bool again = true; again;) {
+        chosen = ChooseFile(*this, {.DialogTitle = L"Kivora-Exportdatei speichern...", .save = true});
+        again = chosen && IsOnlyWriteProtected(FilePath(*chosen));
+        if (again) {
+            ShowMessage(
+                L"Sie haben eine existierende Datei gewählt, welche als schreibgeschützt markiert ist.\r\n"
+                L"Wählen Sie bitte einen anderen Dateinamen.",
+                kCritical, L"Schreibgeschützte Datei");
+        }
+        if (IsQuitting()) return;
+    }
+    asking_ = false;
+    if (chosen) txtPfad->SetValue(*chosen);
+}
+
+void frmExport::Confirm() {
+    if (asking_) return;
+    if (IsFile(TypedPath(Path()))) {
+        asking_ = true;
+        const MessageAnswer answer = ShowMessage(
+            L"Die Datei " + ShownFileName(Path()) + L" existiert bereits.\r\nSoll sie überschrieben werden?",
+            kExclamation | kYesNo, L"Datei existiert bereits");
+        if (IsQuitting()) return;
+        asking_ = false;
+        // The dialog may have been cancelled behind the question.
+        if (answer != MessageAnswer::Yes || Tag() != L"waiting") return;
+    }
+    SetTag(L"ok");
+}

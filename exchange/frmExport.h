@@ -1,0 +1,46 @@
+#pragma once
+// The dialog in which the user chooses notes and the file that they go to. It changes nothing; the caller
+// reads its choice.
+
+#include <cstdint>
+#include <vector>
+
+#include "base/frmDialog.h"
+
+class NoteChoice;
+class NoteStore;
+class wxListBox;
+class wxTextCtrl;
+
+class frmExport : public frmDialog {
+  public:
+    // The store must outlive the dialog.
+    explicit frmExport(const NoteStore& store);
+
+    // The NoteKeys of the chosen notes in list order. A note may be gone by now.
+    std::vector<std::int32_t> ChosenNotes() const;
+    // The file as it was typed or chosen.
+    std::wstring Path() const;
+
+    // The controls, each under its name.
+    wxListBox* lstNotizen = nullptr;
+    wxButton* cmdAlle = nullptr;
+    wxButton* cmdKeine = nullptr;
+    wxButton* cmdRefresh = nullptr;
+    wxTextCtrl* txtPfad = nullptr;
+    wxButton* cmdSearch = nullptr;
+    using frmDialog::cmdAbbrechen;
+    using frmDialog::cmdOK;
+
+  protected:
+    // Asks before an existing file is overwritten.
+    void Confirm() override;
+
+  private:
+    wxSizer* CreateFile();
+    void UpdateOK();
+    void Search();
+
+    NoteChoice* choice_ = nullptr;
+    bool asking_ = false;  // a question or the file dialog is open
+};

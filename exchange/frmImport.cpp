@@ -1,0 +1,170 @@
+#include "exchange/frmImport.h"
+
+#include <wx/button.h>
+#include <wx/dnd.h>
+#include <wx/listbox.h>
+#include <wx/settings.h>
+#include <wx/statbox.h>
+#include <wx/textctrl.h>
+
+#include <algorithm>
+
+#include "base/basWait.h"
+#include "exchange/ExportFile.h"
+#include "exchange/ExportPath.h"
+#include "exchange/FileDialog.h"
+#include "notes/NoteChoice.h"
+#include "notes/NoteColor.h"
+#include "notes/NoteWindow.h"
+#include "notes/PropertiesLook.h"
+#include "notes/frmNote.h"
+
+namespace {
+
+class FileDrop : public wxFileDropTarget {
+  public:
+    explicit FileDrop(wxTextCtrl& box) : box_(box) {}
+    bool OnDropFiles(wxCoord, wxCoord, const wxArrayString& names) override {
+        if (names.empty()) return false;
+        box_.SetValue(names[0]);
+        return true;
+    }
+
+  private:
+    wxTextCtrl& box_;
+};
+
+long AlignmentStyle(std::int32_t code) {
+    if (code == kAlignRight) return wxTE_RIGHT;
+    return code == kAlignCentre ? wxTE_CENTRE : wxTE_LEFT;
+}
+
+wxFontInfo PreviewFont(std::int32_t size) {
+    return wxFontInfo(std::clamp(size, kSmallestFontSize, kLargestFontSize)).FaceName(L"Arial");
+}
+
+}  // namespace
+
+frmImport::frmImport() : frmDialog(L"Importieren", L"ch3_import.html", true) {
+    auto* content = new wxBoxSizer(wxVERTICAL);
+    content->Add(CreateFile(), wxSizerFlags().Expand());
+    content->AddSpacer(FromDIP(kDialogGap));
+
+    const auto records = [this] {
+        std::vector<NoteChoice::Entry> entries;
+        for (std::wstring& text : ListExport(File())) {
+            entries.push_back({std::move(text), static_cast<std::int32_t>(entries.size())});
+        }
+        return entries;
+    };
+    choice_ = new NoteChoice(this, records, {.caption = L"Enthaltene Notizen", .refresh = false});
+    lstNotizen = choice_->lstNotizen;
+    cmdAlle = choice_->cmdAlle;
+    cmdKeine = choice_->cmdKeine;
+    auto* notes = new wxBoxSizer(wxHORIZONTAL);
+    notes->Add(choice_, wxSizerFlags(1).Expand());
+    notes->AddSpacer(FromDIP(kDialogGap));
+    notes->Add(CreatePreview(), wxSizerFlags(1).Expand());
+    content->Add(notes, wxSizerFlags(1).Expand());
+    SetContent(content, CreateButtons(L"&OK", L"A&bbrechen"));
+    SetMinSize(GetSize());
+
+    txtDatei->Bind(wxEVT_TEXT, [this](wxCommandEvent&) { OnFileChanged(); });
+    choice_->OnClick = [this](int row) { ShowPreview(row); };
+    choice_->OnChange = [this] { cmdOK->Enable(choice_->AnyMarked()); };
+    AcceptDroppedFiles(*this);
+    OnFileChanged();
+    txtDatei->SetFocus();
+}
+
+wxSizer* frmImport::CreateFile() {
+    auto* frame = new wxStaticBoxSizer(wxHORIZONTAL, this, L"Datei");
+    wxWindow* box = frame->GetStaticBox();
+    txtDatei = new wxTextCtrl(box, wxID_ANY);
+    cmdDurchsuchen = new wxButton(box, wxID_ANY, L"Durchsuchen...");
+    cmdDurchsuchen->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { Browse(); });
+    const int gap = FromDIP(kDialogGap);
+    frame->Add(txtDatei, wxSizerFlags(1).CentreVertical().Border(wxALL, gap));
+    frame->Add(cmdDurchsuchen, wxSizerFlags().CentreVertical().Border(wxTOP | wxRIGHT | wxBOTTOM, gap));
+    return frame;
+}
+
+wxSizer* frmImport::CreatePreview() {
+    auto* frame = new wxStaticBoxSizer(wxVERTICAL, this, L"Vorschau");
+    txtNotiz = new wxTextCtrl(frame->GetStaticBox(), wxID_ANY, wxString(), wxDefaultPosition,
+                              FromDIP(wxSize(260, 150)), wxTE_MULTILINE | wxTE_READONLY);
+    PadText(*txtNotiz, FromDIP(kDialogGap));
+    frame->Add(txtNotiz, wxSizerFlags(1).Expand().Border(wxALL, FromDIP(kDialogGap)));
+    return frame;
+}
+
+void frmImport::AcceptDroppedFiles(wxWindow& window) {
+    // Boxes would take the file's address as text.
+    window.SetDropTarget(new FileDrop(*txtDatei));
+    for (wxWindow* child : window.GetChildren()) AcceptDroppedFiles(*child);
+}
+
+std::vector<bool> frmImport::ChosenRecords() const {
+    std::vector<bool> chosen(lstNotizen->GetCount());
+    for (const std::int32_t record : choice_->Marked()) chosen[static_cast<std::size_t>(record)] = true;
+    return chosen;
+}
+
+std::filesystem::path frmImport::File() const { return TypedPath(txtDatei->GetValue().ToStdWstring()); }
+
+void frmImport::Browse() {
+    if (browsing_) return;
+    browsing_ = true;
+    const std::optional<std::wstring> chosen =
+        ChooseFile(*this, {.DialogTitle = L"Kivora-Exportdatei öffnen..."});
+    if (IsQuitting()) return;
+    browsing_ = false;
+    if (chosen) txtDatei->SetValue(*chosen);
+}
+
+void frmImport::OnFileChanged() {
+    choice_->Refill();
+    const bool any = !lstNotizen->IsEmpty();
+    lstNotizen->Enable(any);
+    txtNotiz->Enable(any);
+    if (any) {
+        ShowPreview(0);
+    } else {
+        ShowNoPreview();
+    }
+}
+
+void frmImport::ShowPreview(int row) {
+    if (row < 0) return;
+    // The file may have changed since it was listed.
+    if (const std::optional<ExportedNote> record = RecordOf(File(), static_cast<std::size_t>(row))) {
+        ShowRecord(*record);
+    } else {
+        ShowNoPreview();
+    }
+}
+
+void frmImport::ShowRecord(const ExportedNote& record) {
+    const std::int32_t color = DisplayColor(record.Color);
+    txtNotiz->SetWindowStyleFlag((txtNotiz->GetWindowStyleFlag() & ~(wxTE_RIGHT | wxTE_CENTRE)) |
+                                 AlignmentStyle(record.FontNoteAlignment));
+    txtNotiz->SetFont(PreviewFont(record.FontNoteSize)
+                          .Bold(record.FontNoteBold)
+                          .Italic(record.FontNoteItalic)
+                          .Underlined(record.FontNoteUnderlined));
+    // A colour that no note has would be painted black, and so is the text.
+    txtNotiz->SetBackgroundColour(color ? wxColour(static_cast<unsigned long>(color)) : *wxWHITE);
+    txtNotiz->SetForegroundColour(*wxBLACK);
+    wxString text(record.Text.substr(0, record.Text.find(L'\0')));
+    text.Replace(L"\r\n", L"\n");
+    text.Replace(L"\r", L"\n");
+    txtNotiz->ChangeValue(text);
+}
+
+void frmImport::ShowNoPreview() {
+    txtNotiz->SetWindowStyleFlag(txtNotiz->GetWindowStyleFlag() & ~(wxTE_RIGHT | wxTE_CENTRE));
+    txtNotiz->SetFont(PreviewFont(kSmallestFontSize));
+    txtNotiz->SetBackgroundColour(wxNullColour);
+    txtNotiz->SetForegroundColour(wxNullColour);
+    txtNotiz->ChangeValue(L"Keine Vorschau möglich.");
+}

@@ -1,0 +1,45 @@
+#pragma once
+// The dialog in which the user chooses an export file and which of its notes to take, with a preview of one.
+// It changes nothing; the caller reads its choice.
+
+#include <filesystem>
+#include <vector>
+
+#include "base/frmDialog.h"
+
+class NoteChoice;
+struct ExportedNote;
+class wxListBox;
+class wxTextCtrl;
+
+class frmImport : public frmDialog {
+  public:
+    frmImport();
+
+    // For each record listed, in the order of the file, whether it is to be taken.
+    std::vector<bool> ChosenRecords() const;
+    std::filesystem::path File() const;
+
+    // The controls, each under its name.
+    wxTextCtrl* txtDatei = nullptr;
+    wxButton* cmdDurchsuchen = nullptr;
+    wxListBox* lstNotizen = nullptr;
+    wxButton* cmdAlle = nullptr;
+    wxButton* cmdKeine = nullptr;
+    wxTextCtrl* txtNotiz = nullptr;
+    using frmDialog::cmdAbbrechen;
+    using frmDialog::cmdOK;
+
+  private:
+    wxSizer* CreateFile();
+    wxSizer* CreatePreview();
+    void AcceptDroppedFiles(wxWindow& window);
+    void Browse();
+    void OnFileChanged();
+    void ShowPreview(int row);
+    void ShowRecord(const ExportedNote& record);
+    void ShowNoPreview();
+
+    NoteChoice* choice_ = nullptr;
+    bool browsing_ = false;
+};
