@@ -135,7 +135,6 @@ void frmNote::Minimized(bool on) {
     minimized_ = on;
     if (!on) {
         ShowStacked();
-        Raise();
         if (notNotizIcon_) notNotizIcon_->HideIcon();
         host_.ForgetMinimizedNote(*this);
         return;
@@ -143,7 +142,9 @@ void frmNote::Minimized(bool on) {
     if (!notNotizIcon_) {
         notNotizIcon_ = std::make_unique<Notification>();
         notNotizIcon_->Events.DblClick = [this](int button) {
-            if (button == 1) Minimized(false);
+            if (button != 1) return;
+            Minimized(false);
+            Raise();
         };
         notNotizIcon_->Events.MouseUp = [this](int button) {
             if (button == 2) Later(&NoteHost::ShowPopupMenu);
