@@ -1,0 +1,28 @@
+#pragma once
+// Looks up the address of a network name while the program goes on with its events. One object is one
+// look-up; destroying it abandons the look-up, also from within its answer.
+
+#include <functional>
+#include <memory>
+#include <string>
+
+class NameLookup {
+  public:
+    // address: dotted ("192.168.0.7"), the first of several; empty when the name has none.
+    using Answer = std::function<void(const std::wstring& address)>;
+
+    // Blanks around the name do not count. A dotted address is its own. The answer never comes before the
+    // constructor has returned.
+    NameLookup(const std::wstring& name, Answer answer);
+    ~NameLookup();
+    NameLookup(const NameLookup&) = delete;
+    NameLookup& operator=(const NameLookup&) = delete;
+
+  private:
+    struct Running;
+    std::shared_ptr<Running> running_;
+};
+
+// The same for those who wait for it, running events meanwhile. Also ends, with an empty text, when the
+// program quits or abandoned() holds, which is looked at when something wakes the waiting.
+std::wstring ResolveHostAddress(const std::wstring& name, const std::function<bool()>& abandoned = {});

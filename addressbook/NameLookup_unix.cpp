@@ -1,0 +1,52 @@
+#include <gio/gio.h>
+
+#include "addressbook/NameLookup.h"
+#include "base/basText.h"
+
+struct NameLookup::Running {
+    Answer answer;  // empty once nobody waits any more
+    GCancellable* cancellable = g_cancellable_new();
+
+    ~Running() { g_object_unref(cancellable); }
+};
+
+namespace {
+
+std::wstring Trimmed(const std::wstring& name) {
+    const std::size_t first = name.find_first_not_of(L' ');
+    return first == name.npos ? L"" : name.substr(first, name.find_last_not_of(L' ') - first + 1);
+}
+
+std::wstring FirstAddress(GResolver* resolver, GAsyncResult* result) {
+    GList* const addresses = g_resolver_lookup_by_name_with_flags_finish(resolver, result, nullptr);
+    if (!addresses) return {};
+    char* const dotted = g_inet_address_to_string(static_cast<GInetAddress*>(addresses->data));
+    const std::wstring address = FromUtf8(dotted);
+    g_free(dotted);
+    g_resolver_free_addresses(addresses);
+    return address;
+}
+
+}  // namespace
+
+NameLookup::NameLookup(const std::wstring& name, Answer answer) : running_(new Running{std::move(answer)}) {
+    GResolver* const resolver = g_resolver_get_default();
+    g_resolver_lookup_by_name_with_flags_async(
+        resolver, ToUtf8(Trimmed(name)).c_str(), G_RESOLVER_NAME_LOOKUP_FLAGS_IPV4_ONLY,
+        running_->cancellable,
+        [](GObject* source, GAsyncResult* result, gpointer data) {
+            const std::unique_ptr<std::shared_ptr<Running>> running(
+                static_cast<std::shared_ptr<Running>*>(data));
+            const std::wstring address = FirstAddress(G_RESOLVER(source), result);
+            // A copy, because the look-up may be destroyed by its own answer.
+            const Answer answer = (*running)->answer;
+            if (answer) answer(address);
+        },
+        new std::shared_ptr<Running>(running_));
+    g_object_unref(resolver);
+}
+
+NameLookup::~NameLookup() {
+    running_->answer = {};
+    g_cancellable_cancel(running_->cancellable);
+}

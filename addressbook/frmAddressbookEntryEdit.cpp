@@ -1,0 +1,129 @@
+#include "addressbook/frmAddressbookEntryEdit.h"
+
+#include <wx/button.h>
+#include <wx/listbox.h>
+#include <wx/textctrl.h>
+#include <wx/weakref.h>
+
+#include "base/basWait.h"
+
+frmAddressbookEntryEdit::frmAddressbookEntryEdit()
+    : frmDialog(L"Adressbucheinträge bearbeiten", L"ch4_networkaddressbook.html", true),
+      fields_(new EntryFields(this)) {
+    txtPCName = fields_->txtPCName;
+    txtIP = fields_->txtIP;
+    txtComment = fields_->txtComment;
+    lstEdit = new wxListBox(this, wxID_ANY, wxDefaultPosition, FromDIP(wxSize(180, 150)));
+    auto* content = new wxBoxSizer(wxHORIZONTAL);
+    content->Add(lstEdit, wxSizerFlags(1).Expand());
+    content->AddSpacer(FromDIP(kDialogMargin));
+    content->Add(fields_, wxSizerFlags(1));
+    SetContent(content, CreateButtons(L"", L"&Schließen"));
+    cmdSchliessen = cmdAbbrechen;
+    cmdSchliessen->SetDefault();
+    SetMinSize(GetSize());
+
+    lstEdit->Bind(wxEVT_LISTBOX, [this](wxCommandEvent&) { OnSelect(); });
+    for (wxTextCtrl* box : {txtPCName, txtIP, txtComment}) {
+        box->Bind(wxEVT_KILL_FOCUS, [this, box](wxFocusEvent& event) {
+            event.Skip();
+            // The focus is still on its way; a message would get in between.
+            CallAfter([this, box] { OnLeave(box); });
+        });
+    }
+    cmdSchliessen->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { OnClose(); });
+    Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent& event) {
+        event.Veto();
+        OnClose();
+    });
+}
+
+int frmAddressbookEntryEdit::ShowModal(const std::vector<clsAddressBookEntry>& EntriesToEdit) {
+    for (const clsAddressBookEntry& entry : EntriesToEdit) lstEdit->Append(entry.PCName());
+    if (!EntriesToEdit.empty()) {
+        lstEdit->SetSelection(0);
+        Fill();
+    }
+    lstEdit->SetFocus();
+    return frmDialog::ShowModal();
+}
+
+void frmAddressbookEntryEdit::OnLeave(wxTextCtrl* box) {
+    // Another window of the desktop may have taken the focus, but then the box was not left.
+    if (Tag() != L"waiting" || FindFocus() == box) return;
+    TakeOver();
+}
+
+void frmAddressbookEntryEdit::OnSelect() {
+    const int chosen = lstEdit->GetSelection();
+    if (chosen == row_) return;
+    if (checking_ || !TakeOver()) {
+        if (!IsQuitting()) lstEdit->SetSelection(row_);
+        return;
+    }
+    lstEdit->SetSelection(chosen);
+    Fill();
+}
+
+void frmAddressbookEntryEdit::OnClose() {
+    // While an address is looked up, closing gives that up.
+    if (checking_ || TakeOver()) SetTag(L"cancel");
+}
+
+void frmAddressbookEntryEdit::Fill() {
+    row_ = lstEdit->GetSelection();
+    name_ = row_ < 0 ? L"" : lstEdit->GetString(static_cast<unsigned>(row_)).ToStdWstring();
+    const clsAddressBookEntry* entry = GetAddressBookEntry(name_);
+    fields_->Entry(entry ? *entry : clsAddressBookEntry());
+}
+
+// Takes over what differs from the entry. False when something was refused; its box has the focus then.
+bool frmAddressbookEntryEdit::TakeOver() {
+    if (checking_) return false;
+    if (!AddressBookEntryExists(name_) || row_ < 0) return true;
+    checking_ = true;
+    GetAddressBookEntry(name_)->Comment(txtComment->GetValue().ToStdWstring());
+    const bool taken = TakeOverAddress() && TakeOverName();
+    if (!IsQuitting()) checking_ = false;
+    return taken;
+}
+
+bool frmAddressbookEntryEdit::TakeOverAddress() {
+    const std::wstring address = txtIP->GetValue().ToStdWstring();
+    if (address == GetAddressBookEntry(name_)->IP()) return true;
+    // What is being checked has to stay as it is.
+    fields_->Disable();
+    const bool accepted = AcceptAddress(address, [this] { return Tag() != L"waiting"; });
+    if (IsQuitting() || Tag() != L"waiting") return false;
+    fields_->Enable();
+    if (!accepted) {
+        Refuse(txtIP);
+        return false;
+    }
+    if (clsAddressBookEntry* entry = GetAddressBookEntry(name_)) entry->IP(address);
+    return true;
+}
+
+bool frmAddressbookEntryEdit::TakeOverName() {
+    const std::wstring name = txtPCName->GetValue().ToStdWstring();
+    const clsAddressBookEntry* old = GetAddressBookEntry(name_);
+    if (!old || name == name_) return true;
+    if (AddressBookEntryExists(name)) {
+        ShowDuplicateEntry(name);
+        if (!IsQuitting()) Refuse(txtPCName);
+        return false;
+    }
+    clsAddressBookEntry entry = *old;
+    RemoveAddressBookEntry(name_);
+    entry.PCName(name);
+    AddAddressBookEntry(entry);
+    lstEdit->SetString(static_cast<unsigned>(row_), name);
+    lstEdit->SetSelection(row_);
+    name_ = name;
+    return true;
+}
+
+void frmAddressbookEntryEdit::Refuse(wxTextCtrl* box) {
+    box->SetFocus();
+    box->SelectAll();
+}

@@ -1,0 +1,29 @@
+#pragma once
+// The dialog for a new address book entry. It adds nothing; its caller does.
+
+#include "addressbook/EntryFields.h"
+#include "base/frmDialog.h"
+
+class frmAddressbookEntryNew : public frmDialog {
+  public:
+    frmAddressbookEntryNew();
+
+    // What the boxes hold.
+    clsAddressBookEntry Entry() const { return fields_->Entry(); }
+
+    // The controls, each under its name.
+    wxTextCtrl* txtPCName = nullptr;
+    wxTextCtrl* txtIP = nullptr;
+    wxTextCtrl* txtComment = nullptr;
+    using frmDialog::cmdAbbrechen;
+    using frmDialog::cmdOK;
+
+  protected:
+    void Confirm() override;
+
+  private:
+    void UpdateButtons();
+
+    EntryFields* fields_;
+    bool checking_ = false;
+};

@@ -1,0 +1,58 @@
+#pragma once
+// The receiver's half of the protocol without its connection: bytes go in, replies and finished notes come
+// out, one command at a time. It holds no more than one line and the text of one note under construction.
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "net/LineBuffer.h"
+#include "net/Protocol.h"
+
+class Receiver {
+  public:
+    struct Step {
+        // The reply, with its line end, in the code page of the wire; empty when there is none.
+        std::string reply;
+        // A note to be taken into the store before the reply goes out.
+        std::optional<NoteContent> note;
+        // The sender wants to end the session after this reply.
+        bool quit = false;
+    };
+
+    // The first line that a sender gets.
+    static std::string GreetingLine();
+
+    void Append(std::string_view bytes) { buffer_.Append(bytes); }
+
+    // Carries out the next complete line. Nothing when there is none. Behind QUIT commands still have their
+    // effect but no reply any more.
+    std::optional<Step> Next();
+
+    // There may be something for Next to do.
+    bool HasLine() const { return buffer_.HasLine(); }
+
+    // The reply when the effect of the last step could not be had; what else has arrived is discarded.
+    std::string Fail(int number, std::wstring_view description);
+
+    // Forgets the note under construction.
+    void DropNote() { note_.reset(); }
+
+    std::size_t HeldBytes() const { return buffer_.Size() + (note_ ? note_->text.size() : 0); }
+
+  private:
+    struct Construction {
+        NoteContent look;
+        std::string text;  // in bytes, a quarter of what characters take
+    };
+
+    void CarryOut(Step& step);
+    bool AppendText(std::wstring_view parameter);
+    NoteContent Finished();
+    std::string ToReply(const std::wstring& line) const;
+
+    LineBuffer buffer_{kLongestLine};
+    std::wstring line_;  // the last one taken
+    std::optional<Construction> note_;
+    bool quit_ = false;
+};

@@ -1,0 +1,41 @@
+#pragma once
+// What the operating system does for sockets. No call waits. Errors are numbers of the system.
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace SocketCalls {
+
+using Handle = std::intptr_t;
+constexpr Handle kNoHandle = -1;
+
+// A socket that listens on all addresses of this computer; port 0 takes any free one. kNoHandle and an error
+// when the port is taken.
+Handle Listen(std::uint16_t port, int& error);
+std::uint16_t LocalPort(Handle handle);
+
+// The next connection that waits, or kNoHandle. Where the process can open no more handles, the connection is
+// closed at once.
+Handle Accept(Handle listener);
+
+// Begins to connect to a dotted address. The handle becomes writable when that is decided; ConnectError then
+// tells how, 0 for connected.
+Handle BeginConnect(const std::string& address, std::uint16_t port, int& error);
+int ConnectError(Handle handle);
+
+enum class Outcome { Done, Later, Ended, Failed };
+struct Transfer {
+    Outcome outcome;
+    std::size_t bytes = 0;  // Done: how many
+    int error = 0;          // Failed: why
+};
+Transfer Receive(Handle handle, char* buffer, std::size_t size);
+Transfer Send(Handle handle, const char* data, std::size_t size);
+
+// What was sent still reaches the other side.
+void Close(Handle handle);
+
+std::wstring Describe(int error);
+
+}  // namespace SocketCalls

@@ -1,0 +1,112 @@
+#include "net/basSendNotes.h"
+
+#include <optional>
+
+#include "base/basMessage.h"
+#include "base/basWait.h"
+#include "net/basNetworkAccess.h"
+#include "net/clsOutgoing.h"
+#include "net/frmSendOverNetwork.h"
+#include "net/frmSendOverNetworkProgress.h"
+#include "notes/NoteChoice.h"
+#include "notes/NoteStore.h"
+
+namespace {
+
+// The window of the operation that is under way.
+wxWindow* openWindow = nullptr;
+
+// Creates a dialog and destroys it at the end of a scope.
+template <class Dialog>
+class Opened {
+  public:
+    template <class... Arguments>
+    explicit Opened(Arguments&&... arguments) : dialog_(new Dialog(std::forward<Arguments>(arguments)...)) {
+        openWindow = dialog_;
+    }
+    ~Opened() {
+        openWindow = nullptr;
+        dialog_->Destroy();
+    }
+    Opened(const Opened&) = delete;
+    Opened& operator=(const Opened&) = delete;
+    Dialog* operator->() { return dialog_; }
+
+  private:
+    Dialog* dialog_;
+};
+
+struct Order {
+    std::vector<std::wstring> recipients;
+    std::vector<NoteContent> notes;  // as they are now; a note may be deleted while it is being sent
+};
+
+NoteContent ContentOf(const frmNote& note) {
+    return {.text = note.Text(),
+            .fontSize = note.FontNoteSize(),
+            .bold = note.FontNoteBold(),
+            .italic = note.FontNoteItalic(),
+            .underlined = note.FontNoteUnderlined(),
+            .alignment = note.FontNoteAlignment(),
+            .color = note.Color()};
+}
+
+std::optional<Order> AskForOrder(const NoteStore& store) {
+    Opened<frmSendOverNetwork> dialog(store);
+    if (dialog->ShowModal() != 1) return std::nullopt;
+    Order order;
+    order.recipients = dialog->Recipients();
+    for (const std::int32_t key : dialog->Frame1->Marked()) {
+        const frmNote* note = store.Find(key);
+        if (!note) {
+            ShowMessage(
+                L"Eine zum Versenden vorgesehene Notiz existiert nicht mehr.\r\nDer Vorgang wird "
+                L"abgebrochen.",
+                kCritical, L"Notiz existiert nicht");
+            return std::nullopt;
+        }
+        order.notes.push_back(ContentOf(*note));
+    }
+    return order;
+}
+
+}  // namespace
+
+void SendNotesOverNetwork(NetworkAccess& network, const NoteStore& store) {
+    if (openWindow) {
+        openWindow->Raise();
+        return;
+    }
+    network.Listen();
+    const std::optional<Order> order = AskForOrder(store);
+    if (!order || IsQuitting()) return;
+
+    std::shared_ptr<clsOutgoing> session;
+    bool cancelled = false;
+    Opened<frmSendOverNetworkProgress> progress([&] {
+        cancelled = true;
+        if (session) session->Abort();
+        network.CancelConnect();
+    });
+    progress->Show();
+    for (const std::wstring& recipient : order->recipients) {
+        session = network.CreateOutgoing();
+        progress->Attach(session, order->notes.size());
+        progress->SetStep(1);
+        network.Connect(session, recipient);
+        if (IsQuitting()) return;
+        if (!cancelled && !session->IsConnected()) {
+            ShowMessage(
+                L"Es konnte keine Verbindung zum Ziel-Computer aufgebaut werden.\r\nVersuchen Sie es "
+                L"später bitte erneut.",
+                kCritical, L"Keine Verbindung zum Ziel-Computer");
+        } else if (!cancelled) {
+            progress->SetStep(2);
+            session->Send(order->notes);
+            if (IsQuitting()) return;
+            progress->SetStep(3);
+        }
+        network.Shutdown(session);
+        if (cancelled || IsQuitting()) return;
+    }
+}

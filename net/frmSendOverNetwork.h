@@ -1,0 +1,31 @@
+#pragma once
+// The dialog in which the user chooses notes and the computers that get them.
+
+#include <string>
+#include <vector>
+
+#include "base/frmDialog.h"
+
+class NoteChoice;
+class NoteStore;
+class wxTextCtrl;
+
+class frmSendOverNetwork : public frmDialog {
+  public:
+    // The store must outlive the dialog.
+    explicit frmSendOverNetwork(const NoteStore& store);
+
+    // Names or addresses of the computers, at least one once the dialog was confirmed.
+    std::vector<std::wstring> Recipients() const;
+
+    // The controls, each under its name; the list and its buttons are those of the choice.
+    wxTextCtrl* txtEmpfänger = nullptr;
+    wxButton* cmdAdressbuch = nullptr;
+    NoteChoice* Frame1 = nullptr;
+    using frmDialog::cmdAbbrechen;
+    using frmDialog::cmdOK;
+
+  private:
+    void OnAdressbuch();
+    void Changed();
+};

@@ -1,0 +1,122 @@
+#include "net/frmSendOverNetworkProgress.h"
+
+#include <wx/button.h>
+#include <wx/dcclient.h>
+#include <wx/gauge.h>
+#include <wx/settings.h>
+#include <wx/stattext.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "base/twips.h"
+#include "net/clsOutgoing.h"
+
+namespace {
+
+constexpr int kRow = 480, kFirstRow = 150;              // twips
+constexpr int kArrowSize = 240, kLeft = 150;            // twips
+constexpr int kLabelLeft = kLeft + kArrowSize + 180;    // twips
+constexpr int kWidth = 5400, kHeight = 3 * kRow + 150;  // twips
+constexpr int kUpdateMilliseconds = 200;
+
+// A triangle that points to the right.
+class Arrow : public wxWindow {
+  public:
+    Arrow(wxWindow* parent, const wxSize& size) : wxWindow(parent, wxID_ANY, wxDefaultPosition, size) {
+        Bind(wxEVT_PAINT, [this](wxPaintEvent&) {
+            wxPaintDC dc(this);
+            const wxSize area = GetClientSize();
+            const wxPoint corners[] = {{1, 1}, {area.x - 2, area.y / 2}, {1, area.y - 2}};
+            dc.SetPen(*wxTRANSPARENT_PEN);
+            dc.SetBrush(wxBrush(wxSystemSettings::GetColour(wxSYS_COLOUR_HIGHLIGHT)));
+            dc.DrawPolygon(3, corners);
+        });
+    }
+    bool AcceptsFocus() const override { return false; }
+};
+
+}  // namespace
+
+frmSendOverNetworkProgress::frmSendOverNetworkProgress(std::function<void()> cancelled)
+    : frmDialog(L"Notizen im Netzwerk versenden", L"ch4_network.html"), cancelled_(std::move(cancelled)) {
+    // Placed by hand: the rows stand where the arrow points.
+    auto* area = new wxBoxSizer(wxVERTICAL);
+    area->Add(Pixels(kWidth), Pixels(kHeight));
+    SetContent(area, CreateButtons(L"", L"Ab&brechen"));
+    cmdCancel = cmdAbbrechen;
+
+    Label1 = CreateLabel(L"Verbindung wird aufgebaut...", 1);
+    Label3 = CreateLabel(L"Notizen werden versendet:", 2);
+    Label5 = CreateLabel(L"Verbindung wird abgebaut...", 3);
+    const int right = GetClientSize().x - FromDIP(kDialogMargin);
+    const int gap = FromDIP(kDialogGap);
+    lblProtocol = new wxStaticText(this, wxID_ANY, wxString(), wxDefaultPosition,
+                                   {right - Label1->GetRect().GetRight() - gap, -1},
+                                   wxALIGN_RIGHT | wxST_NO_AUTORESIZE | wxST_ELLIPSIZE_END);
+    lblProtocol->SetPosition({right - lblProtocol->GetSize().x, Label1->GetPosition().y});
+    // Wide enough for what it may say.
+    lblProgress = new wxStaticText(this, wxID_ANY, L"00000 von 00000", wxDefaultPosition, wxDefaultSize,
+                                   wxALIGN_RIGHT | wxST_NO_AUTORESIZE);
+    lblProgress->SetPosition({right - lblProgress->GetSize().x, Label3->GetPosition().y});
+    lblProgress->SetLabel(L"0 von 0");
+    const int barLeft = Label3->GetRect().GetRight() + gap;
+    prgNotes = new wxGauge(this, wxID_ANY, 1, wxDefaultPosition,
+                           {lblProgress->GetPosition().x - gap - barLeft, Pixels(kArrowSize)},
+                           wxGA_HORIZONTAL | wxGA_SMOOTH);
+    prgNotes->SetPosition({barLeft, Label3->GetRect().y + (Label3->GetSize().y - prgNotes->GetSize().y) / 2});
+    imgArrow = new Arrow(this, {Pixels(kArrowSize), Pixels(kArrowSize)});
+    SetStep(0);
+
+    cmdCancel->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { Cancel(); });
+    Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent& event) {
+        Cancel();
+        event.Veto();
+    });
+    Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& event) {
+        if (event.GetKeyCode() == WXK_ESCAPE)
+            Cancel();
+        else
+            event.Skip();
+    });
+    tmrUpdate.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { Tick(); });
+    tmrUpdate.Start(kUpdateMilliseconds);
+}
+
+int frmSendOverNetworkProgress::Pixels(int twips) const {
+    return FromDIP(static_cast<int>(twips / kTwipsPerLogicalPixel));
+}
+
+wxStaticText* frmSendOverNetworkProgress::CreateLabel(const wchar_t* caption, int step) {
+    auto* label = new wxStaticText(this, wxID_ANY, caption);
+    const int middle = Pixels((step - 1) * kRow + kFirstRow + kArrowSize / 2);
+    label->SetPosition({Pixels(kLabelLeft), middle - label->GetSize().y / 2});
+    return label;
+}
+
+void frmSendOverNetworkProgress::Attach(std::shared_ptr<const clsOutgoing> session, std::size_t notes) {
+    session_ = std::move(session);
+    notes_ = notes;
+}
+
+void frmSendOverNetworkProgress::SetStep(int step) {
+    if (step < 0 || step > 3) return;
+    imgArrow->SetPosition({Pixels(kLeft), Pixels((step - 1) * kRow + kFirstRow)});
+}
+
+void frmSendOverNetworkProgress::Tick() {
+    if (!session_) return;
+    if (!session_->GetRemoteHostProgramVersion().empty())
+        lblProtocol->SetLabelText(L"Vers. " + session_->GetRemoteHostProgramVersion());
+    const std::wstring sent = session_->GetNumberSentNotes();
+    const int total = static_cast<int>(notes_);
+    prgNotes->SetRange(std::max(total, 1));
+    prgNotes->SetValue(std::min(std::stoi(sent), total));
+    lblProgress->SetLabel(sent + L" von " + std::to_wstring(total));
+}
+
+void frmSendOverNetworkProgress::Cancel() {
+    if (!cmdCancel->IsEnabled()) return;
+    cmdCancel->Disable();
+    cancelled_();
+}

@@ -1,0 +1,144 @@
+#include <gtest/gtest.h>
+
+#include "base/basText.h"
+#include "net/Protocol.h"
+
+namespace {
+
+using Texts = std::vector<std::wstring>;
+
+TEST(Protocol, CommandLineInTwo) {
+    const struct {
+        const wchar_t *line, *word, *parameter;
+    } rows[] = {
+        {L"NOTE_NEW", L"NOTE_NEW", L"NOTE_NEW"},
+        {L"NOTE_TEXT Milch, Brot", L"NOTE_TEXT", L"Milch, Brot"},
+        {L"NOTE_TEXT ", L"NOTE_TEXT", L""},
+        {L"NOTE_TEXT  zwei  Blanks ", L"NOTE_TEXT", L" zwei  Blanks "},
+        {L" NOTE_NEW", L"", L"NOTE_NEW"},
+        {L"NOTE_TEXT\tTab", L"NOTE_TEXT\tTab", L"NOTE_TEXT\tTab"},
+        {L"", L"", L""},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(CommandWord(row.line), row.word) << ToUtf8(row.line);
+        EXPECT_EQ(CommandParameter(row.line), row.parameter) << ToUtf8(row.line);
+    }
+}
+
+TEST(Protocol, NumbersAreWholeAndFit) {
+    const struct {
+        const wchar_t* text;
+        std::optional<std::int32_t> number;
+    } rows[] = {
+        {L"0", 0},           {L"  12  ", 12},
+        {L"+8", 8},          {L"-1", -1},
+        {L"007", 7},         {L"2147483647", 2147483647},
+        {L"2147483648", {}}, {L"-2147483648", -2147483647 - 1},
+        {L"", {}},           {L"   ", {}},
+        {L"+", {}},          {L"+-1", {}},
+        {L"1 2", {}},        {L"0x10", {}},
+        {L"1x", {}},         {L"NOTE_FONT_SIZE", {}},
+        {L"\u0661", {}},     {L"99999999999999999999999999999999999999999999999999999999999999999999999", {}},
+    };
+    for (const auto& row : rows) EXPECT_EQ(NumericParameter(row.text), row.number) << ToUtf8(row.text);
+}
+
+TEST(Protocol, AttributesTakeOnlyTheirValues) {
+    const struct {
+        const wchar_t *word, *parameter;
+        std::optional<bool> taken;
+    } rows[] = {
+        {L"NOTE_FONT_SIZE", L"7", false},
+        {L"NOTE_FONT_SIZE", L"8", true},
+        {L"NOTE_FONT_SIZE", L"25", true},
+        {L"NOTE_FONT_SIZE", L"26", false},
+        {L"NOTE_FONT_BOLD", L"1", true},
+        {L"NOTE_FONT_BOLD", L"2", false},
+        {L"NOTE_FONT_BOLD", L"-1", false},
+        {L"NOTE_FONT_ITALIC", L"0", true},
+        {L"NOTE_FONT_ITALIC", L"ja", false},
+        {L"NOTE_FONT_UNDERLINED", L"1", true},
+        {L"NOTE_FONT_ALIGNMENT", L"2", true},
+        {L"NOTE_FONT_ALIGNMENT", L"3", false},
+        {L"NOTE_FONT_ALIGNMENT", L"-1", false},
+        {L"NOTE_COLOR", L"255", true},
+        {L"NOTE_COLOR", L"65280", true},
+        {L"NOTE_COLOR", L"65535", true},
+        {L"NOTE_COLOR", L"16776960", true},
+        {L"NOTE_COLOR", L"16711680", false},
+        {L"NOTE_COLOR", L"0", false},
+        {L"NOTE_TEXT", L"1", {}},
+        {L"note_color", L"255", {}},
+        {L"NOTE_ABORT", L"1", {}},
+    };
+    for (const auto& row : rows) {
+        NoteContent note;
+        EXPECT_EQ(SetAttribute(note, row.word, row.parameter), row.taken)
+            << ToUtf8(row.word) << ' ' << ToUtf8(row.parameter);
+        EXPECT_EQ(note == NoteContent(), row.taken != true || row.parameter == std::wstring(L"0") ||
+                                             row.parameter == std::wstring(L"65535"))
+            << ToUtf8(row.word) << ' ' << ToUtf8(row.parameter);
+    }
+    NoteContent note;
+    SetAttribute(note, L"NOTE_FONT_SIZE", L"25");
+    SetAttribute(note, L"NOTE_FONT_BOLD", L"1");
+    SetAttribute(note, L"NOTE_FONT_ITALIC", L"1");
+    SetAttribute(note, L"NOTE_FONT_UNDERLINED", L"1");
+    SetAttribute(note, L"NOTE_FONT_ALIGNMENT", L"2");
+    SetAttribute(note, L"NOTE_COLOR", L"255");
+    SetAttribute(note, L"NOTE_FONT_ITALIC", L"0");
+    EXPECT_EQ(note, (NoteContent{L"", 25, true, false, true, 2, 255}));
+}
+
+TEST(Protocol, RepliesAreReadAsTheyAlwaysWere) {
+    const struct {
+        const wchar_t *reply, *word, *rest;
+    } rows[] = {
+        {L"OK", L"OK", L""},
+        {L"OK Kivora 1.6.1 READY", L"OK", L"ivora 1.6.1 READY"},
+        {L"ERROR Invalid parameter: X", L"ERROR", L"nvalid parameter: X"},
+        {L"ERROR ", L"ERROR", L""},
+        {L"ERROR X", L"ERROR", L""},
+        {L"", L"", L""},
+        {L"was\r\nnoch", L"was", L""},
+        {L"ERROR abc\r\ndef", L"ERROR", L"bc"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(ReplyWord(row.reply), row.word) << ToUtf8(row.reply);
+        EXPECT_EQ(ReplyRest(row.reply), row.rest) << ToUtf8(row.reply);
+    }
+}
+
+TEST(Protocol, VersionOfTheOtherSide) {
+    const struct {
+        const wchar_t *greeting, *version;
+    } rows[] = {
+        {L"OK Kivora 1.6.1 PROTOCOL_VERSION 1.0.0 READY", L"1.0.0"},
+        {L"OK PROTOCOL_VERSION 2.0", L"2.0"},
+        {L"OK Kivora 1.5", L"1.0.0"},
+        {L"OK PROTOCOL_VERSION", L""},
+        {L"OK PROTOCOL_VERSION  1.0.0", L""},
+    };
+    for (const auto& row : rows) EXPECT_EQ(RemoteVersion(row.greeting), row.version) << ToUtf8(row.greeting);
+    EXPECT_EQ(Greeting(), L"OK Kivora 1.6.1 PROTOCOL_VERSION 1.0.0 READY");
+}
+
+TEST(Protocol, CommandsOfANote) {
+    const NoteContent note{L"Einkaufen\r\nMilch, Brot", 10, true, false, false, 0, kYellow};
+    EXPECT_EQ(CommandsFor(note),
+              (Texts{L"NOTE_NEW", L"NOTE_TEXT Einkaufen", L"NOTE_TEXT Milch, Brot", L"NOTE_FONT_SIZE 10",
+                     L"NOTE_FONT_BOLD 1", L"NOTE_FONT_ITALIC 0", L"NOTE_FONT_UNDERLINED 0",
+                     L"NOTE_FONT_ALIGNMENT 0", L"NOTE_COLOR 65535", L"NOTE_FINISHED"}));
+    const struct {
+        const wchar_t* text;
+        Texts lines;
+    } rows[] = {
+        {L"", {L""}},
+        {L"\r\n", {L"", L""}},
+        {L"a\r\n", {L"a", L""}},
+        {L"a\rb\nc\r\r\nd", {L"a\rb\nc\r", L"d"}},
+    };
+    for (const auto& row : rows) EXPECT_EQ(SplitText(row.text), row.lines) << ToUtf8(row.text);
+}
+
+}  // namespace

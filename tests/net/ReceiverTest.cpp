@@ -1,0 +1,241 @@
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <random>
+
+#include "base/basText.h"
+#include "net/Receiver.h"
+
+namespace {
+
+const std::string kNoNote =
+    "ERROR Error during command execution: [91] There is no current note. Offending command: ";
+
+// What a receiver answers and builds.
+struct Dialogue {
+    std::string replies;
+    std::vector<NoteContent> notes;
+    int quits = 0;
+
+    bool operator==(const Dialogue&) const = default;
+};
+
+void Feed(Receiver& receiver, Dialogue& dialogue) {
+    while (const auto step = receiver.Next()) {
+        dialogue.replies += step->reply;
+        if (step->note) dialogue.notes.push_back(*step->note);
+        dialogue.quits += step->quit;
+    }
+}
+
+Dialogue Receive(const std::string& bytes, std::size_t piece = std::string::npos) {
+    Receiver receiver;
+    Dialogue dialogue;
+    for (std::size_t at = 0; at < bytes.size(); at += std::min(piece, bytes.size() - at)) {
+        receiver.Append(std::string_view(bytes).substr(at, piece));
+        Feed(receiver, dialogue);
+    }
+    return dialogue;
+}
+
+std::string Repeated(const std::string& text, int times) {
+    std::string result;
+    while (times-- > 0) result += text;
+    return result;
+}
+
+TEST(Receiver, SampleDialogueInPiecesOfEverySize) {
+    const std::string commands =
+        "NOTE_NEW\r\nNOTE_TEXT Einkaufen\r\nNOTE_TEXT Milch, Brot\r\nNOTE_FONT_SIZE 10\r\nNOTE_FONT_BOLD "
+        "1\r\n"
+        "NOTE_FONT_ITALIC 0\r\nNOTE_FONT_UNDERLINED 0\r\nNOTE_FONT_ALIGNMENT 0\r\nNOTE_COLOR 65535\r\n"
+        "NOTE_FINISHED\r\nQUIT\r\n";
+    const Dialogue expected{
+        Repeated("OK\r\n", 11), {{L"Einkaufen\r\nMilch, Brot", 10, true, false, false, 0, 65535}}, 1};
+    for (const std::size_t piece : {1u, 2u, 3u, 7u, 16u, 1000u})
+        EXPECT_EQ(Receive(commands, piece), expected) << piece;
+    EXPECT_EQ(Receiver::GreetingLine(), "OK Kivora 1.6.1 PROTOCOL_VERSION 1.0.0 READY\r\n");
+}
+
+TEST(Receiver, AnswersToEveryKindOfLine) {
+    const struct {
+        const char *lines, *replies;
+    } rows[] = {
+        {"\r\n\r\n", ""},
+        {" \r\n", "ERROR Unknown command:  \r\n"},
+        {"note_new\r\n", "ERROR Unknown command: note_new\r\n"},
+        {"NOTE_ABORT\r\n", "ERROR Unknown command: NOTE_ABORT\r\n"},
+        {"NOTE_NEW und mehr\r\n", "OK\r\n"},
+        {"NOTE_COLOR 16711680\r\n", "ERROR Invalid parameter: NOTE_COLOR 16711680\r\n"},
+        {"NOTE_FONT_BOLD\r\n", "ERROR Invalid parameter: NOTE_FONT_BOLD\r\n"},
+        {"NOTE_FONT_BOLD yes\r\n", "ERROR Invalid parameter: NOTE_FONT_BOLD yes\r\n"},
+        {"NOTE_NEW\r\nGr\xfc\xdf"
+         "e \x81\x01\r\nNOTE_FONT_SIZE 8\r\n",
+         "OK\r\nERROR Unknown command: Gr\xfc\xdf"
+         "e \x81\x01\r\nOK\r\n"},
+        {"a\nb\rc\r\r\n", "ERROR Unknown command: a\nb\rc\r\r\n"},
+        {"NOTE_NEW", ""},
+    };
+    for (const auto& row : rows) EXPECT_EQ(Receive(row.lines).replies, row.replies) << row.lines;
+}
+
+TEST(Receiver, WithoutANoteTheRestOfTheBufferIsDiscarded) {
+    for (const char* line : {"NOTE_TEXT x", "NOTE_FONT_SIZE 9", "NOTE_COLOR 255", "NOTE_FINISHED"}) {
+        EXPECT_EQ(Receive(line + std::string("\r\nNOTE_NEW\r\nQUI")).replies, kNoNote + line + "\r\n")
+            << line;
+    }
+    // What comes later is new.
+    Receiver receiver;
+    Dialogue dialogue;
+    receiver.Append("NOTE_TEXT x\r\nNOTE_NEW\r\n");
+    Feed(receiver, dialogue);
+    receiver.Append("NOTE_NEW\r\n");
+    Feed(receiver, dialogue);
+    EXPECT_EQ(dialogue.replies, kNoNote + "NOTE_TEXT x\r\nOK\r\n");
+}
+
+TEST(Receiver, TextIsRebuiltLineByLine) {
+    const struct {
+        std::string commands;
+        std::wstring text;
+    } rows[] = {
+        {"NOTE_TEXT \r\nNOTE_TEXT b\r\nNOTE_TEXT c\r\n", L"b\r\nc"},
+        {"NOTE_TEXT a\r\nNOTE_TEXT \r\nNOTE_TEXT \r\nNOTE_TEXT d\r\n", L"a\r\n\r\n\r\nd"},
+        {"NOTE_TEXT a\r\nNOTE_TEXT \r\n", L"a\r\n"},
+        {"NOTE_TEXT  vorn und hinten \r\n", L" vorn und hinten "},
+        {"NOTE_TEXT\r\n", L"NOTE_TEXT"},
+        {"", L""},
+        {"NOTE_TEXT alt\r\nNOTE_NEW\r\nNOTE_TEXT neu\r\n", L"neu"},
+        {"NOTE_TEXT \x80\xe4\xdf\r\n", L"€äß"},
+        {std::string("NOTE_TEXT a\0b\r\n", 15), L"a b"},
+        {"NOTE_TEXT a\nb\rc\r\n", L"a\nb\rc"},
+    };
+    for (const auto& row : rows) {
+        const Dialogue dialogue = Receive("NOTE_NEW\r\n" + row.commands + "NOTE_FINISHED\r\n");
+        ASSERT_EQ(dialogue.notes.size(), 1u) << row.commands;
+        EXPECT_EQ(dialogue.notes[0], NoteContent{row.text}) << row.commands;
+    }
+}
+
+TEST(Receiver, ARefusedValueLeavesTheOldOne) {
+    const Dialogue dialogue = Receive(
+        "NOTE_NEW\r\nNOTE_FONT_SIZE 20\r\nNOTE_FONT_SIZE 26\r\nNOTE_COLOR 255\r\nNOTE_COLOR "
+        "1\r\nNOTE_FINISHED\r\n");
+    ASSERT_EQ(dialogue.notes.size(), 1u);
+    EXPECT_EQ(dialogue.notes[0].fontSize, 20);
+    EXPECT_EQ(dialogue.notes[0].color, 255);
+}
+
+TEST(Receiver, BehindQuitCommandsWorkWithoutReplies) {
+    const Dialogue dialogue = Receive(
+        "NOTE_NEW\r\nQUIT\r\nNOTE_FINISHED\r\nNOTE_NEW\r\nNOTE_TEXT "
+        "x\r\nUNSINN\r\nNOTE_FINISHED\r\nQUIT\r\n");
+    // The first NOTE_FINISHED has no note any more, and so discards everything behind it.
+    EXPECT_EQ(dialogue, (Dialogue{"OK\r\nOK\r\n", {}, 1}));
+    EXPECT_EQ(Receive("QUIT\r\nNOTE_NEW\r\nNOTE_TEXT x\r\nNOTE_FINISHED\r\n"),
+              (Dialogue{"OK\r\n", {{L"x"}}, 1}));
+}
+
+TEST(Receiver, FailingToTakeANoteInIsAnswered) {
+    Receiver receiver;
+    receiver.Append("NOTE_NEW\r\nNOTE_FINISHED\r\nNOTE_NEW\r\n");
+    receiver.Next();
+    ASSERT_TRUE(receiver.Next()->note);
+    EXPECT_EQ(receiver.Fail(51, L"kaputt"),
+              "ERROR Error during command execution: [51] kaputt. Offending command: NOTE_FINISHED\r\n");
+    EXPECT_FALSE(receiver.Next());
+}
+
+TEST(Receiver, LongLinesAreCut) {
+    const std::string longest(kLongestLine, 'x');
+    EXPECT_EQ(Receive(longest + "\r\n", 8192).replies, "ERROR Unknown command: " + longest + "\r\n");
+
+    const std::string cut =
+        "ERROR Error during command execution: [7] The line is too long. Offending command: " +
+        std::string(256, 'x') + "...\r\n";
+    for (const std::size_t piece : {8192u, 8191u, 1048577u, 4194304u}) {
+        Receiver receiver;
+        Dialogue dialogue;
+        for (std::size_t sent = 0; sent < 3 * kLongestLine; sent += piece) {
+            receiver.Append(std::string(piece, 'x'));
+            Feed(receiver, dialogue);
+            EXPECT_LE(receiver.HeldBytes(), kLongestLine);
+        }
+        EXPECT_EQ(dialogue.replies, cut) << piece;
+        receiver.Append("x\r");
+        Feed(receiver, dialogue);
+        receiver.Append("\nNOTE_NEW\r\n");
+        Feed(receiver, dialogue);
+        EXPECT_EQ(dialogue.replies, cut + "OK\r\n") << piece;
+    }
+}
+
+TEST(Receiver, LongTextsAreRefused) {
+    Receiver receiver;
+    Dialogue dialogue;
+    receiver.Append("NOTE_NEW\r\n");
+    const std::string line = "NOTE_TEXT " + std::string(500'000, 'y') + "\r\n";
+    for (int i = 0; i < 8; ++i) receiver.Append(line), Feed(receiver, dialogue);
+    EXPECT_EQ(dialogue.replies, Repeated("OK\r\n", 9));
+    receiver.Append(line + "NOTE_TEXT verworfen\r\n");
+    Feed(receiver, dialogue);
+    EXPECT_EQ(
+        dialogue.replies.substr(36, 100),
+        ("ERROR Error during command execution: [7] The text of the note is too long. Offending command: " +
+         line)
+            .substr(0, 100));
+    EXPECT_LE(receiver.HeldBytes(), kLongestNoteText);
+    receiver.Append("NOTE_FINISHED\r\n");
+    Feed(receiver, dialogue);
+    ASSERT_EQ(dialogue.notes.size(), 1u);
+    EXPECT_EQ(dialogue.notes[0].text.size(), 8 * 500'000u + 7 * 2);
+}
+
+TEST(Receiver, TakesTimeInProportionToWhatComes) {
+    const auto cost = [](int lines) {
+        const std::string commands = "NOTE_NEW\r\n" + Repeated("NOTE_TEXT Zeile\r\n", lines);
+        const auto begin = std::chrono::steady_clock::now();
+        EXPECT_EQ(Receive(commands, 8192).replies.size(), static_cast<std::size_t>(lines + 1) * 4);
+        return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+    };
+    cost(1000);
+    const double few = std::max(cost(10'000), 0.001);
+    EXPECT_LT(cost(100'000), 40 * few);
+}
+
+// Whatever arrives, however it is cut: the same answers, bounded memory, no note that was not finished.
+TEST(Receiver, AnyBytesInAnyPieces) {
+    const char* const words[] = {"NOTE_NEW",
+                                 "NOTE_TEXT ",
+                                 "NOTE_FONT_SIZE 9",
+                                 "NOTE_COLOR 255",
+                                 "NOTE_FINISHED",
+                                 "NOTE_ABORT",
+                                 "\r\n",
+                                 "\r",
+                                 "\n",
+                                 " ",
+                                 "\r\r\n",
+                                 "\xff",
+                                 "x"};
+    std::mt19937 random(1);
+    for (int round = 0; round < 2000; ++round) {
+        std::string bytes;
+        for (unsigned i = random() % 60; i > 0; --i) {
+            if (random() % 4 == 0)
+                bytes += static_cast<char>(random());
+            else
+                bytes += words[random() % std::size(words)];
+            if (random() % 2) bytes += "\r\n";
+        }
+        const Dialogue whole = Receive(bytes);
+        std::size_t finished = 0;
+        for (std::size_t at = 0; (at = bytes.find("NOTE_FINISHED", at)) != bytes.npos; ++at) ++finished;
+        EXPECT_LE(whole.notes.size(), finished);
+        // Pieces decide what an error discards; without one they decide nothing.
+        if (whole.replies.find("execution") != std::string::npos) continue;
+        EXPECT_EQ(Receive(bytes, 1 + random() % 5), whole) << testing::PrintToString(bytes);
+    }
+}
+
+}  // namespace
