@@ -221,12 +221,12 @@ TEST_F(ProcessTest, PrintingLeavesTheSavedNotesAlone) {
     Import(L"eins");
     for (const bool signal : {false, true}) {
         Process print({"[print]", File("2.kvr", L"zwei")});
-        const std::string message = WaitForWindow("Drucken");
-        ASSERT_FALSE(message.empty());
+        const std::string dialog = WaitForWindow("Drucken");
+        ASSERT_FALSE(dialog.empty());
         if (signal) {
             print.Signal(SIGTERM);
         } else {
-            Press(message, "Return");
+            Press(dialog, "Escape");
         }
         EXPECT_EQ(print.Wait(), 0);
         EXPECT_EQ(SavedTexts(), Texts{L"eins"});
