@@ -33,6 +33,9 @@ struct Transfer {
 Transfer Receive(Handle handle, char* buffer, std::size_t size);
 Transfer Send(Handle handle, const char* data, std::size_t size);
 
+// Sleeps until something can be read, for a millisecond at most; false when nothing can.
+bool AwaitForAMoment(Handle handle);
+
 // What was sent still reaches the other side.
 void Close(Handle handle);
 

@@ -2,6 +2,7 @@
 #include <fcntl.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
+#include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -116,6 +117,11 @@ Transfer Receive(Handle handle, char* buffer, std::size_t size) {
 
 Transfer Send(Handle handle, const char* data, std::size_t size) {
     return Result(send(Descriptor(handle), data, size, MSG_NOSIGNAL));
+}
+
+bool AwaitForAMoment(Handle handle) {
+    pollfd awaited{Descriptor(handle), POLLIN, 0};
+    return poll(&awaited, 1, 1) == 1;
 }
 
 void Close(Handle handle) {

@@ -95,6 +95,12 @@ void TcpSocket::AskAgain() {
     SocketPump::Again(watched_);
 }
 
+void TcpSocket::LookForAMoment() {
+    const auto self = shared_from_this();
+    if (state_ == Connected && wantsRead_ && SocketCalls::AwaitForAMoment(handle_))
+        OnReady({.readable = true});
+}
+
 void TcpSocket::Close() {
     lookup_.reset();
     if (handle_ != SocketCalls::kNoHandle) {

@@ -64,6 +64,10 @@ class TcpSocket : public std::enable_shared_from_this<TcpSocket> {
     // again after other events, and until then nothing more is read.
     void AskAgain();
 
+    // Sleeps for a millisecond at most and lets the events of what has arrived come within the call. For an
+    // answer that is expected at once this is much faster than a loop of events.
+    void LookForAMoment();
+
     // Closes without an event. What was handed over but is not with the system yet is lost.
     void Close();
 

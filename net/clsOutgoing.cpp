@@ -13,7 +13,7 @@ constexpr std::size_t kNamedCharacters = 25;
 // What a receiver says goes into a message box; one that says more than this means no good.
 constexpr std::size_t kShownCharacters = 2000;
 
-// Answers that are there already need no waiting. The window gets its turn all the same.
+// Answers that are there at once need no loop of events. The window gets its turn all the same.
 constexpr auto kBetweenPauses = std::chrono::milliseconds(20);
 
 std::wstring Named(const NoteContent& note) {
@@ -73,6 +73,7 @@ std::wstring clsOutgoing::ReadLine() {
     std::string line;
     LineBuffer::Took took = LineBuffer::Took::Nothing;
     if (IsConnected()) {
+        if (!received_.HasLine()) Socket->LookForAMoment();
         WaitUntil(
             [&] {
                 if (took == LineBuffer::Took::Nothing) took = received_.Take(line);

@@ -11,7 +11,8 @@
 
 class clsSession {
   public:
-    // Loads a socket of its own. patience: how long it waits for the other side.
+    // Loads a socket of its own from an array that lives longer. patience: how long it waits for the other
+    // side.
     clsSession(SocketArray& sockets, std::chrono::milliseconds patience)
         : Socket(sockets.Load()), sockets_(sockets), patience_(patience) {}
     virtual ~clsSession() { UnloadSocket(); }

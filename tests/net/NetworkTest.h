@@ -1,0 +1,65 @@
+#pragma once
+// What the tests of the network share: a store, an access that listens on a free port, and dialogues that run
+// in a thread while the events of the program go on.
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <optional>
+
+#include "base/basMessage.h"
+#include "net/basNetworkAccess.h"
+#include "net/clsOutgoing.h"
+#include "registry/clsRegistry.h"
+#include "tests/net/RawPeer.h"
+#include "tests/notes/NoteRecorder.h"
+#include "tests/support/Events.h"
+
+class NetworkTest : public testing::Test {
+  protected:
+    NetworkTest() {
+        Registry().DeleteKey(kSettingsKey);
+        SetMessageObserver([this](const std::wstring& text, int flags, const std::wstring& title) {
+            messages.push_back(title + L"|" + std::to_wstring(flags) + L"|" + text);
+            return MessageAnswer::OK;
+        });
+    }
+    ~NetworkTest() override {
+        SetMessageObserver({});
+        store.UnloadAllNotes();
+        RunEvents();
+        Registry().DeleteKey(kSettingsKey);
+    }
+
+    // An access that connects to this port and is patient for no longer than a test may take.
+    NetworkAccess& Open(std::uint16_t remotePort = 0,
+                        std::chrono::milliseconds patience = std::chrono::milliseconds(400)) {
+        network.emplace(store, NetworkAccess::Options{0, remotePort, patience});
+        EXPECT_TRUE(network->Listen());
+        return *network;
+    }
+
+    // Holds a dialogue with the access in a thread and runs events until it has ended.
+    void Talk(const std::function<void(RawConnection&)>& dialogue) {
+        Meanwhile([&] {
+            RawConnection connection = RawConnection::To(network->LocalPort());
+            dialogue(connection);
+        });
+    }
+
+    static void Meanwhile(const std::function<void()>& work) {
+        std::atomic<bool> done = false;
+        std::thread thread([&] {
+            work();
+            done = true;
+            wxTheApp->CallAfter([] { WakeWaits(); });
+        });
+        EXPECT_NE(WaitUntil([&] { return done.load(); }, std::chrono::seconds(60)), WaitEnd::TimedOut);
+        thread.join();
+    }
+
+    NoteRecorder recorder;
+    NoteStore store{recorder};
+    std::optional<NetworkAccess> network;
+    std::vector<std::wstring> messages;
+};
