@@ -7,7 +7,9 @@
 
 #include <optional>
 
+#include "addressbook/frmAddressbook.h"
 #include "app/KivoraApp.h"
+#include "app/LongNotes.h"
 #include "app/Platform.h"
 #include "app/frmSplash.h"
 #include "app/frmStart.h"
@@ -18,9 +20,10 @@
 #include "exchange/basExport.h"
 #include "exchange/basImport.h"
 #include "mail/basMail.h"
+#include "net/basSendNotes.h"
 #include "print/basPrint.h"
 
-Program::Program(std::unique_ptr<RunningCopy> role) : role_(std::move(role)) {}
+Program::Program(std::unique_ptr<RunningCopy> role) : role_(std::move(role)), network_(Store()) {}
 Program::~Program() = default;
 
 void Program::Reside() {
@@ -41,10 +44,17 @@ void Program::InitApplication() {
         if (!PrintNotes(Store())) start_->RemoveCommand(MenuItem::mnuNotizDruck);
     });
     start_->AddCommand(MenuItem::mnuNotizSenden, [this] { SendNotesAsEMail(Store()); });
+    start_->AddCommand(MenuItem::mnuNotizSendOverNetwork,
+                       [this] { SendNotesOverNetwork(network_, Store()); });
+    start_->AddCommand(MenuItem::mnuNotizAdressbuch, [this] {
+        network_.Listen();
+        ShowAddressBook(false);
+    });
     services_.OpenMenu = [this](frmNote* note) { start_->ShowPopupMenu(note); };
     start_->notIcon.IconToolTip(L"Kivora 1.6");
     start_->notIcon.ShowIcon();
-    // The network listener belongs here.
+    network_.KeepLongNote = KeepLongNote;
+    network_.Listen();
     Store().ApplyForeground();
     if (role_) {
         role_->Listen([this](const std::wstring& file) { Guarded([&] { ReceiveFile(file); }); });
@@ -118,6 +128,7 @@ void Program::QuitApplication() {
 }
 
 void Program::Unload() {
+    network_.Stop();
     Store().UnloadAllNotes();
     if (start_) {
         start_->notIcon.HideIcon();

@@ -10,6 +10,7 @@
 #include "app/CommandLine.h"
 #include "app/HandOver.h"
 #include "app/NoteServices.h"
+#include "net/basNetworkAccess.h"
 
 class frmStart;
 
@@ -46,6 +47,7 @@ class Program {
 
     std::unique_ptr<RunningCopy> role_;
     NoteServices services_;
+    NetworkAccess network_;
     frmStart* start_ = nullptr;
     std::deque<std::wstring> files_;  // still to be imported
     bool loaded_ = false;             // the store holds what is saved, so it may be saved

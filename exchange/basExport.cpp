@@ -9,8 +9,6 @@
 #include "exchange/frmExport.h"
 #include "notes/NoteStore.h"
 
-namespace {
-
 ExportedNote ToRecord(const frmNote& note) {
     return {.Text = note.Text(),
             .CreationTime = note.CreationTime(),
@@ -26,6 +24,8 @@ ExportedNote ToRecord(const frmNote& note) {
             .FontNoteUnderlined = note.FontNoteUnderlined(),
             .Foreground = note.Foreground()};
 }
+
+namespace {
 
 bool WriteNotes(const NoteStore& store, const std::vector<std::int32_t>& keys,
                 const std::filesystem::path& path) {
