@@ -1,0 +1,279 @@
+// The address book's dialogs, driven by events.
+#include <gtest/gtest.h>
+#include <wx/button.h>
+#include <wx/listbox.h>
+#include <wx/listctrl.h>
+#include <wx/textctrl.h>
+
+#include "addressbook/NameLookup.h"
+#include "addressbook/frmAddressbook.h"
+#include "addressbook/frmAddressbookEntryEdit.h"
+#include "addressbook/frmAddressbookEntryNew.h"
+#include "base/basMessage.h"
+#include "tests/support/Events.h"
+
+namespace {
+
+using Texts = std::vector<std::wstring>;
+
+constexpr const wchar_t* kNowhere = L"gibt-es-nicht.invalid";
+const std::wstring kDuplicate =
+    L"Eintrag existiert bereits.|16|Es existiert bereits ein Eintrag für den Computer \"server\".\r\nGeben "
+    L"Sie "
+    L"bitte einen anderen Computernamen an.";
+const std::wstring kUnreachable =
+    L"Computer nicht erreichbar|52|Der Computer mit der Adresse gibt-es-nicht.invalid ist nicht "
+    L"erreichbar.\r\nMöchten Sie die Adresse dennoch übernehmen?";
+
+void Press(wxWindow* button) {
+    wxCommandEvent event(wxEVT_BUTTON, button->GetId());
+    event.SetEventObject(button);
+    button->ProcessWindowEvent(event);
+}
+
+template <class Dialog>
+Dialog* Opened() {
+    Dialog* found = nullptr;
+    RunUntil([&] {
+        for (wxWindow* window : wxTopLevelWindows) {
+            auto* dialog = dynamic_cast<Dialog*>(window);
+            if (dialog && dialog->IsShown()) found = dialog;
+        }
+        return found != nullptr;
+    });
+    return found;
+}
+
+// Does something with a dialog as soon as it is on the screen.
+template <class Dialog>
+void WhenOpen(std::function<void(Dialog&)> act) {
+    wxTheApp->CallAfter([act = std::move(act)] {
+        Dialog* dialog = Opened<Dialog>();
+        ASSERT_TRUE(dialog);
+        act(*dialog);
+    });
+}
+
+clsAddressBookEntry Entry(const std::wstring& name, const std::wstring& ip, const std::wstring& comment) {
+    clsAddressBookEntry entry;
+    entry.PCName(name);
+    entry.IP(ip);
+    entry.Comment(comment);
+    return entry;
+}
+
+Texts Rows(const wxListCtrl& list) {
+    Texts rows;
+    for (long row = 0; row < list.GetItemCount(); ++row) {
+        std::wstring text = list.IsItemChecked(row) ? L"x" : L"";
+        for (int column = 1; column < 4; ++column)
+            text += L"|" + list.GetItemText(row, column).ToStdWstring();
+        rows.push_back(text);
+    }
+    return rows;
+}
+
+void ClickColumn(wxListCtrl& list, int column) {
+    wxListEvent event(wxEVT_LIST_COL_CLICK, list.GetId());
+    event.SetEventObject(&list);
+    event.m_col = column;
+    list.ProcessWindowEvent(event);
+}
+
+class AddressbookDialogs : public testing::Test {
+  protected:
+    AddressbookDialogs() {
+        SetMessageObserver([this](const std::wstring& text, int flags, const std::wstring& title) {
+            messages.push_back(title + L"|" + std::to_wstring(flags) + L"|" + text);
+            return answer;
+        });
+        AddAddressBookEntry(Entry(L"server", L"10.0.0.9", L"Keller"));
+        AddAddressBookEntry(Entry(L"Büro", L"10.0.0.10", L"b"));
+        AddAddressBookEntry(Entry(L"anna", L"10.0.0.2", L"A"));
+    }
+    ~AddressbookDialogs() override {
+        SetMessageObserver({});
+        while (!AddressBook().empty()) RemoveAddressBookEntry(AddressBook().back().PCName());
+        RunEvents();
+    }
+
+    Texts Book() const {
+        Texts texts;
+        for (const auto& entry : AddressBook())
+            texts.push_back(entry.PCName() + L"|" + entry.IP() + L"|" + entry.Comment());
+        return texts;
+    }
+
+    Texts messages;
+    MessageAnswer answer = MessageAnswer::No;
+};
+
+TEST_F(AddressbookDialogs, PickingReturnsTheCheckedRowsInTheirOrder) {
+    WhenOpen<frmAddressbook>([](frmAddressbook& dialog) {
+        EXPECT_EQ(dialog.GetTitle(), L"Netzwerk-Adressbuch");
+        EXPECT_EQ(Rows(*dialog.lvwEntries),
+                  (Texts{L"|server|10.0.0.9|Keller", L"|Büro|10.0.0.10|b", L"|anna|10.0.0.2|A"}));
+        EXPECT_FALSE(dialog.cmdBearbeiten->IsEnabled());
+        dialog.lvwEntries->CheckItem(0, true);
+        dialog.lvwEntries->CheckItem(2, true);
+        EXPECT_TRUE(dialog.cmdBearbeiten->IsEnabled() && dialog.cmdLöschen->IsEnabled());
+        ClickColumn(*dialog.lvwEntries, 1);
+        EXPECT_EQ(Rows(*dialog.lvwEntries),
+                  (Texts{L"x|anna|10.0.0.2|A", L"|Büro|10.0.0.10|b", L"x|server|10.0.0.9|Keller"}));
+        ClickColumn(*dialog.lvwEntries, 1);
+        EXPECT_EQ(Rows(*dialog.lvwEntries)[0], L"x|server|10.0.0.9|Keller");
+        ClickColumn(*dialog.lvwEntries, 2);
+        EXPECT_EQ(Rows(*dialog.lvwEntries)[0], L"|Büro|10.0.0.10|b");
+        EXPECT_TRUE(ShowAddressBook(true).empty()) << "it is open already";
+        Press(dialog.cmdOK);
+    });
+    Texts chosen;
+    for (const auto& entry : ShowAddressBook(true)) chosen.push_back(entry.PCName());
+    EXPECT_EQ(chosen, (Texts{L"anna", L"server"}));
+}
+
+TEST_F(AddressbookDialogs, KeepingItHasNoOK) {
+    WhenOpen<frmAddressbook>([](frmAddressbook& dialog) {
+        EXPECT_FALSE(dialog.cmdOK->IsShown());
+        EXPECT_EQ(dialog.cmdAbbrechen->GetLabel(), L"&Schließen");
+        Press(dialog.cmdAlle);
+        EXPECT_EQ(dialog.CheckedEntries().size(), 3u);
+        Press(dialog.cmdKeine);
+        EXPECT_FALSE(dialog.cmdLöschen->IsEnabled());
+        dialog.lvwEntries->CheckItem(0, true);
+        dialog.lvwEntries->CheckItem(1, true);
+        Press(dialog.cmdLöschen);
+        EXPECT_EQ(Rows(*dialog.lvwEntries), Texts{L"|anna|10.0.0.2|A"});
+        EXPECT_FALSE(dialog.cmdBearbeiten->IsEnabled() || dialog.cmdLöschen->IsEnabled());
+        dialog.Close();
+    });
+    EXPECT_TRUE(ShowAddressBook(false).empty());
+    EXPECT_EQ(Book(), Texts{L"anna|10.0.0.2|A"});
+    EXPECT_TRUE(messages.empty());
+}
+
+TEST_F(AddressbookDialogs, ANewEntryIsCheckedFirst) {
+    WhenOpen<frmAddressbook>([&](frmAddressbook& list) {
+        ClickColumn(*list.lvwEntries, 1);
+        WhenOpen<frmAddressbookEntryNew>([&](frmAddressbookEntryNew& dialog) {
+            EXPECT_FALSE(dialog.cmdOK->IsEnabled());
+            dialog.txtPCName->SetValue(L"server");
+            EXPECT_FALSE(dialog.cmdOK->IsEnabled());
+            dialog.txtIP->SetValue(kNowhere);
+            EXPECT_TRUE(dialog.cmdOK->IsEnabled());
+            dialog.txtComment->SetValue(L"neu");
+            Press(dialog.cmdOK);
+            EXPECT_EQ(messages, Texts{kDuplicate});
+            dialog.txtPCName->SetValue(L"Clara");
+            Press(dialog.cmdOK);
+            EXPECT_EQ(messages, (Texts{kDuplicate, kUnreachable}));
+            EXPECT_EQ(dialog.Tag(), L"waiting");
+            EXPECT_TRUE(dialog.txtIP->IsEnabled());
+            answer = MessageAnswer::Yes;
+            Press(dialog.cmdOK);
+            EXPECT_EQ(dialog.Tag(), L"ok");
+        });
+        Press(list.cmdNeu);
+        EXPECT_EQ(Rows(*list.lvwEntries)[2], L"|Clara|gibt-es-nicht.invalid|neu");
+        Press(list.cmdAbbrechen);
+    });
+    ShowAddressBook(false);
+    EXPECT_EQ(AddressBook().size(), 4u);
+}
+
+TEST_F(AddressbookDialogs, EditingTakesOverWhatIsLeft) {
+    auto* dialog = new frmAddressbookEntryEdit;
+    wxTheApp->CallAfter([&] {
+        RunEvents();
+        EXPECT_EQ(dialog->txtPCName->GetValue(), L"server");
+        EXPECT_EQ(dialog->txtIP->GetValue(), L"10.0.0.9");
+        const auto select = [&](int row) {
+            dialog->lstEdit->SetSelection(row);
+            wxCommandEvent event(wxEVT_LISTBOX, dialog->lstEdit->GetId());
+            event.SetEventObject(dialog->lstEdit);
+            dialog->lstEdit->ProcessWindowEvent(event);
+        };
+        dialog->txtComment->SetValue(L"Dach");
+        select(1);
+        EXPECT_EQ(dialog->txtPCName->GetValue(), L"Büro");
+        EXPECT_EQ(Book()[0], L"server|10.0.0.9|Dach");
+
+        // Renaming moves an entry to the end; another's name is refused and keeps the row.
+        dialog->txtPCName->SetValue(L"server");
+        select(2);
+        EXPECT_EQ(messages, Texts{kDuplicate});
+        EXPECT_EQ(dialog->lstEdit->GetSelection(), 1);
+        dialog->txtPCName->SetValue(L"Zimmer");
+        dialog->txtIP->SetValue(L"127.0.0.1");
+        select(2);
+        EXPECT_EQ(dialog->lstEdit->GetString(1), L"Zimmer");
+        EXPECT_EQ(Book().back(), L"Zimmer|127.0.0.1|b");
+
+        // An address that leads nowhere needs a Yes.
+        dialog->txtIP->SetValue(kNowhere);
+        Press(dialog->cmdSchliessen);
+        EXPECT_EQ(messages.back(), kUnreachable);
+        EXPECT_EQ(dialog->Tag(), L"waiting");
+        answer = MessageAnswer::Yes;
+        Press(dialog->cmdSchliessen);
+    });
+    dialog->ShowModal(AddressBook());
+    dialog->Destroy();
+    EXPECT_EQ(Book(),
+              (Texts{L"server|10.0.0.9|Dach", L"anna|gibt-es-nicht.invalid|A", L"Zimmer|127.0.0.1|b"}));
+}
+
+TEST_F(AddressbookDialogs, ChangingOnlyTheCaseOfANameIsRefused) {
+    auto* dialog = new frmAddressbookEntryEdit;
+    wxTheApp->CallAfter([&] {
+        RunEvents();
+        dialog->txtPCName->SetValue(L"Server");
+        Press(dialog->cmdSchliessen);
+        EXPECT_EQ(messages.size(), 1u);
+        wxKeyEvent key(wxEVT_CHAR_HOOK);
+        key.m_keyCode = WXK_ESCAPE;
+        dialog->ProcessWindowEvent(key);
+    });
+    dialog->ShowModal(AddressBook());
+    dialog->Destroy();
+    EXPECT_EQ(Book()[0], L"server|10.0.0.9|Keller");
+}
+
+TEST_F(AddressbookDialogs, NamesAreLookedUpWhileEventsGoOn) {
+    const struct {
+        const wchar_t *name, *address;
+    } rows[] = {{L"  localhost  ", L"127.0.0.1"},
+                {L"192.168.0.7", L"192.168.0.7"},
+                {kNowhere, L""},
+                {L"", L""},
+                {L"   ", L""},
+                {L"ä ö", L""}};
+    for (const auto& row : rows) EXPECT_EQ(ResolveHostAddress(row.name), row.address) << wxString(row.name);
+    EXPECT_EQ(ResolveHostAddress(L"localhost", [] { return true; }), L"") << "abandoned";
+    {
+        const NameLookup given_up(L"localhost", [](const std::wstring&) { ADD_FAILURE(); });
+    }
+    // The answer may destroy its look-up.
+    bool answered = false;
+    std::unique_ptr<NameLookup> lookup;
+    lookup = std::make_unique<NameLookup>(L"127.0.0.1", [&](const std::wstring&) {
+        lookup.reset();
+        answered = true;
+    });
+    EXPECT_TRUE(RunUntil([&] { return answered; }));
+}
+
+TEST_F(AddressbookDialogs, AThousandEntriesOpenQuickly) {
+    for (int i = 0; i < 1000; ++i)
+        AddAddressBookEntry(Entry(L"pc" + std::to_wstring(i), L"10.1.1.1", L"Kommentar"));
+    const auto begin = std::chrono::steady_clock::now();
+    auto* dialog = new frmAddressbook(true);
+    for (int column : {1, 1, 2}) ClickColumn(*dialog->lvwEntries, column);
+    Press(dialog->cmdAlle);
+    Press(dialog->cmdLöschen);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1));
+    EXPECT_TRUE(AddressBook().empty());
+    dialog->Destroy();
+}
+
+}  // namespace
