@@ -39,7 +39,7 @@ frmAddressbook::frmAddressbook(bool selecting)
 
 wxSizer* frmAddressbook::CreateList() {
     lvwEntries = new wxListCtrl(this, wxID_ANY, wxDefaultPosition, FromDIP(wxSize(500, 260)),
-                                wxLC_REPORT | wxLC_SINGLE_SEL);
+                                wxLC_REPORT | wxLC_SINGLE_SEL | wxBORDER_THEME);
     lvwEntries->EnableCheckBoxes();
     lvwEntries->AppendColumn(wxString(), wxLIST_FORMAT_LEFT, FromDIP(30));
     lvwEntries->AppendColumn(L"Name", wxLIST_FORMAT_LEFT, FromDIP(130));

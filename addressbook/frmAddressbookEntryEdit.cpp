@@ -8,12 +8,12 @@
 #include "base/basWait.h"
 
 frmAddressbookEntryEdit::frmAddressbookEntryEdit()
-    : frmDialog(L"Adressbucheinträge bearbeiten", L"ch4_networkaddressbook.html", true),
-      fields_(new EntryFields(this)) {
+    : frmDialog(L"Adressbucheinträge bearbeiten", L"ch4_networkaddressbook.html", true) {
+    lstEdit = new wxListBox(this, wxID_ANY, wxDefaultPosition, FromDIP(wxSize(180, 150)));
+    fields_ = new EntryFields(this);
     txtPCName = fields_->txtPCName;
     txtIP = fields_->txtIP;
     txtComment = fields_->txtComment;
-    lstEdit = new wxListBox(this, wxID_ANY, wxDefaultPosition, FromDIP(wxSize(180, 150)));
     auto* content = new wxBoxSizer(wxHORIZONTAL);
     content->Add(lstEdit, wxSizerFlags(1).Expand());
     content->AddSpacer(FromDIP(kDialogMargin));

@@ -34,7 +34,7 @@ class frmAddressbookEntryEdit : public frmDialog {
     bool TakeOverAddress();
     void Refuse(wxTextCtrl* box);
 
-    EntryFields* fields_;
+    EntryFields* fields_ = nullptr;
     int row_ = -1;           // of the entry that the boxes show
     std::wstring name_;      // its name
     bool checking_ = false;  // one of the boxes is being taken over

@@ -14,10 +14,10 @@
 
 namespace {
 
-constexpr int kRow = 480, kFirstRow = 150;              // twips
-constexpr int kArrowSize = 240, kLeft = 150;            // twips
-constexpr int kLabelLeft = kLeft + kArrowSize + 180;    // twips
-constexpr int kWidth = 5400, kHeight = 3 * kRow + 150;  // twips
+constexpr int kRow = 480, kFirstRow = 150;            // twips
+constexpr int kArrowSize = 240, kLeft = 150;          // twips
+constexpr int kLabelLeft = kLeft + kArrowSize + 180;  // twips
+constexpr int kWidth = 6900, kHeight = 3 * kRow;      // twips
 constexpr int kUpdateMilliseconds = 200;
 
 // A triangle that points to the right.
@@ -56,7 +56,7 @@ frmSendOverNetworkProgress::frmSendOverNetworkProgress(std::function<void()> can
                                    wxALIGN_RIGHT | wxST_NO_AUTORESIZE | wxST_ELLIPSIZE_END);
     lblProtocol->SetPosition({right - lblProtocol->GetSize().x, Label1->GetPosition().y});
     // Wide enough for what it may say.
-    lblProgress = new wxStaticText(this, wxID_ANY, L"00000 von 00000", wxDefaultPosition, wxDefaultSize,
+    lblProgress = new wxStaticText(this, wxID_ANY, L"000 von 000", wxDefaultPosition, wxDefaultSize,
                                    wxALIGN_RIGHT | wxST_NO_AUTORESIZE);
     lblProgress->SetPosition({right - lblProgress->GetSize().x, Label3->GetPosition().y});
     lblProgress->SetLabel(L"0 von 0");

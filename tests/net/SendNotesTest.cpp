@@ -1,0 +1,219 @@
+// "Notizen im Netzwerk versenden" with its dialogs.
+#include <wx/button.h>
+#include <wx/checklst.h>
+#include <wx/gauge.h>
+#include <wx/listctrl.h>
+#include <wx/stattext.h>
+#include <wx/textctrl.h>
+
+#include "addressbook/frmAddressbook.h"
+#include "net/basSendNotes.h"
+#include "net/frmSendOverNetwork.h"
+#include "net/frmSendOverNetworkProgress.h"
+#include "notes/NoteChoice.h"
+#include "tests/net/NetworkTest.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+using Texts = std::vector<std::wstring>;
+
+const std::wstring kNoConnection =
+    L"Keine Verbindung zum Ziel-Computer|16|Es konnte keine Verbindung zum Ziel-Computer aufgebaut "
+    L"werden.\r\n"
+    L"Versuchen Sie es später bitte erneut.";
+
+template <class Dialog>
+Dialog* Shown() {
+    for (wxWindow* window : wxTopLevelWindows) {
+        auto* dialog = dynamic_cast<Dialog*>(window);
+        if (dialog && dialog->IsShown()) return dialog;
+    }
+    return nullptr;
+}
+
+void Press(wxWindow* button) {
+    wxCommandEvent event(wxEVT_BUTTON, button->GetId());
+    event.SetEventObject(button);
+    button->ProcessWindowEvent(event);
+}
+
+std::vector<std::string> LinesOf(RawConnection& connection) {
+    std::vector<std::string> lines;
+    connection.Send("OK X PROTOCOL_VERSION 1.0.0\r\n");
+    for (std::string line = connection.Line(); line[0] != '<'; line = connection.Line()) {
+        lines.push_back(line);
+        connection.Send("OK\r\n");
+    }
+    return lines;
+}
+
+class SendNotes : public NetworkTest {
+  protected:
+    SendNotes() {
+        for (const wchar_t* text : {L"eins", L"zwei"}) {
+            NotePtr note = store.CreateNote();
+            note->Text(text);
+            store.AddNote(std::move(note));
+        }
+    }
+
+    // Runs the operation; `fill` sees to its first dialog.
+    void Send(const std::function<void(frmSendOverNetwork&)>& fill) {
+        bool opened = false;
+        wxTheApp->CallAfter([&] {
+            auto* dialog = Shown<frmSendOverNetwork>();
+            ASSERT_TRUE(dialog);
+            opened = true;
+            fill(*dialog);
+        });
+        SendNotesOverNetwork(*network, store);
+        EXPECT_TRUE(opened);
+        RunEvents();
+        EXPECT_FALSE(Shown<frmSendOverNetworkProgress>());
+        EXPECT_EQ(network->CountSessions(), 0u);
+        EXPECT_EQ(network->CountSockets(), 1u);
+    }
+
+    // Sees to the progress window once it has been there for a while.
+    static void LaterDuringProgress(std::function<void(frmSendOverNetworkProgress&)> act) {
+        auto* timer = new wxTimer;
+        timer->Bind(wxEVT_TIMER, [timer, act = std::move(act)](wxTimerEvent&) {
+            auto* window = Shown<frmSendOverNetworkProgress>();
+            if (!window) return;
+            timer->Stop();
+            act(*window);
+            wxTheApp->CallAfter([timer] { delete timer; });
+        });
+        timer->Start(300);
+    }
+};
+
+TEST_F(SendNotes, ChosenNotesGoToTheRecipient) {
+    std::vector<std::string> lines;
+    RawServer server([&](RawConnection& connection) { lines = LinesOf(connection); });
+    Open(server.Port());
+    Send([](frmSendOverNetwork& dialog) {
+        EXPECT_EQ(dialog.Frame1->lstNotizen->GetCount(), 2u);
+        EXPECT_FALSE(dialog.cmdOK->IsEnabled());
+        dialog.txtEmpfänger->SetValue(L" , ");
+        EXPECT_FALSE(dialog.cmdOK->IsEnabled());
+        dialog.txtEmpfänger->SetValue(L"127.0.0.1");
+        Press(dialog.Frame1->cmdKeine);
+        EXPECT_FALSE(dialog.cmdOK->IsEnabled());
+        static_cast<wxCheckListBox*>(dialog.Frame1->lstNotizen)->Check(1);
+        dialog.Frame1->OnChange();
+        Press(dialog.cmdOK);
+    });
+    ASSERT_EQ(lines.size(), 10u);
+    EXPECT_EQ(lines[1], "NOTE_TEXT zwei");
+    EXPECT_EQ(lines[9], "QUIT");
+    EXPECT_TRUE(messages.empty());
+}
+
+TEST_F(SendNotes, CancellingTheDialogConnectsToNobody) {
+    Open(FreePort());
+    Send([](frmSendOverNetwork& dialog) {
+        dialog.txtEmpfänger->SetValue(L"127.0.0.1");
+        Press(dialog.cmdAbbrechen);
+    });
+    EXPECT_TRUE(messages.empty());
+}
+
+TEST_F(SendNotes, RecipientsComeFromTheAddressBookAndEachIsTried) {
+    for (const wchar_t* name : {L"a", L"b", L"c"}) {
+        clsAddressBookEntry entry;
+        entry.PCName(name);
+        entry.IP(name == std::wstring(L"b") ? L"niemand.invalid" : L"127.0.0.1");
+        AddAddressBookEntry(entry);
+    }
+    Open();
+    const std::uint16_t port = network->LocalPort();
+    network.reset();
+    network.emplace(store, NetworkAccess::Options{port, port, 5s});
+    Send([](frmSendOverNetwork& dialog) {
+        wxTheApp->CallAfter([] {
+            auto* book = Shown<frmAddressbook>();
+            ASSERT_TRUE(book);
+            Press(book->cmdAlle);
+            Press(book->cmdOK);
+        });
+        Press(dialog.cmdAdressbuch);
+        EXPECT_EQ(dialog.txtEmpfänger->GetValue(), L"127.0.0.1, niemand.invalid, 127.0.0.1");
+        EXPECT_EQ(dialog.Recipients(), (Texts{L"127.0.0.1", L"niemand.invalid", L"127.0.0.1"}));
+        Press(dialog.cmdOK);
+    });
+    EXPECT_EQ(messages, Texts{kNoConnection});
+    EXPECT_EQ(store.CountNotes(), 6u);
+    while (!AddressBook().empty()) RemoveAddressBookEntry(AddressBook().back().PCName());
+}
+
+TEST_F(SendNotes, ANoteDeletedMeanwhileStopsEverything) {
+    Open(FreePort());
+    Send([this](frmSendOverNetwork& dialog) {
+        dialog.txtEmpfänger->SetValue(L"127.0.0.1");
+        store.DeleteNote(*store.Notes()[1]);
+        Press(dialog.cmdOK);
+    });
+    EXPECT_EQ(messages,
+              Texts{L"Notiz existiert nicht|16|Eine zum Versenden vorgesehene Notiz existiert nicht mehr.\r\n"
+                    L"Der Vorgang wird abgebrochen."});
+}
+
+// A network name that is looked up, a computer that never answers the connection, one that never greets, one
+// that stops answering: cancelling ends each at once and silently.
+TEST_F(SendNotes, CancellingEndsEveryPhase) {
+    for (const int answered : {-1, 0, 2}) {
+        std::wstring protocol, progress;
+        RawServer server([=](RawConnection& connection) {
+            if (answered >= 0) connection.Send("OK X PROTOCOL_VERSION 1.0.0\r\n");
+            for (int i = 0; i < answered; ++i) {
+                connection.Line();
+                connection.Send("OK\r\n");
+            }
+            connection.Rest(10s);
+        });
+        Open(server.Port(), 8s);
+        LaterDuringProgress([&](frmSendOverNetworkProgress& window) {
+            protocol = window.lblProtocol->GetLabelText().ToStdWstring();
+            progress = window.lblProgress->GetLabel().ToStdWstring();
+            const wxPoint arrow = window.imgArrow->GetPosition();
+            const wxPoint label = (answered < 0 ? window.Label1 : window.Label3)->GetPosition();
+            EXPECT_LT(std::abs(arrow.y - label.y), window.FromDIP(8));
+            SendNotesOverNetwork(*network, store);  // brings the window forward
+            if (answered == 0)
+                window.Close();
+            else
+                Press(window.cmdCancel);
+        });
+        const auto begin = std::chrono::steady_clock::now();
+        Send([](frmSendOverNetwork& dialog) {
+            dialog.txtEmpfänger->SetValue(L"127.0.0.1, 127.0.0.1");
+            Press(dialog.cmdOK);
+        });
+        EXPECT_LT(std::chrono::steady_clock::now() - begin, 2s) << answered;
+        EXPECT_EQ(protocol, answered < 0 ? L"" : L"Vers. 1.0.0");
+        EXPECT_EQ(progress, L"0 von 2");
+    }
+    EXPECT_TRUE(messages.empty());
+}
+
+TEST_F(SendNotes, TheArrowHasFourPlaces) {
+    auto* window = new frmSendOverNetworkProgress([] {});
+    std::vector<int> tops;
+    for (const int step : {0, 1, 2, 3, 4, -1}) {
+        window->SetStep(step);
+        tops.push_back(window->imgArrow->GetPosition().y);
+    }
+    const int row = tops[2] - tops[1];
+    EXPECT_EQ(tops[1], window->FromDIP(10));
+    EXPECT_EQ(row, window->FromDIP(32));
+    EXPECT_EQ(tops[3] - tops[2], row);
+    EXPECT_EQ(tops[1] - tops[0], row);
+    EXPECT_EQ(tops[4], tops[3]);
+    EXPECT_EQ(tops[5], tops[3]);
+    EXPECT_EQ(window->lblProgress->GetLabel(), L"0 von 0");
+    window->Destroy();
+}
+
+}  // namespace
