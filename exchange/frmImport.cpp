@@ -21,6 +21,9 @@
 
 namespace {
 
+// No note keeps more than this, and a text box takes very long to wrap a long line.
+constexpr std::size_t kPreviewedCharacters = 4096;
+
 class FileDrop : public wxFileDropTarget {
   public:
     explicit FileDrop(wxTextCtrl& box) : box_(box) {}
@@ -155,7 +158,7 @@ void frmImport::ShowRecord(const ExportedNote& record) {
     // A colour that no note has would be painted black, and so is the text.
     txtNotiz->SetBackgroundColour(color ? wxColour(static_cast<unsigned long>(color)) : *wxWHITE);
     txtNotiz->SetForegroundColour(*wxBLACK);
-    wxString text(record.Text.substr(0, record.Text.find(L'\0')));
+    wxString text(record.Text.substr(0, std::min(record.Text.find(L'\0'), kPreviewedCharacters)));
     text.Replace(L"\r\n", L"\n");
     text.Replace(L"\r", L"\n");
     txtNotiz->ChangeValue(text);

@@ -9,6 +9,11 @@
 #include "notes/ListRows.h"
 #include "notes/NoteStore.h"
 
+namespace {
+// More of a text does not fit into any list, and finding out how much does takes time with every character.
+constexpr std::size_t kShownCharacters = 1000;
+}  // namespace
+
 NoteChoice::NoteChoice(wxWindow* parent, Source source, const Options& options)
     : wxPanel(parent), source_(std::move(source)), options_(options) {
     auto* frame = new wxStaticBoxSizer(wxHORIZONTAL, this, options.caption);
@@ -57,7 +62,7 @@ void NoteChoice::Refill() {
     wxArrayString texts;
     keys_.clear();
     for (const Entry& entry : entries) {
-        texts.push_back(entry.text);
+        texts.push_back(entry.text.substr(0, kShownCharacters));
         keys_.push_back(entry.key);
     }
     lstNotizen->Set(texts);

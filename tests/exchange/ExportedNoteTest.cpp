@@ -191,7 +191,7 @@ TEST(ExportedNote, PassingOverReadsAsFarAsReading) {
     std::mt19937 random(7);
     std::vector<ExportedNote> notes(300);
     for (ExportedNote& note : notes) note = RandomNote(random);
-    std::istringstream file(FileBytes(notes));
+    std::istringstream file(Written(notes));
     ExportReader reader(file);
     for (std::size_t i = 0; i < notes.size(); ++i) {
         if (i % 3 == 0) {
