@@ -3,6 +3,7 @@
 #include <cups/cups.h>
 #include <dlfcn.h>
 
+#include <algorithm>
 #include <array>
 #include <memory>
 
@@ -45,6 +46,8 @@ struct Cups {
     KIVORA_CUPS(cupsLastErrorString);
 #undef KIVORA_CUPS
 };
+
+const wchar_t* const kNoAnswer = L"Der Druckdienst antwortet nicht.";
 
 const char* NoPassword(const char*, http_t*, const char*, const char*, void*) { return nullptr; }
 int GiveUp(http_t*, void*) { return 0; }
@@ -93,17 +96,21 @@ CupsPrinters FindCupsPrinters() {
 
 CupsJob::CupsJob(const std::wstring& printer, const std::wstring& title, const std::string& paper)
     : printer_(printer), queue_(ToUtf8(printer)), title_(ToUtf8(title)) {
-    const Cups* cups = Library();
-    const Connection connection = cups ? Connect(*cups) : nullptr;
+    // The service might take a printer of a similar name.
+    const CupsPrinters known = FindCupsPrinters();
+    const Connection connection = known.running ? Connect(*Library()) : nullptr;
     if (!connection) {
-        failure_ = L"Der Druckdienst antwortet nicht.";
-        return;
+        failure_ = kNoAnswer;
+    } else if (std::find(known.names.begin(), known.names.end(), printer) == known.names.end()) {
+        failure_ = L"Der Drucker \"" + printer_ + L"\" ist nicht mehr vorhanden.";
+    } else {
+        const Cups& cups = *Library();
+        cups_option_t* options = nullptr;
+        const int count = cups.cupsAddOption("media", paper.c_str(), 0, &options);
+        id_ = cups.cupsCreateJob(connection.get(), queue_.c_str(), title_.c_str(), count, options);
+        if (id_ == 0) Fail();
+        cups.cupsFreeOptions(count, options);
     }
-    cups_option_t* options = nullptr;
-    const int count = cups->cupsAddOption("media", paper.c_str(), 0, &options);
-    id_ = cups->cupsCreateJob(connection.get(), queue_.c_str(), title_.c_str(), count, options);
-    if (id_ == 0) Fail();
-    cups->cupsFreeOptions(count, options);
 }
 
 CupsJob::~CupsJob() {
@@ -116,12 +123,9 @@ CupsJob::~CupsJob() {
 void CupsJob::Fail() {
     const Cups& cups = *Library();
     switch (cups.cupsLastError()) {
-        case IPP_STATUS_ERROR_NOT_FOUND:
-            failure_ = L"Der Drucker \"" + printer_ + L"\" ist nicht mehr vorhanden.";
-            break;
         case IPP_STATUS_ERROR_SERVICE_UNAVAILABLE:
         case IPP_STATUS_ERROR_TIMEOUT:
-            failure_ = L"Der Druckdienst antwortet nicht.";
+            failure_ = kNoAnswer;
             break;
         case IPP_STATUS_ERROR_NOT_ACCEPTING_JOBS:
             failure_ = L"Der Drucker \"" + printer_ + L"\" nimmt keine Druckaufträge an.";
@@ -136,7 +140,7 @@ bool CupsJob::Send(std::FILE* file, const std::function<bool()>& meanwhile) {
     const Cups& cups = *Library();
     const Connection connection = Connect(cups);
     if (!connection) {
-        failure_ = L"Der Druckdienst antwortet nicht.";
+        failure_ = kNoAnswer;
         return false;
     }
     bool good = cups.cupsStartDocument(connection.get(), queue_.c_str(), id_, title_.c_str(), CUPS_FORMAT_PDF,

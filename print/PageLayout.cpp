@@ -12,6 +12,7 @@ constexpr double kNumberGap = 6;   // above the number of the page
 constexpr PrintFont kNumberFont{.size = 8};
 constexpr double kDateSize = 0.75;  // of the note's own
 constexpr double kSmallestDate = 6;
+constexpr double kLargestDate = 9;
 constexpr std::size_t kKeptLines = 2;  // of a note, with its heading
 
 double Height(const MeasuredText& measured) { return measured.ascent + measured.descent; }
@@ -53,7 +54,7 @@ void PageLayout::StartNote() {
     const double width = right_ - left_, height = bottom_ - top_;
     begun_ = false;
     if (rules_.dates && !note.date.empty()) {
-        const PrintFont small{.size = std::max(font.size * kDateSize, kSmallestDate)};
+        const PrintFont small{.size = std::clamp(font.size * kDateSize, kSmallestDate, kLargestDate)};
         LineFlow heading(note.date, small, width, height, measure_);
         while (auto line = heading.Next()) {
             line->kind = PrintedLine::Date;

@@ -108,6 +108,7 @@ void Print(const Order& order, PrintSystem& system) {
     progress->Show();
     const PrintEnd end = PrintPages(*started.job, order, *progress);
     openDialog = nullptr;
+    progress->Hide();
     progress->Destroy();
     const std::wstring failure = started.job->Failure();
     started.job.reset();  // withdrawn before the message says so

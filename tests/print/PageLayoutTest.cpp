@@ -180,7 +180,7 @@ TEST(PageLayout, LosesDoublesAndMisplacesNothing) {
             const double size = rules.size.value_or(notes[i].size);
             ExpectWhole(notes[i].text, texts, room, size);
             if (rules.dates && !notes[i].date.empty()) {
-                ExpectWhole(notes[i].date, dates, room, std::max(size * 0.75, 6.0));
+                ExpectWhole(notes[i].date, dates, room, std::clamp(size * 0.75, 6.0, 9.0));
             } else {
                 EXPECT_TRUE(dates.empty());
             }
@@ -245,7 +245,7 @@ TEST(PageLayout, FollowsTheRulesForFontAndAlignment) {
     EXPECT_EQ(line.parts[0].font, (PrintFont{20, true, false, true}));
     EXPECT_NEAR(line.left + line.width, right, kAccuracy);
     line = LinesOf(Pages(notes, rules), 0, PrintedLine::Date)[0];
-    EXPECT_EQ(line.parts[0].font, (PrintFont{15, false, false, false}));
+    EXPECT_EQ(line.parts[0].font, (PrintFont{9, false, false, false}));
     EXPECT_NEAR(line.left, left, kAccuracy);
     line = LinesOf(Pages(notes, rules), 1, PrintedLine::Text)[0];
     EXPECT_EQ(line.parts[0].font, (PrintFont{8, false, true, false}));

@@ -1,0 +1,311 @@
+// Jobs on their way through a real printing service, and PDFs as other programs read them.
+#include <signal.h>
+#include <wx/spinctrl.h>
+#include <wx/stattext.h>
+
+#include <chrono>
+#include <fstream>
+#include <random>
+#include <sstream>
+
+#include "base/basText.h"
+#include "print/PrintSystem_unix.h"
+#include "print/frmPrintProgress.h"
+#include "tests/print/CupsServer_unix.h"
+#include "tests/print/PrintOrders.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+
+CupsServer& Server() {
+    static CupsServer server;
+    return server;
+}
+
+// The printing of the program, with a printer of the test's choice and without a dialog for file names.
+class Printing : public UnixPrinting {
+  public:
+    Printing() : UnixPrinting([this] { return file; }) {}
+    bool SetUp(PrinterSettings& settings) override {
+        settings.printer = printer;
+        return true;
+    }
+    std::wstring printer;
+    std::optional<fs::path> file;
+};
+
+class PrintJobs : public PrintFixture {
+  protected:
+    static void SetUpTestSuite() {
+        Server().Start();
+        for (const char* name : {"Eins", "Zwei"}) AddPrinter(name);
+        Server().Run("lpadmin -d Eins");
+    }
+    static void TearDownTestSuite() { Server().Stop(); }
+    static void AddPrinter(const std::string& name) {
+        Server().Run("lpadmin -p " + name + " -E -v file:/dev/null -m raw");
+    }
+
+    // Prints everything on the printer; `before` runs when the user is about to confirm.
+    void PrintOn(const std::wstring& printer, std::function<void(frmPrint&)> before = {}) {
+        printing.printer = printer;
+        Print(printing, [=](frmPrint& dialog) {
+            Press(dialog.cmdEinstellung);
+            EXPECT_EQ(dialog.lblDrucker->GetLabelText(), printer);
+            if (before) before(dialog);
+            Press(dialog.cmdOK);
+        });
+    }
+
+    Printing printing;
+    const fs::path folder = fs::path(std::getenv("XDG_DATA_HOME")) / "print";
+    PrintJobs() { fs::create_directories(folder); }
+    ~PrintJobs() override { fs::remove_all(folder); }
+};
+
+std::string Contents(const fs::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(stream), {});
+}
+
+// The pages of a PDF as lines of text in the order in which they were drawn.
+std::vector<std::vector<std::wstring>> PagesOf(const fs::path& pdf) {
+    std::vector<std::vector<std::wstring>> pages(1);
+    std::wistringstream text(FromUtf8(CommandOutput("pdftotext -raw -enc UTF-8 '" + pdf.string() + "' -")));
+    std::wstring line;
+    while (std::getline(text, line)) {
+        while (!line.empty() && line[0] == L'\f') {
+            pages.emplace_back();
+            line.erase(0, 1);
+        }
+        if (!line.empty()) pages.back().push_back(line);
+    }
+    while (!pages.empty() && pages.back().empty()) pages.pop_back();
+    return pages;
+}
+
+bool IsBlank(wchar_t c) { return std::wstring(L" \t\r\n").find(c) != std::wstring::npos; }
+
+// Every word of a PDF lies within this rectangle of points.
+void ExpectWordsInside(const fs::path& pdf, double left, double top, double right, double bottom) {
+    std::istringstream boxes(CommandOutput("pdftotext -bbox '" + pdf.string() + "' -"));
+    std::string line;
+    std::size_t words = 0;
+    while (std::getline(boxes, line)) {
+        double box[4];
+        if (std::sscanf(line.c_str(), " <word xMin=\"%lf\" yMin=\"%lf\" xMax=\"%lf\" yMax=\"%lf\"", &box[0],
+                        &box[1], &box[2], &box[3]) != 4) {
+            continue;
+        }
+        ++words;
+        ASSERT_GE(box[0], left - 0.1) << line;
+        ASSERT_GE(box[1], top - 0.5) << line;
+        ASSERT_LE(box[2], right + 0.1) << line;
+        ASSERT_LE(box[3], bottom + 0.5) << line;
+    }
+    EXPECT_GT(words, 0u);
+}
+
+}  // namespace
+
+TEST_F(PrintJobs, KnowsThePrintersAndTheStandardOne) {
+    const PrinterList list = printing.Printers();
+    EXPECT_EQ(list.names, (std::vector<std::wstring>{L"Eins", L"Zwei", kPrintToFile}));
+    EXPECT_EQ(list.standard, L"Eins");
+    EXPECT_EQ(list.hint, L"");
+}
+
+TEST_F(PrintJobs, GoToThePrinterShownUnderATitle) {
+    Add(L"Käse & Brot");
+    PrintOn(L"Zwei");
+    EXPECT_TRUE(messages.empty());
+    const std::string jobs = Server().Run("lpstat -W all -o");
+    EXPECT_NE(jobs.find("Zwei-"), std::string::npos) << jobs;
+    EXPECT_EQ(jobs.find("Eins-"), std::string::npos) << jobs;
+    const auto pages = PagesOf(Server().Document());
+    ASSERT_EQ(pages.size(), 1u);
+    EXPECT_EQ(pages[0], (std::vector<std::wstring>{L"21.11.2026, 09:05:00", L"Käse & Brot", L"1"}));
+    EXPECT_NE(CommandOutput("pdfinfo '" + Server().Document().string() + "'").find("Kivora: 1 Notiz"),
+              std::string::npos);
+}
+
+TEST_F(PrintJobs, CarryAllTextInsideTheMargins) {
+    std::mt19937 random(3);
+    const auto below = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
+    const std::wstring letters = L"abcdefghijklmnoprstuvwxyzäöüßÄÖÜ0123456789ABCW€(";
+    const wchar_t* const signs[] = {L" ", L" ", L" ", L" ", L", ", L".", L": ", L";", L"-", L"! ", L"? "};
+    std::vector<std::wstring> texts;
+    for (int i = 0; i < 200; ++i) {
+        std::wstring text;
+        for (int lines = i == 0 ? 500 : 1 + below(below(4) == 0 ? 500 : 60); lines > 0; --lines) {
+            for (int words = 1 + below(25); words > 0; --words) {
+                for (int length = 1 + below(11); length > 0; --length) {
+                    text += letters[static_cast<std::size_t>(below(static_cast<int>(letters.size())))];
+                }
+                text += signs[below(11)];
+            }
+            if (lines > 1) text += L"\r\n";
+        }
+        frmNote& note = Add(text);
+        note.FontNoteSize(8 + below(7));
+        note.FontNoteBold(below(2) == 0);
+        note.FontNoteItalic(below(2) == 0);
+        note.FontNoteUnderlined(below(3) == 0);
+        note.FontNoteAlignment(static_cast<std::int16_t>(below(3)));
+        texts.push_back(L"21.11.2026, 09:05:00\n" + note.Text() + L"\n");
+    }
+    printing.file = folder / "alles.pdf";
+    const auto start = std::chrono::steady_clock::now();
+    PrintOn(kPrintToFile);
+    std::printf("printed in %d ms\n", static_cast<int>((std::chrono::steady_clock::now() - start) / 1ms));
+    ASSERT_TRUE(messages.empty());
+    constexpr double mm = 72 / 25.4;
+    ExpectWordsInside(*printing.file, 15 * mm, 20 * mm, 195 * mm, 277 * mm);
+
+    const auto pages = PagesOf(*printing.file);
+    std::wstring all;
+    for (const std::wstring& text : texts) all += text;
+    std::size_t at = 0;
+    for (std::size_t page = 0; page < pages.size(); ++page) {
+        ASSERT_EQ(pages[page].back(), std::to_wstring(page + 1));
+        for (std::size_t i = 0; i + 1 < pages[page].size(); ++i) {
+            for (const wchar_t c : pages[page][i]) {
+                if (IsBlank(c)) continue;
+                while (at < all.size() && IsBlank(all[at])) ++at;
+                ASSERT_LT(at, all.size());
+                ASSERT_EQ(all[at], c) << "page " << page + 1 << " line " << i + 1;
+                ++at;
+            }
+            const bool mayEnd =
+                IsBlank(all[at]) || std::wstring(L",;.:-!?").find(all[at - 1]) != std::wstring::npos;
+            ASSERT_TRUE(mayEnd) << "page " << page + 1 << " line " << i + 1;
+        }
+    }
+    while (at < all.size() && IsBlank(all[at])) ++at;
+    EXPECT_EQ(at, all.size());
+    const std::string info = CommandOutput("pdfinfo '" + printing.file->string() + "'");
+    std::istringstream count(info.substr(info.find("Pages:") + 6));
+    std::size_t number = 0;
+    count >> number;
+    EXPECT_EQ(number, pages.size());
+}
+
+TEST_F(PrintJobs, KeepStrangeCharactersInsideTheMargins) {
+    std::wstring tower = L"Turm: Z";
+    tower.append(60, wchar_t{0x0301});
+    Add(tower + L"\r\n" + std::wstring(300, L'W') + L"\r\n\t\t" + std::wstring(90, L'\t') + L"x\r\n" +
+        std::wstring(400, wchar_t{0x05D0}) + L" \x0001\x2028\x2029\x0085 " +
+        std::wstring(40, wchar_t{0xFDFD}));
+    store.Notes()[0]->FontNoteItalic(true);
+    store.Notes()[0]->FontNoteSize(25);
+    printing.file = folder / "seltsam.pdf";
+    PrintOn(kPrintToFile, [](frmPrint& dialog) {
+        dialog.updwnLinks->SetValue(80);
+        dialog.updwnRechts->SetValue(80);
+    });
+    ASSERT_TRUE(messages.empty());
+    // What other programs paint of it: nothing but white outside the margins.
+    const fs::path picture = folder / "seite";
+    CommandOutput("pdftoppm -r 72 -gray '" + printing.file->string() + "' '" + picture.string() + "'");
+    std::size_t pictures = 0;
+    for (const auto& entry : fs::directory_iterator(folder)) {
+        if (entry.path().extension() != ".pgm") continue;
+        ++pictures;
+        std::istringstream stream(Contents(entry.path()));
+        std::string magic;
+        int width = 0, height = 0, white = 0, ink = 0;
+        stream >> magic >> width >> height >> white;
+        stream.get();
+        for (int y = 0; y < height; ++y) {
+            for (int x = 0; x < width; ++x) {
+                if (stream.get() >= 128) continue;
+                ++ink;
+                ASSERT_TRUE(x >= 225 && x <= 369 && y >= 55 && y <= 786) << x << "," << y;
+            }
+        }
+        EXPECT_GT(ink, 0) << entry.path();
+    }
+    EXPECT_GT(pictures, 0u);
+}
+
+TEST_F(PrintJobs, FailWithOneClearMessageInTime) {
+    Add(L"eins");
+    const struct {
+        const char* name;
+        std::function<void()> harm, mend;
+        std::wstring message;
+    } rows[] = {
+        {"gone", [] { Server().Run("lpadmin -x Zwei"); }, [] { AddPrinter("Zwei"); },
+         L"Der Drucker \"Zwei\" ist nicht mehr vorhanden."},
+        {"refused", [] { Server().Run("cupsreject Zwei"); }, [] { Server().Run("cupsaccept Zwei"); },
+         L"Der Drucker \"Zwei\" nimmt keine Druckaufträge an."},
+        {"service stopped", [] { Server().Stop(); }, [] { Server().Start(); },
+         L"Der Druckdienst antwortet nicht."},
+        {"service hanging", [] { Server().Signal(SIGSTOP); }, [] { Server().Signal(SIGCONT); },
+         L"Der Druckdienst antwortet nicht."},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        messages.clear();
+        const std::size_t documents = Server().Documents();
+        std::chrono::steady_clock::time_point start;
+        PrintOn(L"Zwei", [&](frmPrint&) {
+            row.harm();
+            start = std::chrono::steady_clock::now();
+        });
+        EXPECT_LT(std::chrono::steady_clock::now() - start, 2s);
+        EXPECT_EQ(messages, std::vector<std::wstring>{L"Drucken|16|" + row.message});
+        // Opening the dialog takes no longer, and offers what is left.
+        start = std::chrono::steady_clock::now();
+        const PrinterList list = printing.Printers();
+        EXPECT_LT(std::chrono::steady_clock::now() - start, 2s);
+        const bool service = std::string(row.name).starts_with("service");
+        EXPECT_EQ(list.hint, service ? L"Der Druckdienst antwortet nicht." : L"");
+        EXPECT_EQ(list.standard, service ? kPrintToFile : L"Eins");
+        row.mend();
+        EXPECT_LE(Server().Documents(), documents);
+    }
+}
+
+TEST_F(PrintJobs, CancelledOnesAreWithdrawn) {
+    Add(std::wstring(30000, L'\n'));
+    const std::size_t documents = Server().Documents();
+    PrintOn(L"Eins", [](frmPrint&) {
+        wxTheApp->CallAfter([] {
+            ASSERT_TRUE(RunUntil([] { return ShownDialog<frmPrintProgress>() != nullptr; }));
+            Press(ShownDialog<frmPrintProgress>()->cmdAbbrechen);
+        });
+    });
+    EXPECT_EQ(messages,
+              std::vector<std::wstring>{L"Drucken|64|Der Druckvorgang wurde vom Benutzer abgebrochen."});
+    EXPECT_EQ(Server().Documents(), documents);
+    EXPECT_EQ(Server().Run("lpstat -W not-completed -o"), "");
+}
+
+TEST_F(PrintJobs, FilesAreReplacedOnlyByWholeOnes) {
+    Add(std::wstring(30000, L'\n'));
+    const fs::path old = folder / "alt.pdf";
+    std::ofstream(old) << "alt";
+    printing.file = old;
+    {
+        const WhenShown<frmPrintProgress> user(
+            [](frmPrintProgress& progress) { Press(progress.cmdAbbrechen); });
+        PrintOn(kPrintToFile);
+    }
+    EXPECT_EQ(messages.size(), 1u);
+    EXPECT_EQ(Contents(old), "alt");
+    PrintOn(kPrintToFile);
+    EXPECT_EQ(messages.size(), 1u);
+    EXPECT_EQ(Contents(old).substr(0, 5), "%PDF-");
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 1);
+
+    printing.file = folder / "gibt es nicht" / "a.pdf";
+    PrintOn(kPrintToFile);
+    ASSERT_EQ(messages.size(), 2u);
+    EXPECT_NE(messages[1].find(L"konnte nicht angelegt werden."), std::wstring::npos);
+    printing.file.reset();  // the user cancelled
+    PrintOn(kPrintToFile);
+    EXPECT_EQ(messages.size(), 2u);
+}

@@ -1,0 +1,224 @@
+#include <wx/checkbox.h>
+#include <wx/listbox.h>
+#include <wx/radiobut.h>
+#include <wx/spinctrl.h>
+#include <wx/stattext.h>
+
+#include "print/frmPrint.h"
+#include "print/frmPrintProgress.h"
+#include "tests/print/PrintOrders.h"
+
+namespace {
+
+// Printers that exist only here. They write down what they get.
+class PaperTray : public PrintSystem {
+  public:
+    class Job : public PrintJob {
+      public:
+        explicit Job(PaperTray& tray) : tray_(tray) {}
+        ~Job() override { tray_.ended = true; }
+        MeasuredText Measure(std::wstring_view text, const PrintFont& font) override {
+            MeasuredText measured{{}, font.size, font.size / 4};
+            for (std::size_t i = 1; i <= text.size(); ++i) {
+                measured.ends.push_back(font.size / 2 * static_cast<double>(i));
+            }
+            return measured;
+        }
+        bool Put(const PrintedPage& page) override {
+            tray_.pages.push_back(page);
+            if (tray_.onPage) tray_.onPage();
+            return true;
+        }
+        bool Finish() override { return tray_.finished = tray_.works; }
+        std::wstring Failure() const override { return L"Papier alle."; }
+
+      private:
+        PaperTray& tray_;
+    };
+
+    PrinterList Printers() override { return printers; }
+    bool SetUp(PrinterSettings& settings) override {
+        settings.printer = L"Zwei";
+        settings.paper = {100, 100};
+        return true;
+    }
+    Started Start(const PrinterSettings& settings, const std::wstring& title) override {
+        used = settings;
+        this->title = title;
+        return {std::make_unique<Job>(*this), {}};
+    }
+
+    PrinterList printers{{L"Eins", L"Zwei"}, L"Eins", {}};
+    std::function<void()> onPage;
+    bool works = true;
+    PrinterSettings used;
+    std::wstring title;
+    std::vector<PrintedPage> pages;
+    bool finished = false, ended = false;
+};
+
+void Choose(wxRadioButton* button) {
+    button->SetValue(true);
+    wxCommandEvent event(wxEVT_RADIOBUTTON, button->GetId());
+    button->ProcessWindowEvent(event);
+}
+
+class FrmPrint : public PrintFixture {
+  protected:
+    PaperTray tray;
+};
+
+}  // namespace
+
+TEST_F(FrmPrint, StartsWithTheUsualRulesAndPrintsByThem) {
+    Add(L"eins\r\nzwei");
+    Add(L"drei");
+    EXPECT_TRUE(Print(tray, [](frmPrint& dialog) {
+        EXPECT_EQ(dialog.GetTitle(), L"Drucken");
+        EXPECT_EQ(dialog.lblDrucker->GetLabelText(), L"Eins");
+        ASSERT_EQ(dialog.lstNotizen->GetCount(), 2u);
+        EXPECT_EQ(dialog.lstNotizen->GetString(0), L"eins zwei");
+        EXPECT_EQ(dialog.txtDateSize->GetValue(), 12);
+        const PrintRules rules = dialog.Rules();
+        EXPECT_EQ(rules.left, 15);
+        EXPECT_EQ(rules.right, 15);
+        EXPECT_EQ(rules.top, 20);
+        EXPECT_EQ(rules.bottom, 20);
+        EXPECT_FALSE(rules.size);
+        Press(dialog.cmdOK);
+    }));
+    EXPECT_EQ(tray.used.printer, L"Eins");
+    EXPECT_EQ(tray.title, L"Kivora: 2 Notizen");
+    EXPECT_TRUE(tray.finished);
+    ASSERT_EQ(tray.pages.size(), 1u);
+    EXPECT_EQ(tray.pages[0].lines.size(), 6u);  // two dates, three lines and the number of the page
+    EXPECT_NEAR(tray.pages[0].lines[0].left, 15 * 72 / 25.4, 0.01);
+    EXPECT_TRUE(messages.empty());
+    EXPECT_FALSE(ShownDialog<frmDialog>());
+}
+
+TEST_F(FrmPrint, KeepsNumbersInTheirRange) {
+    Add(L"eins");
+    Print(tray, [](frmPrint& dialog) {
+        Choose(dialog.optSchriftgradUser);
+        const struct {
+            wxSpinCtrl* box;
+            int smallest, largest;
+        } rows[] = {{dialog.updwnLinks, 5, 80},
+                    {dialog.updwnRechts, 5, 80},
+                    {dialog.updwnOben, 5, 80},
+                    {dialog.updwnUnten, 5, 80},
+                    {dialog.updwnSchriftgradUser, 8, 25}};
+        for (const auto& row : rows) {
+            EXPECT_EQ(row.box->GetMin(), row.smallest);
+            EXPECT_EQ(row.box->GetMax(), row.largest);
+        }
+        Press(dialog.cmdAbbrechen);
+    });
+    EXPECT_FALSE(tray.ended);
+}
+
+TEST_F(FrmPrint, EnablesWhatMeansSomething) {
+    Add(L"eins");
+    Print(tray, [](frmPrint& dialog) {
+        EXPECT_FALSE(dialog.txtDateSize->IsEnabled());
+        Choose(dialog.optSchriftgradUser);
+        EXPECT_TRUE(dialog.txtDateSize->IsEnabled());
+        dialog.txtDateSize->SetValue(20);
+        EXPECT_EQ(dialog.Rules().size, 20);
+        Choose(dialog.optSchriftgradNotiz);
+        EXPECT_FALSE(dialog.txtDateSize->IsEnabled());
+        EXPECT_FALSE(dialog.Rules().size);
+        Press(dialog.cmdKeine);
+        EXPECT_FALSE(dialog.cmdOK->IsEnabled());
+        Press(dialog.cmdRefresh);
+        EXPECT_TRUE(dialog.cmdOK->IsEnabled());
+        Press(dialog.cmdAbbrechen);
+    });
+}
+
+TEST_F(FrmPrint, ShowsAndUsesThePrinterOfTheSetUp) {
+    Add(L"eins");
+    Print(tray, [this](frmPrint& dialog) {
+        Press(dialog.cmdEinstellung);
+        EXPECT_EQ(dialog.lblDrucker->GetLabelText(), L"Zwei");
+        // The paper of this set-up is too small for such margins.
+        dialog.updwnLinks->SetValue(80);
+        Press(dialog.cmdOK);
+        EXPECT_EQ(messages.size(), 1u);
+        EXPECT_TRUE(dialog.IsShown());
+        dialog.updwnLinks->SetValue(5);
+        Press(dialog.cmdOK);
+    });
+    EXPECT_EQ(tray.used.printer, L"Zwei");
+    EXPECT_EQ(tray.used.paper.width, 100);
+    // The choice holds for the run, but not longer than there is such a printer.
+    Print(tray, [](frmPrint& dialog) {
+        EXPECT_EQ(dialog.lblDrucker->GetLabelText(), L"Zwei");
+        Press(dialog.cmdAbbrechen);
+    });
+    tray.printers = {{L"Drei"}, L"Drei", {}};
+    Print(tray, [](frmPrint& dialog) {
+        EXPECT_EQ(dialog.lblDrucker->GetLabelText(), L"Drei");
+        Press(dialog.cmdAbbrechen);
+    });
+}
+
+TEST_F(FrmPrint, SaysThatThereIsNoPrinterAtAll) {
+    Add(L"eins");
+    tray.printers = {};
+    EXPECT_FALSE(PrintNotes(store, tray));
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_EQ(messages[0],
+              L"Drucken|16|Die Druckfunktion wird deaktiviert, da kein Drucker(treiber) "
+              L"installiert ist.");
+}
+
+TEST_F(FrmPrint, CancelEndsAtTheNextPage) {
+    Add(std::wstring(2000, L'\n'));
+    int shown = 0;
+    tray.onPage = [&] {
+        auto* progress = ShownDialog<frmPrintProgress>();
+        ASSERT_TRUE(progress);
+        EXPECT_GE(progress->Value(), shown);
+        shown = progress->Value();
+        if (tray.pages.size() == 3) Press(progress->cmdAbbrechen);
+    };
+    Print(tray, [](frmPrint& dialog) { Press(dialog.cmdOK); });
+    EXPECT_EQ(tray.pages.size(), 3u);
+    EXPECT_GT(shown, 0);
+    EXPECT_FALSE(tray.finished);
+    EXPECT_TRUE(tray.ended);
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_EQ(messages[0], L"Drucken|64|Der Druckvorgang wurde vom Benutzer abgebrochen.");
+    EXPECT_FALSE(ShownDialog<frmDialog>());
+}
+
+TEST_F(FrmPrint, TellsWhatWentWrong) {
+    Add(L"eins");
+    tray.works = false;
+    Print(tray, [](frmPrint& dialog) { Press(dialog.cmdOK); });
+    frmNote& gone = Add(L"zwei");
+    Print(tray, [&](frmPrint& dialog) {
+        store.DeleteNote(gone);
+        Press(dialog.cmdOK);
+    });
+    ASSERT_EQ(messages.size(), 2u);
+    EXPECT_EQ(messages[0], L"Drucken|16|Papier alle.");
+    EXPECT_EQ(messages[1],
+              L"Notiz existiert nicht|16|Eine zum Drucken vorgesehene Notiz existiert nicht mehr."
+              L"\r\nDer Vorgang wird abgebrochen.");
+}
+
+TEST_F(FrmPrint, QuittingEndsAPrintingWithoutAWord) {
+    Add(std::wstring(2000, L'\n'));
+    tray.onPage = [&] {
+        if (tray.pages.size() == 3) EndAllWaits();
+    };
+    Print(tray, [](frmPrint& dialog) { Press(dialog.cmdOK); });
+    EXPECT_LE(tray.pages.size(), 4u);
+    EXPECT_FALSE(tray.finished);
+    EXPECT_TRUE(tray.ended);
+    EXPECT_TRUE(messages.empty());
+    ResetWaits();
+}
