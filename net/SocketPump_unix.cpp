@@ -19,9 +19,10 @@ constexpr auto kTurn = std::chrono::milliseconds(5);
 class Pump {
   public:
     Pump() : epoll_(epoll_create1(EPOLL_CLOEXEC)) {
-        // The priority of the toolkit's own idle work, so that each gets its turn.
+        // The priority at which the toolkit deals with its own queue of events: with a higher one a crowd of
+        // sockets would stop that altogether.
         g_unix_fd_add_full(
-            G_PRIORITY_DEFAULT_IDLE, epoll_, G_IO_IN,
+            G_PRIORITY_LOW, epoll_, G_IO_IN,
             [](gint, GIOCondition, gpointer data) -> gboolean {
                 static_cast<Pump*>(data)->RunTurn();
                 return G_SOURCE_CONTINUE;
@@ -72,7 +73,7 @@ class Pump {
     void AskForTurn() {
         if (idle_ != 0) return;
         idle_ = g_idle_add_full(
-            G_PRIORITY_DEFAULT_IDLE,
+            G_PRIORITY_LOW,
             [](gpointer data) -> gboolean {
                 auto& pump = *static_cast<Pump*>(data);
                 pump.idle_ = 0;

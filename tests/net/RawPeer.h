@@ -54,5 +54,8 @@ class RawServer {
 // A port on which nobody listens.
 std::uint16_t FreePort();
 
+// Processor time that this thread has used, in seconds. Other programs on the machine do not show in it.
+double ThreadSeconds();
+
 // Handles that the process has open.
 int CountHandles();

@@ -6,6 +6,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <ctime>
 #include <filesystem>
 #include <stdexcept>
 #include <utility>
@@ -136,6 +137,12 @@ std::uint16_t FreePort() {
     std::uint16_t port = 0;
     close(ListenOn(port));
     return port;
+}
+
+double ThreadSeconds() {
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
 }
 
 int CountHandles() {
