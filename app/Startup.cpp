@@ -49,6 +49,7 @@ void Program::InitApplication() {
     start_->AddCommand(MenuItem::mnuNotizAdressbuch, [this] {
         network_.Listen();
         ShowAddressBook(false);
+        if (!IsQuitting()) Store().SaveNotes();
     });
     services_.OpenMenu = [this](frmNote* note) { start_->ShowPopupMenu(note); };
     start_->notIcon.IconToolTip(L"Kivora 1.6");
