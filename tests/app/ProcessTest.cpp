@@ -233,6 +233,22 @@ TEST_F(ProcessTest, PrintingLeavesTheSavedNotesAlone) {
     }
 }
 
+// The desktop knows the type of export files and the program for it as soon as the program has run once.
+TEST_F(ProcessTest, TheDesktopOpensExportFiles) {
+    if (ShellOutput("command -v xdg-open && command -v update-mime-database && command -v mimetype").empty())
+        GTEST_SKIP() << "xdg-utils, shared-mime-info and libfile-mimeinfo-perl are not there";
+    Process program({});
+    WaitUntilShown(1);
+    ASSERT_TRUE(Eventually(
+        [] { return ShellOutput("xdg-mime query default application/x-kivora") == "kivora.desktop"; }));
+    EXPECT_EQ(ShellOutput("desktop-file-validate \"$XDG_DATA_HOME/applications/kivora.desktop\" 2>&1"), "");
+    const std::string file = File("Eigene Notizen ü.kvr", L"vom Desktop");
+    EXPECT_EQ(ShellOutput("xdg-mime query filetype '" + file + "'"), "application/x-kivora");
+    ShellOutput("env -u XDG_CURRENT_DESKTOP -u DESKTOP_SESSION xdg-open '" + file + "' 2>&1");
+    EXPECT_TRUE(Eventually([] { return SavedTexts() == Texts{L"vom Desktop"}; }));
+    EXPECT_FALSE(program.Ended());
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
