@@ -5,14 +5,19 @@
 
 #include <algorithm>
 #include <array>
-#include <memory>
+#include <chrono>
 
 #include "base/basText.h"
 
 namespace {
 
-constexpr int kConnectLimit = 700;    // milliseconds
-constexpr double kAnswerLimit = 0.8;  // seconds; some questions need two answers
+using Clock = std::chrono::steady_clock;
+
+constexpr int kConnectLimit = 500;  // milliseconds
+// For one operation. The library asks several questions in one and tries some again; each of them still costs
+// one step when the time is over.
+constexpr std::chrono::milliseconds kAnswerLimit{600};
+constexpr double kStep = 0.1;  // seconds
 
 // The functions of the library by their own names.
 struct Cups {
@@ -50,7 +55,6 @@ struct Cups {
 const wchar_t* const kNoAnswer = L"Der Druckdienst antwortet nicht.";
 
 const char* NoPassword(const char*, http_t*, const char*, const char*, void*) { return nullptr; }
-int GiveUp(http_t*, void*) { return 0; }
 
 // The library, null where there is none.
 const Cups* Library() {
@@ -60,27 +64,46 @@ const Cups* Library() {
     return &cups;
 }
 
-struct Close {
-    void operator()(http_t* connection) const { Library()->httpClose(connection); }
-};
-using Connection = std::unique_ptr<http_t, Close>;
+class Connection {
+  public:
+    explicit Connection(const Cups& cups)
+        : cups_(cups),
+          http_(cups.httpConnect2(cups.cupsServer(), cups.ippPort(), nullptr, AF_UNSPEC,
+                                  cups.cupsEncryption(), 1, kConnectLimit, nullptr)) {
+        Renew();
+        if (http_) cups_.httpSetTimeout(http_, kStep, WaitOn, this);
+    }
+    ~Connection() {
+        if (http_) cups_.httpClose(http_);
+    }
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
 
-Connection Connect(const Cups& cups) {
-    Connection connection(cups.httpConnect2(cups.cupsServer(), cups.ippPort(), nullptr, AF_UNSPEC,
-                                            cups.cupsEncryption(), 1, kConnectLimit, nullptr));
-    if (connection) cups.httpSetTimeout(connection.get(), kAnswerLimit, GiveUp, nullptr);
-    return connection;
-}
+    explicit operator bool() const { return http_ != nullptr; }
+    operator http_t*() const { return http_; }
+    // Another operation begins.
+    void Renew() { deadline_ = Clock::now() + kAnswerLimit; }
+
+  private:
+    static int WaitOn(http_t*, void* self) {
+        return Clock::now() < static_cast<Connection*>(self)->deadline_;
+    }
+
+    const Cups& cups_;
+    http_t* http_;
+    Clock::time_point deadline_;
+};
 
 }  // namespace
 
 CupsPrinters FindCupsPrinters() {
     CupsPrinters found;
     const Cups* cups = Library();
-    const Connection connection = cups ? Connect(*cups) : nullptr;
+    if (!cups) return found;
+    const Connection connection(*cups);
     if (!connection) return found;
     cups_dest_t* printers = nullptr;
-    const int count = cups->cupsGetDests2(connection.get(), &printers);
+    const int count = cups->cupsGetDests2(connection, &printers);
     found.running = count > 0 || cups->cupsLastError() < IPP_STATUS_ERROR_BAD_REQUEST ||
                     cups->cupsLastError() == IPP_STATUS_ERROR_NOT_FOUND;
     for (int i = 0; i < count; ++i) {
@@ -98,26 +121,31 @@ CupsJob::CupsJob(const std::wstring& printer, const std::wstring& title, const s
     : printer_(printer), queue_(ToUtf8(printer)), title_(ToUtf8(title)) {
     // The service might take a printer of a similar name.
     const CupsPrinters known = FindCupsPrinters();
-    const Connection connection = known.running ? Connect(*Library()) : nullptr;
+    if (!known.running) {
+        failure_ = kNoAnswer;
+        return;
+    }
+    if (std::find(known.names.begin(), known.names.end(), printer) == known.names.end()) {
+        failure_ = L"Der Drucker \"" + printer_ + L"\" ist nicht mehr vorhanden.";
+        return;
+    }
+    const Cups& cups = *Library();
+    const Connection connection(cups);
     if (!connection) {
         failure_ = kNoAnswer;
-    } else if (std::find(known.names.begin(), known.names.end(), printer) == known.names.end()) {
-        failure_ = L"Der Drucker \"" + printer_ + L"\" ist nicht mehr vorhanden.";
-    } else {
-        const Cups& cups = *Library();
-        cups_option_t* options = nullptr;
-        const int count = cups.cupsAddOption("media", paper.c_str(), 0, &options);
-        id_ = cups.cupsCreateJob(connection.get(), queue_.c_str(), title_.c_str(), count, options);
-        if (id_ == 0) Fail();
-        cups.cupsFreeOptions(count, options);
+        return;
     }
+    cups_option_t* options = nullptr;
+    const int count = cups.cupsAddOption("media", paper.c_str(), 0, &options);
+    id_ = cups.cupsCreateJob(connection, queue_.c_str(), title_.c_str(), count, options);
+    if (id_ == 0) Fail();
+    cups.cupsFreeOptions(count, options);
 }
 
 CupsJob::~CupsJob() {
     if (id_ == 0) return;
-    if (const Connection connection = Connect(*Library())) {
-        Library()->cupsCancelJob2(connection.get(), queue_.c_str(), id_, 0);
-    }
+    const Connection connection(*Library());
+    if (connection) Library()->cupsCancelJob2(connection, queue_.c_str(), id_, 0);
 }
 
 void CupsJob::Fail() {
@@ -138,21 +166,22 @@ void CupsJob::Fail() {
 
 bool CupsJob::Send(std::FILE* file, const std::function<bool()>& meanwhile) {
     const Cups& cups = *Library();
-    const Connection connection = Connect(cups);
+    Connection connection(cups);
     if (!connection) {
         failure_ = kNoAnswer;
         return false;
     }
-    bool good = cups.cupsStartDocument(connection.get(), queue_.c_str(), id_, title_.c_str(), CUPS_FORMAT_PDF,
-                                       1) == HTTP_STATUS_CONTINUE;
+    bool good = cups.cupsStartDocument(connection, queue_.c_str(), id_, title_.c_str(), CUPS_FORMAT_PDF, 1) ==
+                HTTP_STATUS_CONTINUE;
     std::array<char, 1 << 16> piece;
     std::size_t count = 0;
     while (good && (count = std::fread(piece.data(), 1, piece.size(), file)) > 0) {
-        good = cups.cupsWriteRequestData(connection.get(), piece.data(), count) == HTTP_STATUS_CONTINUE;
+        good = cups.cupsWriteRequestData(connection, piece.data(), count) == HTTP_STATUS_CONTINUE;
+        connection.Renew();
         if (good && !meanwhile()) return false;
     }
     good = good && !std::ferror(file) &&
-           cups.cupsFinishDocument(connection.get(), queue_.c_str()) < IPP_STATUS_ERROR_BAD_REQUEST;
+           cups.cupsFinishDocument(connection, queue_.c_str()) < IPP_STATUS_ERROR_BAD_REQUEST;
     if (good) {
         id_ = 0;
     } else {

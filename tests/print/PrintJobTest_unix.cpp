@@ -29,7 +29,7 @@ class Printing : public UnixPrinting {
   public:
     Printing() : UnixPrinting([this] { return file; }) {}
     bool SetUp(PrinterSettings& settings) override {
-        settings.printer = printer;
+        settings = {printer, {}};
         return true;
     }
     std::wstring printer;
@@ -159,7 +159,7 @@ TEST_F(PrintJobs, CarryAllTextInsideTheMargins) {
     printing.file = folder / "alles.pdf";
     const auto start = std::chrono::steady_clock::now();
     PrintOn(kPrintToFile);
-    std::printf("printed in %d ms\n", static_cast<int>((std::chrono::steady_clock::now() - start) / 1ms));
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 60s);
     ASSERT_TRUE(messages.empty());
     constexpr double mm = 72 / 25.4;
     ExpectWordsInside(*printing.file, 15 * mm, 20 * mm, 195 * mm, 277 * mm);

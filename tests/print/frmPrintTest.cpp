@@ -175,8 +175,8 @@ TEST_F(FrmPrint, SaysThatThereIsNoPrinterAtAll) {
 }
 
 TEST_F(FrmPrint, CancelEndsAtTheNextPage) {
-    Add(std::wstring(2000, L'\n'));
-    int shown = 0;
+    Add(std::wstring(250, L'\n'));
+    int shown = -1;
     tray.onPage = [&] {
         auto* progress = ShownDialog<frmPrintProgress>();
         ASSERT_TRUE(progress);
@@ -186,7 +186,7 @@ TEST_F(FrmPrint, CancelEndsAtTheNextPage) {
     };
     Print(tray, [](frmPrint& dialog) { Press(dialog.cmdOK); });
     EXPECT_EQ(tray.pages.size(), 3u);
-    EXPECT_GT(shown, 0);
+    EXPECT_GT(shown, 0);  // of three pages out of many
     EXPECT_FALSE(tray.finished);
     EXPECT_TRUE(tray.ended);
     ASSERT_EQ(messages.size(), 1u);
