@@ -16,7 +16,7 @@ using Clock = std::chrono::steady_clock;
 constexpr int kConnectLimit = 500;  // milliseconds
 // For one operation. The library asks several questions in one and tries some again; each of them still costs
 // one step when the time is over.
-constexpr std::chrono::milliseconds kAnswerLimit{600};
+constexpr std::chrono::milliseconds kAnswerLimit{800};
 constexpr double kStep = 0.1;  // seconds
 
 // The functions of the library by their own names.
@@ -38,6 +38,9 @@ struct Cups {
     KIVORA_CUPS(httpSetTimeout);
     KIVORA_CUPS(httpClose);
     KIVORA_CUPS(cupsSetPasswordCB2);
+    KIVORA_CUPS(ippNewRequest);
+    KIVORA_CUPS(ippDelete);
+    KIVORA_CUPS(cupsDoRequest);
     KIVORA_CUPS(cupsGetDests2);
     KIVORA_CUPS(cupsFreeDests);
     KIVORA_CUPS(cupsAddOption);
@@ -102,10 +105,14 @@ CupsPrinters FindCupsPrinters() {
     if (!cups) return found;
     const Connection connection(*cups);
     if (!connection) return found;
+    // One question first: listing the printers asks several, and each waits a second for a service that
+    // hangs.
+    cups->ippDelete(cups->cupsDoRequest(connection, cups->ippNewRequest(IPP_OP_CUPS_GET_DEFAULT), "/"));
+    const ipp_status_t answer = cups->cupsLastError();
+    found.running = answer < IPP_STATUS_ERROR_BAD_REQUEST || answer == IPP_STATUS_ERROR_NOT_FOUND;
+    if (!found.running) return found;
     cups_dest_t* printers = nullptr;
     const int count = cups->cupsGetDests2(connection, &printers);
-    found.running = count > 0 || cups->cupsLastError() < IPP_STATUS_ERROR_BAD_REQUEST ||
-                    cups->cupsLastError() == IPP_STATUS_ERROR_NOT_FOUND;
     for (int i = 0; i < count; ++i) {
         // Instances are printers with other defaults, and we set everything ourselves.
         if (printers[i].instance && !printers[i].is_default) continue;
