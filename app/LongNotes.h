@@ -1,6 +1,6 @@
 #pragma once
-// Notes that came over the network with more text than the store reads back after a restart. They are put
-// into export files, from which they can be imported.
+// Notes that came over the network or from a file with more text than the store reads back after a restart.
+// They are put into export files, from which they can be imported.
 
 #include <filesystem>
 

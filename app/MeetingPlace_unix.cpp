@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -27,14 +28,15 @@ Descriptor OpenPrivateFolder(const std::string& path) {
 }
 
 Descriptor OpenMeetingFolder() {
+    // A folder in the data folder: the hive locks that one itself while it is being opened.
+    const std::string data = std::string(g_get_user_data_dir()) + "/kivora";
+    g_mkdir_with_parents(data.c_str(), 0700);
+    if (Descriptor folder = OpenPrivateFolder(data + "/running")) return folder;
     const char* runtime = std::getenv("XDG_RUNTIME_DIR");
     if (runtime && runtime[0] == '/') {
         if (Descriptor folder = OpenPrivateFolder(std::string(runtime) + "/kivora")) return folder;
     }
-    if (Descriptor folder = OpenPrivateFolder("/tmp/kivora-" + std::to_string(geteuid()))) return folder;
-    const std::string data = g_get_user_data_dir();
-    g_mkdir_with_parents(data.c_str(), 0700);
-    return OpenPrivateFolder(data + "/kivora");
+    return OpenPrivateFolder("/tmp/kivora-" + std::to_string(geteuid()));
 }
 
 }  // namespace
@@ -54,7 +56,7 @@ bool MeetingPlace::Lock() {
     // Somebody who only looks whether the folder is locked has it for a moment, too.
     for (int attempt = 0; attempt < 4; ++attempt) {
         if (attempt > 0) std::this_thread::sleep_for(std::chrono::milliseconds(10));
-        if (flock(folder_.Get(), LOCK_EX | LOCK_NB) == 0) return true;
+        if (flock(folder_.Get(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK) return true;
     }
     return false;
 }
@@ -62,7 +64,7 @@ bool MeetingPlace::Lock() {
 bool MeetingPlace::IsLocked() const {
     // The lock belongs to the opening of the folder, so an opening of its own is needed to see it.
     const Descriptor other(openat(folder_.Get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    return flock(other.Get(), LOCK_SH | LOCK_NB) != 0;
+    return flock(other.Get(), LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK;
 }
 
 sockaddr_un MeetingPlace::SocketAddress() const {

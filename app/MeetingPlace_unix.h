@@ -23,13 +23,15 @@ class Descriptor {
 
 class MeetingPlace {
   public:
-    // Opens the folder and creates it when it is missing: in the user's runtime folder, else below /tmp, else
-    // with the user's data. A folder of somebody else is never used.
+    // Opens the folder and creates it when it is missing: where the notes are kept, so that whoever would
+    // write the same notes meets the same lock, however it was started. Where that cannot be, in the user's
+    // runtime folder, else below /tmp. A folder of somebody else is never used.
     MeetingPlace();
 
     explicit operator bool() const { return static_cast<bool>(folder_); }
 
-    // Takes the lock until this object ends. False when another process has it.
+    // Takes the lock until this object ends. False when another process has it; a file system without locks
+    // refuses nobody.
     bool Lock();
     // True while any process holds the lock.
     bool IsLocked() const;

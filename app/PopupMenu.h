@@ -14,6 +14,3 @@ std::optional<int> PopupMenuAtPointer(wxWindow& owner, wxMenu& menu);
 
 // Appends an item that only shows a picture and cannot be chosen. height: pixels.
 void AppendPicture(wxMenu& menu, int id, const wxBitmapBundle& picture, int height);
-
-// Brings a window in front of the others of its layer without giving it the focus.
-void RaiseWindow(wxWindow& window);

@@ -80,8 +80,3 @@ void AppendPicture(wxMenu& menu, int id, const wxBitmapBundle& picture, int heig
     gtk_container_add(GTK_CONTAINER(widget), image);
     gtk_widget_show_all(widget);
 }
-
-void RaiseWindow(wxWindow& window) {
-    GdkWindow* native = gtk_widget_get_window(window.GetHandle());
-    if (native) gdk_window_raise(native);
-}

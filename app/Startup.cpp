@@ -63,6 +63,7 @@ void Program::InitApplication() {
 }
 
 void Program::LoadNotes() {
+    Store().OnLongText = [](const frmNote& note) { Guarded([&] { KeepLongNote(note); }); };
     Store().LoadNotes();
     loaded_ = true;
 }

@@ -25,9 +25,12 @@ frmInfo::frmInfo() : frmDialog(L"Info", L"index.html") {
     texts->Add(version, wxSizerFlags().Border(wxBOTTOM, FromDIP(kDialogMargin)));
     texts->Add(about);
     auto* content = new wxBoxSizer(wxHORIZONTAL);
-    content->Add(
-        new wxStaticBitmap(this, wxID_ANY, LoadPicture(kProgramIcon).GetBitmap(FromDIP(wxSize(48, 48)))),
-        wxSizerFlags().Border(wxRIGHT, FromDIP(kDialogMargin)));
+    // The icon is made for 16 pixels and would be drawn at that size, however large the picture is.
+    const double scale = GetContentScaleFactor();
+    wxBitmap icon = LoadPicture(kProgramIcon).GetBitmap(FromDIP(wxSize(48, 48)) * scale);
+    icon.SetScaleFactor(scale);
+    content->Add(new wxStaticBitmap(this, wxID_ANY, icon),
+                 wxSizerFlags().Border(wxRIGHT, FromDIP(kDialogMargin)));
     content->Add(texts);
     SetContent(content, CreateButtons(L"&OK", L""));
 }

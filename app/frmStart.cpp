@@ -8,6 +8,7 @@
 #include "base/basHelp.h"
 #include "base/basWait.h"
 #include "notes/NoteStore.h"
+#include "notes/NoteWindow.h"
 #include "notes/basNotes.h"
 #include "res/Resources.h"
 
@@ -38,7 +39,7 @@ frmStart::frmStart(NoteStore& store, std::function<void()> quit)
         {mnuNotizEnde, std::move(quit)},
     };
 
-    notIcon.LetIconFile({Picture::Icon, LoadPicture(kProgramIcon)});
+    notIcon.LetIconFile(ResourcePicture(kProgramIcon));
     notIcon.Events.DblClick = [this](int button) {
         if (button == 1) RunCommand(mnuNotizNeu);
     };
@@ -127,7 +128,7 @@ void frmStart::ActivateApplication() {
     // What there is to see of the program are its notes. Those that stay above others go last.
     for (const bool foreground : {false, true}) {
         for (const NotePtr& note : store_.Notes()) {
-            if (!note->Minimized() && note->Foreground() == foreground) RaiseWindow(*note);
+            if (!note->Minimized() && note->Foreground() == foreground) RaiseNoteWindow(*note);
         }
     }
 }

@@ -4,14 +4,27 @@
 #include <wx/display.h>
 
 #include <algorithm>
+#include <vector>
 
 #include "base/basHelp.h"
 #include "base/basWait.h"
+#include "res/Resources.h"
+
+namespace {
+
+// The dialogs that wait for their user, innermost last. One that opens belongs to the innermost, so that
+// window managers keep it above that one.
+std::vector<frmDialog*> waitingDialogs;
+
+wxWindow* Owner() { return waitingDialogs.empty() ? nullptr : waitingDialogs.back(); }
+
+}  // namespace
 
 frmDialog::frmDialog(const wxString& caption, const std::wstring& helpPage, bool resizable)
-    : wxDialog(nullptr, wxID_ANY, caption, wxDefaultPosition, wxDefaultSize,
+    : wxDialog(Owner(), wxID_ANY, caption, wxDefaultPosition, wxDefaultSize,
                wxCAPTION | wxCLOSE_BOX | wxSYSTEM_MENU | (resizable ? wxRESIZE_BORDER : 0)),
       helpPage_(helpPage) {
+    SetIcon(LoadPicture(kProgramIcon).GetIcon(FromDIP(wxSize(32, 32))));
     Bind(wxEVT_CHAR_HOOK, &frmDialog::OnKey, this);
     Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent& event) {
         if (tag_ == L"waiting") SetTag(L"cancel");
@@ -29,7 +42,9 @@ int frmDialog::ShowModal() {
     Place();
     Show();
     Raise();
+    waitingDialogs.push_back(this);
     const WaitEnd end = WaitUntil([this] { return tag_ != L"waiting"; });
+    waitingDialogs.pop_back();
     if (end == WaitEnd::Quitting) tag_ = L"cancel";
     Hide();
     return tag_ == L"ok" ? 1 : 0;
@@ -89,8 +104,14 @@ void frmDialog::Place() {
     if (near_) {
         const int gap = FromDIP(kDialogMargin);
         place.x = near_->GetRight() + gap;
-        if (place.x + size.x > area.GetRight()) place.x = near_->x - gap - size.x;
         place.y = near_->y;
+        if (place.x + size.x > area.GetRight()) place.x = near_->x - gap - size.x;
+        if (place.x < area.x) {
+            // No room beside it: below it, else above it.
+            place.x = near_->x;
+            place.y = near_->GetBottom() + gap;
+            if (place.y + size.y > area.GetBottom()) place.y = near_->y - gap - size.y;
+        }
     } else {
         place.x = area.x + (area.width - size.x) / 2;
         place.y = area.y + (area.height - size.y) / 2;

@@ -27,7 +27,7 @@ void TakeIn(NoteStore& store, const ExportedNote& record) {
     note->FontNoteBold(record.FontNoteBold);
     note->FontNoteItalic(record.FontNoteItalic);
     note->FontNoteUnderlined(record.FontNoteUnderlined);
-    note->FontNoteAlignment(static_cast<std::int16_t>(record.FontNoteAlignment));
+    note->FontNoteAlignment(record.FontNoteAlignment);
     note->HiddenForeground(record.Foreground);
     store.AdoptNote(std::move(note));
 }

@@ -14,8 +14,6 @@ namespace {
 // More than any office has; fewer than a process may have handles.
 constexpr std::size_t kMostIncoming = 256;
 
-// The store reads texts back through a buffer of 4096 bytes that also takes a terminator.
-constexpr std::size_t kLongestStoredText = 4095;
 
 bool IsIncoming(const std::shared_ptr<clsSession>& session) {
     return dynamic_cast<const clsIncoming*>(session.get()) != nullptr;

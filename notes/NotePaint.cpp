@@ -15,11 +15,6 @@ namespace {
 // More lines than any screen shows at the smallest size.
 constexpr std::size_t kMostLines = 5000;
 
-wxColour ToColour(std::int32_t bgr) {
-    const auto value = static_cast<std::uint32_t>(bgr);
-    return wxColour(value & 0xFF, value >> 8 & 0xFF, value >> 16 & 0xFF);
-}
-
 // Black on paper; a foreign colour code is painted black and would hide black text.
 const wxColour& TextInk(std::int32_t code) { return NoteIcon(code) ? *wxBLACK : *wxWHITE; }
 
@@ -66,8 +61,8 @@ void PaintText(wxDC& dc, const NotePicture& note, const wxRect& box) {
     int y = box.y;
     for (const FlowLine& line : FlowText(note.text, box.width, MeasureWith(dc), most)) {
         int x = box.x;
-        if (note.alignment == 1) x += box.width - line.width;
-        if (note.alignment == 2) x += (box.width - line.width) / 2;
+        if (note.alignment == kAlignRight) x += box.width - line.width;
+        if (note.alignment == kAlignCentre) x += (box.width - line.width) / 2;
         DrawAt(dc, wxString(line.text.data(), line.text.size()), x, y);
         y += height;
     }
@@ -111,6 +106,8 @@ void PaintForeground(wxDC& dc, const wxRect& box, const wxColour& paper, const w
 
 }  // namespace
 
+wxColour ToColour(std::int32_t bgr) { return wxColour(static_cast<unsigned long>(bgr & 0xFFFFFF)); }
+
 MeasureText MeasureWith(wxDC& dc) {
     return [&dc](std::wstring_view text) {
         wxArrayInt widths;
@@ -135,7 +132,7 @@ void PaintNote(wxDC& dc, const NotePicture& note, const NoteLayout& layout, doub
     const wxColour paper = ToColour(DisplayColor(note.color));
     const wxColour ink = NoteIcon(note.color) ? paper.ChangeLightness(45) : *wxLIGHT_GREY;
     const wxRect all = ToPixels({0, 0, layout.width, layout.height}, scaleX, scaleY);
-    dc.SetPen(wxPen(paper.ChangeLightness(80)));
+    dc.SetPen(*wxTRANSPARENT_PEN);
     dc.SetBrush(wxBrush(paper));
     dc.DrawRectangle(all);
 
@@ -154,4 +151,12 @@ void PaintNote(wxDC& dc, const NotePicture& note, const NoteLayout& layout, doub
         const wxRect box = ToPixels(layout.picEcke, scaleX, scaleY);
         dc.DrawBitmap(corner.GetBitmapFor(dc.GetWindow()), box.x, box.y, true);
     }
+
+    // The edge, up to the fold on both sides.
+    const auto outline = NoteOutline(all.width, all.height);
+    dc.SetPen(wxPen(paper.ChangeLightness(80)));
+    dc.DrawLine(0, 0, all.width, 0);
+    dc.DrawLine(0, 0, 0, all.height);
+    dc.DrawLine(all.width - 1, 0, all.width - 1, outline[0].y);
+    dc.DrawLine(0, all.height - 1, outline[2].x, all.height - 1);
 }

@@ -8,6 +8,9 @@
 #include "notes/NoteLayout.h"
 #include "notes/TextFlow.h"
 
+// The colour of a 0x00BBGGRR value.
+wxColour ToColour(std::int32_t bgr);
+
 // What a picture of a note depends on. The texts must outlive the call.
 struct NotePicture {
     const std::wstring& text;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "addressbook/AddressBook.h"
+#include "base/basText.h"
 #include "registry/clsRegistry.h"
 
 const wchar_t* const kSettingsKey = L"HKLM\\Software\\Kivora\\1.5\\";
@@ -25,7 +26,7 @@ void ReadNote(frmNote& note, const std::wstring& path) {
     note.FontNoteBold(number(L"FontBold") != 0);
     note.FontNoteItalic(number(L"FontItalic") != 0);
     note.FontNoteUnderlined(number(L"FontUnderlined") != 0);
-    note.FontNoteAlignment(static_cast<std::int16_t>(number(L"FontAlignment")));
+    note.FontNoteAlignment(number(L"FontAlignment"));
     note.HiddenForeground(number(L"Foreground") != 0);
     const double left = number(L"X"), top = number(L"Y");
     const double width = number(L"Width"), height = number(L"Height");
@@ -103,6 +104,7 @@ frmNote& NoteStore::AdoptNote(NotePtr note) {
     note->NoteKey(++lastNoteNumber_);
     frmNote& added = *note;
     notes_.push_back(std::move(note));
+    if (OnLongText && StoredLength(added.Text()) > kLongestStoredText) OnLongText(added);
     return added;
 }
 
@@ -115,7 +117,11 @@ void NoteStore::DeleteNote(frmNote& note) {
     SaveNotes();
 }
 
-void NoteStore::UnloadAllNotes() { notes_.clear(); }
+void NoteStore::UnloadAllNotes() {
+    // Not one by one through the toolkit's list of what is to go: that is searched for every window.
+    for (NotePtr& note : notes_) note.release()->UnloadAtEnd();
+    notes_.clear();
+}
 
 void NoteStore::MinimizeAll() {
     minimizedByCommand_.emplace();

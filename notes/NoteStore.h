@@ -4,6 +4,7 @@
 // image before the change or the one after it.
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -20,6 +21,10 @@ using NotePtr = std::unique_ptr<frmNote, NoteUnloader>;
 
 extern const wchar_t* const kSettingsKey;  // with its trailing backslash
 
+// The most bytes of a text that come back after a restart: it is read through a buffer of 4096 bytes that
+// also takes a terminator.
+constexpr std::size_t kLongestStoredText = 4095;
+
 class NoteStore {
   public:
     explicit NoteStore(NoteHost& host) : host_(host) {}
@@ -35,7 +40,7 @@ class NoteStore {
     // Takes an imported note in under the next key; neither shows nor saves it.
     frmNote& AdoptNote(NotePtr note);
     void DeleteNote(frmNote& note);  // also saves; the reference is dead afterwards
-    void UnloadAllNotes();
+    void UnloadAllNotes();           // only at the end of the program
 
     void MinimizeAll();
     void UnMinimizeAll();
@@ -51,6 +56,9 @@ class NoteStore {
     const std::vector<NotePtr>& Notes() const { return notes_; }
 
     bool AutostartEnabled = false;
+
+    // Called for an imported note with more text than can be read back, if set.
+    std::function<void(const frmNote& note)> OnLongText;
 
   private:
     NoteHost& host_;

@@ -18,6 +18,9 @@ std::int32_t DisplayColor(std::int32_t code);
 // Cuts the window to the note's outline for its size in pixels.
 void ShapeNoteWindow(wxFrame& window, int widthPixels, int heightPixels);
 
+// Puts the window above others of its kind without activating it.
+void RaiseNoteWindow(wxFrame& window);
+
 // Shows the window without activating it, above all normal windows when `topmost` is set, and keeps it out of
 // the task bar.
 void ShowNoteWindow(wxFrame& window, bool topmost);

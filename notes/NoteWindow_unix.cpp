@@ -32,6 +32,10 @@ void ShapeNoteWindow(wxFrame& window, int widthPixels, int heightPixels) {
     window.SetShape(shape);
 }
 
+void RaiseNoteWindow(wxFrame& window) {
+    if (GdkWindow* native = gtk_widget_get_window(window.GetHandle())) gdk_window_raise(native);
+}
+
 void ShowNoteWindow(wxFrame& window, bool topmost) {
     auto* gtk = GTK_WINDOW(window.GetHandle());
     const bool hidden = !window.IsShown();
@@ -44,5 +48,5 @@ void ShowNoteWindow(wxFrame& window, bool topmost) {
         gtk_window_set_skip_pager_hint(gtk, TRUE);
     }
     gtk_window_set_keep_above(gtk, topmost);
-    if (topmost) window.Raise();
+    if (topmost) RaiseNoteWindow(window);
 }

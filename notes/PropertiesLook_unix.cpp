@@ -32,8 +32,8 @@ PangoAttribute* AttributeOf(CaptionLook look) {
 
 }  // namespace
 
-// By attributes of the label: a font of its own does not underline, and a check box that gets one after it was
-// made is laid out too small at first.
+// By attributes of the label: a font of its own does not underline, and a check box that gets one after it
+// was made is laid out too small at first.
 void StyleCaption(wxCheckBox& box, CaptionLook look) {
     GtkWidget* label = FindWidget(box.GetHandle(), GTK_TYPE_LABEL);
     if (!label) return;

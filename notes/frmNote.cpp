@@ -92,11 +92,13 @@ bool frmNote::HiddenForeground() {
 void frmNote::Color(std::int32_t code) {
     color_ = code;
     Refresh();
+    if (minimized_) RenewIcon();
 }
 
 void frmNote::Text(const std::wstring& text) {
     lblMessage_.caption = text;
     Refresh();
+    if (minimized_) RenewIcon();
 }
 
 std::wstring frmNote::TextCleaned() const { return Flattened(Text()); }
@@ -121,7 +123,7 @@ void frmNote::FontNoteSize(std::int32_t points) {
     Refresh();
 }
 
-void frmNote::FontNoteAlignment(std::int16_t code) {
+void frmNote::FontNoteAlignment(std::int32_t code) {
     lblMessage_.alignment = code;
     Refresh();
 }
@@ -144,20 +146,25 @@ void frmNote::Minimized(bool on) {
         notNotizIcon_->Events.DblClick = [this](int button) {
             if (button != 1) return;
             Minimized(false);
-            Raise();
+            RaiseNoteWindow(*this);
         };
         notNotizIcon_->Events.MouseUp = [this](int button) {
             if (button == 2) Later(&NoteHost::ShowPopupMenu);
         };
         notNotizIcon_->Events.ContextMenu = [this] { Later(&NoteHost::ShowPopupMenu); };
     }
+    RenewIcon();
+    Hide();
+    notNotizIcon_->ShowIcon();
+}
+
+void frmNote::RenewIcon() {
     constexpr std::size_t kLongestTip = 55;
     std::wstring tip = TextCleaned();
     if (tip.size() > kLongestTip) tip = tip.substr(0, kLongestTip) + L" ...";
-    notNotizIcon_->SetIconFile({Picture::Icon, LoadPicture(NoteIcon(color_))});
+    const int icon = NoteIcon(color_);
+    notNotizIcon_->SetIconFile(ResourcePicture(icon ? icon : static_cast<int>(kProgramIcon)));
     notNotizIcon_->IconToolTip(tip);
-    Hide();
-    notNotizIcon_->ShowIcon();
 }
 
 void frmNote::PlaceAt(double left, double top) { Place(left, top, width_, height_); }
@@ -181,6 +188,11 @@ void frmNote::Unload() {
     gesture_.reset();
     Hide();
     Destroy();
+}
+
+void frmNote::UnloadAtEnd() {
+    if (notNotizIcon_) notNotizIcon_->HideIcon();
+    delete this;
 }
 
 void frmNote::ShowStacked() {
@@ -314,7 +326,8 @@ void frmNote::OnLeftDown(wxMouseEvent& event) {
         Refresh();
         return;
     }
-    Raise();
+    RaiseNoteWindow(*this);
+    gesture_.reset();
     const auto hit = PressHitTest(layout_, at.m_x, at.m_y);
     if (hit != HT_NONE) {
         gesture_ = NoteGesture::Begin(

@@ -29,9 +29,6 @@ class NoteHost {
     virtual void EditNote(frmNote& note) = 0;
 };
 
-// Alignment codes of a note's text.
-enum : std::int16_t { kAlignLeft = 0, kAlignRight = 1, kAlignCentre = 2 };
-
 constexpr int kSmallestFontSize = 8;
 constexpr int kLargestFontSize = 25;
 constexpr int kDefaultFontSize = 12;
@@ -63,8 +60,8 @@ class frmNote : public wxFrame {
     void FontNoteUnderlined(bool on);
     std::int32_t FontNoteSize() const { return lblMessage_.size; }
     void FontNoteSize(std::int32_t points);  // kept as it is; drawn within 8 to 25
-    std::int16_t FontNoteAlignment() const { return lblMessage_.alignment; }
-    void FontNoteAlignment(std::int16_t code);
+    std::int32_t FontNoteAlignment() const { return lblMessage_.alignment; }
+    void FontNoteAlignment(std::int32_t code);  // any other than the three shows as left
     const std::wstring& CreationTime() const { return lblZeit_; }
     void CreationTime(const std::wstring& text);
 
@@ -89,6 +86,8 @@ class frmNote : public wxFrame {
 
     // Takes the note's icon and window away and destroys the note as soon as its events are through.
     void Unload();
+    // The same at once. Only for the end of the program, when no event of the note can be under way.
+    void UnloadAtEnd();
 
     // The note's own icon while it is minimized, else null.
     const Notification* TrayIcon() const { return notNotizIcon_.get(); }
@@ -103,11 +102,12 @@ class frmNote : public wxFrame {
     struct Message {
         std::wstring caption;
         std::int32_t size = kDefaultFontSize;
-        std::int16_t alignment = kAlignLeft;
+        std::int32_t alignment = kAlignLeft;
         bool bold = false, italic = false, underlined = false;
     };
 
     wxFont MessageFont() const;
+    void RenewIcon();
     wxRect PixelRect() const;
     void ArrangeParts(const wxSize& pixels);
     void Hover(NotePart part);

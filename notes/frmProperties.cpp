@@ -12,18 +12,15 @@
 
 #include "base/basText.h"
 #include "notes/NoteColor.h"
+#include "notes/NotePaint.h"
+#include "notes/NoteStore.h"
 #include "notes/NoteWindow.h"
 #include "notes/PropertiesLook.h"
 #include "notes/frmNote.h"
 
 namespace {
 
-// The store reads texts back through a buffer of 4096 bytes that also takes a terminator.
-constexpr std::size_t kLongestText = 4095;
-
 enum Form { kUnderlined = 0, kBold = 1, kItalic = 2 };
-
-wxColour ToColour(std::int32_t bgr) { return wxColour(static_cast<unsigned long>(bgr)); }
 
 // The buttons show the pure tones; the last one deliberately a deeper blue than its notes have.
 struct ColorButton {
@@ -90,6 +87,7 @@ wxSizer* frmProperties::CreateForms() {
 
 wxSizer* frmProperties::CreateColors() {
     auto* sizer = new wxStaticBoxSizer(wxVERTICAL, this, L"Farbe");
+    auto* inner = new wxBoxSizer(wxVERTICAL);
     for (std::size_t i = 0; i < optFarbe.size(); ++i) {
         optFarbe[i] = new wxRadioButton(sizer->GetStaticBox(), wxID_ANY, kColorButtons[i].caption,
                                         wxDefaultPosition, wxDefaultSize, i == 0 ? wxRB_GROUP : 0);
@@ -97,8 +95,9 @@ wxSizer* frmProperties::CreateColors() {
         optFarbe[i]->SetBackgroundColour(face);
         optFarbe[i]->SetForegroundColour(face.GetLuminance() > 0.2 ? *wxBLACK : *wxWHITE);
         optFarbe[i]->Bind(wxEVT_RADIOBUTTON, [this](wxCommandEvent&) { UpdateLook(); });
-        sizer->Add(optFarbe[i], wxSizerFlags().Expand().Border(wxALL, FromDIP(2)));
+        inner->Add(optFarbe[i], wxSizerFlags().Expand().Border(wxALL, FromDIP(2)));
     }
+    sizer->Add(inner, wxSizerFlags().Expand().Border(wxRIGHT | wxBOTTOM, FromDIP(4)));
     return sizer;
 }
 
@@ -116,11 +115,13 @@ wxSizer* frmProperties::CreateAlignments() {
 
 wxSizer* frmProperties::CreateSize() {
     auto* sizer = new wxBoxSizer(wxHORIZONTAL);
-    sizer->Add(new wxStaticText(this, wxID_ANY, L"Schriftgrad"), wxSizerFlags().CentreVertical());
+    Label1 = new wxStaticText(this, wxID_ANY, L"Schriftgrad");
+    sizer->Add(Label1, wxSizerFlags().CentreVertical());
     sizer->AddSpacer(FromDIP(kDialogGap));
     updwnSchriftgrad = new wxSpinCtrl(this, wxID_ANY, wxString(), wxDefaultPosition, wxDefaultSize,
                                       wxSP_ARROW_KEYS, kSmallestFontSize, kLargestFontSize, kDefaultFontSize);
     updwnSchriftgrad->Bind(wxEVT_SPINCTRL, [this](wxSpinEvent&) { UpdateLook(); });
+    updwnSchriftgrad->Bind(wxEVT_TEXT, [this](wxCommandEvent&) { UpdateLook(); });
     sizer->Add(updwnSchriftgrad, wxSizerFlags(1));
     return sizer;
 }
@@ -133,7 +134,8 @@ void frmProperties::Fill(const frmNote& note) {
     for (wxTextCtrl* box : boxes_) box->ChangeValue(text);
     cmdOK->Enable(!text_.empty());
 
-    const auto alignment = static_cast<std::size_t>(std::clamp<int>(note.FontNoteAlignment(), 0, 2));
+    const std::int32_t code = note.FontNoteAlignment();
+    const std::size_t alignment = code == kAlignRight || code == kAlignCentre ? code : kAlignLeft;
     optAusrichtung[alignment]->SetValue(true);
     chkForm[kUnderlined]->SetValue(note.FontNoteUnderlined());
     chkForm[kBold]->SetValue(note.FontNoteBold());
@@ -153,7 +155,7 @@ void frmProperties::ApplyTo(frmNote& note) const {
     note.FontNoteItalic(chkForm[kItalic]->GetValue());
     note.FontNoteUnderlined(chkForm[kUnderlined]->GetValue());
     note.FontNoteAlignment(SelectedAlignment());
-    note.FontNoteSize(updwnSchriftgrad->GetValue());
+    note.FontNoteSize(SelectedSize());
     note.Text(WithCrLf(text_));
     note.Color(kNoteColors[SelectedColor()]);
 }
@@ -162,13 +164,9 @@ void frmProperties::OnText(wxTextCtrl* source) {
     if (updating_) return;
     updating_ = true;
     const std::wstring typed = source->GetValue().ToStdWstring();
-    std::size_t caret = 0;
-    text_ = FitEdit(text_, typed, kLongestText, &caret);
-    if (text_ != typed) {
-        source->ChangeValue(text_);
-        source->SetInsertionPoint(static_cast<long>(caret));
-        wxBell();
-    }
+    text_ = FitEdit(text_, typed, kLongestStoredText, &caret_);
+    // The control is still busy with what was pasted and must not lose its text under its hands.
+    if (text_ != typed) CallAfter([this, source] { MendBox(source); });
     for (wxTextCtrl* box : boxes_) {
         if (box != source) box->ChangeValue(text_);
     }
@@ -177,8 +175,15 @@ void frmProperties::OnText(wxTextCtrl* source) {
     updating_ = false;
 }
 
+void frmProperties::MendBox(wxTextCtrl* box) {
+    if (box->GetValue() == text_) return;
+    box->ChangeValue(text_);
+    box->SetInsertionPoint(static_cast<long>(caret_));
+    wxBell();
+}
+
 void frmProperties::UpdateLook() {
-    const wxFont font(wxFontInfo(updwnSchriftgrad->GetValue())
+    const wxFont font(wxFontInfo(SelectedSize())
                           .FaceName(L"Arial")
                           .Bold(chkForm[kBold]->GetValue())
                           .Italic(chkForm[kItalic]->GetValue())
@@ -203,9 +208,15 @@ std::size_t frmProperties::SelectedColor() const {
     return 0;
 }
 
-std::int16_t frmProperties::SelectedAlignment() const {
+std::int32_t frmProperties::SelectedAlignment() const {
     for (std::size_t i = 0; i < optAusrichtung.size(); ++i) {
-        if (optAusrichtung[i]->GetValue()) return static_cast<std::int16_t>(i);
+        if (optAusrichtung[i]->GetValue()) return static_cast<std::int32_t>(i);
     }
     return kAlignLeft;
+}
+
+int frmProperties::SelectedSize() const {
+    long typed = 0;
+    if (!updwnSchriftgrad->GetTextValue().ToLong(&typed)) return updwnSchriftgrad->GetValue();
+    return static_cast<int>(std::clamp<long>(typed, kSmallestFontSize, kLargestFontSize));
 }

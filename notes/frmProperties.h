@@ -13,6 +13,7 @@ class frmNote;
 class wxCheckBox;
 class wxRadioButton;
 class wxSpinCtrl;
+class wxStaticText;
 class wxTextCtrl;
 
 class frmProperties : public frmDialog {
@@ -31,7 +32,8 @@ class frmProperties : public frmDialog {
     std::array<wxCheckBox*, 3> chkForm{};    // underlined, bold, italic
     std::array<wxRadioButton*, 4> optFarbe{};
     std::array<wxRadioButton*, 3> optAusrichtung{};
-    wxSpinCtrl* updwnSchriftgrad = nullptr;
+    wxStaticText* Label1 = nullptr;
+    wxSpinCtrl* updwnSchriftgrad = nullptr;  // with its text box, txtSchriftgrad, as part of it
     using frmDialog::cmdAbbrechen;
     using frmDialog::cmdOK;
 
@@ -45,9 +47,12 @@ class frmProperties : public frmDialog {
     void UpdateLook();
     void UpdateAlignment();
     std::size_t SelectedColor() const;
-    std::int16_t SelectedAlignment() const;
+    std::int32_t SelectedAlignment() const;
+    int SelectedSize() const;  // also one that is still being typed
+    void MendBox(wxTextCtrl* box);
 
     std::array<wxTextCtrl*, 3> boxes_{};
-    std::wstring text_;  // what all three boxes hold, line breaks as the control has them
+    std::wstring text_;      // what all three boxes hold, line breaks as the control has them
+    std::size_t caret_ = 0;  // where it belongs in a box that holds too much
     bool updating_ = false;
 };

@@ -10,6 +10,7 @@
 #include "addressbook/frmAddressbookEntryEdit.h"
 #include "addressbook/frmAddressbookEntryNew.h"
 #include "base/basMessage.h"
+#include "tests/support/Dialogs.h"
 #include "tests/support/Events.h"
 
 namespace {
@@ -25,20 +26,11 @@ const std::wstring kUnreachable =
     L"Computer nicht erreichbar|52|Der Computer mit der Adresse gibt-es-nicht.invalid ist nicht "
     L"erreichbar.\r\nMöchten Sie die Adresse dennoch übernehmen?";
 
-void Press(wxWindow* button) {
-    wxCommandEvent event(wxEVT_BUTTON, button->GetId());
-    event.SetEventObject(button);
-    button->ProcessWindowEvent(event);
-}
-
 template <class Dialog>
 Dialog* Opened() {
     Dialog* found = nullptr;
     RunUntil([&] {
-        for (wxWindow* window : wxTopLevelWindows) {
-            auto* dialog = dynamic_cast<Dialog*>(window);
-            if (dialog && dialog->IsShown()) found = dialog;
-        }
+        found = OpenDialog<Dialog>();
         return found != nullptr;
     });
     return found;

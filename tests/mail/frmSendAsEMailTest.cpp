@@ -14,23 +14,10 @@
 #include "mail/frmSendAsEMail.h"
 #include "registry/clsRegistry.h"
 #include "tests/notes/NoteRecorder.h"
+#include "tests/support/Dialogs.h"
 #include "tests/support/Events.h"
 
 namespace {
-
-frmSendAsEMail* OpenDialog() {
-    for (wxWindow* window : wxTopLevelWindows) {
-        auto* dialog = dynamic_cast<frmSendAsEMail*>(window);
-        if (dialog && dialog->IsShown()) return dialog;
-    }
-    return nullptr;
-}
-
-void Press(wxWindow* button) {
-    wxCommandEvent event(wxEVT_BUTTON, button->GetId());
-    event.SetEventObject(button);
-    button->ProcessWindowEvent(event);
-}
 
 class FrmSendAsEMail : public testing::Test {
   protected:
@@ -57,7 +44,7 @@ class FrmSendAsEMail : public testing::Test {
     void Run(std::function<void(frmSendAsEMail&)> act) {
         opened = false;
         wxTheApp->CallAfter([this, act = std::move(act)] {
-            frmSendAsEMail* dialog = OpenDialog();
+            frmSendAsEMail* dialog = OpenDialog<frmSendAsEMail>();
             ASSERT_TRUE(dialog);
             opened = true;
             act(*dialog);
@@ -67,7 +54,7 @@ class FrmSendAsEMail : public testing::Test {
             return false;
         });
         EXPECT_TRUE(opened);
-        EXPECT_FALSE(OpenDialog());
+        EXPECT_FALSE(OpenDialog<frmSendAsEMail>());
     }
 
     NoteRecorder recorder;

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <wx/button.h>
 #include <wx/checkbox.h>
+#include <wx/clipbrd.h>
 #include <wx/radiobut.h>
 #include <wx/spinctrl.h>
 #include <wx/textctrl.h>
@@ -10,38 +11,10 @@
 #include "notes/frmProperties.h"
 #include "registry/clsRegistry.h"
 #include "tests/notes/NoteRecorder.h"
+#include "tests/support/Dialogs.h"
 #include "tests/support/Events.h"
 
 namespace {
-
-// The dialog that an operation has opened.
-frmProperties* OpenDialog() {
-    for (wxWindow* window : wxTopLevelWindows) {
-        auto* dialog = dynamic_cast<frmProperties*>(window);
-        if (dialog && dialog->IsShown()) return dialog;
-    }
-    return nullptr;
-}
-
-void Press(wxWindow* button) {
-    wxCommandEvent event(wxEVT_BUTTON, button->GetId());
-    event.SetEventObject(button);
-    button->ProcessWindowEvent(event);
-}
-
-void Choose(wxRadioButton* button) {
-    button->SetValue(true);
-    wxCommandEvent event(wxEVT_RADIOBUTTON, button->GetId());
-    event.SetEventObject(button);
-    button->ProcessWindowEvent(event);
-}
-
-void Check(wxCheckBox* box, bool on) {
-    box->SetValue(on);
-    wxCommandEvent event(wxEVT_CHECKBOX, box->GetId());
-    event.SetEventObject(box);
-    box->ProcessWindowEvent(event);
-}
 
 class FrmProperties : public testing::Test {
   protected:
@@ -54,7 +27,7 @@ class FrmProperties : public testing::Test {
     // Does something with the dialog as soon as it is on the screen.
     void WhenOpen(std::function<void(frmProperties&)> act) {
         wxTheApp->CallAfter([this, act = std::move(act)] {
-            frmProperties* dialog = OpenDialog();
+            frmProperties* dialog = OpenDialog<frmProperties>();
             ASSERT_TRUE(dialog);
             opened = true;
             act(*dialog);
@@ -168,10 +141,42 @@ TEST_F(FrmProperties, TheThreeBoxesStayAlike) {
 
 TEST_F(FrmProperties, TakesNoMoreThanCanBeReadBack) {
     frmProperties* dialog = new frmProperties(L"Neue Notiz");
-    dialog->txtMessage->SetValue(wxString(L'ä', 3000));
-    EXPECT_EQ(dialog->txtMessage->GetValue(), wxString(L'ä', 2047));
-    dialog->txtMessage->SetValue(wxString(L'\n', 3000));
-    EXPECT_EQ(dialog->txtMessage->GetValue().length(), 2047u);
+    const auto set = [&](const wxString& text) {
+        dialog->txtMessage->SetValue(text);
+        return RunUntil([&] { return dialog->txtMessage->GetValue().length() == 2047; });
+    };
+    EXPECT_TRUE(set(wxString(L'ä', 3000)));
+    EXPECT_EQ(dialog->txtMessageZentr->GetValue(), wxString(L'ä', 2047));
+    EXPECT_TRUE(set(wxString(L'\n', 3000)));
+    dialog->Destroy();
+}
+
+TEST_F(FrmProperties, PastingTooMuchKeepsWhatFits) {
+    // A paste goes through the control's own code, which is not to be disturbed on its way.
+    frmProperties* dialog = new frmProperties(L"Neue Notiz");
+    dialog->Show();
+    for (const std::size_t before : {std::size_t{0}, std::size_t{4090}}) {
+        dialog->txtMessage->SetValue(wxString(L'a', before));
+        dialog->txtMessage->SetInsertionPointEnd();
+        ASSERT_TRUE(wxTheClipboard->Open());
+        wxTheClipboard->SetData(new wxTextDataObject(wxString(L'b', 6000)));
+        wxTheClipboard->Close();
+        dialog->txtMessage->Paste();
+        const wxString expected = wxString(L'a', before) + wxString(L'b', 4095 - before);
+        EXPECT_TRUE(RunUntil([&] { return dialog->txtMessage->GetValue() == expected; })) << before;
+    }
+    dialog->Destroy();
+}
+
+TEST_F(FrmProperties, SizeCountsWhileItIsTyped) {
+    frmProperties* dialog = new frmProperties(L"Neue Notiz");
+    NotePtr note = store.CreateNote();
+    const std::pair<const wchar_t*, int> rows[] = {{L"20", 20}, {L"3", 8}, {L"99", 25}};
+    for (const auto& [typed, size] : rows) {
+        dialog->updwnSchriftgrad->SetValue(wxString(typed));
+        dialog->ApplyTo(*note);
+        EXPECT_EQ(note->FontNoteSize(), size);
+    }
     dialog->Destroy();
 }
 
