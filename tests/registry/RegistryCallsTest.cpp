@@ -50,11 +50,10 @@ class RegistryCallsTest : public testing::Test {
 };
 
 TEST_F(RegistryCallsTest, KeysAreOrderedWithoutCase) {
-    for (const auto* name : {L"Note2", L"note10", L"_x", L"Note1a", L"NOTE1", L"Note1"})
-        Make(ToCodePage(name));
-    EXPECT_EQ(SubKeys(), (std::vector<std::wstring>{L"NOTE1", L"note10", L"Note1a", L"Note2", L"_x"}));
+    for (const auto* name : {L"Note2", L"note10", L"Note1a", L"NOTE1", L"Note1"}) Make(ToCodePage(name));
+    EXPECT_EQ(SubKeys(), (std::vector<std::wstring>{L"NOTE1", L"note10", L"Note1a", L"Note2"}));
     for (const auto* name : {L"Öl", L"öl", L"ÖL2"}) Make(ToCodePage(name));
-    EXPECT_EQ(SubKeys().size(), 7u);
+    EXPECT_EQ(SubKeys().size(), 6u);
     EXPECT_TRUE(Exists(ToCodePage(L"öL2")));
 }
 

@@ -94,6 +94,14 @@ TEST(RegistryHive, SpellingsOfNames) {
     EXPECT_EQ(hive.Sql("SELECT name FROM registry_key WHERE name LIKE 'note0'"), "NOTE0");
 }
 
+TEST(RegistryHive, NamesAreOrderedAsCapitals) {
+    const HiveFolder hive;
+    for (const auto* name : {L"_x", L"Note2", L"note10"}) Registry().CreateKey(kStore + name);
+    std::vector<std::wstring> names;
+    Registry().EnumKeys(kStore, names);
+    EXPECT_EQ(names, (std::vector<std::wstring>{L"note10", L"Note2", L"_x"}));
+}
+
 TEST(RegistryHive, RowsThatMakeNoSenseAreLeftOut) {
     const HiveFolder hive;
     Write(L"gut");

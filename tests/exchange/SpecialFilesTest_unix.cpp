@@ -1,0 +1,24 @@
+#include <gtest/gtest.h>
+#include <stdlib.h>
+#include <sys/stat.h>
+
+#include "exchange/ExportFile.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// Opening one of these could wait for ever, or read without end.
+TEST(SpecialFiles, AreNoExportFiles) {
+    const fs::path pipe = fs::path(getenv("XDG_RUNTIME_DIR")) / "pipe";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    for (const fs::path& path : {pipe, fs::path("/dev/full"), fs::path("/dev/zero")}) {
+        EXPECT_FALSE(OpenForExport(path).good()) << path;
+        EXPECT_FALSE(OpenExport(path).good()) << path;
+        EXPECT_TRUE(ListExport(path).empty()) << path;
+        EXPECT_FALSE(RecordOf(path, 0)) << path;
+    }
+    fs::remove(pipe);
+}
+
+}  // namespace
