@@ -13,6 +13,8 @@
 #include <thread>
 #include <utility>
 
+#include "registry/RegistryHive.h"
+
 namespace {
 
 const char* const kSocketName = "socket";
@@ -29,9 +31,10 @@ Descriptor OpenPrivateFolder(const std::string& path) {
 
 Descriptor OpenMeetingFolder() {
     // A folder in the data folder: the hive locks that one itself while it is being opened.
-    const std::string data = std::string(g_get_user_data_dir()) + "/kivora";
-    g_mkdir_with_parents(data.c_str(), 0700);
-    if (Descriptor folder = OpenPrivateFolder(data + "/running")) return folder;
+    if (const std::string data = FolderOfHive().string(); !data.empty()) {
+        g_mkdir_with_parents(data.c_str(), 0700);
+        if (Descriptor folder = OpenPrivateFolder(data + "/running")) return folder;
+    }
     const char* runtime = std::getenv("XDG_RUNTIME_DIR");
     if (runtime && runtime[0] == '/') {
         if (Descriptor folder = OpenPrivateFolder(std::string(runtime) + "/kivora")) return folder;

@@ -10,8 +10,14 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// Empty when the user has no home.
 fs::path HivePath() {
+    const fs::path folder = FolderOfHive();
+    return folder.empty() ? folder : folder / "registry.sqlite";
+}
+
+}  // namespace
+
+fs::path FolderOfHive() {
     const char* const data = std::getenv("XDG_DATA_HOME");
     fs::path folder = data ? data : "";
     if (!folder.is_absolute()) {
@@ -23,10 +29,8 @@ fs::path HivePath() {
         if (!home || !fs::path(home).is_absolute()) return {};
         folder = fs::path(home) / ".local" / "share";
     }
-    return folder / "kivora" / "registry.sqlite";
+    return folder / "kivora";
 }
-
-}  // namespace
 
 HiveImage& RegistryHive::FreshImage() {
     if (depth_ == 0) Refresh();

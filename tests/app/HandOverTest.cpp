@@ -288,22 +288,37 @@ TEST_F(HandOverTest, SilentSendersInEveryPlaceDelayOthersOnly) {
     for (std::size_t i = 0; i < 16; ++i) close(silent[i]);
 }
 
-// Where copies meet, for a value of XDG_RUNTIME_DIR.
+// Where copies meet, for values of the variables that name the user's folders.
 class MeetingPlaceTest : public testing::Test {
   protected:
-    MeetingPlaceTest() : runtime_(std::getenv("XDG_RUNTIME_DIR")) {}
-    ~MeetingPlaceTest() override { setenv("XDG_RUNTIME_DIR", runtime_.c_str(), 1); }
+    MeetingPlaceTest() : data_(std::getenv("XDG_DATA_HOME")), runtime_(std::getenv("XDG_RUNTIME_DIR")) {}
+    ~MeetingPlaceTest() override {
+        setenv("XDG_DATA_HOME", data_.c_str(), 1);
+        setenv("XDG_RUNTIME_DIR", runtime_.c_str(), 1);
+    }
 
     static std::filesystem::path Folder(const MeetingPlace& place) {
         return std::filesystem::read_symlink(
             std::filesystem::path(place.SocketAddress().sun_path).parent_path());
     }
 
-    const std::string runtime_;
+    const std::string data_, runtime_;
     const std::string shared_ = "/tmp/kivora-" + std::to_string(geteuid());
 };
 
-TEST_F(MeetingPlaceTest, IsAPrivateFolderOfTheUser) {
+TEST_F(MeetingPlaceTest, LiesWithTheNotesHoweverTheProgramWasStarted) {
+    const std::filesystem::path expected = std::filesystem::path(data_) / "kivora" / "running";
+    for (const char* runtime : {runtime_.c_str(), "", "/nowhere"}) {
+        setenv("XDG_RUNTIME_DIR", runtime, 1);
+        const MeetingPlace place;
+        ASSERT_TRUE(place);
+        EXPECT_EQ(Folder(place), expected) << runtime;
+        EXPECT_EQ(std::filesystem::status(expected).permissions(), std::filesystem::perms::owner_all);
+    }
+}
+
+TEST_F(MeetingPlaceTest, WithoutAFolderForDataIsAPrivateFolderOfTheUser) {
+    setenv("XDG_DATA_HOME", "/proc/nowhere", 1);
     const std::filesystem::path root = runtime_;
     std::filesystem::remove_all(root / "link");
     std::filesystem::create_directories(root / "link");
@@ -328,10 +343,10 @@ TEST_F(MeetingPlaceTest, IsAPrivateFolderOfTheUser) {
 }
 
 TEST_F(MeetingPlaceTest, WorksAtTheEndOfALongPath) {
-    std::filesystem::path deep = runtime_;
+    std::filesystem::path deep = data_;
     for (int i = 0; i < 10; ++i) deep /= std::string(40, 'd');
     std::filesystem::create_directories(deep);
-    setenv("XDG_RUNTIME_DIR", deep.c_str(), 1);
+    setenv("XDG_DATA_HOME", deep.c_str(), 1);
     const auto role = RunningCopy::Claim();
     ASSERT_TRUE(role);
     std::wstring received;
@@ -339,7 +354,7 @@ TEST_F(MeetingPlaceTest, WorksAtTheEndOfALongPath) {
     Child sender = Sender(L"/a");
     RunUntil([&] { return sender.Ended() && !received.empty(); });
     EXPECT_EQ(received, L"/a");
-    EXPECT_TRUE(std::filesystem::is_socket(deep / "kivora" / "socket"));
+    EXPECT_TRUE(std::filesystem::is_socket(deep / "kivora" / "running" / "socket"));
 }
 
 }  // namespace
