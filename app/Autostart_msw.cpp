@@ -1,0 +1,12 @@
+#include "app/Autostart.h"
+#include "base/ExecutableFileName.h"
+#include "base/FileName.h"
+#include "base/basHelp.h"
+
+std::wstring AutostartFileName() {
+    return ExecutableFileName(ProgramFolder(), FileName(FilePath(ProgramPath()).filename()));
+}
+
+// The registry value is all that the system looks at.
+void EnterInSession(const std::wstring&) {}
+void RemoveFromSession() {}

@@ -1,0 +1,47 @@
+#include <windows.h>
+
+#include <wx/menu.h>
+#include <wx/window.h>
+
+#include "app/PopupMenu.h"
+#include "base/basWait.h"
+
+namespace {
+
+// The menu runs a loop of its own, which knows nothing of the program's end.
+void EndMenuAtEnd(wxIdleEvent& event) {
+    if (IsQuitting()) EndMenu();
+    event.Skip();
+}
+
+}  // namespace
+
+std::optional<int> PopupMenuAtPointer(wxWindow& owner, wxMenu& menu) {
+    const HWND window = owner.GetHandle();
+    POINT pointer{};
+    GetCursorPos(&pointer);
+    // Else the menu would stay when the user clicks elsewhere.
+    SetForegroundWindow(window);
+    owner.Bind(wxEVT_IDLE, EndMenuAtEnd);
+    const int chosen = TrackPopupMenu(menu.GetHMenu(), TPM_RETURNCMD | TPM_RIGHTBUTTON, pointer.x, pointer.y,
+                                      0, window, nullptr);
+    owner.Unbind(wxEVT_IDLE, EndMenuAtEnd);
+    PostMessageW(window, WM_NULL, 0, 0);
+    if (chosen == 0) return std::nullopt;
+    return chosen;
+}
+
+void AppendPicture(wxMenu& menu, int id, const wxBitmapBundle& picture, int) {
+    wxMenuItem* item = menu.Append(id, L" ");
+    // Lives as long as any menu shows it.
+    static wxBitmap bitmap;
+    bitmap = picture.GetBitmap(wxDefaultSize);
+    if (!bitmap.IsOk()) return;
+    MENUITEMINFOW info{};
+    info.cbSize = sizeof info;
+    info.fMask = MIIM_FTYPE | MIIM_BITMAP | MIIM_STATE;
+    info.fType = MFT_STRING;
+    info.hbmpItem = bitmap.GetHBITMAP();
+    info.fState = MFS_DISABLED;
+    SetMenuItemInfoW(menu.GetHMenu(), static_cast<UINT>(item->GetId()), FALSE, &info);
+}

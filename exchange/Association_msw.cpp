@@ -1,0 +1,11 @@
+#include "base/ExecutableFileName.h"
+#include "base/FileName.h"
+#include "base/basHelp.h"
+#include "exchange/Association.h"
+
+std::wstring RegisteredProgram() {
+    return ExecutableFileName(ProgramFolder(), FileName(FilePath(ProgramPath()).filename()));
+}
+
+// The registry is all that the shell looks at.
+void RegisterWithDesktop() {}

@@ -1,0 +1,23 @@
+#include <windows.h>
+
+#include <wx/listbox.h>
+
+#include "notes/ListRows.h"
+
+// They are alike here already.
+void MakeRowsAlike(wxListBox&) {}
+
+void SelectAllRows(wxListBox& list, bool on) {
+    const HWND rows = list.GetHandle();
+    const LRESULT before = SendMessageW(rows, LB_GETSELCOUNT, 0, 0);
+    SendMessageW(rows, LB_SETSEL, on, -1);
+    if (SendMessageW(rows, LB_GETSELCOUNT, 0, 0) == before) return;
+    wxCommandEvent event(wxEVT_LISTBOX, list.GetId());
+    event.SetEventObject(&list);
+    list.ProcessWindowEvent(event);
+}
+
+int CurrentRow(const wxListBox& list) {
+    const HWND rows = list.GetHandle();
+    return list.IsEmpty() ? -1 : static_cast<int>(SendMessageW(rows, LB_GETCARETINDEX, 0, 0));
+}

@@ -1,0 +1,30 @@
+// The system moves and sizes windows itself, once it is told that a frame was pressed.
+#include <windows.h>
+
+#include <wx/weakref.h>
+
+#include <memory>
+
+#include "notes/NoteGesture.h"
+
+namespace {
+
+using Finished = std::function<void(const wxRect& before, const wxRect& after)>;
+
+// By the time the owner holds it, it is over.
+class FinishedGesture : public NoteGesture {};
+
+}  // namespace
+
+std::unique_ptr<NoteGesture> NoteGesture::Begin(wxFrame& window, int hitTest, int smallest,
+                                                Finished finished) {
+    window.SetMinSize(wxSize(smallest, smallest));
+    const wxRect before = window.GetRect();
+    // Other events run until the button is released, and the note may be deleted by one of them.
+    const wxWeakRef<wxFrame> alive(&window);
+    ReleaseCapture();
+    SendMessageA(window.GetHandle(), WM_NCLBUTTONDOWN, static_cast<WPARAM>(hitTest), 0);
+    if (!alive) return nullptr;
+    finished(before, window.GetRect());
+    return std::make_unique<FinishedGesture>();
+}

@@ -1,0 +1,53 @@
+#include <windows.h>
+
+#include "notes/NoteColor.h"
+#include "notes/NoteLayout.h"
+#include "notes/NoteWindow.h"
+
+namespace {
+
+constexpr double kTwipsPerInch = 1440;
+
+// What the desktop says about itself.
+int DesktopCaps(int index) {
+    const HWND desktop = GetDesktopWindow();
+    const HDC dc = GetDC(desktop);
+    const int value = GetDeviceCaps(dc, index);
+    ReleaseDC(desktop, dc);
+    return value;
+}
+
+}  // namespace
+
+double TwipsPerPixelX(const wxWindow&) {
+    static const double twips = kTwipsPerInch / DesktopCaps(LOGPIXELSX);
+    return twips;
+}
+
+double TwipsPerPixelY(const wxWindow&) {
+    static const double twips = kTwipsPerInch / DesktopCaps(LOGPIXELSY);
+    return twips;
+}
+
+int DisplayDepth() { return DesktopCaps(BITSPIXEL) * DesktopCaps(PLANES); }
+
+std::int32_t DisplayColor(std::int32_t code) { return DisplayColor(code, DisplayDepth()); }
+
+void ShapeNoteWindow(wxFrame& window, int widthPixels, int heightPixels) {
+    const auto outline = NoteOutline(widthPixels, heightPixels);
+    POINT corners[outline.size()];
+    for (std::size_t i = 0; i < outline.size(); ++i) corners[i] = {outline[i].x, outline[i].y};
+    const HRGN region = CreatePolygonRgn(corners, static_cast<int>(outline.size()), ALTERNATE);
+    // From now on the system's, unless it does not take it.
+    if (!SetWindowRgn(window.GetHandle(), region, TRUE)) DeleteObject(region);
+}
+
+void RaiseNoteWindow(wxFrame& window) {
+    SetWindowPos(window.GetHandle(), HWND_TOP, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
+}
+
+void ShowNoteWindow(wxFrame& window, bool topmost) {
+    if (!window.IsShown()) window.ShowWithoutActivating();
+    SetWindowPos(window.GetHandle(), topmost ? HWND_TOPMOST : HWND_NOTOPMOST, 0, 0, 0, 0,
+                 SWP_NOSIZE | SWP_NOMOVE | SWP_SHOWWINDOW);
+}

@@ -1,0 +1,23 @@
+#include <wx/checkbox.h>
+#include <wx/textctrl.h>
+
+#include "notes/PropertiesLook.h"
+
+void StyleCaption(wxCheckBox& box, CaptionLook look) {
+    wxFont font = box.GetFont();
+    switch (look) {
+        case CaptionLook::Bold:
+            font.MakeBold();
+            break;
+        case CaptionLook::Italic:
+            font.MakeItalic();
+            break;
+        case CaptionLook::Underlined:
+            font.MakeUnderlined();
+            break;
+    }
+    box.SetFont(font);
+    box.InvalidateBestSize();
+}
+
+void PadText(wxTextCtrl& box, int pixels) { box.SetMargins(pixels); }

@@ -1,0 +1,243 @@
+// The system's spooler.
+#include <windows.h>
+
+#include <commdlg.h>
+#include <winspool.h>
+#include <wx/app.h>
+#include <wx/window.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+#include "print/PrintSystem.h"
+
+namespace {
+
+constexpr double kPointsPerInch = 72;
+constexpr double kMillimetresPerInch = 25.4;
+constexpr double kRuleWidth = 0.5;  // points
+const wchar_t* const kFailed = L"Der Druckauftrag konnte nicht gedruckt werden.";
+
+std::wstring StandardPrinter() {
+    DWORD size = 0;
+    GetDefaultPrinterW(nullptr, &size);
+    std::wstring name(size, L'\0');
+    if (!GetDefaultPrinterW(name.data(), &size)) return {};
+    return name.c_str();
+}
+
+short Tenths(double millimetres) { return static_cast<short>(std::lround(millimetres * 10)); }
+
+// The printer's own settings with our paper in them; empty when it has none.
+std::vector<BYTE> DeviceModeOf(const PrinterSettings& settings) {
+    std::wstring name = settings.printer;
+    HANDLE printer = nullptr;
+    if (!OpenPrinterW(name.data(), &printer, nullptr)) return {};
+    const LONG size = DocumentPropertiesW(nullptr, printer, name.data(), nullptr, nullptr, 0);
+    std::vector<BYTE> bytes(static_cast<std::size_t>(std::max<LONG>(size, 0)));
+    auto* mode = reinterpret_cast<DEVMODEW*>(bytes.data());
+    if (bytes.empty() ||
+        DocumentPropertiesW(nullptr, printer, name.data(), mode, nullptr, DM_OUT_BUFFER) != IDOK) {
+        ClosePrinter(printer);
+        return {};
+    }
+    // Sizes are those of the upright paper, and the orientation turns it.
+    const bool landscape = settings.paper.width > settings.paper.height;
+    mode->dmFields |= DM_ORIENTATION | DM_PAPERWIDTH | DM_PAPERLENGTH;
+    mode->dmOrientation = landscape ? DMORIENT_LANDSCAPE : DMORIENT_PORTRAIT;
+    mode->dmPaperWidth = Tenths(std::min(settings.paper.width, settings.paper.height));
+    mode->dmPaperLength = Tenths(std::max(settings.paper.width, settings.paper.height));
+    DocumentPropertiesW(nullptr, printer, name.data(), mode, mode, DM_IN_BUFFER | DM_OUT_BUFFER);
+    ClosePrinter(printer);
+    return bytes;
+}
+
+// Points on the printer's own grid. The printer's origin is where it can print first, ours is the paper's
+// corner.
+class SpoolerJob : public PrintJob {
+  public:
+    explicit SpoolerJob(HDC dc)
+        : dc_(dc),
+          scaleX_(GetDeviceCaps(dc, LOGPIXELSX) / kPointsPerInch),
+          scaleY_(GetDeviceCaps(dc, LOGPIXELSY) / kPointsPerInch),
+          originX_(GetDeviceCaps(dc, PHYSICALOFFSETX)),
+          originY_(GetDeviceCaps(dc, PHYSICALOFFSETY)) {
+        SetBkMode(dc_, TRANSPARENT);
+        SetTextAlign(dc_, TA_BASELINE | TA_LEFT);
+    }
+    ~SpoolerJob() override {
+        if (!finished_) AbortDoc(dc_);
+        SelectFont(nullptr);
+        DeleteDC(dc_);
+    }
+
+    MeasuredText Measure(std::wstring_view text, const PrintFont& font) override {
+        Use(font);
+        MeasuredText measured;
+        std::vector<int> ends(text.size());
+        SIZE size{};
+        if (!text.empty())
+            GetTextExtentExPointW(dc_, text.data(), static_cast<int>(text.size()), 0, nullptr, ends.data(),
+                                  &size);
+        for (const int end : ends) measured.ends.push_back(end / scaleX_);
+        TEXTMETRICW metric{};
+        GetTextMetricsW(dc_, &metric);
+        measured.ascent = metric.tmAscent / scaleY_;
+        measured.descent = metric.tmDescent / scaleY_;
+        // A slanted letter leans out of its box.
+        if (font.italic) measured.left = measured.right = font.size / 4;
+        return measured;
+    }
+
+    bool Put(const PrintedPage& page) override {
+        if (StartPage(dc_) <= 0) return Failed();
+        // A new page has forgotten what was set.
+        SetBkMode(dc_, TRANSPARENT);
+        SetTextAlign(dc_, TA_BASELINE | TA_LEFT);
+        for (const PrintedLine& line : page.lines) {
+            for (const PrintedText& part : line.parts) {
+                Use(part.font);
+                TextOutW(dc_, X(part.x), Y(part.baseline), part.text.data(),
+                         static_cast<int>(part.text.size()));
+            }
+        }
+        for (const PrintedPage::Rule& rule : page.rules) {
+            const int thickness = std::max(1, static_cast<int>(kRuleWidth * scaleY_));
+            PatBlt(dc_, X(rule.left), Y(rule.y), X(rule.right) - X(rule.left), thickness, BLACKNESS);
+        }
+        return EndPage(dc_) > 0 || Failed();
+    }
+
+    bool Finish() override {
+        finished_ = true;
+        return EndDoc(dc_) > 0 || Failed();
+    }
+
+    std::wstring Failure() const override { return failure_; }
+
+  private:
+    int X(double points) const { return static_cast<int>(std::lround(points * scaleX_)) - originX_; }
+    int Y(double points) const { return static_cast<int>(std::lround(points * scaleY_)) - originY_; }
+
+    bool Failed() {
+        failure_ = kFailed;
+        return false;
+    }
+
+    void Use(const PrintFont& font) {
+        if (font_ && font == used_) return;
+        used_ = font;
+        LOGFONTW wanted{};
+        wanted.lfHeight = -static_cast<LONG>(std::lround(font.size * scaleY_));
+        wanted.lfWeight = font.bold ? FW_BOLD : FW_NORMAL;
+        wanted.lfItalic = font.italic;
+        wanted.lfUnderline = font.underlined;
+        wanted.lfCharSet = DEFAULT_CHARSET;
+        std::wcscpy(wanted.lfFaceName, L"Arial");
+        SelectFont(CreateFontIndirectW(&wanted));
+    }
+
+    // Takes the font over; without one the device gets its own back.
+    void SelectFont(HFONT font) {
+        const HGDIOBJ before = SelectObject(dc_, font ? font : GetStockObject(SYSTEM_FONT));
+        if (font_) DeleteObject(before);
+        font_ = font;
+    }
+
+    const HDC dc_;
+    const double scaleX_, scaleY_;
+    const int originX_, originY_;
+    HFONT font_ = nullptr;
+    PrintFont used_;
+    bool finished_ = false;
+    std::wstring failure_;
+};
+
+class Spooler : public PrintSystem {
+  public:
+    PrinterList Printers() override;
+    bool SetUp(PrinterSettings& settings) override;
+    Started Start(const PrinterSettings& settings, const std::wstring& title) override;
+};
+
+PrinterList Spooler::Printers() {
+    constexpr DWORD kWhich = PRINTER_ENUM_LOCAL | PRINTER_ENUM_CONNECTIONS;
+    DWORD size = 0, count = 0;
+    EnumPrintersW(kWhich, nullptr, 4, nullptr, 0, &size, &count);
+    std::vector<BYTE> bytes(size);
+    PrinterList list;
+    if (size > 0 && EnumPrintersW(kWhich, nullptr, 4, bytes.data(), size, &size, &count)) {
+        const auto* printers = reinterpret_cast<const PRINTER_INFO_4W*>(bytes.data());
+        for (DWORD i = 0; i < count; ++i) list.names.push_back(printers[i].pPrinterName);
+    }
+    list.standard = StandardPrinter();
+    const bool known = std::find(list.names.begin(), list.names.end(), list.standard) != list.names.end();
+    if (!known) list.standard = list.names.empty() ? L"" : list.names.front();
+    return list;
+}
+
+HGLOBAL Global(const void* data, std::size_t size) {
+    const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, size);
+    std::memcpy(GlobalLock(memory), data, size);
+    GlobalUnlock(memory);
+    return memory;
+}
+
+bool Spooler::SetUp(PrinterSettings& settings) {
+    const std::vector<BYTE> mode = DeviceModeOf(settings);
+    PRINTDLGW dialog{};
+    dialog.lStructSize = sizeof dialog;
+    dialog.hwndOwner = wxTheApp->GetTopWindow() ? GetActiveWindow() : nullptr;
+    dialog.Flags = PD_PRINTSETUP;
+    if (!mode.empty()) dialog.hDevMode = Global(mode.data(), mode.size());
+    const bool confirmed = PrintDlgW(&dialog);
+    if (confirmed && dialog.hDevMode) {
+        const auto* chosen = static_cast<const DEVMODEW*>(GlobalLock(dialog.hDevMode));
+        settings.printer = chosen->dmDeviceName;
+        GlobalUnlock(dialog.hDevMode);
+    }
+    if (confirmed && dialog.hDevNames) {
+        // Here the name is whole; the one above is cut.
+        const auto* names = static_cast<const DEVNAMES*>(GlobalLock(dialog.hDevNames));
+        settings.printer = reinterpret_cast<const wchar_t*>(names) + names->wDeviceOffset;
+        GlobalUnlock(dialog.hDevNames);
+    }
+    if (confirmed && dialog.hDevMode) {
+        const auto* chosen = static_cast<const DEVMODEW*>(GlobalLock(dialog.hDevMode));
+        if (const HDC dc = CreateICW(L"WINSPOOL", settings.printer.c_str(), nullptr, chosen)) {
+            settings.paper.width =
+                GetDeviceCaps(dc, PHYSICALWIDTH) * kMillimetresPerInch / GetDeviceCaps(dc, LOGPIXELSX);
+            settings.paper.height =
+                GetDeviceCaps(dc, PHYSICALHEIGHT) * kMillimetresPerInch / GetDeviceCaps(dc, LOGPIXELSY);
+            DeleteDC(dc);
+        }
+        GlobalUnlock(dialog.hDevMode);
+    }
+    GlobalFree(dialog.hDevMode);
+    GlobalFree(dialog.hDevNames);
+    return confirmed;
+}
+
+PrintSystem::Started Spooler::Start(const PrinterSettings& settings, const std::wstring& title) {
+    const std::vector<BYTE> mode = DeviceModeOf(settings);
+    const HDC dc = CreateDCW(L"WINSPOOL", settings.printer.c_str(), nullptr,
+                             mode.empty() ? nullptr : reinterpret_cast<const DEVMODEW*>(mode.data()));
+    if (!dc) return {nullptr, kFailed};
+    DOCINFOW document{};
+    document.cbSize = sizeof document;
+    document.lpszDocName = title.c_str();
+    if (StartDocW(dc, &document) <= 0) {
+        const bool cancelled = GetLastError() == ERROR_CANCELLED || GetLastError() == ERROR_PRINT_CANCELLED;
+        DeleteDC(dc);
+        return {nullptr, cancelled ? L"" : kFailed};
+    }
+    return {std::make_unique<SpoolerJob>(dc), {}};
+}
+
+}  // namespace
+
+PrintSystem& SystemPrinting() {
+    static Spooler spooler;
+    return spooler;
+}

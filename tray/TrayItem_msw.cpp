@@ -1,0 +1,128 @@
+#include <windows.h>
+
+#include <shellapi.h>
+#include <wx/icon.h>
+
+#include <algorithm>
+#include <optional>
+
+#include "base/basText.h"
+#include "tray/TrayItem.h"
+
+namespace {
+
+constexpr UINT kIconId = 1;
+// The shell's message: to the window it looks like the mouse.
+constexpr UINT kCallback = WM_MOUSEMOVE;
+
+std::optional<TrayMessage> MessageOf(UINT message) {
+    switch (message) {
+        case WM_MOUSEMOVE:
+            return TrayMessage::MouseMove;
+        case WM_LBUTTONDBLCLK:
+            return TrayMessage::LeftDoubleClick;
+        case WM_RBUTTONDBLCLK:
+            return TrayMessage::RightDoubleClick;
+        case WM_LBUTTONDOWN:
+            return TrayMessage::LeftDown;
+        case WM_RBUTTONDOWN:
+            return TrayMessage::RightDown;
+        case WM_LBUTTONUP:
+            return TrayMessage::LeftUp;
+        case WM_RBUTTONUP:
+            return TrayMessage::RightUp;
+        case WM_CONTEXTMENU:
+            return TrayMessage::ContextMenu;
+        default:
+            return std::nullopt;
+    }
+}
+
+// What the shell sends when its notification area has come anew and is empty.
+UINT AreaCreated() {
+    static const UINT message = RegisterWindowMessageW(L"TaskbarCreated");
+    return message;
+}
+
+wxIcon IconOf(const wxBitmapBundle& picture) {
+    wxIcon icon;
+    if (picture.IsOk())
+        icon.CopyFromBitmap(
+            picture.GetBitmap(wxSize(GetSystemMetrics(SM_CXSMICON), GetSystemMetrics(SM_CYSMICON))));
+    return icon;
+}
+
+class MswTrayItem : public TrayItem {
+  public:
+    MswTrayItem(const wxBitmapBundle& picture, const std::wstring& toolTip,
+                std::function<void(TrayMessage)> report)
+        : window_(CreateWindowW(WindowClass(), L"", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr,
+                                GetModuleHandleW(nullptr), nullptr)),
+          report_(std::move(report)) {
+        SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+        Fill(picture, toolTip);
+        Tell(NIM_ADD);
+    }
+
+    ~MswTrayItem() override {
+        Tell(NIM_DELETE);
+        DestroyWindow(window_);
+    }
+
+    void Modify(const wxBitmapBundle& picture, const std::wstring& toolTip) override {
+        Fill(picture, toolTip);
+        Tell(NIM_MODIFY);
+    }
+
+  private:
+    static const wchar_t* WindowClass() {
+        static const ATOM registered = [] {
+            WNDCLASSW type{};
+            type.lpfnWndProc = OnMessage;
+            type.hInstance = GetModuleHandleW(nullptr);
+            type.lpszClassName = L"Kivora.Notification";
+            return RegisterClassW(&type);
+        }();
+        return MAKEINTATOM(registered);
+    }
+
+    static LRESULT CALLBACK OnMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+        auto* item = reinterpret_cast<MswTrayItem*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+        if (item && message == kCallback && wParam == kIconId) {
+            // A copy, because the item may be destroyed by its own report.
+            const std::function<void(TrayMessage)> report = item->report_;
+            if (const auto meaning = MessageOf(static_cast<UINT>(lParam))) report(*meaning);
+            return 0;
+        }
+        if (item && message == AreaCreated()) item->Tell(NIM_ADD);
+        return DefWindowProcW(window, message, wParam, lParam);
+    }
+
+    // The first version of the record, which every shell knows.
+    void Fill(const wxBitmapBundle& picture, const std::wstring& toolTip) {
+        icon_ = IconOf(picture);
+        record_ = {};
+        record_.cbSize = NOTIFYICONDATAA_V1_SIZE;
+        record_.hWnd = window_;
+        record_.uID = kIconId;
+        record_.uFlags = NIF_MESSAGE | NIF_ICON | NIF_TIP;
+        record_.uCallbackMessage = kCallback;
+        record_.hIcon = icon_.IsOk() ? icon_.GetHICON() : nullptr;
+        const std::string tip = ToAnsi(toolTip).substr(0, 63);
+        std::copy(tip.begin(), tip.end(), record_.szTip);
+    }
+
+    void Tell(DWORD message) { Shell_NotifyIconA(message, &record_); }
+
+    const HWND window_;
+    std::function<void(TrayMessage)> report_;
+    wxIcon icon_;
+    NOTIFYICONDATAA record_{};
+};
+
+}  // namespace
+
+std::unique_ptr<TrayItem> TrayItem::Add(const wxBitmapBundle& picture, const std::wstring& toolTip,
+                                        std::function<void(TrayMessage)> report) {
+    return std::make_unique<MswTrayItem>(picture, toolTip, std::move(report));
+}
