@@ -8,7 +8,7 @@
 class wxTopLevelWindow;
 
 struct FileDialogOptions {
-    std::wstring DialogTitle;
+    std::wstring DialogTitle = {};
     bool save = false;  // for a file to be written, else for one that exists
 };
 

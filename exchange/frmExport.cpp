@@ -9,25 +9,24 @@
 #include "base/basWait.h"
 #include "exchange/ExportFile.h"
 #include "exchange/ExportPath.h"
-#include "exchange/FileDialog.h"
 #include "notes/NoteChoice.h"
 #include "notes/NoteStore.h"
 
 frmExport::frmExport(const NoteStore& store) : frmDialog(L"Exportieren", L"ch3_export.html", true) {
-    choice_ = new NoteChoice(this, NoteChoice::NotesOf(store), {});
-    lstNotizen = choice_->lstNotizen;
-    cmdAlle = choice_->cmdAlle;
-    cmdKeine = choice_->cmdKeine;
-    cmdRefresh = choice_->cmdRefresh;
+    Frame1 = new NoteChoice(this, NoteChoice::NotesOf(store), {});
+    lstNotizen = Frame1->lstNotizen;
+    cmdAlle = Frame1->cmdAlle;
+    cmdKeine = Frame1->cmdKeine;
+    cmdRefresh = Frame1->cmdRefresh;
 
     auto* content = new wxBoxSizer(wxVERTICAL);
-    content->Add(choice_, wxSizerFlags(1).Expand());
+    content->Add(Frame1, wxSizerFlags(1).Expand());
     content->AddSpacer(FromDIP(kDialogGap));
     content->Add(CreateFile(), wxSizerFlags().Expand());
     SetContent(content, CreateButtons(L"&OK", L"A&bbrechen"));
     SetMinSize(GetSize());
 
-    choice_->OnChange = [this] { UpdateOK(); };
+    Frame1->OnChange = [this] { UpdateOK(); };
     txtPfad->Bind(wxEVT_TEXT, [this](wxCommandEvent&) { UpdateOK(); });
     UpdateOK();
     txtPfad->SetFocus();
@@ -35,9 +34,9 @@ frmExport::frmExport(const NoteStore& store) : frmDialog(L"Exportieren", L"ch3_e
 
 wxSizer* frmExport::CreateFile() {
     auto* frame = new wxStaticBoxSizer(wxHORIZONTAL, this, L"Datei");
-    wxWindow* box = frame->GetStaticBox();
-    txtPfad = new wxTextCtrl(box, wxID_ANY);
-    cmdSearch = new wxButton(box, wxID_ANY, L"Durchsuchen...");
+    Frame2 = frame->GetStaticBox();
+    txtPfad = new wxTextCtrl(Frame2, wxID_ANY);
+    cmdSearch = new wxButton(Frame2, wxID_ANY, L"Durchsuchen...");
     cmdSearch->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { Search(); });
     const int gap = FromDIP(kDialogGap);
     frame->Add(txtPfad, wxSizerFlags(1).CentreVertical().Border(wxALL, gap));
@@ -45,18 +44,18 @@ wxSizer* frmExport::CreateFile() {
     return frame;
 }
 
-std::vector<std::int32_t> frmExport::ChosenNotes() const { return choice_->Marked(); }
+std::vector<std::int32_t> frmExport::ChosenNotes() const { return Frame1->Marked(); }
 
 std::wstring frmExport::Path() const { return txtPfad->GetValue().ToStdWstring(); }
 
-void frmExport::UpdateOK() { cmdOK->Enable(!txtPfad->IsEmpty() && choice_->AnyMarked()); }
+void frmExport::UpdateOK() { cmdOK->Enable(!txtPfad->IsEmpty() && Frame1->AnyMarked()); }
 
 void frmExport::Search() {
     if (asking_) return;
     asking_ = true;
     std::optional<std::wstring> chosen;
     for (bool again = true; again;) {
-        chosen = ChooseFile(*this, {.DialogTitle = L"Kivora-Exportdatei speichern...", .save = true});
+        chosen = ChooseFile(*this, dlgDatei);
         again = chosen && IsOnlyWriteProtected(FilePath(*chosen));
         if (again) {
             ShowMessage(

@@ -6,10 +6,12 @@
 #include <vector>
 
 #include "base/frmDialog.h"
+#include "exchange/FileDialog.h"
 
 class NoteChoice;
 class NoteStore;
 class wxListBox;
+class wxStaticBox;
 class wxTextCtrl;
 
 class frmExport : public frmDialog {
@@ -23,12 +25,15 @@ class frmExport : public frmDialog {
     std::wstring Path() const;
 
     // The controls, each under its name.
+    NoteChoice* Frame1 = nullptr;
     wxListBox* lstNotizen = nullptr;
     wxButton* cmdAlle = nullptr;
     wxButton* cmdKeine = nullptr;
     wxButton* cmdRefresh = nullptr;
+    wxStaticBox* Frame2 = nullptr;
     wxTextCtrl* txtPfad = nullptr;
     wxButton* cmdSearch = nullptr;
+    FileDialogOptions dlgDatei{.DialogTitle = L"Kivora-Exportdatei speichern...", .save = true};
     using frmDialog::cmdAbbrechen;
     using frmDialog::cmdOK;
 
@@ -41,6 +46,5 @@ class frmExport : public frmDialog {
     void UpdateOK();
     void Search();
 
-    NoteChoice* choice_ = nullptr;
     bool asking_ = false;  // a question or the file dialog is open
 };

@@ -12,7 +12,6 @@
 #include "base/basWait.h"
 #include "exchange/ExportFile.h"
 #include "exchange/ExportPath.h"
-#include "exchange/FileDialog.h"
 #include "notes/NoteChoice.h"
 #include "notes/NoteColor.h"
 #include "notes/NoteWindow.h"
@@ -60,12 +59,12 @@ frmImport::frmImport() : frmDialog(L"Importieren", L"ch3_import.html", true) {
         }
         return entries;
     };
-    choice_ = new NoteChoice(this, records, {.caption = L"Enthaltene Notizen", .refresh = false});
-    lstNotizen = choice_->lstNotizen;
-    cmdAlle = choice_->cmdAlle;
-    cmdKeine = choice_->cmdKeine;
+    Frame2 = new NoteChoice(this, records, {.caption = L"Enthaltene Notizen", .refresh = false});
+    lstNotizen = Frame2->lstNotizen;
+    cmdAlle = Frame2->cmdAlle;
+    cmdKeine = Frame2->cmdKeine;
     auto* notes = new wxBoxSizer(wxHORIZONTAL);
-    notes->Add(choice_, wxSizerFlags(1).Expand());
+    notes->Add(Frame2, wxSizerFlags(1).Expand());
     notes->AddSpacer(FromDIP(kDialogGap));
     notes->Add(CreatePreview(), wxSizerFlags(1).Expand());
     content->Add(notes, wxSizerFlags(1).Expand());
@@ -73,8 +72,8 @@ frmImport::frmImport() : frmDialog(L"Importieren", L"ch3_import.html", true) {
     SetMinSize(GetSize());
 
     txtDatei->Bind(wxEVT_TEXT, [this](wxCommandEvent&) { OnFileChanged(); });
-    choice_->OnClick = [this](int row) { ShowPreview(row); };
-    choice_->OnChange = [this] { cmdOK->Enable(choice_->AnyMarked()); };
+    Frame2->OnClick = [this](int row) { ShowPreview(row); };
+    Frame2->OnChange = [this] { cmdOK->Enable(Frame2->AnyMarked()); };
     AcceptDroppedFiles(*this);
     OnFileChanged();
     txtDatei->SetFocus();
@@ -82,9 +81,9 @@ frmImport::frmImport() : frmDialog(L"Importieren", L"ch3_import.html", true) {
 
 wxSizer* frmImport::CreateFile() {
     auto* frame = new wxStaticBoxSizer(wxHORIZONTAL, this, L"Datei");
-    wxWindow* box = frame->GetStaticBox();
-    txtDatei = new wxTextCtrl(box, wxID_ANY);
-    cmdDurchsuchen = new wxButton(box, wxID_ANY, L"Durchsuchen...");
+    Frame1 = frame->GetStaticBox();
+    txtDatei = new wxTextCtrl(Frame1, wxID_ANY);
+    cmdDurchsuchen = new wxButton(Frame1, wxID_ANY, L"Durchsuchen...");
     cmdDurchsuchen->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { Browse(); });
     const int gap = FromDIP(kDialogGap);
     frame->Add(txtDatei, wxSizerFlags(1).CentreVertical().Border(wxALL, gap));
@@ -94,8 +93,9 @@ wxSizer* frmImport::CreateFile() {
 
 wxSizer* frmImport::CreatePreview() {
     auto* frame = new wxStaticBoxSizer(wxVERTICAL, this, L"Vorschau");
-    txtNotiz = new wxTextCtrl(frame->GetStaticBox(), wxID_ANY, wxString(), wxDefaultPosition,
-                              FromDIP(wxSize(260, 150)), wxTE_MULTILINE | wxTE_READONLY);
+    Frame3 = frame->GetStaticBox();
+    txtNotiz = new wxTextCtrl(Frame3, wxID_ANY, wxString(), wxDefaultPosition, FromDIP(wxSize(260, 150)),
+                              wxTE_MULTILINE | wxTE_READONLY);
     PadText(*txtNotiz, FromDIP(kDialogGap));
     frame->Add(txtNotiz, wxSizerFlags(1).Expand().Border(wxALL, FromDIP(kDialogGap)));
     return frame;
@@ -109,7 +109,7 @@ void frmImport::AcceptDroppedFiles(wxWindow& window) {
 
 std::vector<bool> frmImport::ChosenRecords() const {
     std::vector<bool> chosen(lstNotizen->GetCount());
-    for (const std::int32_t record : choice_->Marked()) chosen[static_cast<std::size_t>(record)] = true;
+    for (const std::int32_t record : Frame2->Marked()) chosen[static_cast<std::size_t>(record)] = true;
     return chosen;
 }
 
@@ -118,15 +118,14 @@ std::filesystem::path frmImport::File() const { return TypedPath(txtDatei->GetVa
 void frmImport::Browse() {
     if (browsing_) return;
     browsing_ = true;
-    const std::optional<std::wstring> chosen =
-        ChooseFile(*this, {.DialogTitle = L"Kivora-Exportdatei öffnen..."});
+    const std::optional<std::wstring> chosen = ChooseFile(*this, dlgImport);
     if (IsQuitting()) return;
     browsing_ = false;
     if (chosen) txtDatei->SetValue(*chosen);
 }
 
 void frmImport::OnFileChanged() {
-    choice_->Refill();
+    Frame2->Refill();
     const bool any = !lstNotizen->IsEmpty();
     lstNotizen->Enable(any);
     txtNotiz->Enable(any);
@@ -166,7 +165,7 @@ void frmImport::ShowRecord(const ExportedNote& record) {
 
 void frmImport::ShowNoPreview() {
     txtNotiz->SetWindowStyleFlag(txtNotiz->GetWindowStyleFlag() & ~(wxTE_RIGHT | wxTE_CENTRE));
-    txtNotiz->SetFont(PreviewFont(kSmallestFontSize));
+    txtNotiz->SetFont(PreviewFont(kSmallestFontSize).Italic());
     txtNotiz->SetBackgroundColour(wxNullColour);
     txtNotiz->SetForegroundColour(wxNullColour);
     txtNotiz->ChangeValue(L"Keine Vorschau möglich.");

@@ -6,10 +6,12 @@
 #include <vector>
 
 #include "base/frmDialog.h"
+#include "exchange/FileDialog.h"
 
 class NoteChoice;
 struct ExportedNote;
 class wxListBox;
+class wxStaticBox;
 class wxTextCtrl;
 
 class frmImport : public frmDialog {
@@ -21,11 +23,15 @@ class frmImport : public frmDialog {
     std::filesystem::path File() const;
 
     // The controls, each under its name.
+    wxStaticBox* Frame1 = nullptr;
     wxTextCtrl* txtDatei = nullptr;
     wxButton* cmdDurchsuchen = nullptr;
+    FileDialogOptions dlgImport{.DialogTitle = L"Kivora-Exportdatei öffnen..."};
+    NoteChoice* Frame2 = nullptr;
     wxListBox* lstNotizen = nullptr;
     wxButton* cmdAlle = nullptr;
     wxButton* cmdKeine = nullptr;
+    wxStaticBox* Frame3 = nullptr;
     wxTextCtrl* txtNotiz = nullptr;
     using frmDialog::cmdAbbrechen;
     using frmDialog::cmdOK;
@@ -40,6 +46,5 @@ class frmImport : public frmDialog {
     void ShowRecord(const ExportedNote& record);
     void ShowNoPreview();
 
-    NoteChoice* choice_ = nullptr;
     bool browsing_ = false;
 };

@@ -263,6 +263,27 @@ TEST_F(ExchangeTest, OverwritingIsAskedForAndKeepsTheRest) {
     EXPECT_EQ(content.substr(record.size()), old.substr(record.size()));
 }
 
+TEST_F(ExchangeTest, TheQuestionStaysAboveTheDialog) {
+    Add({.Text = L"neu"});
+    const fs::path path = Write("alt.kvr", "");
+    SetMessageObserver({});
+    Export([&](frmExport& dialog) {
+        dialog.txtPfad->SetValue(FileName(path));
+        const auto answerNo = [](gpointer data) -> gboolean {
+            auto* parent = static_cast<frmExport*>(data);
+            wxWindow* box = wxFindWindowByLabel(L"Datei existiert bereits");
+            EXPECT_TRUE(box && box->GetParent() == parent);
+            if (box) Press(wxWindow::FindWindowById(wxID_CANCEL, box));
+            return G_SOURCE_REMOVE;
+        };
+        g_timeout_add(100, answerNo, &dialog);
+        Press(dialog.cmdOK);
+        EXPECT_EQ(dialog.Tag(), L"waiting");
+        Press(dialog.cmdAbbrechen);
+    });
+    EXPECT_EQ(fs::file_size(path), 0u);
+}
+
 TEST_F(ExchangeTest, EveryFailureOfAnExportIsToldInOneMessage) {
     frmNote& first = Add({.Text = L"eins", .CreationTime = L""});
     Add({.Text = L"zwei", .CreationTime = L""});
@@ -358,6 +379,8 @@ TEST_F(ExchangeTest, FilesWithoutNotesHaveNoPreview) {
             EXPECT_EQ(dialog.txtNotiz->GetValue(), L"Keine Vorschau möglich.") << path;
             EXPECT_EQ(dialog.txtNotiz->GetFont().GetPointSize(), 8) << path;
             EXPECT_EQ(dialog.txtNotiz->GetFont().GetWeight(), wxFONTWEIGHT_NORMAL) << path;
+            EXPECT_EQ(dialog.txtNotiz->GetFont().GetStyle(), wxFONTSTYLE_ITALIC) << path;
+            EXPECT_FALSE(dialog.txtNotiz->GetFont().GetUnderlined()) << path;
         }
         Press(dialog.cmdAbbrechen);
     });
