@@ -13,6 +13,9 @@
 
 namespace {
 
+// The registry gives no longer texts back.
+constexpr unsigned long kLongestText = 4095;
+
 void FilterKey(wxKeyEvent& event) {
     const wxChar character = event.GetUnicodeKey();
     // Keys that move or command are not typed characters.
@@ -28,6 +31,7 @@ EntryFields::EntryFields(wxWindow* parent) : wxPanel(parent) {
     const auto add = [&](const wchar_t* label, int gapBelow) {
         sizer->Add(new wxStaticText(this, wxID_ANY, label), wxSizerFlags().Border(wxBOTTOM, FromDIP(2)));
         auto* box = new wxTextCtrl(this, wxID_ANY, wxString(), wxDefaultPosition, FromDIP(wxSize(300, -1)));
+        box->SetMaxLength(kLongestText);
         sizer->Add(box, wxSizerFlags().Expand().Border(wxBOTTOM, FromDIP(gapBelow)));
         return box;
     };

@@ -67,6 +67,7 @@ void frmAddressbookEntryEdit::OnSelect() {
 
 void frmAddressbookEntryEdit::OnClose() {
     // While an address is looked up, closing gives that up.
+    if (checking_) TakeOverComment();
     if (checking_ || TakeOver()) SetTag(L"cancel");
 }
 
@@ -82,20 +83,27 @@ bool frmAddressbookEntryEdit::TakeOver() {
     if (checking_) return false;
     if (!AddressBookEntryExists(name_) || row_ < 0) return true;
     checking_ = true;
-    GetAddressBookEntry(name_)->Comment(txtComment->GetValue().ToStdWstring());
-    const bool taken = TakeOverAddress() && TakeOverName();
+    TakeOverComment();
+    // The user may go on with the other boxes while the address is looked up.
+    const std::wstring name = txtPCName->GetValue().ToStdWstring();
+    const bool taken = TakeOverAddress() && TakeOverName(name);
     if (!IsQuitting()) checking_ = false;
     return taken;
+}
+
+void frmAddressbookEntryEdit::TakeOverComment() {
+    if (clsAddressBookEntry* entry = GetAddressBookEntry(name_))
+        entry->Comment(txtComment->GetValue().ToStdWstring());
 }
 
 bool frmAddressbookEntryEdit::TakeOverAddress() {
     const std::wstring address = txtIP->GetValue().ToStdWstring();
     if (address == GetAddressBookEntry(name_)->IP()) return true;
     // What is being checked has to stay as it is.
-    fields_->Disable();
+    txtIP->SetEditable(false);
     const bool accepted = AcceptAddress(address, [this] { return Tag() != L"waiting"; });
     if (IsQuitting() || Tag() != L"waiting") return false;
-    fields_->Enable();
+    txtIP->SetEditable(true);
     if (!accepted) {
         Refuse(txtIP);
         return false;
@@ -104,8 +112,7 @@ bool frmAddressbookEntryEdit::TakeOverAddress() {
     return true;
 }
 
-bool frmAddressbookEntryEdit::TakeOverName() {
-    const std::wstring name = txtPCName->GetValue().ToStdWstring();
+bool frmAddressbookEntryEdit::TakeOverName(const std::wstring& name) {
     const clsAddressBookEntry* old = GetAddressBookEntry(name_);
     if (!old || name == name_) return true;
     if (AddressBookEntryExists(name)) {

@@ -30,8 +30,9 @@ class frmAddressbookEntryEdit : public frmDialog {
     void OnClose();
     void Fill();
     bool TakeOver();
-    bool TakeOverName();
+    void TakeOverComment();
     bool TakeOverAddress();
+    bool TakeOverName(const std::wstring& name);
     void Refuse(wxTextCtrl* box);
 
     EntryFields* fields_ = nullptr;

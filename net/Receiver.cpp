@@ -22,7 +22,7 @@ std::optional<Receiver::Step> Receiver::Next() {
     if (took == LineBuffer::Took::TooLong) {
         line_ += L"...";
         step.reply = Fail(kOutOfMemory, L"The line is too long");
-    } else if (!line_.empty()) {
+    } else {
         CarryOut(step);
     }
     return step;
@@ -35,6 +35,8 @@ std::string Receiver::Fail(int number, std::wstring_view description) {
 
 void Receiver::CarryOut(Step& step) {
     const std::wstring_view word = CommandWord(line_), parameter = CommandParameter(line_);
+    // Neither an empty line nor one that begins with a blank has a command.
+    if (word.empty()) return;
     const std::string ok = ToReply(L"OK");
     if (word == L"QUIT") {
         note_.reset();

@@ -13,6 +13,10 @@ constexpr std::size_t kNamedCharacters = 25;
 // What a receiver says goes into a message box; one that says more than this means no good.
 constexpr std::size_t kShownCharacters = 2000;
 
+// Held of what arrives. A receiver that says more than this without being asked is not listened to any
+// longer.
+constexpr std::size_t kMostUnread = 2 * kLongestLine;
+
 // Answers that are there at once need no loop of events. The window gets its turn all the same.
 constexpr auto kBetweenPauses = std::chrono::milliseconds(20);
 
@@ -50,7 +54,10 @@ void clsOutgoing::ConnectionEstablished() {
 
 void clsOutgoing::PrepareConnectionShutdown() { SendLine(L"QUIT"); }
 
-void clsOutgoing::Socket_DataArrival(std::int32_t) { received_.Append(Socket->GetData()); }
+void clsOutgoing::Socket_DataArrival(std::int32_t) {
+    received_.Append(Socket->GetData());
+    if (received_.Size() > kMostUnread) Socket->Close();
+}
 
 bool clsOutgoing::SendNote(const NoteContent& note) {
     for (const std::wstring& command : CommandsFor(note)) {

@@ -13,8 +13,8 @@ frmSendOverNetwork::frmSendOverNetwork(const NoteStore& store)
     : frmDialog(L"Notizen im Netzwerk versenden", L"ch4_network.html", true) {
     auto* content = new wxBoxSizer(wxVERTICAL);
     const int gap = FromDIP(kDialogGap);
-    content->Add(new wxStaticText(this, wxID_ANY, L"&Empfänger (Netzwerkname oder IP-Adresse)"),
-                 wxSizerFlags().Border(wxBOTTOM, gap));
+    Label1 = new wxStaticText(this, wxID_ANY, L"&Empfänger (Netzwerkname oder IP-Adresse)");
+    content->Add(Label1, wxSizerFlags().Border(wxBOTTOM, gap));
     auto* recipient = new wxBoxSizer(wxHORIZONTAL);
     txtEmpfänger = new wxTextCtrl(this, wxID_ANY);
     recipient->Add(txtEmpfänger, wxSizerFlags(1).CentreVertical());

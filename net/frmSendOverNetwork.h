@@ -8,6 +8,7 @@
 
 class NoteChoice;
 class NoteStore;
+class wxStaticText;
 class wxTextCtrl;
 
 class frmSendOverNetwork : public frmDialog {
@@ -19,6 +20,7 @@ class frmSendOverNetwork : public frmDialog {
     std::vector<std::wstring> Recipients() const;
 
     // The controls, each under its name; the list and its buttons are those of the choice.
+    wxStaticText* Label1 = nullptr;
     wxTextCtrl* txtEmpfänger = nullptr;
     wxButton* cmdAdressbuch = nullptr;
     NoteChoice* Frame1 = nullptr;

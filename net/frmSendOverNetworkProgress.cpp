@@ -97,6 +97,7 @@ wxStaticText* frmSendOverNetworkProgress::CreateLabel(const wchar_t* caption, in
 void frmSendOverNetworkProgress::Attach(std::shared_ptr<const clsOutgoing> session, std::size_t notes) {
     session_ = std::move(session);
     notes_ = notes;
+    lblProtocol->SetLabelText(wxString());
 }
 
 void frmSendOverNetworkProgress::SetStep(int step) {

@@ -215,6 +215,16 @@ TEST_F(AddressbookDialogs, EditingTakesOverWhatIsLeft) {
               (Texts{L"server|10.0.0.9|Dach", L"anna|gibt-es-nicht.invalid|A", L"Zimmer|127.0.0.1|b"}));
 }
 
+TEST_F(AddressbookDialogs, NothingIsLongerThanTheRegistryGivesBack) {
+    auto* dialog = new frmAddressbookEntryNew;
+    for (wxTextCtrl* box : {dialog->txtPCName, dialog->txtIP, dialog->txtComment}) {
+        box->SetValue(std::wstring(4095, L'ä'));
+        box->AppendText(L"x");
+        EXPECT_EQ(box->GetValue().length(), 4095u);
+    }
+    dialog->Destroy();
+}
+
 TEST_F(AddressbookDialogs, ChangingOnlyTheCaseOfANameIsRefused) {
     auto* dialog = new frmAddressbookEntryEdit;
     wxTheApp->CallAfter([&] {

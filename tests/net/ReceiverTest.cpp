@@ -62,7 +62,7 @@ TEST(Receiver, AnswersToEveryKindOfLine) {
         const char *lines, *replies;
     } rows[] = {
         {"\r\n\r\n", ""},
-        {" \r\n", "ERROR Unknown command:  \r\n"},
+        {" \r\n NOTE_NEW\r\n", ""},
         {"note_new\r\n", "ERROR Unknown command: note_new\r\n"},
         {"NOTE_ABORT\r\n", "ERROR Unknown command: NOTE_ABORT\r\n"},
         {"NOTE_NEW und mehr\r\n", "OK\r\n"},

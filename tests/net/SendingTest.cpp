@@ -125,6 +125,31 @@ TEST_F(Sending, ToAnotherVersionNothingIsSentButAllIsCounted) {
     EXPECT_TRUE(messages.empty());
 }
 
+TEST_F(Sending, APeerThatTalksUnaskedIsNotListenedTo) {
+    constexpr int kMegabytes = 64;
+    std::atomic<int> taken = -1;
+    // A message on the screen gives the peer all the time that it wants.
+    SetMessageObserver([&](const std::wstring&, int, const std::wstring&) {
+        WaitUntil([&] { return taken >= 0; }, 10s);
+        return MessageAnswer::OK;
+    });
+    SendTo(
+        [&](RawConnection& connection) {
+            connection.Send(kReady);
+            connection.Line();
+            connection.Send("ERROR X\r\n");
+            std::string megabyte;
+            while (megabyte.size() < 1u << 20) megabyte += "OK\r\n";
+            int sent = 0;
+            while (sent < kMegabytes && connection.Send(megabyte)) ++sent;
+            taken = sent;
+            wxTheApp->CallAfter([] { WakeWaits(); });
+        },
+        {{L"a"}});
+    EXPECT_GE(taken, 0);
+    EXPECT_LT(taken, kMegabytes / 2);
+}
+
 TEST_F(Sending, APeerThatFallsSilentOrLeaves) {
     const auto silent = [](RawConnection& connection) {
         connection.Send(kReady);
