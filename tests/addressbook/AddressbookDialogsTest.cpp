@@ -273,7 +273,7 @@ TEST_F(AddressbookDialogs, AThousandEntriesOpenQuickly) {
     for (int column : {1, 1, 2}) ClickColumn(*dialog->lvwEntries, column);
     Press(dialog->cmdAlle);
     Press(dialog->cmdLöschen);
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1));
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(3));
     EXPECT_TRUE(AddressBook().empty());
     dialog->Destroy();
 }
