@@ -15,13 +15,15 @@
 #include "tests/notes/NoteRecorder.h"
 #include "tests/support/Events.h"
 
+// The newest one of its kind.
 template <class Dialog>
 Dialog* ShownDialog() {
+    Dialog* shown = nullptr;
     for (wxWindow* window : wxTopLevelWindows) {
         auto* dialog = dynamic_cast<Dialog*>(window);
-        if (dialog && dialog->IsShown()) return dialog;
+        if (dialog && dialog->IsShown()) shown = dialog;
     }
-    return nullptr;
+    return shown;
 }
 
 // Does something with a dialog as soon as it is on the screen. To be kept until then.
@@ -30,8 +32,9 @@ class WhenShown : public wxTimer {
   public:
     explicit WhenShown(std::function<void(Dialog&)> act) : act_(std::move(act)) { Start(10); }
     void Notify() override {
+        // One that has ended may still count as shown until the toolkit deletes it.
         auto* dialog = ShownDialog<Dialog>();
-        if (!dialog) return;
+        if (!dialog || dialog->Tag() == L"ok" || dialog->Tag() == L"cancel") return;
         Stop();
         act_(*dialog);
     }
