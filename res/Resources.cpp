@@ -2,15 +2,31 @@
 
 #include <wx/image.h>
 
+#include <algorithm>
 #include <map>
 #include <span>
 #include <utility>
 
+#include "res/Packing.h"
 #include "res/ResourceImages.h"
 
 namespace {
 
 using Images = std::span<const ResourceImage>;
+
+wxImage Unpack(const ResourceImage& source) {
+    wxImage image(source.width, source.height, false);
+    if (!source.opaque) image.SetAlpha();
+    unsigned char* rgb = image.GetData();
+    unsigned char* alpha = image.GetAlpha();
+    for (const Pixel& pixel : UnpackPixels(source.packed, source.width, source.height)) {
+        *rgb++ = pixel.red;
+        *rgb++ = pixel.green;
+        *rgb++ = pixel.blue;
+        if (alpha) *alpha++ = pixel.alpha;
+    }
+    return image;
+}
 
 // The sizes of one picture. A bitmap is made when somebody asks for its size and shared by all who do.
 class ResourceBundle : public wxBitmapBundleImpl {
@@ -45,9 +61,7 @@ class ResourceBundle : public wxBitmapBundleImpl {
                 break;
             }
         }
-        // The toolkit takes pixels that it does not own as writable, but only reads them here.
-        wxImage image(source->width, source->height, const_cast<unsigned char*>(source->rgb), true);
-        if (source->alpha) image.SetAlpha(const_cast<unsigned char*>(source->alpha), true);
+        wxImage image = Unpack(*source);
         if (image.GetSize() != size) image = image.Scale(size.x, size.y, wxIMAGE_QUALITY_HIGH);
         return wxBitmap(image);
     }
@@ -57,22 +71,22 @@ class ResourceBundle : public wxBitmapBundleImpl {
 };
 
 Images ImagesOf(int id) {
-    const Images all(kResourceImages, kResourceImageCount);
-    std::size_t first = 0;
-    while (first < all.size() && all[first].id != id) ++first;
-    std::size_t end = first;
-    while (end < all.size() && all[end].id == id) ++end;
-    return all.subspan(first, end - first);
+    const auto ofId = [id](const ResourceImage& image) { return image.id == id; };
+    const auto first = std::find_if(kResourceImages.begin(), kResourceImages.end(), ofId);
+    return {first, std::find_if_not(first, kResourceImages.end(), ofId)};
+}
+
+wxBitmapBundle MakeBundle(int id) {
+    const Images images = ImagesOf(id);
+    return images.empty() ? wxBitmapBundle() : wxBitmapBundle::FromImpl(new ResourceBundle(images));
 }
 
 }  // namespace
 
 wxBitmapBundle LoadPicture(int id) {
+    if (id == kSplashPicture) return MakeBundle(id);  // large, and shown once
     static std::map<int, wxBitmapBundle> loaded;
     wxBitmapBundle& bundle = loaded[id];
-    if (!bundle.IsOk()) {
-        const Images images = ImagesOf(id);
-        if (!images.empty()) bundle = wxBitmapBundle::FromImpl(new ResourceBundle(images));
-    }
+    if (!bundle.IsOk()) bundle = MakeBundle(id);
     return bundle;
 }

@@ -1,11 +1,12 @@
-// Draws the vector pictures of this folder into what the program carries: one source file with the raw pixels
-// of every picture in every size, and the program icon as PNG files for the desktop's icon folders. Runs on
-// the building machine.
+// Draws the vector pictures of this folder into what the program carries: one source file with the packed
+// pixels of every picture in every size, and the program icon as PNG files for the desktop's icon folders.
+// Runs on the building machine.
 //
 //   render_resources <folder of the SVG files> <source file to write> <folder for kivora-<size>.png>
 
 #include <librsvg/rsvg.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstdio>
@@ -14,6 +15,8 @@
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+#include "res/Packing.h"
 
 namespace {
 
@@ -66,13 +69,11 @@ struct Drawing {
     std::string style;  // on top of the file's own
 };
 
-struct Pixels {
+struct Picture {
     int width = 0, height = 0;
-    std::vector<unsigned char> rgb, alpha;
+    std::vector<Pixel> pixels;
     bool Opaque() const {
-        for (const unsigned char a : alpha)
-            if (a != 255) return false;
-        return true;
+        return std::all_of(pixels.begin(), pixels.end(), [](const Pixel& p) { return p.alpha == 255; });
     }
 };
 
@@ -99,25 +100,25 @@ Surface Render(const Drawing& drawing, int width, int height, int border) {
     return surface;
 }
 
-Pixels Read(cairo_surface_t* surface) {
-    Pixels pixels;
-    pixels.width = cairo_image_surface_get_width(surface);
-    pixels.height = cairo_image_surface_get_height(surface);
+Picture Read(cairo_surface_t* surface) {
+    Picture picture;
+    picture.width = cairo_image_surface_get_width(surface);
+    picture.height = cairo_image_surface_get_height(surface);
     const unsigned char* data = cairo_image_surface_get_data(surface);
     const int stride = cairo_image_surface_get_stride(surface);
-    for (int y = 0; y < pixels.height; ++y) {
+    for (int y = 0; y < picture.height; ++y) {
         const auto* row =
             reinterpret_cast<const std::uint32_t*>(data + static_cast<std::ptrdiff_t>(y) * stride);
-        for (int x = 0; x < pixels.width; ++x) {
-            const std::uint32_t a = row[x] >> 24;
-            for (const int shift : {16, 8, 0}) {  // colours are stored multiplied by their alpha
+        for (int x = 0; x < picture.width; ++x) {
+            const std::uint32_t alpha = row[x] >> 24;
+            const auto part = [&](int shift) {  // colours are stored multiplied by their alpha
                 const std::uint32_t value = (row[x] >> shift) & 0xff;
-                pixels.rgb.push_back(static_cast<unsigned char>(a ? (value * 255 + a / 2) / a : 0));
-            }
-            pixels.alpha.push_back(static_cast<unsigned char>(a));
+                return static_cast<std::uint8_t>(alpha ? (value * 255 + alpha / 2) / alpha : 0);
+            };
+            picture.pixels.push_back({part(16), part(8), part(0), static_cast<std::uint8_t>(alpha)});
         }
     }
-    return pixels;
+    return picture;
 }
 
 // Collects pictures and writes them as one source file; pictures of one number stand together, smallest
@@ -128,27 +129,28 @@ class SourceWriter {
         out_ << "#include \"res/ResourceImages.h\"\n\nnamespace {\n";
     }
 
-    void Add(int id, const Pixels& pixels) {
-        std::string name = "p";
-        name += std::to_string(count_++);
-        WriteBytes(name + "rgb", pixels.rgb);
-        const bool opaque = pixels.Opaque();
-        if (!opaque) WriteBytes(name + "alpha", pixels.alpha);
-        table_ += "    {" + std::to_string(id) + ", " + std::to_string(pixels.width) + ", " +
-                  std::to_string(pixels.height) + ", " + name + "rgb, " +
-                  (opaque ? "nullptr" : name + "alpha") + "},\n";
+    void Add(int id, const Picture& picture) {
+        const std::vector<std::uint8_t> packed = PackPixels(picture.pixels, picture.width);
+        if (UnpackPixels(packed, picture.width, picture.height) != picture.pixels)
+            throw std::runtime_error("picture " + std::to_string(id) + " does not unpack to itself");
+        const std::string name = "packed" + std::to_string(count_++);
+        WriteBytes(name, packed);
+        table_ += "    {" + std::to_string(id) + ", " + std::to_string(picture.width) + ", " +
+                  std::to_string(picture.height) + ", " + (picture.Opaque() ? "true" : "false") + ", {" +
+                  name + ", " + std::to_string(packed.size()) + "}},\n";
     }
 
     void Finish() {
-        out_ << "}  // namespace\n\nconst ResourceImage kResourceImages[] = {\n"
-             << table_ << "};\nconst std::size_t kResourceImageCount = " << count_ << ";\n";
+        out_ << "const ResourceImage images[] = {\n"
+             << table_
+             << "};\n}  // namespace\n\nconst std::span<const ResourceImage> kResourceImages(images);\n";
         out_.close();
         if (!out_) throw std::runtime_error("cannot write the source file");
     }
 
   private:
     // A string literal of octal numbers compiles many times faster than a list of numbers.
-    void WriteBytes(const std::string& name, const std::vector<unsigned char>& bytes) {
+    void WriteBytes(const std::string& name, const std::vector<std::uint8_t>& bytes) {
         std::string text = "const unsigned char " + name + "[] =\n";
         for (std::size_t i = 0; i < bytes.size(); ++i) {
             if (i % 24 == 0) text += i ? "\"\n\"" : "\"";
@@ -186,6 +188,13 @@ void RenderAll(const std::string& folder, const std::string& sourceFile, const s
         source.Add(2, Read(Render({folder + "/banner.svg", ""}, 240 * scale, 34 * scale, 0).get()));
     for (const int scale : {1, 2})
         source.Add(3, Read(Render({folder + "/splash.svg", ""}, 360 * scale, 220 * scale, 0).get()));
+    int message = 4;
+    for (const char* name : {"critical", "question", "warning", "information"}) {
+        for (const int size : {32, 64})
+            source.Add(message,
+                       Read(Render({folder + "/message-" + name + ".svg", ""}, size, size, 0).get()));
+        ++message;
+    }
     for (std::size_t i = 0; i < kPapers.size(); ++i) {
         const Paper& paper = kPapers[i];
         const int index = static_cast<int>(i);

@@ -11,6 +11,7 @@ TEST(Resources, EveryPictureHasItsSizes) {
         {1, 1, {{16, 16}, {22, 22}, {24, 24}, {32, 32}, {48, 48}, {128, 128}}},
         {2, 2, {{240, 34}, {480, 68}}},
         {3, 3, {{360, 220}, {720, 440}}},
+        {4, 7, {{32, 32}, {64, 64}, {48, 48}}},
         {100, 103, {{30, 32}, {60, 64}}},
         {110, 113, {{30, 32}, {60, 64}}},
         {120, 123, {{16, 16}, {22, 22}, {24, 24}, {32, 32}, {44, 44}, {48, 48}, {64, 64}, {20, 20}}},
@@ -25,7 +26,34 @@ TEST(Resources, EveryPictureHasItsSizes) {
             for (const wxSize& size : row.sizes) EXPECT_EQ(picture.GetBitmap(size).GetSize(), size);
         }
     }
-    for (const int id : {0, -1, 4, 99, 104, 114, 119, 124}) EXPECT_FALSE(LoadPicture(id).IsOk()) << id;
+    for (const int id : {0, -1, 8, 99, 104, 114, 119, 124}) EXPECT_FALSE(LoadPicture(id).IsOk()) << id;
+}
+
+// The program has the pixels that were drawn: the build leaves the program icon as files, too.
+TEST(Resources, PicturesAreUnpackedAsTheyWereDrawn) {
+    wxInitAllImageHandlers();
+    if (!wxImage::FindHandler(wxBITMAP_TYPE_PNG)) GTEST_SKIP() << "this toolkit reads no such files";
+    for (const int size : {16, 22, 24, 32, 48, 64, 96, 128}) {
+        SCOPED_TRACE(size);
+        wxImage drawn;
+        ASSERT_TRUE(
+            drawn.LoadFile(wxString::FromUTF8(DRAWN_PICTURES) + wxString::Format(L"/kivora-%d.png", size)));
+        const wxImage image = LoadPicture(kProgramIcon).GetBitmap(wxSize(size, size)).ConvertToImage();
+        ASSERT_EQ(image.GetSize(), drawn.GetSize());
+        ASSERT_TRUE(image.HasAlpha() && drawn.HasAlpha());
+        for (int y = 0; y < size; ++y) {
+            for (int x = 0; x < size; ++x) {
+                const int alpha = drawn.GetAlpha(x, y);
+                ASSERT_EQ(image.GetAlpha(x, y), alpha) << x << "," << y;
+                if (alpha == 0) continue;
+                // Colours multiplied by their alpha come back a little differently from each reader.
+                const int most = 1 + 255 / alpha;
+                ASSERT_NEAR(image.GetRed(x, y), drawn.GetRed(x, y), most) << x << "," << y;
+                ASSERT_NEAR(image.GetGreen(x, y), drawn.GetGreen(x, y), most) << x << "," << y;
+                ASSERT_NEAR(image.GetBlue(x, y), drawn.GetBlue(x, y), most) << x << "," << y;
+            }
+        }
+    }
 }
 
 // A hundred notes show a hundred times the same bitmap.
