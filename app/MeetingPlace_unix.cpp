@@ -13,7 +13,7 @@
 #include <thread>
 #include <utility>
 
-#include "registry/RegistryHive.h"
+#include "base/DataFolder.h"
 
 namespace {
 
@@ -31,7 +31,7 @@ Descriptor OpenPrivateFolder(const std::string& path) {
 
 Descriptor OpenMeetingFolder() {
     // A folder in the data folder: the hive locks that one itself while it is being opened.
-    if (const std::string data = FolderOfHive().string(); !data.empty()) {
+    if (const std::string data = DataFolder().string(); !data.empty()) {
         g_mkdir_with_parents(data.c_str(), 0700);
         if (Descriptor folder = OpenPrivateFolder(data + "/running")) return folder;
     }

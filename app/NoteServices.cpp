@@ -1,7 +1,10 @@
 #include "app/NoteServices.h"
 
+#include "app/KeptNotes.h"
 #include "base/basWait.h"
 #include "notes/basNotes.h"
+
+NoteServices::NoteServices() : store_(*this) { store_.OnDelete = KeepDeletedNote; }
 
 void NoteServices::SaveNotes() {
     if (!IsQuitting()) store_.SaveNotes();

@@ -1,5 +1,6 @@
 #pragma once
-// What the program gives its notes: the store, the menu and the properties dialog.
+// What the program gives its notes: the store, the menu, the properties dialog and, once they are deleted, a
+// place from which they can be taken back.
 
 #include <functional>
 
@@ -7,7 +8,7 @@
 
 class NoteServices : public NoteHost {
   public:
-    NoteServices() : store_(*this) {}
+    NoteServices();
 
     NoteStore& Store() { return store_; }
 

@@ -1,7 +1,6 @@
 #pragma once
 // What a program has to arrange with its platform before, while and after the toolkit runs.
 
-#include <filesystem>
 #include <functional>
 #include <string>
 #include <vector>
@@ -17,9 +16,6 @@ void PrintError(const std::wstring& text);
 
 // Language and window system, to be chosen before the toolkit starts.
 void PrepareToolkit();
-
-// The folder for the user's data of this program. It need not exist yet.
-std::filesystem::path DataFolder();
 
 // Calls `quit` from the event loop when the system asks the program to end, while this object lives.
 class EndRequests {

@@ -1,6 +1,5 @@
 #include <windows.h>
 
-#include <shlobj.h>
 #include <wx/app.h>
 #include <wx/msw/private.h>
 #include <wx/toplevel.h>
@@ -48,12 +47,6 @@ void PrintError(const std::wstring& text) { Write(STD_ERROR_HANDLE, text); }
 
 // Language and resolution are the system's and the manifest's; the toolkit only has to know where it is.
 void PrepareToolkit() { wxSetInstance(GetModuleHandleW(nullptr)); }
-
-std::filesystem::path DataFolder() {
-    wchar_t path[MAX_PATH] = L"";
-    SHGetFolderPathW(nullptr, CSIDL_APPDATA, nullptr, SHGFP_TYPE_CURRENT, path);
-    return std::filesystem::path(path) / L"Kivora";
-}
 
 // The system tells every window of the program; the first one is enough.
 EndRequests::EndRequests(std::function<void()> quit) : quit_(std::move(quit)) {

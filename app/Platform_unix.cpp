@@ -40,8 +40,6 @@ void PrepareToolkit() {
     gdk_set_allowed_backends("x11,*");
 }
 
-std::filesystem::path DataFolder() { return std::filesystem::path(g_get_user_data_dir()) / "kivora"; }
-
 EndRequests::EndRequests(std::function<void()> quit) : quit_(std::move(quit)) {
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
         sources_.push_back(g_unix_signal_add(signal, OnEndRequest, &quit_));

@@ -8,8 +8,8 @@
 #include <optional>
 
 #include "addressbook/frmAddressbook.h"
+#include "app/KeptNotes.h"
 #include "app/KivoraApp.h"
-#include "app/LongNotes.h"
 #include "app/Platform.h"
 #include "app/frmSplash.h"
 #include "app/frmStart.h"

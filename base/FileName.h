@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
 
 // The text of a name, and the name of a text. FilePath(FileName(p)) is p for every p.
 std::wstring FileName(const std::filesystem::path& path);
@@ -11,6 +12,11 @@ std::filesystem::path FilePath(const std::wstring& name);
 
 // The name for people: what is no text shows as U+FFFD.
 std::wstring ShownFileName(const std::wstring& name);
+
+// The beginning of a text as part of a file's name that every file system takes: one line, what names cannot
+// hold as blanks, no blanks at its ends and none beside another, no full stop at its end, at most so many
+// characters. Empty when nothing is left.
+std::wstring NameFromText(std::wstring_view text, std::size_t longest);
 
 // The name from the root of the file system on. The file need not exist.
 std::wstring AbsoluteFileName(const std::wstring& name);

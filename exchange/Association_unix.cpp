@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "DesktopFiles.h"
+#include "base/DataFolder.h"
 #include "base/DesktopEntry.h"
 #include "base/FileName.h"
 #include "base/basHelp.h"
@@ -20,12 +21,11 @@ namespace fs = std::filesystem;
 constexpr int kIconSizes[] = {16, 32, 48, 128};
 
 // What every user gets who has not installed the program: files in the user's own data folder.
-fs::path DataFolder() { return g_get_user_data_dir(); }
-fs::path TypeFile() { return DataFolder() / "mime" / "packages" / "kivora.xml"; }
-fs::path EntryFile() { return DataFolder() / "applications" / "kivora.desktop"; }
+fs::path TypeFile() { return SharedDataFolder() / "mime" / "packages" / "kivora.xml"; }
+fs::path EntryFile() { return SharedDataFolder() / "applications" / "kivora.desktop"; }
 fs::path IconFile(int size) {
     const std::string folder = std::to_string(size) + "x" + std::to_string(size);
-    return DataFolder() / "icons" / "hicolor" / folder / "apps" / "kivora.png";
+    return SharedDataFolder() / "icons" / "hicolor" / folder / "apps" / "kivora.png";
 }
 
 void Replace(std::string& text, const std::string& what, const std::string& by) {
@@ -92,7 +92,7 @@ void RunTools() {
     static const char script[] =
         "update-mime-database \"$1/mime\"; update-desktop-database \"$1/applications\"; "
         "xdg-mime default kivora.desktop application/x-kivora";
-    std::string words[] = {"/bin/sh", "-c", script, "sh", DataFolder().native()};
+    std::string words[] = {"/bin/sh", "-c", script, "sh", SharedDataFolder().native()};
     std::vector<char*> arguments;
     for (std::string& word : words) arguments.push_back(word.data());
     arguments.push_back(nullptr);
@@ -101,6 +101,7 @@ void RunTools() {
 }
 
 gboolean RegisterNow(gpointer) {
+    if (SharedDataFolder().empty()) return G_SOURCE_REMOVE;
     const bool newType = Renew(TypeFile(), kMimeType);
     const bool newEntry = Renew(EntryFile(), DesktopEntry());
     for (const int size : kIconSizes) {
@@ -108,8 +109,8 @@ gboolean RegisterNow(gpointer) {
         if (newType || newEntry || !fs::exists(IconFile(size), ignored)) WriteIcon(size);
     }
     const Tool tools[] = {
-        {"update-mime-database", DataFolder() / "mime" / "mime.cache", TypeFile()},
-        {"update-desktop-database", DataFolder() / "applications" / "mimeinfo.cache", EntryFile()}};
+        {"update-mime-database", SharedDataFolder() / "mime" / "mime.cache", TypeFile()},
+        {"update-desktop-database", SharedDataFolder() / "applications" / "mimeinfo.cache", EntryFile()}};
     bool run = newType || newEntry;
     for (const Tool& tool : tools) run = run || (IsThere(tool.name) && IsOutdated(tool));
     if (run) RunTools();

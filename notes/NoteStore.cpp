@@ -112,6 +112,7 @@ void NoteStore::DeleteNote(frmNote& note) {
     const auto place =
         std::find_if(notes_.begin(), notes_.end(), [&](const NotePtr& each) { return each.get() == &note; });
     if (place == notes_.end()) return;
+    if (OnDelete) OnDelete(note);
     ForgetMinimizedNote(note);
     notes_.erase(place);
     SaveNotes();

@@ -59,6 +59,8 @@ class NoteStore {
 
     // Called for an imported note with more text than can be read back, if set.
     std::function<void(const frmNote& note)> OnLongText;
+    // Called for a note before DeleteNote takes it out, if set. Must not throw.
+    std::function<void(const frmNote& note)> OnDelete;
 
   private:
     NoteHost& host_;

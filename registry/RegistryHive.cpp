@@ -1,36 +1,19 @@
 #include "registry/RegistryHive.h"
 
-#include <pwd.h>
-#include <unistd.h>
-
-#include <cstdlib>
 #include <filesystem>
+
+#include "base/DataFolder.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
 fs::path HivePath() {
-    const fs::path folder = FolderOfHive();
+    const fs::path folder = DataFolder();
     return folder.empty() ? folder : folder / "registry.sqlite";
 }
 
 }  // namespace
-
-fs::path FolderOfHive() {
-    const char* const data = std::getenv("XDG_DATA_HOME");
-    fs::path folder = data ? data : "";
-    if (!folder.is_absolute()) {
-        const char* home = std::getenv("HOME");
-        if (!home || !*home) {
-            const passwd* const user = getpwuid(getuid());
-            home = user ? user->pw_dir : nullptr;
-        }
-        if (!home || !fs::path(home).is_absolute()) return {};
-        folder = fs::path(home) / ".local" / "share";
-    }
-    return folder / "kivora";
-}
 
 HiveImage& RegistryHive::FreshImage() {
     if (depth_ == 0) Refresh();

@@ -6,7 +6,6 @@
 // that nothing empty is ever written over what could not be read.
 
 #include <cstdint>
-#include <filesystem>
 #include <memory>
 
 #include "registry/HiveFile.h"
@@ -46,9 +45,5 @@ class RegistryHive {
     bool stale_ = false;      // the image holds what never reached the file
 };
 
-// The folder of the hive, for whatever else has to lie beside it: $XDG_DATA_HOME/kivora, or the same in the
-// user's home. Empty when the user has none.
-std::filesystem::path FolderOfHive();
-
-// The hive of this process, registry.sqlite in that folder.
+// The hive of this process, registry.sqlite in the user's data folder.
 RegistryHive& Hive();

@@ -2,10 +2,12 @@
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
 
+#include <filesystem>
 #include <map>
 
 #include "app/NoteServices.h"
 #include "app/frmStart.h"
+#include "base/DataFolder.h"
 #include "base/basMessage.h"
 #include "base/basText.h"
 #include "notes/frmNote.h"
@@ -137,6 +139,7 @@ TEST_F(StartTest, NoteItemsActOnTheirNote) {
     EXPECT_EQ(Store().CountNotes(), 1u);
     EXPECT_EQ(Store().Notes()[0].get(), &second);
     EXPECT_EQ(start_->PopupNote(), nullptr);
+    EXPECT_FALSE(std::filesystem::is_empty(DataFolder() / "papierkorb"));
 }
 
 TEST_F(StartTest, NoteDeletedUnderTheOpenMenuIsNothing) {

@@ -1,0 +1,59 @@
+#include "app/KeptNotes.h"
+
+#include <wx/app.h>
+#include <wx/clipbrd.h>
+
+#include "app/KivoraApp.h"
+#include "app/NoteFolder.h"
+#include "base/DataFolder.h"
+#include "base/basMessage.h"
+#include "base/basWait.h"
+#include "exchange/basExport.h"
+#include "notes/frmNote.h"
+
+namespace {
+
+constexpr std::size_t kDeletedNotes = 100;
+
+std::filesystem::path FolderNamed(const char* name) {
+    const std::filesystem::path data = DataFolder();
+    if (data.empty()) throw std::system_error(std::make_error_code(std::errc::no_such_file_or_directory));
+    return data / name;
+}
+
+// The texts of deleted notes that could not be kept, until the user has been told.
+std::wstring& UnkeptTexts() {
+    static std::wstring texts;
+    return texts;
+}
+
+bool PutIntoClipboard(const std::wstring& text) {
+    const wxClipboardLocker clipboard;
+    return !!clipboard && wxTheClipboard->SetData(new wxTextDataObject(text));
+}
+
+void TellOfUnkeptTexts() {
+    const std::wstring texts = std::exchange(UnkeptTexts(), {});
+    if (IsQuitting() || texts.empty()) return;
+    const std::wstring where = PutIntoClipboard(texts) ? L"Ihr Text liegt jetzt in der Zwischenablage."
+                                                       : L"Ihr Text war:\r\n\r\n" + texts;
+    ShowMessage(L"Die gelöschte Notiz konnte nicht im Papierkorb aufgehoben werden.\r\n" + where, kCritical,
+                L"Papierkorb");
+}
+
+}  // namespace
+
+void KeepLongNote(const frmNote& note) { NoteFolder(FolderNamed("lange-notizen")).Keep(ToRecord(note)); }
+
+void KeepDeletedNote(const frmNote& note) noexcept {
+    Guarded([&] {
+        try {
+            NoteFolder(FolderNamed("papierkorb"), kDeletedNotes).Keep(ToRecord(note));
+        } catch (const std::system_error&) {
+            std::wstring& texts = UnkeptTexts();
+            if (texts.empty()) wxTheApp->CallAfter([] { Guarded(TellOfUnkeptTexts); });
+            if (!texts.empty()) texts += L"\r\n\r\n";
+            texts += note.Text();
+        }
+    });
+}

@@ -1,0 +1,33 @@
+#pragma once
+// A folder in which notes are kept as export files, one file a note, from which the ordinary import reads
+// them. The names begin with the time, so that they sort by it, and go on with the beginning of the text:
+// "2026-11-21 13.05.07.123 Milch und Brot.kvr".
+//
+// An export file holds one byte a character. A text with others than the code page has lies beside it in
+// full, in a file of the same name that ends in ".txt" (UTF-8).
+
+#include <chrono>
+#include <filesystem>
+#include <limits>
+
+#include "exchange/ExportedNote.h"
+
+class NoteFolder {
+  public:
+    static constexpr std::size_t kUnlimited = std::numeric_limits<std::size_t>::max();
+
+    // Keeps the newest `most` notes. The folder need not exist.
+    explicit NoteFolder(std::filesystem::path folder, std::size_t most = kUnlimited)
+        : folder_(std::move(folder)), most_(most) {}
+
+    // Returns when the note is on the disk, in several records where its text does not fit one; removes what
+    // is too many then. A note without text is not kept: the import would take it for the end of the file,
+    // and there is nothing of it that anybody would miss. Throws std::system_error when it cannot be written;
+    // then the folder is as it was.
+    void Keep(const ExportedNote& note,
+              std::chrono::system_clock::time_point now = std::chrono::system_clock::now()) const;
+
+  private:
+    std::filesystem::path folder_;
+    std::size_t most_;
+};

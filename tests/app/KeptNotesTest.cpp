@@ -1,0 +1,109 @@
+#include <gtest/gtest.h>
+#include <wx/clipbrd.h>
+
+#include <cstdlib>
+#include <fstream>
+
+#include "app/KeptNotes.h"
+#include "app/NoteServices.h"
+#include "base/FileName.h"
+#include "base/basMessage.h"
+#include "exchange/ExportFile.h"
+#include "exchange/basImport.h"
+#include "tests/support/Events.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class KeptNotesTest : public testing::Test {
+  protected:
+    KeptNotesTest() {
+        fs::remove_all(bin_);
+        SetMessageObserver([this](const std::wstring& text, int flags, const std::wstring& title) {
+            EXPECT_EQ(flags, kCritical);
+            EXPECT_EQ(title, L"Papierkorb");
+            messages_.push_back(text);
+            return MessageAnswer::OK;
+        });
+    }
+    ~KeptNotesTest() override {
+        SetMessageObserver({});
+        Store().UnloadAllNotes();
+        Store().SaveNotes();
+        fs::remove_all(bin_);
+    }
+
+    NoteStore& Store() { return services_.Store(); }
+    frmNote& AddNote(const std::wstring& text) {
+        NotePtr note = Store().CreateNote();
+        note->Text(text);
+        return Store().AddNote(std::move(note));
+    }
+    std::vector<fs::path> Kept() const {
+        std::vector<fs::path> files;
+        if (fs::is_directory(bin_)) {
+            for (const auto& file : fs::directory_iterator(bin_)) files.push_back(file.path());
+        }
+        std::sort(files.begin(), files.end());
+        return files;
+    }
+    // The text in the clipboard.
+    static std::wstring Clipboard() {
+        const wxClipboardLocker locker;
+        wxTextDataObject text;
+        wxTheClipboard->GetData(text);
+        return text.GetText().ToStdWstring();
+    }
+
+    const fs::path bin_ = fs::path(std::getenv("XDG_DATA_HOME")) / "kivora" / "papierkorb";
+    NoteServices services_;
+    std::vector<std::wstring> messages_;
+};
+
+}  // namespace
+
+TEST_F(KeptNotesTest, DeletedNoteComesBackByImport) {
+    frmNote& note = AddNote(L"Käse\r\nund Brot");
+    note.Color(kGreen);
+    note.CreationTime(L"21.11.2026, 09:05:00");
+    note.PlaceAt(300, 450);
+    Store().DeleteNote(note);
+    ASSERT_EQ(Kept().size(), 1u);
+    EXPECT_EQ(fs::status(bin_).permissions(), fs::perms::owner_all);
+    ASSERT_TRUE(ImportNotes(Store(), FileName(Kept()[0])));
+    ASSERT_EQ(Store().CountNotes(), 1u);
+    const frmNote& back = *Store().Notes()[0];
+    EXPECT_EQ(back.Text(), L"Käse\r\nund Brot");
+    EXPECT_EQ(back.Color(), kGreen);
+    EXPECT_EQ(back.CreationTime(), L"21.11.2026, 09:05:00");
+    EXPECT_EQ(back.Left(), 300);
+    EXPECT_TRUE(messages_.empty());
+}
+
+TEST_F(KeptNotesTest, TheNewestHundredStay) {
+    AddNote(L"");
+    for (int i = 0; i < 103; ++i) AddNote(std::to_wstring(i));
+    while (Store().CountNotes() > 0) Store().DeleteNote(*Store().Notes()[0]);
+    const auto files = Kept();
+    ASSERT_EQ(files.size(), 100u);
+    EXPECT_EQ(RecordOf(files.front(), 0)->Text, L"3");
+    EXPECT_EQ(RecordOf(files.back(), 0)->Text, L"102");
+}
+
+TEST_F(KeptNotesTest, WithoutABinTheTextGoesToTheClipboard) {
+    fs::create_directories(bin_.parent_path());
+    std::ofstream(bin_) << "in the way";
+    frmNote& first = AddNote(L"eins");
+    frmNote& second = AddNote(L"zwei Ω");
+    Store().DeleteNote(first);
+    Store().DeleteNote(second);
+    EXPECT_EQ(Store().CountNotes(), 0u);
+    EXPECT_TRUE(messages_.empty());  // not before the notes are gone
+    EXPECT_TRUE(RunUntil([&] { return !messages_.empty(); }));
+    RunEvents();
+    EXPECT_EQ(messages_, std::vector<std::wstring>{
+                             L"Die gelöschte Notiz konnte nicht im Papierkorb aufgehoben werden.\r\n"
+                             L"Ihr Text liegt jetzt in der Zwischenablage."});
+    EXPECT_EQ(Clipboard(), L"eins\r\n\r\nzwei Ω");
+}

@@ -1,0 +1,25 @@
+#include <gtest/gtest.h>
+
+#include "base/FileName.h"
+
+TEST(NameFromText, IsFitForEveryFileSystem) {
+    const struct {
+        std::wstring text, name;
+    } rows[] = {
+        {L"Milch und Brot", L"Milch und Brot"},
+        {L"  Erste Zeile\r\n\tzweite  ", L"Erste Zeile zweite"},
+        {L"../../etc/passwd", L".. .. etc passwd"},
+        {L"C:\\a<b>|c?*\"d\"", L"C a b c d"},
+        {L"Übergröße €", L"Übergröße €"},
+        {L"Ende. . .", L"Ende"},
+        {L"...", L""},
+        {L"\r\n \t", L""},
+        {L"", L""},
+        {std::wstring(L"a\0b", 3), L"a b"},
+        {L"fdp\x202Egnp.exe", L"fdp gnp.exe"},
+        {std::wstring{L'a', static_cast<wchar_t>(0xDC80), L'b'}, L"a b"},
+        {std::wstring(500, L'x'), std::wstring(20, L'x')},
+        {std::wstring(19, L'x') + L" y", std::wstring(19, L'x')},
+    };
+    for (const auto& row : rows) EXPECT_EQ(NameFromText(row.text, 20), row.name);
+}
