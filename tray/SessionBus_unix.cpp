@@ -50,8 +50,12 @@ void ConnectToSessionBus(GCancellable* cancellable, GAsyncReadyCallback callback
 
 void Disconnect(GDBusConnection*& connection) {
     if (!connection) return;
+    const auto close = [](GObject* source, GAsyncResult*, void*) {
+        g_dbus_connection_close(G_DBUS_CONNECTION(source), nullptr, nullptr, nullptr);
+    };
+    // What has been answered has to go out first.
     if (!g_dbus_connection_is_closed(connection))
-        g_dbus_connection_close(connection, nullptr, nullptr, nullptr);
+        g_dbus_connection_flush(connection, nullptr, close, nullptr);
     g_object_unref(connection);
     connection = nullptr;
 }

@@ -15,18 +15,18 @@ constexpr char kHostProperty[] = "IsStatusNotifierHostRegistered";
 
 StatusNotifierWatcher::StatusNotifierWatcher(std::function<void()> changed) : changed_(std::move(changed)) {}
 
-void StatusNotifierWatcher::Connect() {
+void StatusNotifierWatcher::Connect(bool holdBack) {
     if (connection_ || connecting_ || SessionBusAddress().empty()) return;
     connecting_ = true;
-    if (!std::exchange(connectedBefore_, true)) {
+    if (holdBack) {
+        const auto noLonger = [](void* self) -> gboolean {
+            auto& watcher = *static_cast<StatusNotifierWatcher*>(self);
+            watcher.patience_ = 0;
+            watcher.SetState(Host::Absent);
+            return G_SOURCE_REMOVE;
+        };
         SetState(Host::Unknown);
-        g_timeout_add_once(
-            kPatienceMilliseconds,
-            [](void* self) {
-                auto& watcher = *static_cast<StatusNotifierWatcher*>(self);
-                if (watcher.state_ == Host::Unknown) watcher.SetState(Host::Absent);
-            },
-            this);
+        patience_ = g_timeout_add(kPatienceMilliseconds, noLonger, this);
     }
     ConnectToSessionBus(
         nullptr,
@@ -137,5 +137,6 @@ void StatusNotifierWatcher::ForgetWatcher() {
 }
 
 void StatusNotifierWatcher::SetState(Host state) {
+    if (patience_) g_source_remove(std::exchange(patience_, 0));
     if (std::exchange(state_, state) != state) changed_();
 }

@@ -19,11 +19,12 @@ class StatusNotifierWatcher {
     StatusNotifierWatcher(const StatusNotifierWatcher&) = delete;
     StatusNotifierWatcher& operator=(const StatusNotifierWatcher&) = delete;
 
-    // Unknown only from the first Connect to a bus until it has answered, or has taken too long to.
+    // Unknown only while a caller of Connect holds icons back.
     Host State() const { return state_; }
 
-    // Looks for the session bus, unless it has been found or is being looked for.
-    void Connect();
+    // Looks for the session bus, unless it has been found or is being looked for. holdBack: State is Unknown
+    // until the bus has answered, or has taken too long to.
+    void Connect(bool holdBack);
 
   private:
     void OnConnected(GDBusConnection* connection);
@@ -37,9 +38,9 @@ class StatusNotifierWatcher {
     const std::function<void()> changed_;
     Host state_ = Host::Absent;
     bool connecting_ = false;
-    bool connectedBefore_ = false;
     GDBusConnection* connection_ = nullptr;
     guint nameWatch_ = 0;
+    guint patience_ = 0;
     guint subscriptions_[3] = {};
     GCancellable* question_ = nullptr;
 };

@@ -56,7 +56,7 @@ TrayHost TrayArea::CurrentHost() const {
 }
 
 void TrayArea::Add(HostedIcon& hosted) {
-    watcher_.Connect();  // not earlier than needed, and again when the bus has gone
+    watcher_.Connect(icons_.empty());  // not earlier than needed, and again when the bus has gone
     icons_[hosted.Icon().number] = &hosted;
     if (HasHost())
         OfferLater();
