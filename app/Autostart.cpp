@@ -2,6 +2,7 @@
 
 #include "notes/NoteStore.h"
 #include "registry/clsRegistry.h"
+#include "tray/Notification.h"
 
 namespace {
 const wchar_t* const kRunValue = L"HKLM\\Software\\Microsoft\\Windows\\CurrentVersion\\Run\\Kivora";
@@ -9,6 +10,7 @@ const wchar_t* const kRunValue = L"HKLM\\Software\\Microsoft\\Windows\\CurrentVe
 
 void SetAutostart(NoteStore& store, bool enable) {
     store.AutostartEnabled = enable;
+    Notification::MenusChanged();
     if (enable) {
         const std::wstring fileName = AutostartFileName();
         Registry().SetValue(kRunValue, REG_TYPE_SZ, fileName);

@@ -1,5 +1,7 @@
 #include "app/MenuModel.h"
 
+#include <map>
+
 const std::vector<MenuEntry>& MenuTree() {
     using enum MenuItem;
     using enum MenuKind;
@@ -69,3 +71,28 @@ MenuItemState StateOf(const MenuEntry& entry, const MenuSituation& situation,
     }
     return state;
 }
+
+std::vector<TrayMenuEntry> TrayMenuOf(const std::vector<MenuEntry>& entries, const MenuSituation& situation,
+                                      const std::set<MenuItem>& available) {
+    static const std::map<MenuKind, TrayMenuEntry::Kind> kinds = {
+        {MenuKind::Command, TrayMenuEntry::Command},
+        {MenuKind::Check, TrayMenuEntry::Check},
+        {MenuKind::Separator, TrayMenuEntry::Separator},
+        {MenuKind::Submenu, TrayMenuEntry::Submenu},
+    };
+    std::vector<TrayMenuEntry> menu;
+    for (const MenuEntry& entry : entries) {
+        const MenuItemState state = StateOf(entry, situation, available);
+        const auto kind = kinds.find(entry.kind);
+        if (!state.visible || kind == kinds.end()) continue;
+        menu.push_back({.id = static_cast<int>(entry.item) + 1,
+                        .kind = kind->second,
+                        .caption = entry.caption,
+                        .enabled = state.enabled,
+                        .checked = state.checked,
+                        .submenu = TrayMenuOf(entry.submenu, situation, available)});
+    }
+    return menu;
+}
+
+MenuItem ItemOfTrayMenu(int id) { return static_cast<MenuItem>(id - 1); }

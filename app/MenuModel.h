@@ -6,6 +6,8 @@
 #include <set>
 #include <vector>
 
+#include "tray/TrayMenu.h"
+
 enum class MenuItem {
     mnuNotizPicture,
     mnuNotizNeu,
@@ -69,3 +71,10 @@ struct MenuItemState {
 // The state of an item. A command that is not among the available ones is there but disabled.
 MenuItemState StateOf(const MenuEntry& entry, const MenuSituation& situation,
                       const std::set<MenuItem>& available);
+
+// The menu in a situation, for notification areas that show it themselves. The picture is left out: they show
+// captions only.
+std::vector<TrayMenuEntry> TrayMenuOf(const std::vector<MenuEntry>& entries, const MenuSituation& situation,
+                                      const std::set<MenuItem>& available);
+// The item behind an id of that menu.
+MenuItem ItemOfTrayMenu(int id);

@@ -25,3 +25,11 @@ void NoteServices::ShowPopupMenu(frmNote& note) {
 void NoteServices::EditNote(frmNote& note) {
     if (!IsQuitting()) ::EditNote(store_, note);
 }
+
+std::vector<TrayMenuEntry> NoteServices::TrayMenu(const frmNote& note) {
+    return DescribeMenu ? DescribeMenu(note) : std::vector<TrayMenuEntry>();
+}
+
+void NoteServices::RunFromTrayMenu(frmNote& note, int id) {
+    if (!IsQuitting() && RunMenu) RunMenu(note, id);
+}

@@ -15,6 +15,10 @@ class NoteServices : public NoteHost {
     // Who opens the menu for a note; nobody until it is set.
     std::function<void(frmNote* note)> OpenMenu;
 
+    // The menu for a note as data, and who runs an entry of it; both or none.
+    std::function<std::vector<TrayMenuEntry>(const frmNote& note)> DescribeMenu;
+    std::function<void(frmNote& note, int id)> RunMenu;
+
     // While the program ends the store empties itself window by window, and its image must stay whole. So
     // nothing that a note asks for then is done.
     void SaveNotes() override;
@@ -22,6 +26,8 @@ class NoteServices : public NoteHost {
     void ForgetMinimizedNote(frmNote& note) override;
     void ShowPopupMenu(frmNote& note) override;
     void EditNote(frmNote& note) override;
+    std::vector<TrayMenuEntry> TrayMenu(const frmNote& note) override;
+    void RunFromTrayMenu(frmNote& note, int id) override;
 
   private:
     NoteStore store_;

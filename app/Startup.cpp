@@ -52,6 +52,8 @@ void Program::InitApplication() {
         if (!IsQuitting()) Store().SaveNotes();
     });
     services_.OpenMenu = [this](frmNote* note) { start_->ShowPopupMenu(note); };
+    services_.DescribeMenu = [this](const frmNote& note) { return start_->DescribeMenu(&note); };
+    services_.RunMenu = [this](frmNote& note, int id) { start_->RunFromTrayMenu(&note, id); };
     start_->notIcon.IconToolTip(L"Kivora 1.6");
     start_->notIcon.ShowIcon();
     network_.KeepLongNote = KeepLongNote;

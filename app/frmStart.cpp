@@ -51,6 +51,8 @@ frmStart::frmStart(NoteStore& store, std::function<void()> quit)
         ActivateApplication();
         ShowPopupMenu(nullptr);
     };
+    notIcon.Menu = {[this] { return DescribeMenu(nullptr); },
+                    [this](int id) { RunFromTrayMenu(nullptr, id); }};
 }
 
 void frmStart::ShowPopupMenu(frmNote* note) {
@@ -76,10 +78,26 @@ void frmStart::RunCommand(MenuItem item) {
 
 void frmStart::AddCommand(MenuItem item, std::function<void()> command) {
     commands_[item] = std::move(command);
+    Notification::MenusChanged();
 }
 
-MenuSituation frmStart::Situation() const {
-    const frmNote* note = PopupNote();
+void frmStart::RemoveCommand(MenuItem item) {
+    commands_.erase(item);
+    Notification::MenusChanged();
+}
+
+std::vector<TrayMenuEntry> frmStart::DescribeMenu(const frmNote* note) const {
+    return TrayMenuOf(MenuTree(), SituationOf(note), Available());
+}
+
+void frmStart::RunFromTrayMenu(frmNote* note, int id) {
+    if (menuOpen_ || IsQuitting()) return;
+    popupNoteKey_.reset();
+    if (note) popupNoteKey_ = note->NoteKey();
+    RunCommand(ItemOfTrayMenu(id));
+}
+
+MenuSituation frmStart::SituationOf(const frmNote* note) const {
     return {.forNote = note != nullptr,
             .noteForeground = note && note->Foreground(),
             .notes = store_.CountNotes(),

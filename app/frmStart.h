@@ -32,18 +32,24 @@ class frmStart : public wxFrame {
     // Does what choosing the item does. Without effect for one that is no available command.
     void RunCommand(MenuItem item);
 
+    // The menu for a note, or for the program's icon, where the notification area shows it itself, and what
+    // choosing an entry of it does. Nothing is done while the program's own menu is open.
+    std::vector<TrayMenuEntry> DescribeMenu(const frmNote* note) const;
+    void RunFromTrayMenu(frmNote* note, int id);
+
     // Gives an item its command; until then it is shown disabled.
     void AddCommand(MenuItem item, std::function<void()> command);
     // Takes it away again.
-    void RemoveCommand(MenuItem item) { commands_.erase(item); }
+    void RemoveCommand(MenuItem item);
 
     // What the menu shows now.
-    MenuSituation Situation() const;
+    MenuSituation Situation() const { return SituationOf(PopupNote()); }
     std::set<MenuItem> Available() const;
 
     Notification notIcon;
 
   private:
+    MenuSituation SituationOf(const frmNote* note) const;
     void Fill(wxMenu& menu, const std::vector<MenuEntry>& entries, const MenuSituation& situation);
     void ActivateApplication();
     void DeletePopupNote();

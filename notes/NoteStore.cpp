@@ -5,6 +5,7 @@
 #include "addressbook/AddressBook.h"
 #include "base/basText.h"
 #include "registry/clsRegistry.h"
+#include "tray/Notification.h"
 
 const wchar_t* const kSettingsKey = L"HKLM\\Software\\Kivora\\1.5\\";
 
@@ -78,6 +79,7 @@ void NoteStore::LoadNotes() {
 }
 
 void NoteStore::SaveNotes() {
+    Notification::MenusChanged();  // whatever a menu depends on is saved
     RegistryTransaction image;
     Registry().DeleteKey(kSettingsKey);
     Registry().SetValue(std::wstring(kSettingsKey) + L"Autostart", REG_TYPE_DWORD, AutostartEnabled ? 1 : 0);

@@ -135,6 +135,7 @@ void frmNote::CreationTime(const std::wstring& text) {
 
 void frmNote::Minimized(bool on) {
     minimized_ = on;
+    Notification::MenusChanged();
     if (!on) {
         ShowStacked();
         if (notNotizIcon_) notNotizIcon_->HideIcon();
@@ -152,6 +153,8 @@ void frmNote::Minimized(bool on) {
             if (button == 2) Later(&NoteHost::ShowPopupMenu);
         };
         notNotizIcon_->Events.ContextMenu = [this] { Later(&NoteHost::ShowPopupMenu); };
+        notNotizIcon_->Menu = {[this] { return host_.TrayMenu(*this); },
+                               [this](int id) { host_.RunFromTrayMenu(*this, id); }};
     }
     RenewIcon();
     Hide();

@@ -13,6 +13,7 @@
 
 #include "notes/NoteColor.h"
 #include "notes/NoteLayout.h"
+#include "tray/TrayMenu.h"
 
 class frmNote;
 class NoteGesture;
@@ -27,6 +28,9 @@ class NoteHost {
     virtual void ForgetMinimizedNote(frmNote& note) = 0;
     virtual void ShowPopupMenu(frmNote& note) = 0;
     virtual void EditNote(frmNote& note) = 0;
+    // The same menu where the notification area shows it itself: as it is now, and an entry chosen from it.
+    virtual std::vector<TrayMenuEntry> TrayMenu(const frmNote&) { return {}; }
+    virtual void RunFromTrayMenu(frmNote&, int) {}
 };
 
 constexpr int kSmallestFontSize = 8;

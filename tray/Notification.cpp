@@ -70,9 +70,10 @@ void Notification::ShowIcon() {
     if (item_) {
         item_->Modify(icon_.bitmap, toolTip_);
     } else {
-        item_ = TrayItem::Add(icon_.bitmap, toolTip_, [this](TrayMessage message) {
+        const auto report = [this](TrayMessage message) {
             if (enabled_) RaiseEvent(Events, message);
-        });
+        };
+        item_ = TrayItem::Add(icon_.bitmap, toolTip_, report, GuardedMenu());
     }
     shown_ = true;
 }
@@ -88,6 +89,18 @@ void Notification::Enabled(bool enable) {
         ShowIcon();
     else
         HideIcon();
+}
+
+void Notification::MenusChanged() { TrayItem::MenusChanged(); }
+
+// An icon that is not enabled has no menu either.
+TrayMenu Notification::GuardedMenu() const {
+    if (!Menu.Describe) return {};
+    return {[this] { return enabled_ ? Menu.Describe() : std::vector<TrayMenuEntry>(); },
+            [this](int id) {
+                const std::function<void(int)> run = Menu.Run;
+                if (enabled_) run(id);
+            }};
 }
 
 void Notification::Refresh() {

@@ -9,6 +9,8 @@
 #include <memory>
 #include <string>
 
+#include "tray/TrayMenu.h"
+
 // A picture as the icon control knows it: what it is decides which setter takes it.
 struct Picture {
     enum Type { Empty = 0, Bitmap = 1, Icon = 3 };
@@ -60,8 +62,15 @@ class Notification {
 
     NotificationEvents Events;
 
+    // The menu of the icon, for areas that show it themselves instead of asking for it by the events. To be
+    // set before the icon is shown for the first time.
+    TrayMenu Menu;
+    // To be called when the menu of any icon may have changed; cheap.
+    static void MenusChanged();
+
   private:
     void Refresh();
+    TrayMenu GuardedMenu() const;
 
     Picture icon_;
     std::wstring toolTip_;

@@ -4,6 +4,7 @@
 #include <gtk/gtk.h>
 
 #include <string>
+#include <utility>
 
 #include "tray/TrayStrip_unix.h"
 
@@ -23,7 +24,7 @@ std::string TraySelection(GdkDisplay* display) {
     return "_NET_SYSTEM_TRAY_S" + std::to_string(screen);
 }
 
-bool HostExists() {
+bool EmbeddingHostExists() {
     GdkDisplay* display = gdk_display_get_default();
     if (!GDK_IS_X11_DISPLAY(display)) return false;
     const Atom selection = gdk_x11_get_xatom_by_name_for_display(display, TraySelection(display).c_str());
@@ -37,23 +38,35 @@ TrayArea& TrayArea::Get() {
     return *area;
 }
 
-TrayArea::TrayArea() {
+TrayArea::TrayArea() : watcher_([this] { OnBusHostChanged(); }) {
     GdkDisplay* display = gdk_display_get_default();
     if (!GDK_IS_X11_DISPLAY(display)) return;
     // GTK watches the owner of every selection that somebody has made a clipboard object for.
     const GdkAtom selection = gdk_atom_intern(TraySelection(display).c_str(), FALSE);
-    g_signal_connect(gtk_clipboard_get_for_display(display, selection), "owner-change",
-                     G_CALLBACK(+[](GtkClipboard*, GdkEvent*, TrayArea* area) { area->OnHostChanged(); }),
-                     this);
-    hostExists_ = HostExists();
+    g_signal_connect(
+        gtk_clipboard_get_for_display(display, selection), "owner-change",
+        G_CALLBACK(+[](GtkClipboard*, GdkEvent*, TrayArea* area) { area->OnEmbeddingHostChanged(); }), this);
+    host_ = CurrentHost();
+}
+
+TrayHost TrayArea::CurrentHost() const {
+    if (watcher_.State() == StatusNotifierWatcher::Host::Unknown) return TrayHost::Unknown;
+    if (watcher_.State() == StatusNotifierWatcher::Host::Exists) return TrayHost::StatusNotifier;
+    return EmbeddingHostExists() ? TrayHost::Embedding : TrayHost::Absent;
 }
 
 void TrayArea::Add(HostedIcon& hosted) {
+    watcher_.Connect(icons_.empty());  // not earlier than needed, and again when the bus has gone
     icons_[hosted.Icon().number] = &hosted;
-    if (hostExists_)
+    if (HasHost())
         OfferLater();
-    else
+    else if (host_ == TrayHost::Absent)
         TrayStrip::Get().Show(hosted.Icon());
+}
+
+const TrayIcon* TrayArea::Find(unsigned long number) const {
+    const auto found = icons_.find(number);
+    return found == icons_.end() ? nullptr : &found->second->Icon();
 }
 
 void TrayArea::Remove(HostedIcon& hosted) {
@@ -63,7 +76,7 @@ void TrayArea::Remove(HostedIcon& hosted) {
     hosted.TakeBack();
     --offered_;
     NoLongerAwaited(hosted);
-    if (hostExists_) OfferLater();  // its place is free for one from the strip
+    if (HasHost()) OfferLater();  // its place is free for one from the strip
 }
 
 void TrayArea::EmbeddingChanged(const HostedIcon& hosted) {
@@ -76,16 +89,37 @@ void TrayArea::EmbeddingChanged(const HostedIcon& hosted) {
     }
 }
 
-void TrayArea::OnHostChanged() {
-    hostExists_ = HostExists();
+void TrayArea::MenusChanged() {
+    if (renewing_ || host_ != TrayHost::StatusNotifier) return;
+    const auto renew = [](void* self) -> gboolean {
+        auto& area = *static_cast<TrayArea*>(self);
+        area.renewing_ = 0;
+        for (const auto& [number, hosted] : area.icons_) hosted->RenewMenu();
+        return G_SOURCE_REMOVE;
+    };
+    renewing_ = g_idle_add(renew, this);
+}
+
+void TrayArea::OnBusHostChanged() {
+    const TrayHost before = std::exchange(host_, CurrentHost());
+    if (host_ != before) StartAnew();
+}
+
+// Another host in the place of the one before counts, too: it knows none of the icons.
+void TrayArea::OnEmbeddingHostChanged() {
+    const TrayHost before = std::exchange(host_, CurrentHost());
+    if (host_ != before || host_ == TrayHost::Embedding) StartAnew();
+}
+
+void TrayArea::StartAnew() {
     lastOffered_ = 0;
     offered_ = 0;
     awaited_.clear();
     for (const auto& [number, hosted] : icons_) {
         hosted->TakeBack();
-        if (!hostExists_) TrayStrip::Get().Show(hosted->Icon());
+        if (host_ == TrayHost::Absent) TrayStrip::Get().Show(hosted->Icon());
     }
-    if (hostExists_) OfferLater();
+    if (HasHost()) OfferLater();
 }
 
 void TrayArea::OfferLater() {
@@ -97,12 +131,12 @@ void TrayArea::OfferLater() {
 bool TrayArea::OfferSome() {
     const gint64 end = g_get_monotonic_time() + kOfferMicroseconds;
     auto next = icons_.upper_bound(lastOffered_);
-    for (; hostExists_ && next != icons_.end() && offered_ < kMostOffered; ++next) {
+    for (; HasHost() && next != icons_.end() && offered_ < kMostOffered; ++next) {
         if (g_get_monotonic_time() >= end) return true;
         lastOffered_ = next->first;
         ++offered_;
         Await(*next->second);
-        next->second->OfferToHost();
+        next->second->OfferToHost(host_);
     }
     for (; next != icons_.end(); ++next) TrayStrip::Get().Show(next->second->Icon());
     offering_ = 0;

@@ -1,19 +1,28 @@
 #pragma once
-// The notification area as the desktop has it at the moment. While a host owns the tray selection, icons are
-// offered to it, a few at a time so that a thousand of them stall nothing; what no host takes stands in the
-// strip. Hosts may come and go at any time.
+// The notification area as the desktop has it at the moment. Icons are offered to a host on the session bus,
+// or without one to the host that owns the tray selection and embeds windows, a few at a time so that a
+// thousand of them stall nothing; what no host takes stands in the strip. Hosts may come and go at any time.
 
 #include <glib.h>
 
 #include <map>
 
+#include "tray/StatusNotifierWatcher_unix.h"
 #include "tray/TrayIcon_unix.h"
+
+enum class TrayHost {
+    Unknown,  // the session bus has not answered yet; icons are held back
+    Absent,
+    Embedding,
+    StatusNotifier,
+};
 
 // An icon as the area sees it.
 class HostedIcon {
   public:
-    virtual void OfferToHost() = 0;
+    virtual void OfferToHost(TrayHost host) = 0;
     virtual void TakeBack() = 0;
+    virtual void RenewMenu() = 0;       // where the host has it
     virtual bool Embedded() const = 0;  // the host has taken it
     const TrayIcon& Icon() const { return icon_; }
 
@@ -33,23 +42,33 @@ class TrayArea {
     void Remove(HostedIcon& hosted);
     // To be called when a host has taken the icon or let go of it.
     void EmbeddingChanged(const HostedIcon& hosted);
+    // Renews the menus that a host has read, when events run next.
+    void MenusChanged();
+    // Null when the icon has been removed.
+    const TrayIcon* Find(unsigned long number) const;
 
   private:
     TrayArea();
-    void OnHostChanged();
+    TrayHost CurrentHost() const;
+    bool HasHost() const { return host_ == TrayHost::Embedding || host_ == TrayHost::StatusNotifier; }
+    void OnBusHostChanged();
+    void OnEmbeddingHostChanged();
+    void StartAnew();
     void OfferLater();
     bool OfferSome();
     void Await(const HostedIcon& hosted);
     void NoLongerAwaited(const HostedIcon& hosted);
     bool OnOverdue();
 
+    StatusNotifierWatcher watcher_;
     std::map<unsigned long, HostedIcon*> icons_;
     std::map<unsigned long, const HostedIcon*> awaited_;  // offered, not embedded, not in the strip either
     unsigned long lastNumber_ = 0;
     unsigned long lastOffered_ = 0;  // the host has been offered the icons up to this number
     int offered_ = 0;
-    bool hostExists_ = false;
+    TrayHost host_ = TrayHost::Absent;
     bool progress_ = false;  // an icon was embedded since the last look
     guint offering_ = 0;
+    guint renewing_ = 0;
     guint overdue_ = 0;
 };

@@ -13,6 +13,7 @@ struct TrayIcon {
     wxBitmapBundle picture;
     std::wstring toolTip;
     std::function<void(TrayMessage)> report;
+    TrayMenu menu;
 
     // Nothing of this object may be touched afterwards: who is told may destroy it.
     void Report(TrayMessage message) const {

@@ -8,6 +8,8 @@
 #include <memory>
 #include <string>
 
+#include "tray/TrayMenu.h"
+
 enum class TrayMessage {
     MouseMove,
     LeftDoubleClick,
@@ -26,7 +28,12 @@ class TrayItem {
     virtual void Modify(const wxBitmapBundle& picture, const std::wstring& toolTip) = 0;
 
     // Adds an icon. `report` gets every mouse message until the item is destroyed; it may destroy the item.
+    // `menu` is for areas that show the menus of icons themselves; without Describe there is none.
     // The icon appears when events run next, so that adding many at once costs little.
     static std::unique_ptr<TrayItem> Add(const wxBitmapBundle& picture, const std::wstring& toolTip,
-                                         std::function<void(TrayMessage)> report);
+                                         std::function<void(TrayMessage)> report, const TrayMenu& menu);
+
+    // Some menu may be described otherwise from now on. Cheap: it is looked at later, and only where areas
+    // show menus themselves.
+    static void MenusChanged();
 };

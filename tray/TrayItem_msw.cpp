@@ -123,6 +123,8 @@ class MswTrayItem : public TrayItem {
 }  // namespace
 
 std::unique_ptr<TrayItem> TrayItem::Add(const wxBitmapBundle& picture, const std::wstring& toolTip,
-                                        std::function<void(TrayMessage)> report) {
+                                        std::function<void(TrayMessage)> report, const TrayMenu&) {
     return std::make_unique<MswTrayItem>(picture, toolTip, std::move(report));
 }
+
+void TrayItem::MenusChanged() {}  // here the program opens its menus itself

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "base/basText.h"
+#include "tray/StatusNotifierItem_unix.h"
 #include "tray/TrayArea_unix.h"
 #include "tray/TrayIcon_unix.h"
 #include "tray/TrayItem.h"
@@ -21,22 +22,40 @@ constexpr int kUsualSize = 22;  // until the host tells its own
 class UnixTrayItem : public TrayItem, private HostedIcon {
   public:
     UnixTrayItem(const wxBitmapBundle& picture, const std::wstring& toolTip,
-                 std::function<void(TrayMessage)> report) {
-        icon_ = {TrayArea::Get().NextNumber(), picture, toolTip, std::move(report)};
+                 std::function<void(TrayMessage)> report, const TrayMenu& menu) {
+        icon_ = {TrayArea::Get().NextNumber(), picture, toolTip, std::move(report), menu};
         TrayArea::Get().Add(*this);
+        ++count;
     }
 
-    ~UnixTrayItem() override { TrayArea::Get().Remove(*this); }
+    ~UnixTrayItem() override {
+        --count;
+        TrayArea::Get().Remove(*this);
+    }
+
+    static inline int count = 0;
 
     void Modify(const wxBitmapBundle& picture, const std::wstring& toolTip) override {
+        const bool otherPicture = !icon_.picture.IsSameAs(picture), otherTip = icon_.toolTip != toolTip;
         icon_.picture = picture;
         icon_.toolTip = toolTip;
         if (status_) Apply();
+        if (notifier_ && otherPicture) notifier_->PictureChanged();
+        if (notifier_ && otherTip) notifier_->ToolTipChanged();
         TrayStrip::Get().Changed(icon_);
     }
 
   private:
-    void OfferToHost() override {
+    void OfferToHost(TrayHost host) override {
+        if (host == TrayHost::StatusNotifier) {
+            notifier_ = std::make_unique<StatusNotifierItem>(
+                icon_, [this] { TrayArea::Get().EmbeddingChanged(*this); });
+        } else {
+            Embed();
+        }
+    }
+
+    void Embed() {
         status_ = gtk_status_icon_new();
         Apply();
         const auto connect = [this](const char* signal, auto* handler) {
@@ -72,6 +91,7 @@ class UnixTrayItem : public TrayItem, private HostedIcon {
     }
 
     void TakeBack() override {
+        notifier_.reset();
         if (!status_) return;
         GtkStatusIcon* status = std::exchange(status_, nullptr);
         g_signal_handlers_disconnect_by_data(status, this);
@@ -85,7 +105,13 @@ class UnixTrayItem : public TrayItem, private HostedIcon {
             status);
     }
 
-    bool Embedded() const override { return status_ && gtk_status_icon_is_embedded(status_); }
+    void RenewMenu() override {
+        if (notifier_) notifier_->RenewMenu();
+    }
+
+    bool Embedded() const override {
+        return notifier_ ? notifier_->Registered() : status_ && gtk_status_icon_is_embedded(status_);
+    }
 
     void Apply() {
         const int size = gtk_status_icon_get_size(status_);
@@ -95,7 +121,9 @@ class UnixTrayItem : public TrayItem, private HostedIcon {
                                          icon_.toolTip.empty() ? nullptr : ToUtf8(icon_.toolTip).c_str());
     }
 
+    // At most one of the two.
     GtkStatusIcon* status_ = nullptr;
+    std::unique_ptr<StatusNotifierItem> notifier_;
 };
 
 }  // namespace
@@ -111,6 +139,10 @@ wxBitmap TrayIcon::BitmapFor(int pixels) const {
 }
 
 std::unique_ptr<TrayItem> TrayItem::Add(const wxBitmapBundle& picture, const std::wstring& toolTip,
-                                        std::function<void(TrayMessage)> report) {
-    return std::make_unique<UnixTrayItem>(picture, toolTip, std::move(report));
+                                        std::function<void(TrayMessage)> report, const TrayMenu& menu) {
+    return std::make_unique<UnixTrayItem>(picture, toolTip, std::move(report), menu);
+}
+
+void TrayItem::MenusChanged() {
+    if (UnixTrayItem::count > 0) TrayArea::Get().MenusChanged();
 }

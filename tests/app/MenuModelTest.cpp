@@ -101,4 +101,38 @@ TEST(MenuModel, IsTheWholeTreeInItsOrder) {
         "laden|-|Hilfe|Info|-|Beenden|");
 }
 
+// The way an area is told: "(" an item that cannot be chosen, "*" a mark.
+std::string Told(const std::vector<TrayMenuEntry>& menu) {
+    std::string told;
+    for (const TrayMenuEntry& entry : menu) {
+        if (entry.kind == TrayMenuEntry::Separator) told += '-';
+        if (!entry.enabled) told += '(';
+        if (entry.kind == TrayMenuEntry::Check) told += entry.checked ? "[*]" : "[ ]";
+        told += ToUtf8(entry.caption) + '|';
+        if (entry.kind == TrayMenuEntry::Submenu) told += "> " + Told(entry.submenu) + "< ";
+    }
+    return told;
+}
+
+TEST(MenuModel, IsToldToAreasAsItWouldBeShown) {
+    std::set<MenuItem> available = Everything();
+    available.erase(mnuNotizSenden);
+    EXPECT_EQ(
+        Told(TrayMenuOf(MenuTree(), {.autostart = true}, available)),
+        "Neue Notiz...|-|-|(Alle Notizen minimieren|(\"Alle Notizen minimieren\" rückgängig|-|-|"
+        "Notiz-Austausch|> Notizen importieren...|(Notizen per E-Mail senden an...|Notizen im Netzwerk "
+        "versenden...|-|Netzwerk-Adressbuch...|< -|[*]Beim Start von Windows laden|-|Hilfe|Info|-|Beenden|");
+    const MenuSituation forNote{.forNote = true, .noteForeground = true, .notes = 1, .minimizedByCommand = 1};
+    const std::vector<TrayMenuEntry> menu = TrayMenuOf(MenuTree(), forNote, Everything());
+    EXPECT_EQ(
+        Told(menu),
+        "Neue Notiz...|Notiz bearbeiten...|-|Notiz löschen|-|[*]Immer im Vordergrund|(Alle Notizen "
+        "minimieren|\"Alle Notizen minimieren\" rückgängig|-|Drucken...|-|Notiz-Austausch|> Notizen "
+        "importieren...|Notizen exportieren...|Notizen per E-Mail senden an...|Notizen im Netzwerk "
+        "versenden...|-|Netzwerk-Adressbuch...|< -|[ ]Beim Start von Windows laden|-|Hilfe|Info|-|Beenden|");
+    EXPECT_EQ(ItemOfTrayMenu(menu[0].id), mnuNotizNeu);
+    EXPECT_EQ(ItemOfTrayMenu(menu.back().id), mnuNotizEnde);
+    EXPECT_GT(menu[0].id, 0);
+}
+
 }  // namespace

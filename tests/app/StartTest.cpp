@@ -21,6 +21,8 @@ class StartTest : public testing::Test {
   protected:
     StartTest() : start_(new frmStart(services_.Store(), [this] { ++quits_; })) {
         services_.OpenMenu = [this](frmNote* note) { start_->ShowPopupMenu(note); };
+        services_.DescribeMenu = [this](const frmNote& note) { return start_->DescribeMenu(&note); };
+        services_.RunMenu = [this](frmNote& note, int id) { start_->RunFromTrayMenu(&note, id); };
     }
     ~StartTest() override {
         services_.Store().UnloadAllNotes();
@@ -199,6 +201,33 @@ TEST_F(StartTest, QuittingClosesTheMenuAndRunsNothing) {
     frmNote& note = AddNote(L"eins");
     WithMenu(&note, [&](GtkMenuShell*) { EndAllWaits(); });
     ResetWaits();
+    EXPECT_EQ(Store().CountNotes(), 1u);
+}
+
+// The same menu where the notification area shows it itself.
+TEST_F(StartTest, IconsTellTheirMenuAndRunIt) {
+    const auto choose = [](const Notification& icon, const wchar_t* caption) {
+        for (const TrayMenuEntry& entry : icon.Menu.Describe()) {
+            if (entry.caption != caption) continue;
+            icon.Menu.Run(entry.id);
+            return true;
+        }
+        return false;
+    };
+    AddNote(L"eins");
+    frmNote& second = AddNote(L"zwei");
+    EXPECT_FALSE(choose(start_->notIcon, L"Notiz löschen"));
+    EXPECT_TRUE(choose(start_->notIcon, L"Alle Notizen minimieren"));
+    ASSERT_TRUE(second.Minimized());
+    EXPECT_TRUE(choose(*second.TrayIcon(), L"Immer im Vordergrund"));
+    EXPECT_TRUE(second.Foreground());
+    // Not while the program's own menu is open for another note.
+    WithMenu(Store().Notes()[0].get(), [&](GtkMenuShell* menu) {
+        EXPECT_TRUE(choose(*second.TrayIcon(), L"Notiz löschen"));
+        gtk_menu_shell_deactivate(menu);
+    });
+    EXPECT_EQ(Store().CountNotes(), 2u);
+    EXPECT_TRUE(choose(*second.TrayIcon(), L"Notiz löschen"));
     EXPECT_EQ(Store().CountNotes(), 1u);
 }
 

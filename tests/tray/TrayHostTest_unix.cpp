@@ -1,108 +1,22 @@
 // Icons with and without a notification area, with a real pointer. They need a display whose notification
 // area they may start and stop.
 #include <gtest/gtest.h>
-#include <gtk/gtk.h>
-#include <signal.h>
-#include <spawn.h>
-#include <sys/wait.h>
 #include <wx/frame.h>
 #include <wx/menu.h>
 #include <wx/uiaction.h>
 
 #include <cstring>
-#include <memory>
 #include <string>
-#include <vector>
 
-#include "res/Resources.h"
 #include "tests/support/Events.h"
 #include "tray/Notification.h"
-#include "tray/TrayStripLayout.h"
 
-// Xlib's macros would spoil the headers above.
-// clang-format off
-#include <gdk/gdkx.h>
-// clang-format on
-
-extern char** environ;
+// Last, because Xlib's macros would spoil the others.
+#include "tests/tray/TrayDisplay_unix.h"
 
 namespace {
 
 using std::chrono::milliseconds;
-
-Display* XDisplay() { return gdk_x11_display_get_xdisplay(gdk_display_get_default()); }
-
-Atom TraySelection() { return XInternAtom(XDisplay(), "_NET_SYSTEM_TRAY_S0", False); }
-
-bool HostExists() { return XGetSelectionOwner(XDisplay(), TraySelection()) != None; }
-
-std::vector<GtkWindow*> Toplevels() {
-    std::vector<GtkWindow*> windows;
-    GList* list = gtk_window_list_toplevels();
-    for (GList* item = list; item; item = item->next) windows.push_back(GTK_WINDOW(item->data));
-    g_list_free(list);
-    return windows;
-}
-
-GtkWindow* Strip() {
-    for (GtkWindow* window : Toplevels())
-        if (gtk_window_get_type_hint(window) == GDK_WINDOW_TYPE_HINT_DOCK &&
-            gtk_widget_get_mapped(GTK_WIDGET(window)))
-            return window;
-    return nullptr;
-}
-
-// Icons inside a host, in the order in which they were made.
-std::vector<GtkWindow*> Embedded() {
-    std::vector<GtkWindow*> icons;
-    for (GtkWindow* window : Toplevels()) {
-        if (std::strcmp(G_OBJECT_TYPE_NAME(window), "GtkTrayIcon") != 0) continue;
-        gboolean embedded = FALSE;
-        g_object_get(window, "embedded", &embedded, nullptr);
-        if (embedded) icons.push_back(window);
-    }
-    return icons;
-}
-
-wxRect ScreenRect(GtkWindow* window) {
-    GdkWindow* native = gtk_widget_get_window(GTK_WIDGET(window));
-    wxRect rect;
-    gdk_window_get_origin(native, &rect.x, &rect.y);
-    rect.SetSize(wxSize(gdk_window_get_width(native), gdk_window_get_height(native)));
-    return rect;
-}
-
-wxPoint Middle(const wxRect& rect) { return {rect.x + rect.width / 2, rect.y + rect.height / 2}; }
-
-// Middle of an icon in the strip's lowest row, counted from the corner.
-wxPoint InStrip(int index) {
-    const wxRect strip = ScreenRect(Strip());
-    return {strip.GetRight() - kStripBorder - index * kStripCell - kStripCell / 2,
-            strip.GetBottom() - kStripBorder - kStripCell / 2};
-}
-
-class TrayProcess {
-  public:
-    TrayProcess() {
-        const char* arguments[] = {"trayer",      "--edge",  "top",      "--align", "right",
-                                   "--widthtype", "request", "--height", "26",      nullptr};
-        if (posix_spawnp(&pid_, "trayer", nullptr, nullptr, const_cast<char**>(arguments), environ) != 0)
-            pid_ = 0;
-    }
-    ~TrayProcess() { End(); }
-    TrayProcess(const TrayProcess&) = delete;
-    TrayProcess& operator=(const TrayProcess&) = delete;
-    bool Started() const { return pid_ != 0; }
-    void End() {
-        if (!pid_) return;
-        kill(pid_, SIGTERM);
-        waitpid(pid_, nullptr, 0);
-        pid_ = 0;
-    }
-
-  private:
-    pid_t pid_ = 0;
-};
 
 // A host that owns the selection and takes no icon.
 class DeafHost {
@@ -123,40 +37,8 @@ class DeafHost {
     Window window_;
 };
 
-class TrayHost : public testing::Test {
+class TrayHost : public TrayFixture {
   protected:
-    void SetUp() override {
-        frame_.SetSize(0, 0, 60, 60);
-        frame_.Show();
-        RunEvents();
-        if (HostExists()) GTEST_SKIP() << "this display has a notification area that is not the test's";
-    }
-
-    void TearDown() override {
-        icons_.clear();
-        EXPECT_TRUE(RunUntil([] { return !Strip() && Embedded().empty(); }));
-    }
-
-    Notification& AddIcon(const std::wstring& tip) {
-        icons_.push_back(std::make_unique<Notification>());
-        Notification& icon = *icons_.back();
-        icon.SetIconFile(ResourcePicture(kFirstNoteIcon + static_cast<int>(icons_.size() - 1) % 4));
-        icon.IconToolTip(tip);
-        const auto note = [this, tip](const char* event) {
-            return [this, tip, event](int button) {
-                log_ += tip + Wide(event) + std::to_wstring(button) + L' ';
-            };
-        };
-        icon.Events.MouseDown = note("down");
-        icon.Events.MouseUp = note("up");
-        icon.Events.DblClick = note("double");
-        icon.Events.ContextMenu = [this, tip] { log_ += tip + L"menu "; };
-        icon.ShowIcon();
-        return icon;
-    }
-
-    static std::wstring Wide(const char* text) { return std::wstring(text, text + std::strlen(text)); }
-
     // What the icons report of a gesture at that place.
     std::wstring Reported(wxPoint place, const std::function<void(wxUIActionSimulator&)>& gesture) {
         wxUIActionSimulator pointer;
@@ -204,10 +86,6 @@ class TrayHost : public testing::Test {
         EXPECT_TRUE(stayed);
         EXPECT_EQ(opened, 1);
     }
-
-    wxFrame frame_{nullptr, wxID_ANY, L"Kivora"};  // menus and the simulated pointer want a window
-    std::vector<std::unique_ptr<Notification>> icons_;
-    std::wstring log_;
 };
 
 }  // namespace

@@ -1,0 +1,464 @@
+// Icons on a session bus, before a host that the test plays.
+#include <gtest/gtest.h>
+#include <wx/image.h>
+#include <wx/uiaction.h>
+
+#include <string>
+
+#include "tests/tray/TestDesktop_unix.h"
+#include "tray/SessionBus_unix.h"
+
+// Last, because Xlib's macros would spoil the others.
+#include "tests/tray/TrayDisplay_unix.h"
+
+namespace {
+
+using std::chrono::milliseconds;
+
+std::string Printed(const Variant& variant) {
+    if (!variant) return "error";
+    char* text = g_variant_print(variant.get(), FALSE);
+    const std::string printed = text;
+    g_free(text);
+    return printed;
+}
+
+// Longer than two clicks of a double click are apart.
+void LetADoubleClickPass() { RunEvents(milliseconds(450)); }
+
+class StatusNotifier : public TrayFixture {
+  protected:
+    void SetUp() override {
+        TrayFixture::SetUp();
+        if (!IsSkipped() && !bus_.Started()) GTEST_SKIP() << "dbus-daemon is not installed";
+    }
+
+    // So many icons and no other stand on the bus, and nowhere else.
+    bool OnlyOnTheBus(const TestDesktop& desktop, std::size_t count) {
+        return RunUntil([&] { return desktop.Items().size() == count && !Strip() && Embedded().empty(); });
+    }
+
+    bool OnlyInTheStrip(std::size_t count) {
+        const int width = static_cast<int>(count) * kStripCell + 2 * kStripBorder;
+        return RunUntil([&] { return Strip() && ScreenRect(Strip()).width == width && Embedded().empty(); });
+    }
+
+    // An icon with a menu that writes down what is chosen from it.
+    Notification& AddIconWithMenu() {
+        const std::size_t place = icons_.size();
+        icons_.push_back(std::make_unique<Notification>());
+        Notification& icon = *icons_[place];
+        icon.SetIconFile(ResourcePicture(kProgramIcon));
+        icon.Menu = {[this] { return entries_; },
+                     [this](int id) { log_ += L"run" + std::to_wstring(id) + L' '; }};
+        icon.ShowIcon();
+        return icon;
+    }
+
+    std::vector<TrayMenuEntry> entries_ = {
+        {.id = 1, .caption = L"Neue_Notiz"},
+        {.id = 2, .kind = TrayMenuEntry::Separator, .caption = {}},
+        {.id = 3, .caption = L"Löschen", .enabled = false},
+        {.id = 4,
+         .kind = TrayMenuEntry::Submenu,
+         .caption = L"Austausch",
+         .submenu = {{.id = 5, .kind = TrayMenuEntry::Check, .caption = L"Beim Start", .checked = true}}},
+    };
+    TestBus bus_;
+};
+
+TEST_F(StatusNotifier, AnIconHasTheseProperties) {
+    TestDesktop desktop(bus_, true);
+    AddIcon(L"Käse & <b>Brot</b>");
+    ASSERT_TRUE(OnlyOnTheBus(desktop, 1));
+    const std::string item = desktop.Items().front();
+    EXPECT_TRUE(item.starts_with("org.kde.StatusNotifierItem-" + std::to_string(getpid()) + "-")) << item;
+    const struct {
+        const char *name, *value;
+    } table[] = {
+        {"Category", "'ApplicationStatus'"},
+        {"Id", "'kivora'"},
+        {"Title", "'Käse & <b>Brot</b>'"},
+        {"Status", "'Active'"},
+        {"WindowId", "0"},
+        {"IconName", "''"},
+        {"IconThemePath", "''"},
+        {"OverlayIconPixmap", "[]"},
+        {"AttentionIconPixmap", "[]"},
+        {"ToolTip", "('', [], 'Käse & <b>Brot</b>', '')"},
+        {"ItemIsMenu", "false"},
+        {"Menu", "'/NO_DBUSMENU'"},
+    };
+    for (const auto& row : table) EXPECT_EQ(Printed(desktop.Property(item, row.name)), row.value) << row.name;
+}
+
+TEST_F(StatusNotifier, ThePictureArrivesInAllSizesPixelByPixel) {
+    TestDesktop desktop(bus_, true);
+    AddIcon(L"A");
+    ASSERT_TRUE(OnlyOnTheBus(desktop, 1));
+    const Variant pixmaps = desktop.Property(desktop.Items().front(), "IconPixmap");
+    ASSERT_TRUE(pixmaps);
+    ASSERT_STREQ(g_variant_get_type_string(pixmaps.get()), "a(iiay)");
+    std::vector<int> sizes;
+    for (std::size_t i = 0; i < g_variant_n_children(pixmaps.get()); ++i) {
+        int width = 0, height = 0;
+        GVariant* array = nullptr;
+        g_variant_get_child(pixmaps.get(), i, "(ii@ay)", &width, &height, &array);
+        const Variant owner(array);
+        sizes.push_back(width);
+        const wxImage image =
+            ResourcePicture(kFirstNoteIcon).bitmap.GetBitmap(wxSize(width, height)).ConvertToImage();
+        ASSERT_TRUE(image.HasAlpha());
+        gsize length = 0;
+        const auto* bytes = static_cast<const guint8*>(g_variant_get_fixed_array(array, &length, 1));
+        ASSERT_EQ(length, static_cast<gsize>(width * height * 4));
+        int visible = 0;
+        for (int at = 0; at < width * height; ++at, bytes += 4) {
+            const int x = at % width, y = at / width;
+            ASSERT_EQ(bytes[0], image.GetAlpha(x, y)) << x << ',' << y;
+            if (!bytes[0]) continue;
+            ++visible;
+            ASSERT_EQ(bytes[1], image.GetRed(x, y)) << x << ',' << y;
+            ASSERT_EQ(bytes[2], image.GetGreen(x, y)) << x << ',' << y;
+            ASSERT_EQ(bytes[3], image.GetBlue(x, y)) << x << ',' << y;
+        }
+        EXPECT_GT(visible, width * height / 3);
+    }
+    EXPECT_EQ(sizes, (std::vector<int>{16, 22, 24, 32, 48, 64}));
+}
+
+TEST_F(StatusNotifier, ChangesAreToldOnce) {
+    TestDesktop desktop(bus_, true);
+    Notification& icon = AddIcon(L"A");
+    ASSERT_TRUE(OnlyOnTheBus(desktop, 1));
+    const struct {
+        std::function<void()> change;
+        const char* signals;
+    } table[] = {
+        {[&] { icon.IconToolTip(L"B"); }, "NewTitle NewToolTip "},
+        {[&] { icon.IconToolTip(L"B"); }, ""},
+        {[&] { icon.SetIconFile(ResourcePicture(kLastNoteIcon)); }, "NewIcon "},
+    };
+    for (const auto& row : table) {
+        desktop.TakeSignals();
+        row.change();
+        RunEvents();
+        EXPECT_EQ(desktop.TakeSignals(), row.signals);
+    }
+    EXPECT_EQ(Printed(desktop.Property(desktop.Items().front(), "Title")), "'B'");
+}
+
+TEST_F(StatusNotifier, WhatHostsTellArrivesAsMouseEvents) {
+    TestDesktop desktop(bus_, true);
+    Notification& icon = AddIcon(L"A");
+    ASSERT_TRUE(OnlyOnTheBus(desktop, 1));
+    const std::string item = desktop.Items().front();
+    const struct {
+        std::vector<const char*> calls;
+        const wchar_t* reported;
+    } table[] = {
+        {{"Activate"}, L"Adown1 Aup1 Adouble1 "},
+        {{"Activate", "Activate"}, L"Adown1 Aup1 Adouble1 "},  // a double click is one activation
+        {{"SecondaryActivate"}, L"Adown1 Aup1 "},
+        {{"ContextMenu"}, L"Amenu "},
+    };
+    for (const auto& row : table) {
+        LetADoubleClickPass();
+        log_.clear();
+        for (const char* call : row.calls) EXPECT_TRUE(desktop.Tell(item, call));
+        RunEvents();
+        EXPECT_EQ(log_, row.reported);
+    }
+    LetADoubleClickPass();
+    log_.clear();
+    EXPECT_TRUE(desktop.Tell(item, "Activate"));
+    LetADoubleClickPass();
+    EXPECT_TRUE(desktop.Tell(item, "Activate"));
+    RunEvents();
+    EXPECT_EQ(log_, L"Adown1 Aup1 Adouble1 Adown1 Aup1 Adouble1 ");
+
+    icon.Enabled(false);
+    icon.ShowIcon();
+    ASSERT_TRUE(OnlyOnTheBus(desktop, 1));
+    LetADoubleClickPass();
+    log_.clear();
+    EXPECT_TRUE(desktop.Tell(desktop.Items().front(), "Activate"));
+    RunEvents();
+    EXPECT_EQ(log_, L"");
+}
+
+TEST_F(StatusNotifier, TheMenuWaitsUntilTheButtonIsUp) {
+    TestDesktop desktop(bus_, true);
+    AddIcon(L"A");
+    ASSERT_TRUE(OnlyOnTheBus(desktop, 1));
+    wxUIActionSimulator pointer;
+    pointer.MouseMove(frame_.ClientToScreen(wxPoint(20, 20)));  // the desktop would open a menu of its own
+    pointer.MouseDown(wxMOUSE_BTN_RIGHT);
+    EXPECT_TRUE(desktop.Tell(desktop.Items().front(), "ContextMenu"));
+    RunEvents(milliseconds(150));
+    EXPECT_EQ(log_, L"");
+    pointer.MouseUp(wxMOUSE_BTN_RIGHT);
+    EXPECT_TRUE(RunUntil([&] { return log_ == L"Amenu "; }));
+}
+
+TEST_F(StatusNotifier, AnIconMayDieOfItsOwnActivation) {
+    TestDesktop desktop(bus_, true);
+    AddIcon(L"A").Events.MouseUp = [this](int) { icons_.clear(); };
+    ASSERT_TRUE(OnlyOnTheBus(desktop, 1));
+    LetADoubleClickPass();
+    const std::string item = desktop.Items().front();
+    EXPECT_TRUE(desktop.Tell(item, "Activate"));
+    ASSERT_TRUE(OnlyOnTheBus(desktop, 0));
+    EXPECT_EQ(log_, L"Adown1 ");
+    EXPECT_FALSE(desktop.Tell(item, "Activate"));
+}
+
+TEST_F(StatusNotifier, TheMenuIsReadAsItIs) {
+    TestDesktop desktop(bus_, true);
+    AddIconWithMenu();
+    ASSERT_TRUE(OnlyOnTheBus(desktop, 1));
+    const std::string item = desktop.Items().front();
+    EXPECT_EQ(Printed(desktop.Property(item, "Menu")), "'/MenuBar'");
+    const char *nothing[] = {nullptr}, *label[] = {"label", nullptr};
+    const auto layout = [&](int id, int depth, const char** names) {
+        return Printed(desktop.Menu(item, "GetLayout", g_variant_new("(ii^as)", id, depth, names)));
+    };
+    const std::string submenu =
+        "(4, {'children-display': <'submenu'>, 'label': <'Austausch'>}, [<(5, {'label': <'Beim Start'>, "
+        "'toggle-type': <'checkmark'>, 'toggle-state': <1>}, @av [])>])";
+    EXPECT_EQ(layout(0, -1, nothing),
+              "(1, (0, {'children-display': <'submenu'>}, [<(1, {'label': <'Neue__Notiz'>}, @av [])>, "
+              "<(2, {'type': <'separator'>}, @av [])>, <(3, {'label': <'Löschen'>, 'enabled': <false>}, @av "
+              "[])>, <" +
+                  submenu + ">]))");
+    EXPECT_EQ(layout(4, -1, nothing), "(1, " + submenu + ")");
+    EXPECT_EQ(layout(4, 1, label),
+              "(1, (4, {'label': <'Austausch'>}, [<(5, {'label': <'Beim Start'>}, @av [])>]))");
+    EXPECT_EQ(layout(4, 0, label), "(1, (4, {'label': <'Austausch'>}, []))");
+    EXPECT_EQ(layout(6, -1, nothing), "error");
+
+    const auto properties = [&](GVariant* ids, const char** names) {
+        return Printed(desktop.Menu(item, "GetGroupProperties", g_variant_new("(@ai^as)", ids, names)));
+    };
+    EXPECT_EQ(properties(g_variant_new_parsed("[3, 5, 6]"), label),
+              "([(3, {'label': <'Löschen'>}), (5, {'label': <'Beim Start'>})],)");
+    EXPECT_EQ(properties(g_variant_new_parsed("@ai []"), label),
+              "([(0, {}), (1, {'label': <'Neue__Notiz'>}), (2, {}), (3, {'label': <'Löschen'>}), "
+              "(4, {'label': <'Austausch'>}), (5, {'label': <'Beim Start'>})],)");
+    const auto property = [&](int id, const char* name) {
+        return Printed(desktop.Menu(item, "GetProperty", g_variant_new("(is)", id, name)));
+    };
+    EXPECT_EQ(property(3, "enabled"), "(<false>,)");
+    EXPECT_EQ(property(1, "enabled"), "(<true>,)");
+    EXPECT_EQ(property(1, "toggle-state"), "error");
+    EXPECT_EQ(property(6, "label"), "error");
+}
+
+TEST_F(StatusNotifier, OnlyWhatCanBeChosenIsRun) {
+    TestDesktop desktop(bus_, true);
+    Notification& icon = AddIconWithMenu();
+    ASSERT_TRUE(OnlyOnTheBus(desktop, 1));
+    const std::string item = desktop.Items().front();
+    const struct {
+        int id;
+        const char* event;
+        bool known;
+        const wchar_t* ran;
+    } table[] = {
+        {1, "clicked", true, L"run1 "}, {5, "clicked", true, L"run5 "}, {3, "clicked", true, L""},
+        {2, "clicked", true, L""},      {4, "clicked", true, L""},      {0, "clicked", true, L""},
+        {6, "clicked", false, L""},     {1, "hovered", true, L""},      {0, "opened", true, L""},
+    };
+    for (const auto& row : table) {
+        SCOPED_TRACE(testing::Message() << row.event << ' ' << row.id);
+        log_.clear();
+        const Variant answer = desktop.Menu(
+            item, "Event", g_variant_new("(isvu)", row.id, row.event, g_variant_new_int32(0), 0));
+        EXPECT_EQ(answer != nullptr, row.known);
+        RunEvents();
+        EXPECT_EQ(log_, row.ran);
+    }
+    log_.clear();
+    EXPECT_EQ(Printed(desktop.Menu(
+                  item, "EventGroup",
+                  g_variant_new_parsed("([(1, 'clicked', <0>, @u 0), (9, 'clicked', <0>, @u 0)],)"))),
+              "([9],)");
+    RunEvents();
+    EXPECT_EQ(log_, L"run1 ");
+
+    icon.Menu.Run = [this](int) { icons_.clear(); };
+    EXPECT_TRUE(desktop.Menu(item, "Event", g_variant_new_parsed("(1, 'clicked', <0>, @u 0)")));
+    EXPECT_TRUE(OnlyOnTheBus(desktop, 0));
+}
+
+TEST_F(StatusNotifier, AMenuThatHasChangedIsReadAgain) {
+    TestDesktop desktop(bus_, true);
+    AddIconWithMenu();
+    ASSERT_TRUE(OnlyOnTheBus(desktop, 1));
+    const std::string item = desktop.Items().front();
+    const auto aboutToShow = [&] {
+        return Printed(desktop.Menu(item, "AboutToShow", g_variant_new("(i)", 0)));
+    };
+    const auto read = [&] { desktop.Menu(item, "GetLayout", g_variant_new_parsed("(0, -1, @as [])")); };
+
+    // Nobody has read it yet.
+    Notification::MenusChanged();
+    RunEvents();
+    EXPECT_EQ(desktop.TakeSignals(), "");
+    read();
+    EXPECT_EQ(aboutToShow(), "(false,)");
+    Notification::MenusChanged();
+    RunEvents();
+    EXPECT_EQ(desktop.TakeSignals(), "");
+
+    entries_[2].enabled = true;
+    EXPECT_EQ(aboutToShow(), "(true,)");
+    EXPECT_EQ(aboutToShow(), "(false,)");
+    EXPECT_EQ(desktop.TakeSignals(), "LayoutUpdated ");
+
+    // What the program itself tells reaches the host before the menu opens, however often it is told.
+    entries_[3].submenu[0].checked = false;
+    for (int i = 0; i < 3; ++i) Notification::MenusChanged();
+    RunEvents();
+    EXPECT_EQ(desktop.TakeSignals(), "LayoutUpdated ");
+    entries_.pop_back();
+    read();
+    EXPECT_EQ(desktop.TakeSignals(), "LayoutUpdated ");  // for the other readers
+    entries_.erase(entries_.begin());
+    EXPECT_EQ(Printed(desktop.Menu(item, "AboutToShowGroup", g_variant_new_parsed("([0, 1],)"))),
+              "([0], [1])");
+}
+
+TEST_F(StatusNotifier, AHostOnTheBusComesFirstThenATrayThenTheStrip) {
+    AddIcon(L"A");
+    AddIcon(L"B");
+    ASSERT_TRUE(OnlyInTheStrip(2));
+    TestDesktop desktop(bus_, false);  // a watcher without a host shows nothing
+    RunEvents(milliseconds(100));
+    EXPECT_TRUE(OnlyInTheStrip(2));
+    EXPECT_TRUE(desktop.Items().empty());
+    desktop.SetHost(true);
+    ASSERT_TRUE(OnlyOnTheBus(desktop, 2));
+
+    TrayProcess tray;
+    if (!tray.Started()) GTEST_SKIP() << "trayer is not installed";
+    ASSERT_TRUE(RunUntil(HostExists));
+    RunEvents(milliseconds(200));
+    EXPECT_TRUE(OnlyOnTheBus(desktop, 2));
+    desktop.SetHost(false);
+    ASSERT_TRUE(RunUntil([&] { return Embedded().size() == 2 && !Strip() && desktop.Items().empty(); }));
+    desktop.SetHost(true);
+    ASSERT_TRUE(OnlyOnTheBus(desktop, 2));
+    tray.End();
+    RunEvents(milliseconds(200));
+    EXPECT_TRUE(OnlyOnTheBus(desktop, 2));
+    desktop.SetHost(false);
+    EXPECT_TRUE(OnlyInTheStrip(2));
+    EXPECT_TRUE(desktop.Items().empty());
+}
+
+TEST_F(StatusNotifier, TheWatcherMayGoAndComeBack) {
+    {
+        TestDesktop desktop(bus_, true);
+        AddIcon(L"A");
+        ASSERT_TRUE(OnlyOnTheBus(desktop, 1));
+    }
+    ASSERT_TRUE(OnlyInTheStrip(1));
+    TestDesktop desktop(bus_, true);
+    EXPECT_TRUE(OnlyOnTheBus(desktop, 1));
+}
+
+TEST_F(StatusNotifier, WithoutItsBusTheProgramGoesOn) {
+    auto bus = std::make_unique<TestBus>();
+    auto desktop = std::make_unique<TestDesktop>(*bus, true);
+    AddIcon(L"A");
+    ASSERT_TRUE(OnlyOnTheBus(*desktop, 1));
+    bus.reset();
+    ASSERT_TRUE(OnlyInTheStrip(1));
+    desktop.reset();
+    AddIcon(L"B");
+    ASSERT_TRUE(OnlyInTheStrip(2));
+    // A new bus is found with the next icon.
+    bus = std::make_unique<TestBus>();
+    TestDesktop again(*bus, true);
+    AddIcon(L"C");
+    EXPECT_TRUE(OnlyOnTheBus(again, 3));
+}
+
+// No icon passes through the strip while the bus is asked.
+TEST_F(StatusNotifier, IconsAreHeldBackUntilTheBusHasAnswered) {
+    TestDesktop desktop(bus_, true);
+    desktop.silent = true;
+    AddIcon(L"A");
+    RunEvents(milliseconds(300));
+    EXPECT_FALSE(Strip());
+    desktop.AnswerNow();
+    EXPECT_TRUE(OnlyOnTheBus(desktop, 1));
+}
+
+TEST_F(StatusNotifier, AnIconThatIsTakenAwayWhileItIsAnnouncedIsGone) {
+    TestDesktop desktop(bus_, true);
+    AddIcon(L"A");
+    ASSERT_TRUE(OnlyOnTheBus(desktop, 1));
+    for (int i = 0; i < 30; ++i) {
+        AddIcon(L"B");
+        RunEvents(milliseconds(i / 3));
+        icons_.pop_back();
+    }
+    EXPECT_TRUE(OnlyOnTheBus(desktop, 1));
+    RunEvents(milliseconds(100));
+    EXPECT_TRUE(OnlyOnTheBus(desktop, 1));
+}
+
+TEST_F(StatusNotifier, AWatcherThatIsNoHelpLeavesTheIconsToTheStrip) {
+    {
+        TestDesktop desktop(bus_, true);
+        desktop.refuses = true;
+        AddIcon(L"A");
+        EXPECT_TRUE(RunUntil([] { return Strip() != nullptr; }));
+        EXPECT_TRUE(desktop.Items().empty());
+        // It is not there twice if the host looks for it after all.
+        ASSERT_EQ(desktop.Refused().size(), 1u);
+        EXPECT_FALSE(desktop.Tell(desktop.Refused().front(), "Activate"));
+        icons_.clear();
+        ASSERT_TRUE(RunUntil([] { return !Strip(); }));
+    }
+    TestDesktop desktop(bus_, true);
+    desktop.silent = true;
+    AddIcon(L"B");
+    EXPECT_TRUE(RunUntil([] { return Strip() != nullptr; }));
+}
+
+TEST_F(StatusNotifier, WhatAHostHasNoRoomForStandsInTheStrip) {
+    TestDesktop desktop(bus_, true);
+    for (int i = 0; i < 34; ++i) AddIcon(L"N" + std::to_wstring(i));
+    const auto stripWidth = [] { return Strip() ? ScreenRect(Strip()).width : 0; };
+    EXPECT_TRUE(RunUntil([&] { return desktop.Items().size() == 32; }));
+    EXPECT_TRUE(RunUntil([&] { return stripWidth() == 2 * kStripCell + 2 * kStripBorder; }));
+    icons_.erase(icons_.begin() + 5, icons_.begin() + 7);
+    EXPECT_TRUE(OnlyOnTheBus(desktop, 32));
+}
+
+TEST(SessionBus, IsFoundAndNeverStarted) {
+    const char* named = g_getenv("DBUS_SESSION_BUS_ADDRESS");
+    const std::string before = named ? named : "";
+    const struct {
+        const char *named, *found;
+    } table[] = {
+        {"unix:path=/run/user/7/bus", "unix:path=/run/user/7/bus"},
+        {"unix:abstract=/tmp/x,guid=00ff", "unix:abstract=/tmp/x,guid=00ff"},
+        {"disabled:", ""},
+        {"autolaunch:", ""},
+        {"autolaunch:;unix:path=/a;unix:path=/b", "unix:path=/a;unix:path=/b"},
+        {"nonsense", ""},
+    };
+    for (const auto& row : table) {
+        setenv("DBUS_SESSION_BUS_ADDRESS", row.named, 1);
+        EXPECT_EQ(SessionBusAddress(), row.found) << row.named;
+    }
+    unsetenv("DBUS_SESSION_BUS_ADDRESS");
+    EXPECT_EQ(SessionBusAddress(), "");  // the test's runtime folder has none
+    setenv("DBUS_SESSION_BUS_ADDRESS", before.empty() ? "disabled:" : before.c_str(), 1);
+}
+
+}  // namespace

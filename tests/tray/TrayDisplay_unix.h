@@ -1,0 +1,140 @@
+#pragma once
+// Where icons can be seen on the display: inside a tray host, of which one can be started, or in the strip.
+// Brings Xlib's macros along, so it is included last.
+
+#include <gtest/gtest.h>
+#include <gtk/gtk.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <wx/frame.h>
+
+#include <cstring>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "res/Resources.h"
+#include "tests/support/Events.h"
+#include "tray/Notification.h"
+#include "tray/TrayStripLayout.h"
+
+// clang-format off
+#include <gdk/gdkx.h>
+// clang-format on
+
+extern char** environ;
+
+inline Display* XDisplay() { return gdk_x11_display_get_xdisplay(gdk_display_get_default()); }
+
+inline Atom TraySelection() { return XInternAtom(XDisplay(), "_NET_SYSTEM_TRAY_S0", False); }
+
+inline bool HostExists() { return XGetSelectionOwner(XDisplay(), TraySelection()) != None; }
+
+inline std::vector<GtkWindow*> Toplevels() {
+    std::vector<GtkWindow*> windows;
+    GList* list = gtk_window_list_toplevels();
+    for (GList* item = list; item; item = item->next) windows.push_back(GTK_WINDOW(item->data));
+    g_list_free(list);
+    return windows;
+}
+
+inline GtkWindow* Strip() {
+    for (GtkWindow* window : Toplevels())
+        if (gtk_window_get_type_hint(window) == GDK_WINDOW_TYPE_HINT_DOCK &&
+            gtk_widget_get_mapped(GTK_WIDGET(window)))
+            return window;
+    return nullptr;
+}
+
+// Icons inside a host, in the order in which they were made.
+inline std::vector<GtkWindow*> Embedded() {
+    std::vector<GtkWindow*> icons;
+    for (GtkWindow* window : Toplevels()) {
+        if (std::strcmp(G_OBJECT_TYPE_NAME(window), "GtkTrayIcon") != 0) continue;
+        gboolean embedded = FALSE;
+        g_object_get(window, "embedded", &embedded, nullptr);
+        if (embedded) icons.push_back(window);
+    }
+    return icons;
+}
+
+inline wxRect ScreenRect(GtkWindow* window) {
+    GdkWindow* native = gtk_widget_get_window(GTK_WIDGET(window));
+    wxRect rect;
+    gdk_window_get_origin(native, &rect.x, &rect.y);
+    rect.SetSize(wxSize(gdk_window_get_width(native), gdk_window_get_height(native)));
+    return rect;
+}
+
+inline wxPoint Middle(const wxRect& rect) { return {rect.x + rect.width / 2, rect.y + rect.height / 2}; }
+
+// Middle of an icon in the strip's lowest row, counted from the corner.
+inline wxPoint InStrip(int index) {
+    const wxRect strip = ScreenRect(Strip());
+    return {strip.GetRight() - kStripBorder - index * kStripCell - kStripCell / 2,
+            strip.GetBottom() - kStripBorder - kStripCell / 2};
+}
+
+class TrayProcess {
+  public:
+    TrayProcess() {
+        const char* arguments[] = {"trayer",      "--edge",  "top",      "--align", "right",
+                                   "--widthtype", "request", "--height", "26",      nullptr};
+        if (posix_spawnp(&pid_, "trayer", nullptr, nullptr, const_cast<char**>(arguments), environ) != 0)
+            pid_ = 0;
+    }
+    ~TrayProcess() { End(); }
+    TrayProcess(const TrayProcess&) = delete;
+    TrayProcess& operator=(const TrayProcess&) = delete;
+    bool Started() const { return pid_ != 0; }
+    void End() {
+        if (!pid_) return;
+        kill(pid_, SIGTERM);
+        waitpid(pid_, nullptr, 0);
+        pid_ = 0;
+    }
+
+  private:
+    pid_t pid_ = 0;
+};
+
+// Icons that write down what they report, on a display where nobody else shows them.
+class TrayFixture : public testing::Test {
+  protected:
+    void SetUp() override {
+        frame_.SetSize(0, 0, 60, 60);
+        frame_.Show();
+        RunEvents();
+        if (HostExists()) GTEST_SKIP() << "this display has a notification area that is not the test's";
+    }
+
+    void TearDown() override {
+        icons_.clear();
+        EXPECT_TRUE(RunUntil([] { return !Strip() && Embedded().empty(); }));
+    }
+
+    Notification& AddIcon(const std::wstring& tip) {
+        icons_.push_back(std::make_unique<Notification>());
+        Notification& icon = *icons_.back();
+        icon.SetIconFile(ResourcePicture(kFirstNoteIcon + static_cast<int>(icons_.size() - 1) % 4));
+        icon.IconToolTip(tip);
+        const auto note = [this, tip](const char* event) {
+            return [this, tip, event](int button) {
+                log_ += tip + Wide(event) + std::to_wstring(button) + L' ';
+            };
+        };
+        icon.Events.MouseDown = note("down");
+        icon.Events.MouseUp = note("up");
+        icon.Events.DblClick = note("double");
+        icon.Events.ContextMenu = [this, tip] { log_ += tip + L"menu "; };
+        icon.ShowIcon();
+        return icon;
+    }
+
+    static std::wstring Wide(const char* text) { return std::wstring(text, text + std::strlen(text)); }
+
+    wxFrame frame_{nullptr, wxID_ANY, L"Kivora"};  // menus and the simulated pointer want a window
+    std::vector<std::unique_ptr<Notification>> icons_;
+    std::wstring log_;
+};

@@ -1,0 +1,61 @@
+#include "tray/SessionBus_unix.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <sstream>
+
+namespace {
+
+// The bus that the login session provides where it does not name one.
+std::string AddressInRuntimeFolder() {
+    const char* folder = std::getenv("XDG_RUNTIME_DIR");
+    if (!folder || !*folder) return "";
+    const std::string path = std::string(folder) + "/bus";
+    struct stat status {};
+    if (stat(path.c_str(), &status) != 0 || !S_ISSOCK(status.st_mode) || status.st_uid != getuid()) return "";
+    char* escaped = g_dbus_address_escape_value(path.c_str());
+    const std::string address = std::string("unix:path=") + escaped;
+    g_free(escaped);
+    return address;
+}
+
+// Without what asks for a new bus or for none.
+std::string Usable(const std::string& addresses) {
+    std::string usable, address;
+    std::istringstream list(addresses);
+    while (std::getline(list, address, ';')) {
+        if (address.empty() || address.starts_with("autolaunch:") || address.starts_with("disabled:"))
+            continue;
+        if (!usable.empty()) usable += ';';
+        usable += address;
+    }
+    return g_dbus_is_address(usable.c_str()) ? usable : "";
+}
+
+}  // namespace
+
+std::string SessionBusAddress() {
+    const char* named = std::getenv("DBUS_SESSION_BUS_ADDRESS");
+    return named && *named ? Usable(named) : AddressInRuntimeFolder();
+}
+
+void ConnectToSessionBus(GCancellable* cancellable, GAsyncReadyCallback callback, void* data) {
+    constexpr auto flags = GDBusConnectionFlags(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                                                G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
+    g_dbus_connection_new_for_address(SessionBusAddress().c_str(), flags, nullptr, cancellable, callback,
+                                      data);
+}
+
+void Disconnect(GDBusConnection*& connection) {
+    if (!connection) return;
+    const auto close = [](GObject* source, GAsyncResult*, void*) {
+        g_dbus_connection_close(G_DBUS_CONNECTION(source), nullptr, nullptr, nullptr);
+    };
+    // What has been answered has to go out first.
+    if (!g_dbus_connection_is_closed(connection))
+        g_dbus_connection_flush(connection, nullptr, close, nullptr);
+    g_object_unref(connection);
+    connection = nullptr;
+}
