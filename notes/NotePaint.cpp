@@ -15,9 +15,6 @@ namespace {
 // More lines than any screen shows at the smallest size.
 constexpr std::size_t kMostLines = 5000;
 
-// Black on paper; a foreign colour code is painted black and would hide black text.
-const wxColour& TextInk(std::int32_t code) { return NoteIcon(code) ? *wxBLACK : *wxWHITE; }
-
 wxRect ToPixels(const TwipsRect& rect, double scaleX, double scaleY) {
     const int left = static_cast<int>(std::lround(rect.left * scaleX));
     const int top = static_cast<int>(std::lround(rect.top * scaleY));
@@ -55,7 +52,7 @@ void PaintText(wxDC& dc, const NotePicture& note, const wxRect& box) {
     if (box.width <= 0 || box.height <= 0) return;
     wxDCClipper clip(dc, box);
     dc.SetFont(note.font);
-    dc.SetTextForeground(TextInk(note.color));
+    dc.SetTextForeground(ToColour(TextInk(note.color, DisplayDepth())));
     const int height = LineHeight(dc, note.font);
     const auto most = static_cast<std::size_t>(box.height / height + 1);
     int y = box.y;
@@ -130,7 +127,7 @@ wxSize NaturalTextSize(const std::wstring& text, const wxFont& font) {
 
 void PaintNote(wxDC& dc, const NotePicture& note, const NoteLayout& layout, double scaleX, double scaleY) {
     const wxColour paper = ToColour(DisplayColor(note.color));
-    const wxColour ink = NoteIcon(note.color) ? paper.ChangeLightness(45) : *wxLIGHT_GREY;
+    const wxColour ink = ToColour(QuietInk(note.color, DisplayDepth()));
     const wxRect all = ToPixels({0, 0, layout.width, layout.height}, scaleX, scaleY);
     dc.SetPen(*wxTRANSPARENT_PEN);
     dc.SetBrush(wxBrush(paper));

@@ -158,6 +158,10 @@ void NoteStore::ApplyForeground() {
     }
 }
 
+void NoteStore::PlaceOnScreens() {
+    for (const NotePtr& note : notes_) note->PlaceOnScreens();
+}
+
 std::size_t NoteStore::CountVisibleNotes() const {
     return static_cast<std::size_t>(
         std::count_if(notes_.begin(), notes_.end(), [](const NotePtr& note) { return !note->Minimized(); }));

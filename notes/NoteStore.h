@@ -11,6 +11,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "notes/ScreenWatch.h"
 #include "notes/frmNote.h"
 
 // Unloads the window of a note that is given up: hides its icon, then destroys it.
@@ -46,6 +47,8 @@ class NoteStore {
     void UnMinimizeAll();
     void ForgetMinimizedNote(const frmNote& note);
     void ApplyForeground();
+    // Puts every note where the screens of now can show it. Happens by itself when they change.
+    void PlaceOnScreens();
 
     std::size_t CountNotes() const { return notes_.size(); }
     std::size_t CountVisibleNotes() const;
@@ -67,4 +70,5 @@ class NoteStore {
     std::vector<NotePtr> notes_;
     std::int32_t lastNoteNumber_ = 0;
     std::optional<std::unordered_set<std::int32_t>> minimizedByCommand_;  // by NoteKey
+    ScreenWatch screens_{[this] { PlaceOnScreens(); }};
 };

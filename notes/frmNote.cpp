@@ -2,7 +2,6 @@
 
 #include <wx/app.h>
 #include <wx/dcclient.h>
-#include <wx/display.h>
 #include <wx/weakref.h>
 
 #include <algorithm>
@@ -13,6 +12,7 @@
 #include "base/basText.h"
 #include "notes/NoteGesture.h"
 #include "notes/NotePaint.h"
+#include "notes/NotePlace.h"
 #include "notes/NoteWindow.h"
 #include "res/Resources.h"
 #include "tray/Notification.h"
@@ -27,24 +27,6 @@ const wxFont& SharedFont(int size, bool bold, bool italic, bool underlined) {
         font = wxFont(wxFontInfo(size).FaceName(L"Arial").Bold(bold).Italic(italic).Underlined(underlined));
     }
     return font;
-}
-
-// Where the next new note goes: each a step beside the one before, in the upper left of the main screen.
-wxPoint NextPlace() {
-    constexpr int kStep = 26, kSteps = 12, kFirst = 60;
-    static int count = 0;
-    const wxRect area = wxDisplay(0u).GetClientArea();
-    const int offset = kFirst + kStep * (count++ % kSteps);
-    return {area.x + offset, area.y + offset};
-}
-
-// The window system takes no coordinates beyond 16 bits.
-constexpr double kFarthest = 16'000;
-// Wider or higher windows may be larger than the screen; smaller ones never are.
-constexpr int kSafePixels = 600;
-
-int ToPixels(double twips, double twipsPerPixel) {
-    return static_cast<int>(std::lround(std::clamp(twips / twipsPerPixel, -kFarthest, kFarthest)));
 }
 
 }  // namespace
@@ -181,7 +163,15 @@ void frmNote::Place(double left, double top, double width, double height) {
     top_ = top;
     width_ = std::max(width, smallest);
     height_ = std::max(height, smallest);
-    const wxRect rect = PixelRect();
+    const wxRect rect = OnScreens(StoredRect());
+    SetSize(rect);
+    ArrangeParts(rect.GetSize());
+}
+
+void frmNote::PlaceOnScreens() {
+    if (HasCapture()) return;
+    const wxRect rect = OnScreens(StoredRect());
+    if (rect == GetRect()) return;
     SetSize(rect);
     ArrangeParts(rect.GetSize());
 }
@@ -218,17 +208,7 @@ wxFont frmNote::MessageFont() const {
     return SharedFont(size, lblMessage_.bold, lblMessage_.italic, lblMessage_.underlined);
 }
 
-wxRect frmNote::PixelRect() const {
-    const double x = TwipsPerPixelX(*this), y = TwipsPerPixelY(*this);
-    wxRect rect(ToPixels(left_, x), ToPixels(top_, y), ToPixels(width_, x), ToPixels(height_, y));
-    if (rect.width > kSafePixels || rect.height > kSafePixels) {
-        wxRect screens;
-        for (unsigned i = 0; i < wxDisplay::GetCount(); ++i) screens.Union(wxDisplay(i).GetGeometry());
-        rect.width = std::min(rect.width, std::max(screens.width, kSafePixels));
-        rect.height = std::min(rect.height, std::max(screens.height, kSafePixels));
-    }
-    return rect;
-}
+wxRect frmNote::StoredRect() const { return NotePixels(*this, left_, top_, width_, height_); }
 
 void frmNote::ArrangeParts(const wxSize& pixels) {
     if (pixels == arrangedFor_ || pixels.x <= 0 || pixels.y <= 0) return;
@@ -285,8 +265,11 @@ void frmNote::Click(NotePart part) {
 void frmNote::FinishGesture(const wxRect& before, const wxRect& after) {
     const double x = TwipsPerPixelX(*this), y = TwipsPerPixelY(*this);
     // Only what the gesture changed: a note may be stored with a place or size that this screen cannot show.
-    if (after.x != before.x) left_ = after.x * x;
-    if (after.y != before.y) top_ = after.y * y;
+    // But one that was shown elsewhere for that, and moved by the user, has its new place there altogether.
+    const bool moved = after.GetPosition() != before.GetPosition();
+    const bool elsewhere = moved && before.GetPosition() != StoredRect().GetPosition();
+    if (elsewhere || after.x != before.x) left_ = after.x * x;
+    if (elsewhere || after.y != before.y) top_ = after.y * y;
     if (after.width != before.width) width_ = after.width * x;
     if (after.height != before.height) height_ = after.height * y;
     host_.SaveNotes();

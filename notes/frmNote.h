@@ -70,7 +70,7 @@ class frmNote : public wxFrame {
     void CreationTime(const std::wstring& text);
 
     // The note's place in twips, as stored. Where the window really stands may differ when that is impossible
-    // on this screen; only the user's gestures and these setters change what is stored.
+    // on the screens of now; only the user's gestures and these setters change what is stored.
     double Left() const { return left_; }
     double Top() const { return top_; }
     double Width() const { return width_; }
@@ -79,6 +79,9 @@ class frmNote : public wxFrame {
     void PlaceAt(double left, double top);
     void SizeTo(double width, double height);
     void Place(double left, double top, double width, double height);  // both at once
+    // Puts the window, shown or not, where the screens of now can show it: to its stored place, or onto the
+    // nearest screen while no screen shows enough of that one. Leaves a window alone that is being dragged.
+    void PlaceOnScreens();
 
     // The key that names the note inside the running program; the store gives it.
     std::int32_t NoteKey() const { return noteKey_; }
@@ -112,7 +115,7 @@ class frmNote : public wxFrame {
 
     wxFont MessageFont() const;
     void RenewIcon();
-    wxRect PixelRect() const;
+    wxRect StoredRect() const;
     void ArrangeParts(const wxSize& pixels);
     void Hover(NotePart part);
     void SetPointer(Pointer pointer);

@@ -3,8 +3,10 @@
 packages_build="g++ cmake ninja-build pkg-config ccache libwxgtk3.2-dev libgtk-3-dev libsqlite3-dev
                 librsvg2-dev libcups2-dev fonts-liberation"
 packages_display="xvfb openbox trayer xdotool imagemagick x11-utils x11-xserver-utils"
-packages_test="libgtest-dev dbus-daemon iproute2 sqlite3 cups-daemon cups-client poppler-utils xdg-utils shared-mime-info
-               desktop-file-utils libfile-mimeinfo-perl"
+# xserver-xorg-video-dummy: a display whose screens come and go
+packages_test="libgtest-dev dbus-daemon iproute2 sqlite3 cups-daemon cups-client poppler-utils xdg-utils
+               shared-mime-info desktop-file-utils libfile-mimeinfo-perl xserver-xorg-core
+               xserver-xorg-video-dummy"
 packages_package="debhelper dpkg-dev fakeroot lintian appstream desktop-file-utils"
 
 say() { printf '== %s\n' "$*"; }

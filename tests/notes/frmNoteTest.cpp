@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <wx/display.h>
 
 #include "notes/NotePaint.h"
 #include "notes/frmNote.h"
@@ -90,6 +91,25 @@ TEST_F(FrmNote, ShowsAbsurdValuesClampedAndKeepsThem) {
     EXPECT_EQ(note->Width(), 2147483647.0);
     EXPECT_LE(note->GetSize().x, wxGetDisplaySize().x);
     EXPECT_LE(note->GetSize().y, wxGetDisplaySize().y);
+}
+
+TEST_F(FrmNote, OutsideEveryScreenItIsShownOnTheNearestAndKeepsItsPlace) {
+    const wxRect screen = wxDisplay(0u).GetGeometry();
+    for (const bool minimized : {false, true}) {
+        SCOPED_TRACE(minimized);
+        note->Place((screen.GetRight() + 500) * 15, -400 * 15, 3000, 2000);
+        if (minimized) {
+            note->Minimized(true);
+            note->PlaceOnScreens();
+            note->Minimized(false);
+        } else {
+            note->ShowStacked();
+        }
+        RunEvents();
+        EXPECT_TRUE(wxDisplay(0u).GetClientArea().Contains(note->GetRect()));
+        EXPECT_EQ(note->Left(), (screen.GetRight() + 500) * 15);
+        EXPECT_EQ(note->Top(), -400 * 15);
+    }
 }
 
 TEST_F(FrmNote, AutoSizeFitsTheTextWithoutBreakingIt) {

@@ -1,0 +1,60 @@
+#include "notes/NotePlace.h"
+
+#include <wx/display.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "notes/NoteWindow.h"
+#include "notes/ScreenPlace.h"
+
+namespace {
+
+// The window system takes no coordinates beyond 16 bits.
+constexpr double kFarthest = 16'000;
+// Wider or higher windows may be larger than the screen; smaller ones never are.
+constexpr int kSafePixels = 600;
+
+int ToPixels(double twips, double twipsPerPixel) {
+    return static_cast<int>(std::lround(std::clamp(twips / twipsPerPixel, -kFarthest, kFarthest)));
+}
+
+wxRect ToWx(const PixelRect& rect) { return {rect.x, rect.y, rect.width, rect.height}; }
+PixelRect FromWx(const wxRect& rect) { return {rect.x, rect.y, rect.width, rect.height}; }
+
+std::vector<PixelRect> Screens() {
+    std::vector<PixelRect> screens;
+    const unsigned count = wxDisplay::GetCount();
+    for (unsigned i = 0; i < count; ++i) screens.push_back(FromWx(wxDisplay(i).GetGeometry()));
+    return screens;
+}
+
+PixelRect FreeArea(std::size_t screen) {
+    return FromWx(wxDisplay(static_cast<unsigned>(screen)).GetClientArea());
+}
+
+}  // namespace
+
+wxPoint NextPlace() {
+    constexpr int kStep = 26, kSteps = 12, kFirst = 60;
+    static int count = 0;
+    const wxRect area = wxDisplay(0u).GetClientArea();
+    const int offset = kFirst + kStep * (count++ % kSteps);
+    return {area.x + offset, area.y + offset};
+}
+
+wxRect NotePixels(const wxWindow& window, double left, double top, double width, double height) {
+    const double x = TwipsPerPixelX(window), y = TwipsPerPixelY(window);
+    return {ToPixels(left, x), ToPixels(top, y), ToPixels(width, x), ToPixels(height, y)};
+}
+
+wxRect OnScreens(wxRect rect) {
+    const std::vector<PixelRect> screens = Screens();
+    if (rect.width > kSafePixels || rect.height > kSafePixels) {
+        wxRect all;
+        for (const PixelRect& screen : screens) all.Union(ToWx(screen));
+        rect.width = std::min(rect.width, std::max(all.width, kSafePixels));
+        rect.height = std::min(rect.height, std::max(all.height, kSafePixels));
+    }
+    return ToWx(ShownRect(screens, FreeArea, FromWx(rect)));
+}

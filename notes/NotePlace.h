@@ -1,0 +1,16 @@
+#pragma once
+// Where note windows go on the screens, in pixels of the whole desktop.
+
+#include <wx/gdicmn.h>
+
+class wxWindow;
+
+// Where the next new note goes: each a step beside the one before, in the upper left of the main screen.
+wxPoint NextPlace();
+
+// The window's rectangle for a place in twips, within what window systems can name.
+wxRect NotePixels(const wxWindow& window, double left, double top, double width, double height);
+
+// The rectangle as the screens of now can show it: no larger than all of them, and on the nearest one where
+// too little of it would be visible.
+wxRect OnScreens(wxRect rect);

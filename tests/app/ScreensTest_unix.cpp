@@ -1,0 +1,165 @@
+// Notes while screens go and come back, on a display server with several outputs.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <sstream>
+
+#include "registry/clsRegistry.h"
+#include "tests/app/Process.h"
+#include "tests/support/Support.h"
+
+namespace {
+
+const std::wstring kSettings = L"HKLM\\Software\\Kivora\\1.5\\";
+constexpr int kWidth = 240, kHeight = 150;
+
+// Two screens of 800 x 600 side by side, with a window manager, that everything started from here on uses.
+class TwoScreens {
+  public:
+    TwoScreens() : before_(std::getenv("DISPLAY")), folder_(std::getenv("XDG_RUNTIME_DIR")) {
+        const std::filesystem::path server = "/usr/lib/xorg/Xorg";
+        if (!std::filesystem::exists(server)) return;
+        std::ofstream(folder_ + "/screens.conf")
+            << "Section \"ServerFlags\"\n Option \"AutoAddDevices\" \"false\"\n"
+               " Option \"AutoAddGPU\" \"false\"\nEndSection\n"
+               "Section \"Device\"\n Identifier \"d\"\n Driver \"dummy\"\n VideoRam 64000\nEndSection\n"
+               "Section \"Screen\"\n Identifier \"s\"\n Device \"d\"\n DefaultDepth 24\nEndSection\n";
+        server_ =
+            Start(server.string() + " -displayfd 3 -config " + folder_ + "/screens.conf -logfile " + folder_ +
+                  "/screens.log -noreset -nolisten tcp -novtswitch -sharevts 3>" + folder_ + "/number");
+        std::string number;
+        Eventually(
+            [&] { return Ended(server_) || !(number = ShellOutput("cat " + folder_ + "/number")).empty(); });
+        if (number.empty()) return;
+        setenv("DISPLAY", (":" + number).c_str(), 1);
+        ShellOutput("xrandr --addmode DUMMY1 800x600; xrandr --output DUMMY0 --mode 800x600 --pos 0x0");
+        Second(true);
+        manager_ = Start("openbox");
+        usable_ = Eventually([] {
+            return ShellOutput("xprop -root _NET_WORKAREA 2>/dev/null").find("1600, 600") !=
+                   std::string::npos;
+        });
+    }
+    ~TwoScreens() {
+        setenv("DISPLAY", before_.c_str(), 1);
+        for (const std::string& process : {manager_, server_}) {
+            if (!process.empty()) ShellOutput("kill " + process);
+        }
+    }
+    TwoScreens(const TwoScreens&) = delete;
+    TwoScreens& operator=(const TwoScreens&) = delete;
+
+    explicit operator bool() const { return usable_; }
+
+    // Connects the screen on the right, or takes it away. The desktop's size stays, because the window
+    // manager takes the screens of the moment at which that changes, and then one may not be there yet.
+    void Second(bool there) const {
+        ShellOutput(std::string("xrandr --fb 1600x600 --output DUMMY1 ") +
+                    (there ? "--mode 800x600 --pos 800x0" : "--off") + "; xrandr");
+    }
+
+  private:
+    static std::string Start(const std::string& command) {
+        return ShellOutput("{ exec " + command + "; } >/dev/null 2>&1 & echo $!");
+    }
+    static bool Ended(const std::string& process) {
+        return !std::filesystem::exists("/proc/" + process + "/exe");
+    }
+
+    const std::string before_, folder_;
+    std::string server_, manager_;
+    bool usable_ = false;
+};
+
+struct Place {
+    int x = 0, y = 0;
+    auto operator<=>(const Place&) const = default;
+};
+using Places = std::vector<Place>;
+
+void PrintTo(const Place& place, std::ostream* stream) { *stream << place.x << "," << place.y; }
+
+// Where the windows of notes stand, from left to right.
+Places NotePlaces() {
+    Places places;
+    for (const std::string& window : Windows()) {
+        std::istringstream lines(ShellOutput("xdotool getwindowgeometry --shell " + window + " 2>/dev/null"));
+        std::map<std::string, int> values;
+        for (std::string line; std::getline(lines, line);) {
+            const std::size_t sign = line.find('=');
+            if (sign != std::string::npos) values[line.substr(0, sign)] = std::atoi(line.c_str() + sign + 1);
+        }
+        if (values["WIDTH"] == kWidth && values["HEIGHT"] == kHeight)
+            places.push_back({values["X"], values["Y"]});
+    }
+    std::sort(places.begin(), places.end());
+    return places;
+}
+
+void ExpectPlaces(const Places& expected) {
+    Places places;
+    Eventually([&] { return (places = NotePlaces()) == expected; });
+    EXPECT_EQ(places, expected);
+}
+
+void SaveNote(int number, const Place& place) {
+    const std::wstring key = kSettings + L"Note" + std::to_wstring(number) + L"\\";
+    Registry().SetValue(key + L"Text", REG_TYPE_SZ, L"Notiz " + std::to_wstring(number));
+    Registry().SetValue(key + L"Color", REG_TYPE_DWORD, 0x00FFFF);
+    Registry().SetValue(key + L"FontSize", REG_TYPE_DWORD, 12);
+    Registry().SetValue(key + L"X", REG_TYPE_DWORD, place.x * 15);
+    Registry().SetValue(key + L"Y", REG_TYPE_DWORD, place.y * 15);
+    Registry().SetValue(key + L"Width", REG_TYPE_DWORD, kWidth * 15);
+    Registry().SetValue(key + L"Height", REG_TYPE_DWORD, kHeight * 15);
+}
+
+Places SavedPlaces() {
+    Places places;
+    for (const wchar_t* note : {L"Note0", L"Note1", L"Note2"}) {
+        const auto number = [&](const wchar_t* name) {
+            return AsNumber(Registry().GetValue(kSettings + note + L"\\" + name, REG_TYPE_DWORD)) / 15;
+        };
+        places.push_back({number(L"X"), number(L"Y")});
+    }
+    return places;
+}
+
+}  // namespace
+
+TEST(Screens, NotesComeToTheScreenThatIsLeftAndGoBack) {
+    const TwoScreens screens;
+    if (!screens) GTEST_SKIP() << "no display server with several outputs";
+    const Place left{60, 60}, right{1000, 200}, dragged{1300, 400};
+    Registry().DeleteKey(kSettings);
+    int number = 0;
+    for (const Place& place : {left, right, dragged}) SaveNote(number++, place);
+    const Places saved = SavedPlaces();
+    {
+        const Process program({});
+        ExpectPlaces({left, right, dragged});
+        screens.Second(false);
+        ExpectPlaces({left, {560, 200}, {560, 400}});
+        screens.Second(true);
+        ExpectPlaces({left, right, dragged});
+        EXPECT_EQ(SavedPlaces(), saved);
+    }
+    screens.Second(false);
+    Process program({});
+    ExpectPlaces({left, {560, 200}, {560, 400}});
+    EXPECT_EQ(SavedPlaces(), saved);
+
+    // What the user moves has its place where he leaves it.
+    ShellOutput("xdotool mousemove 640 450 mousedown 1 mousemove 500 450 mousemove 440 450 mouseup 1");
+    ExpectPlaces({left, {360, 400}, {560, 200}});
+    EXPECT_TRUE(Eventually([&] { return SavedPlaces() == Places{left, right, {360, 400}}; }));
+    screens.Second(true);
+    ExpectPlaces({left, {360, 400}, right});
+    program.Signal(SIGTERM);
+    EXPECT_EQ(program.Wait(), 0);
+    EXPECT_EQ(SavedPlaces(), (Places{left, right, {360, 400}}));
+}
