@@ -30,7 +30,8 @@ EntryFields::EntryFields(wxWindow* parent) : wxPanel(parent) {
     auto* sizer = new wxBoxSizer(wxVERTICAL);
     const auto add = [&](const wchar_t* label, int gapBelow) {
         sizer->Add(new wxStaticText(this, wxID_ANY, label), wxSizerFlags().Border(wxBOTTOM, FromDIP(2)));
-        auto* box = new wxTextCtrl(this, wxID_ANY, wxString(), wxDefaultPosition, FromDIP(wxSize(300, -1)));
+        auto* box =
+            new wxTextCtrl(this, wxID_ANY, wxString(), wxDefaultPosition, {RoomForText(*this, 40, 1).x, -1});
         box->SetMaxLength(kLongestText);
         sizer->Add(box, wxSizerFlags().Expand().Border(wxBOTTOM, FromDIP(gapBelow)));
         return box;

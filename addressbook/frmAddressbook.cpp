@@ -1,7 +1,6 @@
 #include "addressbook/frmAddressbook.h"
 
 #include <wx/button.h>
-#include <wx/listctrl.h>
 #include <wx/weakref.h>
 
 #include <algorithm>
@@ -11,6 +10,7 @@
 #include "addressbook/frmAddressbookEntryEdit.h"
 #include "addressbook/frmAddressbookEntryNew.h"
 #include "base/CaseFold.h"
+#include "base/ControlNames.h"
 #include "base/basWait.h"
 
 namespace {
@@ -32,29 +32,17 @@ frmAddressbook::frmAddressbook(bool selecting)
         cmdOK->Hide();
         cmdAbbrechen->SetDefault();
     }
-    SetMinSize(GetSize());
     RefreshList();
-    lvwEntries->SetFocus();
+    lvwEntries->Window().SetFocus();
 }
 
 wxSizer* frmAddressbook::CreateList() {
-    lvwEntries = new wxListCtrl(this, wxID_ANY, wxDefaultPosition, FromDIP(wxSize(500, 260)),
-                                wxLC_REPORT | wxLC_SINGLE_SEL | wxBORDER_THEME);
-    lvwEntries->EnableCheckBoxes();
-    lvwEntries->AppendColumn(wxString(), wxLIST_FORMAT_LEFT, FromDIP(30));
-    lvwEntries->AppendColumn(L"Name", wxLIST_FORMAT_LEFT, FromDIP(130));
-    lvwEntries->AppendColumn(L"IP-Adresse/ Rechnername", wxLIST_FORMAT_LEFT, FromDIP(180));
-    lvwEntries->AppendColumn(L"Kommentar", wxLIST_FORMAT_LEFT, FromDIP(140));
-    lvwEntries->Bind(wxEVT_LIST_ITEM_CHECKED, [this](wxListEvent&) { UpdateButtons(); });
-    lvwEntries->Bind(wxEVT_LIST_ITEM_UNCHECKED, [this](wxListEvent&) { UpdateButtons(); });
-    lvwEntries->Bind(wxEVT_LIST_COL_CLICK, [this](wxListEvent& event) { SortBy(event.GetColumn()); });
-    // A double click says which row is meant.
-    lvwEntries->Bind(wxEVT_LIST_ITEM_ACTIVATED, [this](wxListEvent& event) {
-        lvwEntries->CheckItem(event.GetIndex(), !lvwEntries->IsItemChecked(event.GetIndex()));
-        UpdateButtons();
-    });
+    lvwEntries = EntryList::Create(this, {L"Name", L"IP-Adresse/ Rechnername", L"Kommentar"}, 20, 14);
+    NameControl(lvwEntries->Window(), L"Einträge");
+    lvwEntries->OnCheck = [this] { UpdateButtons(); };
+    lvwEntries->OnHeading = [this](int column) { SortBy(column); };
     auto* sizer = new wxBoxSizer(wxVERTICAL);
-    sizer->Add(lvwEntries, wxSizerFlags(1).Expand());
+    sizer->Add(&lvwEntries->Window(), wxSizerFlags(1).Expand());
     return sizer;
 }
 
@@ -78,27 +66,22 @@ wxSizer* frmAddressbook::CreateColumnOfButtons() {
     return buttons;
 }
 
-std::wstring frmAddressbook::Cell(long row, int column) const {
-    return lvwEntries->GetItemText(row, column).ToStdWstring();
-}
-
-void frmAddressbook::WriteRow(long row, const clsAddressBookEntry& entry) {
-    lvwEntries->SetItem(row, kName, entry.PCName());
-    lvwEntries->SetItem(row, kAddress, entry.IP());
-    lvwEntries->SetItem(row, kComment, entry.Comment());
+void frmAddressbook::WriteRow(int row, const clsAddressBookEntry& entry) {
+    lvwEntries->SetText(row, kName, entry.PCName());
+    lvwEntries->SetText(row, kAddress, entry.IP());
+    lvwEntries->SetText(row, kComment, entry.Comment());
 }
 
 void frmAddressbook::RefreshList() {
-    for (long row = lvwEntries->GetItemCount() - 1; row >= 0; --row) {
-        if (!AddressBookEntryExists(Cell(row, kName))) lvwEntries->DeleteItem(row);
+    for (int row = lvwEntries->Count() - 1; row >= 0; --row) {
+        if (!AddressBookEntryExists(lvwEntries->Text(row, kName))) lvwEntries->Delete(row);
     }
-    std::unordered_map<std::wstring, long> rows;
-    for (long row = 0; row < lvwEntries->GetItemCount(); ++row) rows[InCapitals(Cell(row, kName))] = row;
+    std::unordered_map<std::wstring, int> rows;
+    for (int row = 0; row < lvwEntries->Count(); ++row) rows[InCapitals(lvwEntries->Text(row, kName))] = row;
     for (const clsAddressBookEntry& entry : AddressBook()) {
         const auto found = rows.find(InCapitals(entry.PCName()));
-        WriteRow(found != rows.end() ? found->second
-                                     : lvwEntries->InsertItem(lvwEntries->GetItemCount(), wxString()),
-                 entry);
+        if (found == rows.end()) lvwEntries->Append();
+        WriteRow(found != rows.end() ? found->second : lvwEntries->Count() - 1, entry);
     }
     Sort();
     UpdateButtons();
@@ -119,33 +102,33 @@ void frmAddressbook::Sort() {
         bool checked;
     };
     std::vector<Row> rows;
-    for (long row = 0; row < lvwEntries->GetItemCount(); ++row) {
+    for (int row = 0; row < lvwEntries->Count(); ++row) {
         clsAddressBookEntry entry;
-        entry.PCName(Cell(row, kName));
-        entry.IP(Cell(row, kAddress));
-        entry.Comment(Cell(row, kComment));
-        rows.push_back({InCapitals(Cell(row, sortColumn_)), entry, lvwEntries->IsItemChecked(row)});
+        entry.PCName(lvwEntries->Text(row, kName));
+        entry.IP(lvwEntries->Text(row, kAddress));
+        entry.Comment(lvwEntries->Text(row, kComment));
+        rows.push_back({InCapitals(lvwEntries->Text(row, sortColumn_)), entry, lvwEntries->IsChecked(row)});
     }
     std::stable_sort(rows.begin(), rows.end(), [this](const Row& left, const Row& right) {
         return ascending_ ? left.key < right.key : right.key < left.key;
     });
-    for (long row = 0; row < static_cast<long>(rows.size()); ++row) {
+    for (int row = 0; row < static_cast<int>(rows.size()); ++row) {
         const Row& sorted = rows[static_cast<std::size_t>(row)];
         WriteRow(row, sorted.entry);
-        if (lvwEntries->IsItemChecked(row) != sorted.checked) lvwEntries->CheckItem(row, sorted.checked);
+        lvwEntries->Check(row, sorted.checked);
     }
-    if (sortColumn_ != kCheckBox) lvwEntries->ShowSortIndicator(sortColumn_, ascending_);
+    if (sortColumn_ != kCheckBox) lvwEntries->ShowSorted(sortColumn_, ascending_);
 }
 
 void frmAddressbook::CheckAll(bool on) {
-    for (long row = 0; row < lvwEntries->GetItemCount(); ++row) lvwEntries->CheckItem(row, on);
+    for (int row = 0; row < lvwEntries->Count(); ++row) lvwEntries->Check(row, on);
     UpdateButtons();
 }
 
 void frmAddressbook::UpdateButtons() {
     bool anyChecked = false;
-    for (long row = 0; row < lvwEntries->GetItemCount() && !anyChecked; ++row) {
-        anyChecked = lvwEntries->IsItemChecked(row);
+    for (int row = 0; row < lvwEntries->Count() && !anyChecked; ++row) {
+        anyChecked = lvwEntries->IsChecked(row);
     }
     cmdBearbeiten->Enable(anyChecked);
     cmdLöschen->Enable(anyChecked);
@@ -153,9 +136,9 @@ void frmAddressbook::UpdateButtons() {
 
 std::vector<clsAddressBookEntry> frmAddressbook::CheckedEntries() const {
     std::vector<clsAddressBookEntry> entries;
-    for (long row = 0; row < lvwEntries->GetItemCount(); ++row) {
-        if (!lvwEntries->IsItemChecked(row)) continue;
-        if (const clsAddressBookEntry* entry = GetAddressBookEntry(Cell(row, kName)))
+    for (int row = 0; row < lvwEntries->Count(); ++row) {
+        if (!lvwEntries->IsChecked(row)) continue;
+        if (const clsAddressBookEntry* entry = GetAddressBookEntry(lvwEntries->Text(row, kName)))
             entries.push_back(*entry);
     }
     return entries;

@@ -6,9 +6,8 @@
 #include <vector>
 
 #include "addressbook/AddressBook.h"
+#include "addressbook/EntryList.h"
 #include "base/frmDialog.h"
-
-class wxListCtrl;
 
 class frmAddressbook : public frmDialog {
   public:
@@ -20,7 +19,7 @@ class frmAddressbook : public frmDialog {
 
     // The controls, each under its name. In the list, column 0 has the check box, the columns 1 to 3 have
     // name, address and comment.
-    wxListCtrl* lvwEntries = nullptr;
+    std::unique_ptr<EntryList> lvwEntries;
     wxButton* cmdNeu = nullptr;
     wxButton* cmdBearbeiten = nullptr;
     wxButton* cmdLöschen = nullptr;
@@ -32,8 +31,7 @@ class frmAddressbook : public frmDialog {
   private:
     wxSizer* CreateList();
     wxSizer* CreateColumnOfButtons();
-    std::wstring Cell(long row, int column) const;
-    void WriteRow(long row, const clsAddressBookEntry& entry);
+    void WriteRow(int row, const clsAddressBookEntry& entry);
     void RefreshList();
     void SortBy(int column);
     void Sort();

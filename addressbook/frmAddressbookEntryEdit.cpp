@@ -5,11 +5,13 @@
 #include <wx/textctrl.h>
 #include <wx/weakref.h>
 
+#include "base/ControlNames.h"
 #include "base/basWait.h"
 
 frmAddressbookEntryEdit::frmAddressbookEntryEdit()
     : frmDialog(L"Adressbucheinträge bearbeiten", L"ch4_networkaddressbook.html", true) {
-    lstEdit = new wxListBox(this, wxID_ANY, wxDefaultPosition, FromDIP(wxSize(180, 150)));
+    lstEdit = new wxListBox(this, wxID_ANY, wxDefaultPosition, RoomForText(*this, 24, 9));
+    NameControl(*lstEdit, L"Einträge");
     fields_ = new EntryFields(this);
     txtPCName = fields_->txtPCName;
     txtIP = fields_->txtIP;
@@ -21,7 +23,6 @@ frmAddressbookEntryEdit::frmAddressbookEntryEdit()
     SetContent(content, CreateButtons(L"", L"&Schließen"));
     cmdSchliessen = cmdAbbrechen;
     cmdSchliessen->SetDefault();
-    SetMinSize(GetSize());
 
     lstEdit->Bind(wxEVT_LISTBOX, [this](wxCommandEvent&) { OnSelect(); });
     for (wxTextCtrl* box : {txtPCName, txtIP, txtComment}) {

@@ -2,10 +2,18 @@
 
 #include <wx/button.h>
 #include <wx/display.h>
+#include <wx/listbox.h>
+#include <wx/listctrl.h>
+#include <wx/nativewin.h>
+#include <wx/textctrl.h>
 
 #include <algorithm>
+#include <map>
+#include <typeindex>
 #include <vector>
 
+#include "base/BoxHeight.h"
+#include "base/ControlNames.h"
 #include "base/basHelp.h"
 #include "base/basWait.h"
 #include "res/Resources.h"
@@ -16,9 +24,54 @@ namespace {
 // window managers keep it above that one.
 std::vector<frmDialog*> waitingDialogs;
 
+// The size within its frame that the last dialog of each kind had.
+std::map<std::type_index, wxSize> keptSizes;
+
+// The least that lists and text boxes show of their content.
+constexpr int kLeastCharacters = 20;
+constexpr int kLeastLines = 4;
+
+bool IsEnter(const wxKeyEvent& event) {
+    return (event.GetKeyCode() == WXK_RETURN || event.GetKeyCode() == WXK_NUMPAD_ENTER) &&
+           !event.HasAnyModifiers();
+}
+
 wxWindow* Owner() { return waitingDialogs.empty() ? nullptr : waitingDialogs.back(); }
 
+// Does something with every text box, list and other control below a window.
+template <class Action>
+void ForEachControl(wxWindow& parent, const Action& action) {
+    for (wxWindow* child : parent.GetChildren()) {
+        if (child->IsTopLevel()) continue;
+        action(*child);
+        ForEachControl(*child, action);
+    }
+}
+
+void FitHeight(wxWindow& control) {
+    auto* box = dynamic_cast<wxTextCtrl*>(&control);
+    if (!box || box->IsMultiLine()) return;
+    box->SetMinSize({box->GetMinSize().x, HeightOf(*box)});
+    box->InvalidateBestSize();  // with those of the panels around it
+}
+
+bool IsList(const wxWindow& control) {
+    return dynamic_cast<const wxListBox*>(&control) || dynamic_cast<const wxListCtrl*>(&control) ||
+           dynamic_cast<const wxNativeWindow*>(&control);
+}
+
+void LetShrink(wxWindow& control) {
+    const auto* text = dynamic_cast<const wxTextCtrl*>(&control);
+    if (!IsList(control) && !(text && text->IsMultiLine())) return;
+    control.SetMinSize(RoomForText(control, kLeastCharacters, kLeastLines));
+    control.InvalidateBestSize();
+}
+
 }  // namespace
+
+wxSize RoomForText(const wxWindow& window, int characters, int lines) {
+    return {characters * window.GetCharWidth(), lines * window.GetCharHeight()};
+}
 
 frmDialog::frmDialog(const wxString& caption, const std::wstring& helpPage, bool resizable)
     : wxDialog(Owner(), wxID_ANY, caption, wxDefaultPosition, wxDefaultSize,
@@ -39,6 +92,7 @@ frmDialog::frmDialog(const wxString& caption, const std::wstring& helpPage, bool
 
 int frmDialog::ShowModal() {
     tag_ = L"waiting";
+    Resize();
     Place();
     Show();
     Raise();
@@ -46,6 +100,7 @@ int frmDialog::ShowModal() {
     const WaitEnd end = WaitUntil([this] { return tag_ != L"waiting"; });
     waitingDialogs.pop_back();
     if (end == WaitEnd::Quitting) tag_ = L"cancel";
+    if (HasFlag(wxRESIZE_BORDER)) keptSizes[typeid(*this)] = GetClientSize();
     Hide();
     return tag_ == L"ok" ? 1 : 0;
 }
@@ -73,7 +128,22 @@ void frmDialog::SetContent(wxSizer* content, wxSizer* buttons) {
     const int margin = FromDIP(kDialogMargin);
     all->Add(content, wxSizerFlags(1).Expand().Border(wxALL, margin));
     all->Add(buttons, wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, margin));
-    SetSizerAndFit(all);
+    NameControls(*this);
+    ForEachControl(*this, FitHeight);
+    if (HasFlag(wxRESIZE_BORDER)) {
+        // A fitted dialog would be fitted once more when it is shown, to the least size.
+        SetSizer(all);
+        SetClientSize(all->CalcMin());
+        ForEachControl(*this, LetShrink);
+        SetMinClientSize(all->CalcMin());
+        // Again whenever the size of the window's frame turns out to be another one.
+        Bind(wxEVT_SIZE, [this](wxSizeEvent& event) {
+            SetMinClientSize(GetSizer()->CalcMin());
+            event.Skip();
+        });
+    } else {
+        SetSizerAndFit(all);
+    }
 }
 
 void frmDialog::Confirm() { SetTag(L"ok"); }
@@ -86,9 +156,12 @@ void frmDialog::SetTag(const std::wstring& tag) {
 void frmDialog::OnKey(wxKeyEvent& event) {
     if (event.GetKeyCode() == WXK_F1 && !helpPage_.empty()) {
         ShowHelp(helpPage_);
-    } else if (event.GetKeyCode() == WXK_RETURN && event.ControlDown() && cmdOK) {
+    } else if (event.GetKeyCode() == WXK_RETURN && event.ControlDown() && cmdOK && cmdOK->IsShown()) {
         // Enter alone belongs to multi-line boxes.
         if (cmdOK->IsEnabled()) Confirm();
+    } else if (IsEnter(event) && FindFocus() && IsList(*FindFocus())) {
+        // Lists would keep it for themselves.
+        PressDefault();
     } else if (event.GetKeyCode() == WXK_ESCAPE) {
         SetTag(L"cancel");
     } else {
@@ -96,9 +169,30 @@ void frmDialog::OnKey(wxKeyEvent& event) {
     }
 }
 
-void frmDialog::Place() {
+void frmDialog::PressDefault() {
+    wxWindow* button = GetDefaultItem();
+    if (!button || !button->IsEnabled()) return;
+    wxCommandEvent press(wxEVT_BUTTON, button->GetId());
+    press.SetEventObject(button);
+    button->ProcessWindowEvent(press);
+}
+
+void frmDialog::Resize() {
+    if (!HasFlag(wxRESIZE_BORDER)) return;
+    const auto kept = keptSizes.find(typeid(*this));
+    wxSize size = kept == keptSizes.end() ? GetClientSize() : kept->second;
+    size.DecTo(WindowToClientSize(Area().GetSize()));
+    size.IncTo(GetMinClientSize());
+    SetClientSize(size);
+}
+
+wxRect frmDialog::Area() const {
     const int display = near_ ? wxDisplay::GetFromPoint(near_->GetTopLeft()) : wxNOT_FOUND;
-    const wxRect area = wxDisplay(static_cast<unsigned>(std::max(display, 0))).GetClientArea();
+    return wxDisplay(static_cast<unsigned>(std::max(display, 0))).GetClientArea();
+}
+
+void frmDialog::Place() {
+    const wxRect area = Area();
     const wxSize size = GetSize();
     wxPoint place;
     if (near_) {

@@ -32,24 +32,34 @@ class frmDialog : public wxDialog {
     wxSizer* CreateButtons(const wxString& ok, const wxString& cancel);
 
     // Puts the content and the button row into the dialog with the margins that all dialogs have, and sizes
-    // it.
+    // it. All controls exist by then: they are named after their labels. A resizable dialog can be made
+    // smaller until its lists and text boxes show a few lines, and keeps the size that the user gave it
+    // for the next one of its kind.
     void SetContent(wxSizer* content, wxSizer* buttons);
 
     // What OK does: sets the tag to "ok". Dialogs that check their fields first override it.
     virtual void Confirm();
     void SetTag(const std::wstring& tag);
 
+    // The display on which it appears, without what the desktop keeps for itself.
+    wxRect Area() const;
+
     wxButton* cmdOK = nullptr;
     wxButton* cmdAbbrechen = nullptr;
 
   private:
     void OnKey(wxKeyEvent& event);
+    void PressDefault();
+    void Resize();
     void Place();
 
     std::wstring tag_;
     std::wstring helpPage_;
     std::optional<wxRect> near_;
 };
+
+// The size of a box or a list that shows text of so many characters in so many lines, in the window's font.
+wxSize RoomForText(const wxWindow& window, int characters, int lines);
 
 // Distance between controls, and between controls and the border of a dialog, in device-independent pixels.
 constexpr int kDialogMargin = 12;

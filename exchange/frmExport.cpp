@@ -24,7 +24,6 @@ frmExport::frmExport(const NoteStore& store) : frmDialog(L"Exportieren", L"ch3_e
     content->AddSpacer(FromDIP(kDialogGap));
     content->Add(CreateFile(), wxSizerFlags().Expand());
     SetContent(content, CreateButtons(L"&OK", L"A&bbrechen"));
-    SetMinSize(GetSize());
 
     Frame1->OnChange = [this] { UpdateOK(); };
     txtPfad->Bind(wxEVT_TEXT, [this](wxCommandEvent&) { UpdateOK(); });

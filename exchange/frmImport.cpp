@@ -69,7 +69,6 @@ frmImport::frmImport() : frmDialog(L"Importieren", L"ch3_import.html", true) {
     notes->Add(CreatePreview(), wxSizerFlags(1).Expand());
     content->Add(notes, wxSizerFlags(1).Expand());
     SetContent(content, CreateButtons(L"&OK", L"A&bbrechen"));
-    SetMinSize(GetSize());
 
     txtDatei->Bind(wxEVT_TEXT, [this](wxCommandEvent&) { OnFileChanged(); });
     Frame2->OnClick = [this](int row) { ShowPreview(row); };
@@ -94,7 +93,7 @@ wxSizer* frmImport::CreateFile() {
 wxSizer* frmImport::CreatePreview() {
     auto* frame = new wxStaticBoxSizer(wxVERTICAL, this, L"Vorschau");
     Frame3 = frame->GetStaticBox();
-    txtNotiz = new wxTextCtrl(Frame3, wxID_ANY, wxString(), wxDefaultPosition, FromDIP(wxSize(260, 150)),
+    txtNotiz = new wxTextCtrl(Frame3, wxID_ANY, wxString(), wxDefaultPosition, RoomForText(*this, 34, 9),
                               wxTE_MULTILINE | wxTE_READONLY);
     PadText(*txtNotiz, FromDIP(kDialogGap));
     frame->Add(txtNotiz, wxSizerFlags(1).Expand().Border(wxALL, FromDIP(kDialogGap)));

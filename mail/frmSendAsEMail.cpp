@@ -32,7 +32,6 @@ frmSendAsEMail::frmSendAsEMail(const NoteStore& store)
     content->AddSpacer(gap);
     content->Add(Frame1, wxSizerFlags(1).Expand());
     SetContent(content, CreateButtons(L"&OK", L"A&bbrechen"));
-    SetMinSize(GetSize());
 
     Frame1->OnChange = [this] { cmdOK->Enable(Frame1->AnyMarked()); };
     Frame1->OnChange();

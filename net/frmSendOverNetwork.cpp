@@ -25,7 +25,6 @@ frmSendOverNetwork::frmSendOverNetwork(const NoteStore& store)
     Frame1 = new NoteChoice(this, NoteChoice::NotesOf(store), {.marking = NoteChoice::CheckBoxes});
     content->Add(Frame1, wxSizerFlags(1).Expand());
     SetContent(content, CreateButtons(L"&OK", L"Ab&brechen"));
-    SetMinSize(GetSize());
 
     cmdAdressbuch->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { OnAdressbuch(); });
     txtEmpfänger->Bind(wxEVT_TEXT, [this](wxCommandEvent&) { Changed(); });

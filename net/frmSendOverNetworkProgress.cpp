@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/ControlNames.h"
 #include "base/twips.h"
 #include "net/clsOutgoing.h"
 
@@ -18,6 +19,7 @@ constexpr int kRow = 480, kFirstRow = 150;            // twips
 constexpr int kArrowSize = 240, kLeft = 150;          // twips
 constexpr int kLabelLeft = kLeft + kArrowSize + 180;  // twips
 constexpr int kWidth = 6900, kHeight = 3 * kRow;      // twips
+constexpr int kLeastBar = 1500;                       // twips
 constexpr int kUpdateMilliseconds = 200;
 
 // A triangle that points to the right.
@@ -29,7 +31,7 @@ class Arrow : public wxWindow {
             const wxSize area = GetClientSize();
             const wxPoint corners[] = {{1, 1}, {area.x - 2, area.y / 2}, {1, area.y - 2}};
             dc.SetPen(*wxTRANSPARENT_PEN);
-            dc.SetBrush(wxBrush(wxSystemSettings::GetColour(wxSYS_COLOUR_HIGHLIGHT)));
+            dc.SetBrush(wxBrush(wxSystemSettings::GetColour(wxSYS_COLOUR_BTNTEXT)));
             dc.DrawPolygon(3, corners);
         });
     }
@@ -41,32 +43,33 @@ class Arrow : public wxWindow {
 frmSendOverNetworkProgress::frmSendOverNetworkProgress(std::function<void()> cancelled)
     : frmDialog(L"Notizen im Netzwerk versenden", L"ch4_network.html"), cancelled_(std::move(cancelled)) {
     // Placed by hand: the rows stand where the arrow points.
-    auto* area = new wxBoxSizer(wxVERTICAL);
-    area->Add(Pixels(kWidth), Pixels(kHeight));
-    SetContent(area, CreateButtons(L"", L"Ab&brechen"));
-    cmdCancel = cmdAbbrechen;
-
     Label1 = CreateLabel(L"Verbindung wird aufgebaut...", 1);
     Label3 = CreateLabel(L"Notizen werden versendet:", 2);
     Label5 = CreateLabel(L"Verbindung wird abgebaut...", 3);
-    const int right = GetClientSize().x - FromDIP(kDialogMargin);
-    const int gap = FromDIP(kDialogGap);
-    lblProtocol = new wxStaticText(this, wxID_ANY, wxString(), wxDefaultPosition,
-                                   {right - Label1->GetRect().GetRight() - gap, -1},
-                                   wxALIGN_RIGHT | wxST_NO_AUTORESIZE | wxST_ELLIPSIZE_END);
-    lblProtocol->SetPosition({right - lblProtocol->GetSize().x, Label1->GetPosition().y});
     // Wide enough for what it may say.
     lblProgress = new wxStaticText(this, wxID_ANY, L"000 von 000", wxDefaultPosition, wxDefaultSize,
                                    wxALIGN_RIGHT | wxST_NO_AUTORESIZE);
+    const int gap = FromDIP(kDialogGap), margin = FromDIP(kDialogMargin);
+    const int barLeft = Label3->GetRect().GetRight() + gap;
+    const int least = barLeft + Pixels(kLeastBar) + gap + lblProgress->GetSize().x;
+    const int right = margin + std::max(Pixels(kWidth), least - margin);
     lblProgress->SetPosition({right - lblProgress->GetSize().x, Label3->GetPosition().y});
     lblProgress->SetLabel(L"0 von 0");
-    const int barLeft = Label3->GetRect().GetRight() + gap;
+    const int protocolLeft = Label1->GetRect().GetRight() + gap;
+    lblProtocol =
+        new wxStaticText(this, wxID_ANY, wxString(), {protocolLeft, Label1->GetPosition().y},
+                         {right - protocolLeft, -1}, wxALIGN_RIGHT | wxST_NO_AUTORESIZE | wxST_ELLIPSIZE_END);
     prgNotes = new wxGauge(this, wxID_ANY, 1, wxDefaultPosition,
                            {lblProgress->GetPosition().x - gap - barLeft, Pixels(kArrowSize)},
                            wxGA_HORIZONTAL | wxGA_SMOOTH);
     prgNotes->SetPosition({barLeft, Label3->GetRect().y + (Label3->GetSize().y - prgNotes->GetSize().y) / 2});
+    JoinLabel(*Label3, *prgNotes);
     imgArrow = new Arrow(this, {Pixels(kArrowSize), Pixels(kArrowSize)});
     SetStep(0);
+    auto* area = new wxBoxSizer(wxVERTICAL);
+    area->Add(right - margin, Pixels(kHeight));
+    SetContent(area, CreateButtons(L"", L"Ab&brechen"));
+    cmdCancel = cmdAbbrechen;
 
     cmdCancel->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { Cancel(); });
     Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent& event) {
@@ -102,6 +105,8 @@ void frmSendOverNetworkProgress::Attach(std::shared_ptr<const clsOutgoing> sessi
 
 void frmSendOverNetworkProgress::SetStep(int step) {
     if (step < 0 || step > 3) return;
+    const wxStaticText* const steps[] = {nullptr, Label1, Label3, Label5};
+    NamePicture(*imgArrow, PictureRole::Image, steps[step] ? steps[step]->GetLabel() : wxString());
     imgArrow->SetPosition({Pixels(kLeft), Pixels((step - 1) * kRow + kFirstRow)});
 }
 

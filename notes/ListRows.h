@@ -4,7 +4,10 @@
 
 class wxListBox;
 
-// All rows get the same height, so none has to be measured; what does not fit into the width ends in dots.
+// What does not fit into the width of a row ends in dots.
+void EndInDots(wxListBox& list);
+
+// All rows get the same height, so none has to be measured.
 void MakeRowsAlike(wxListBox& list);
 
 // Selects or deselects every row of a list of which several can be selected. Sends an event when that changes

@@ -11,15 +11,22 @@ GtkTreeView* RowsOf(const wxListBox& list) {
 
 }  // namespace
 
+void EndInDots(wxListBox& list) {
+    GList* columns = gtk_tree_view_get_columns(RowsOf(list));
+    for (GList* column = columns; column; column = column->next) {
+        GList* cells = gtk_cell_layout_get_cells(GTK_CELL_LAYOUT(column->data));
+        for (GList* cell = cells; cell; cell = cell->next) {
+            if (GTK_IS_CELL_RENDERER_TEXT(cell->data))
+                g_object_set(cell->data, "ellipsize", PANGO_ELLIPSIZE_END, nullptr);
+        }
+        g_list_free(cells);
+    }
+    g_list_free(columns);
+}
+
 void MakeRowsAlike(wxListBox& list) {
     GtkTreeView* rows = RowsOf(list);
-    GtkTreeViewColumn* column = gtk_tree_view_get_column(rows, 0);
-    gtk_tree_view_column_set_sizing(column, GTK_TREE_VIEW_COLUMN_FIXED);
-    GList* cells = gtk_cell_layout_get_cells(GTK_CELL_LAYOUT(column));
-    for (GList* cell = cells; cell; cell = cell->next) {
-        g_object_set(cell->data, "ellipsize", PANGO_ELLIPSIZE_END, nullptr);
-    }
-    g_list_free(cells);
+    gtk_tree_view_column_set_sizing(gtk_tree_view_get_column(rows, 0), GTK_TREE_VIEW_COLUMN_FIXED);
     gtk_tree_view_set_fixed_height_mode(rows, TRUE);
 }
 

@@ -18,7 +18,7 @@ NoteChoice::NoteChoice(wxWindow* parent, Source source, const Options& options)
     : wxPanel(parent), source_(std::move(source)), options_(options) {
     auto* frame = new wxStaticBoxSizer(wxHORIZONTAL, this, options.caption);
     wxWindow* box = frame->GetStaticBox();
-    const wxSize size = FromDIP(wxSize(300, 150));
+    const wxSize size = RoomForText(*this, 40, 9);
     if (options.marking == CheckBoxes) {
         auto* list = new wxCheckListBox(box, wxID_ANY, wxDefaultPosition, size);
         list->Bind(wxEVT_CHECKLISTBOX, [this](wxCommandEvent&) { Changed(); });
@@ -32,6 +32,7 @@ NoteChoice::NoteChoice(wxWindow* parent, Source source, const Options& options)
             Changed();
         });
     }
+    EndInDots(*lstNotizen);
     const int gap = FromDIP(kDialogGap);
     frame->Add(lstNotizen, wxSizerFlags(1).Expand().Border(wxALL, gap));
 

@@ -2,11 +2,17 @@
 // Touches of the properties dialog that only the platform's own controls can give.
 
 class wxCheckBox;
+class wxColour;
+class wxRadioButton;
 class wxTextCtrl;
 
 // Shows the caption of a check box in the look that the box stands for.
 enum class CaptionLook { Underlined, Bold, Italic };
 void StyleCaption(wxCheckBox& box, CaptionLook look);
+
+// Paints an option button in a colour, its caption in another one that is readable on it. The circle stays
+// visible on either.
+void PaintButton(wxRadioButton& button, const wxColour& face, const wxColour& ink);
 
 // Keeps the text of a multi-line box a little away from the box's border.
 void PadText(wxTextCtrl& box, int pixels);

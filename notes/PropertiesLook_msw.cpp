@@ -1,4 +1,5 @@
 #include <wx/checkbox.h>
+#include <wx/radiobut.h>
 #include <wx/textctrl.h>
 
 #include "notes/PropertiesLook.h"
@@ -18,6 +19,11 @@ void StyleCaption(wxCheckBox& box, CaptionLook look) {
     }
     box.SetFont(font);
     box.InvalidateBestSize();
+}
+
+void PaintButton(wxRadioButton& button, const wxColour& face, const wxColour& ink) {
+    button.SetBackgroundColour(face);
+    button.SetForegroundColour(ink);
 }
 
 void PadText(wxTextCtrl& box, int pixels) { box.SetMargins(pixels); }

@@ -1,5 +1,6 @@
 #include <gtk/gtk.h>
 #include <wx/checkbox.h>
+#include <wx/radiobut.h>
 #include <wx/textctrl.h>
 
 #include "notes/PropertiesLook.h"
@@ -42,6 +43,18 @@ void StyleCaption(wxCheckBox& box, CaptionLook look) {
     gtk_label_set_attributes(GTK_LABEL(label), attributes);
     pango_attr_list_unref(attributes);
     box.InvalidateBestSize();
+}
+
+// Not by the toolkit's colours: they paint over the circle, too.
+void PaintButton(wxRadioButton& button, const wxColour& face, const wxColour& ink) {
+    const wxString style = L"radiobutton { background: " + face.GetAsString(wxC2S_HTML_SYNTAX) +
+                           L"; color: " + ink.GetAsString(wxC2S_HTML_SYNTAX) +
+                           L"; } radio { background: white; color: black; border-color: black; }";
+    GtkCssProvider* provider = gtk_css_provider_new();
+    gtk_css_provider_load_from_data(provider, style.utf8_str(), -1, nullptr);
+    gtk_style_context_add_provider(gtk_widget_get_style_context(button.GetHandle()),
+                                   GTK_STYLE_PROVIDER(provider), GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
+    g_object_unref(provider);
 }
 
 void PadText(wxTextCtrl& box, int pixels) {

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 
+#include "base/ControlNames.h"
 #include "base/basText.h"
 #include "notes/NoteColor.h"
 #include "notes/NotePaint.h"
@@ -44,7 +45,6 @@ frmProperties::frmProperties(const wxString& caption) : frmDialog(caption, L"ch2
     choices->Add(CreateSize(), group);
     content->Add(choices, wxSizerFlags().Expand());
     SetContent(content, CreateButtons(L"&OK", L"A&bbrechen"));
-    SetMinSize(GetSize());
 
     UpdateAlignment();
     UpdateLook();
@@ -56,9 +56,10 @@ wxSizer* frmProperties::CreateBoxes() {
     const long alignments[] = {wxTE_LEFT, wxTE_RIGHT, wxTE_CENTRE};
     auto* sizer = new wxBoxSizer(wxVERTICAL);
     for (int i = 0; i < 3; ++i) {
-        auto* box = new wxTextCtrl(this, wxID_ANY, wxString(), wxDefaultPosition, FromDIP(wxSize(320, 220)),
+        auto* box = new wxTextCtrl(this, wxID_ANY, wxString(), wxDefaultPosition, RoomForText(*this, 42, 13),
                                    wxTE_MULTILINE | alignments[i]);
         box->SetForegroundColour(*wxBLACK);
+        NameControl(*box, L"Text der Notiz");
         PadText(*box, FromDIP(kDialogGap));
         box->Bind(wxEVT_TEXT, [this, box](wxCommandEvent&) { OnText(box); });
         if (i != kAlignLeft) box->Hide();
@@ -92,8 +93,7 @@ wxSizer* frmProperties::CreateColors() {
         optFarbe[i] = new wxRadioButton(sizer->GetStaticBox(), wxID_ANY, kColorButtons[i].caption,
                                         wxDefaultPosition, wxDefaultSize, i == 0 ? wxRB_GROUP : 0);
         const wxColour face = ToColour(kColorButtons[i].face);
-        optFarbe[i]->SetBackgroundColour(face);
-        optFarbe[i]->SetForegroundColour(face.GetLuminance() > 0.2 ? *wxBLACK : *wxWHITE);
+        PaintButton(*optFarbe[i], face, face.GetLuminance() > 0.2 ? *wxBLACK : *wxWHITE);
         optFarbe[i]->Bind(wxEVT_RADIOBUTTON, [this](wxCommandEvent&) { UpdateLook(); });
         inner->Add(optFarbe[i], wxSizerFlags().Expand().Border(wxALL, FromDIP(2)));
     }

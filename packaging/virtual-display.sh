@@ -16,11 +16,11 @@ wait_for() {
 has_window_manager() { xprop -root _NET_SUPPORTING_WM_CHECK | grep -q 'window id'; }
 has_notification_area() { xwininfo -root -tree | grep -q '"trayer"'; }
 
-# Starts everything on a free display number and sets DISPLAY. stop_display ends it.
+# Starts everything on a free display number and sets DISPLAY: [WIDTHxHEIGHT]. stop_display ends it.
 start_display() {
     local number_file
     number_file=$(mktemp)
-    Xvfb -displayfd 3 -screen 0 1280x900x24 -nolisten tcp 3>"$number_file" >/dev/null 2>&1 &
+    Xvfb -displayfd 3 -screen 0 "${1:-1280x900}x24" -nolisten tcp 3>"$number_file" >/dev/null 2>&1 &
     display_pids+=($!)
     wait_for test -s "$number_file" || {
         echo "Xvfb does not start" >&2

@@ -8,6 +8,7 @@
 #include <wx/statbox.h>
 #include <wx/stattext.h>
 
+#include "base/ControlNames.h"
 #include "base/basMessage.h"
 #include "base/basWait.h"
 #include "notes/NoteChoice.h"
@@ -44,8 +45,7 @@ frmPrint::frmPrint(const NoteStore& store, PrintSystem& printing, const PrinterS
     content->Add(middle, wxSizerFlags().Expand());
     content->AddSpacer(gap);
     content->Add(CreatePrinter(), wxSizerFlags().Expand());
-    SetContent(content, CreateButtons(L"&OK", L"A&bbrechen"));
-    SetMinSize(GetSize());
+    SetContent(content, CreateButtons(L"OK", L"A&bbrechen"));
 
     fraNotes->OnChange = [this] { UpdateOK(); };
     UpdateOK();
@@ -68,6 +68,8 @@ wxSizer* frmPrint::CreateMargins() {
     add(L"&Oben:", txtOben, updwnOben, 20);
     add(L"&Unten:", txtUnten, updwnUnten, 20);
     frame->Add(fields, wxSizerFlags().Border(wxALL, gap));
+    // The toolkit leaves too little for the caption.
+    fields->SetMinSize({Frame6->GetTextExtent(L"Seitenränder in mm").x, -1});
     return frame;
 }
 
@@ -80,6 +82,7 @@ wxSizer* frmPrint::CreateFormatting() {
     optSchriftgradUser = new wxRadioButton(fraNoteFormatting, wxID_ANY, L"Schriftgrad");
     txtDateSize = updwnSchriftgradUser =
         CreateNumber(fraNoteFormatting, kSmallestFontSize, kLargestFontSize, kDefaultFontSize);
+    NameControl(*txtDateSize, L"Schriftgrad");
     chkFormatierung =
         new wxCheckBox(fraNoteFormatting, wxID_ANY, L"Notiz&formatierung beim Druck berücksichtigen");
     chkDatumZeit =

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 
+#include "base/ControlNames.h"
 #include "base/basWait.h"
 
 namespace {
@@ -29,6 +30,7 @@ frmPrintProgress::frmPrintProgress() : frmDialog(L"Drucken", L"ch3_print.html") 
     picProgress->Bind(wxEVT_PAINT, [this](wxPaintEvent&) { PaintBar(); });
     content->Add(picProgress, wxSizerFlags().Expand());
     SetContent(content, CreateButtons(wxString(), L"A&bbrechen"));
+    NamePicture(*picProgress, PictureRole::ProgressBar, L"0 % gedruckt");
     SetTag(L"waiting");
 }
 
@@ -36,15 +38,16 @@ void frmPrintProgress::PaintBar() {
     wxAutoBufferedPaintDC dc(picProgress);
     const wxSize size = picProgress->GetClientSize();
     dc.SetPen(wxPen(wxSystemSettings::GetColour(wxSYS_COLOUR_GRAYTEXT)));
-    dc.SetBrush(*wxWHITE_BRUSH);
+    dc.SetBrush(wxBrush(wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOW)));
     dc.DrawRectangle(0, 0, size.x, size.y);
     dc.SetPen(*wxTRANSPARENT_PEN);
-    dc.SetBrush(wxBrush(wxColour(0x2A, 0x62, 0xA8)));
+    dc.SetBrush(wxBrush(wxSystemSettings::GetColour(wxSYS_COLOUR_HIGHLIGHT)));
     dc.DrawRectangle(1, 1, (size.x - 2) * value_ / 100, size.y - 2);
 }
 
 void frmPrintProgress::Value(int percent) {
     value_ = std::clamp(percent, 0, 100);
+    NamePicture(*picProgress, PictureRole::ProgressBar, wxString::Format(L"%d %% gedruckt", value_));
     picProgress->Refresh();
     picProgress->Update();
     const auto now = std::chrono::steady_clock::now();

@@ -18,7 +18,7 @@ frmPrinterSetup::frmPrinterSetup(const PrinterList& printers, const PrinterSetti
 
     auto* printerFrame = new wxStaticBoxSizer(wxVERTICAL, this, L"&Drucker");
     lstDrucker = new wxListBox(printerFrame->GetStaticBox(), wxID_ANY, wxDefaultPosition,
-                               FromDIP(wxSize(320, 120)), 0, nullptr, wxLB_SINGLE);
+                               RoomForText(*this, 42, 7), 0, nullptr, wxLB_SINGLE);
     for (const std::wstring& name : printers.names) lstDrucker->Append(name);
     const auto chosen = std::find(printers.names.begin(), printers.names.end(), settings.printer);
     if (chosen != printers.names.end()) {

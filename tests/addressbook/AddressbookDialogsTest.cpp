@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 #include <wx/button.h>
 #include <wx/listbox.h>
-#include <wx/listctrl.h>
 #include <wx/textctrl.h>
 
 #include "addressbook/NameLookup.h"
@@ -54,22 +53,22 @@ clsAddressBookEntry Entry(const std::wstring& name, const std::wstring& ip, cons
     return entry;
 }
 
-Texts Rows(const wxListCtrl& list) {
+Texts Rows(const EntryList& list) {
     Texts rows;
-    for (long row = 0; row < list.GetItemCount(); ++row) {
-        std::wstring text = list.IsItemChecked(row) ? L"x" : L"";
-        for (int column = 1; column < 4; ++column)
-            text += L"|" + list.GetItemText(row, column).ToStdWstring();
+    for (int row = 0; row < list.Count(); ++row) {
+        std::wstring text = list.IsChecked(row) ? L"x" : L"";
+        for (int column = 1; column < 4; ++column) text += L"|" + list.Text(row, column);
         rows.push_back(text);
     }
     return rows;
 }
 
-void ClickColumn(wxListCtrl& list, int column) {
-    wxListEvent event(wxEVT_LIST_COL_CLICK, list.GetId());
-    event.SetEventObject(&list);
-    event.m_col = column;
-    list.ProcessWindowEvent(event);
+// What a user does with the list.
+void ClickColumn(EntryList& list, int column) { list.OnHeading(column); }
+
+void CheckRow(EntryList& list, int row) {
+    list.Check(row, true);
+    list.OnCheck();
 }
 
 class AddressbookDialogs : public testing::Test {
@@ -106,8 +105,8 @@ TEST_F(AddressbookDialogs, PickingReturnsTheCheckedRowsInTheirOrder) {
         EXPECT_EQ(Rows(*dialog.lvwEntries),
                   (Texts{L"|server|10.0.0.9|Keller", L"|Büro|10.0.0.10|b", L"|anna|10.0.0.2|A"}));
         EXPECT_FALSE(dialog.cmdBearbeiten->IsEnabled());
-        dialog.lvwEntries->CheckItem(0, true);
-        dialog.lvwEntries->CheckItem(2, true);
+        CheckRow(*dialog.lvwEntries, 0);
+        CheckRow(*dialog.lvwEntries, 2);
         EXPECT_TRUE(dialog.cmdBearbeiten->IsEnabled() && dialog.cmdLöschen->IsEnabled());
         ClickColumn(*dialog.lvwEntries, 1);
         EXPECT_EQ(Rows(*dialog.lvwEntries),
@@ -132,8 +131,8 @@ TEST_F(AddressbookDialogs, KeepingItHasNoOK) {
         EXPECT_EQ(dialog.CheckedEntries().size(), 3u);
         Press(dialog.cmdKeine);
         EXPECT_FALSE(dialog.cmdLöschen->IsEnabled());
-        dialog.lvwEntries->CheckItem(0, true);
-        dialog.lvwEntries->CheckItem(1, true);
+        CheckRow(*dialog.lvwEntries, 0);
+        CheckRow(*dialog.lvwEntries, 1);
         Press(dialog.cmdLöschen);
         EXPECT_EQ(Rows(*dialog.lvwEntries), Texts{L"|anna|10.0.0.2|A"});
         EXPECT_FALSE(dialog.cmdBearbeiten->IsEnabled() || dialog.cmdLöschen->IsEnabled());

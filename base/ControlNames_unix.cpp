@@ -1,0 +1,64 @@
+#include <gtk/gtk.h>
+#include <wx/window.h>
+
+#include "base/ControlNames.h"
+
+namespace {
+
+// The first widget at or below another one that passes; the toolkit wraps its controls in others.
+GtkWidget* FindWidget(GtkWidget* widget, bool (*passes)(GtkWidget*)) {
+    if (passes(widget)) return widget;
+    if (!GTK_IS_CONTAINER(widget)) return nullptr;
+    GtkWidget* found = nullptr;
+    GList* children = gtk_container_get_children(GTK_CONTAINER(widget));
+    for (GList* each = children; each && !found; each = each->next) {
+        found = FindWidget(GTK_WIDGET(each->data), passes);
+    }
+    g_list_free(children);
+    return found;
+}
+
+bool TakesFocus(GtkWidget* widget) {
+    return gtk_widget_get_can_focus(widget) && !GTK_IS_SCROLLED_WINDOW(widget);
+}
+
+// What readers and the focus mean by a control.
+GtkWidget* WidgetOf(wxWindow& control) {
+    GtkWidget* widget = FindWidget(control.GetHandle(), TakesFocus);
+    return widget ? widget : control.GetHandle();
+}
+
+GtkLabel* LabelOf(wxWindow& label) {
+    GtkWidget* widget = label.GetHandle();
+    if (GTK_IS_FRAME(widget)) widget = gtk_frame_get_label_widget(GTK_FRAME(widget));
+    widget =
+        widget ? FindWidget(widget, [](GtkWidget* each) -> bool { return GTK_IS_LABEL(each); }) : nullptr;
+    return widget ? GTK_LABEL(widget) : nullptr;
+}
+
+void KeepJoined(GtkLabel* label, GParamSpec*, GtkWidget* target) {
+    const GtkWidget* joined = gtk_label_get_mnemonic_widget(label);
+    if (joined && joined != target) gtk_label_set_mnemonic_widget(label, target);
+}
+
+}  // namespace
+
+void JoinLabel(wxWindow& label, wxWindow& control) {
+    GtkLabel* widget = LabelOf(label);
+    if (!widget) return;
+    GtkWidget* target = WidgetOf(control);
+    gtk_label_set_mnemonic_widget(widget, target);
+    // When idle the toolkit joins the caption of a frame with what stands behind the frame.
+    g_signal_connect_object(widget, "notify::mnemonic-widget", G_CALLBACK(KeepJoined), target,
+                            static_cast<GConnectFlags>(0));
+}
+
+void NameControl(wxWindow& control, const wxString& name) {
+    atk_object_set_name(gtk_widget_get_accessible(WidgetOf(control)), name.utf8_str());
+}
+
+void NamePicture(wxWindow& picture, PictureRole role, const wxString& name) {
+    AtkObject* object = gtk_widget_get_accessible(picture.GetHandle());
+    atk_object_set_role(object, role == PictureRole::Image ? ATK_ROLE_IMAGE : ATK_ROLE_PROGRESS_BAR);
+    atk_object_set_name(object, name.utf8_str());
+}

@@ -1,0 +1,90 @@
+#include "base/frmMessage.h"
+
+#include <wx/artprov.h>
+#include <wx/button.h>
+#include <wx/dcclient.h>
+#include <wx/statbmp.h>
+#include <wx/stattext.h>
+
+#include "base/ControlNames.h"
+#include "base/basMessage.h"
+
+namespace {
+
+// The text is that wide, whichever is more, but no wider than the screen.
+constexpr int kTextWidth = 440;  // device-independent pixels
+constexpr int kTextCharacters = 60;
+// More of one word, a path or an address, is left out in its middle: the box has to fit on the screen.
+constexpr std::size_t kLongestWord = 600;
+
+struct Kind {
+    const char* picture;
+    const wchar_t* name;
+};
+
+Kind KindOf(int flags) {
+    switch (flags & ~kYesNo) {
+        case kCritical:
+            return {wxART_ERROR, L"Fehler"};
+        case kExclamation:
+            return {wxART_WARNING, L"Warnung"};
+        default:
+            return {wxART_INFORMATION, L"Hinweis"};
+    }
+}
+
+// The word in pieces that are no wider than the width, broken behind a separator where there is one.
+std::wstring Broken(std::wstring word, int width, wxWindow& measuring) {
+    if (word.size() > kLongestWord) {
+        const std::size_t half = kLongestWord / 2;
+        word = word.substr(0, half) + L'…' + word.substr(word.size() - half);
+    }
+    wxClientDC dc(&measuring);
+    dc.SetFont(measuring.GetFont());
+    std::wstring pieces;
+    for (wxArrayInt ends; dc.GetPartialTextExtents(word, ends) && !ends.empty() && ends.back() > width;) {
+        std::size_t fitting = 1;
+        while (ends[fitting] <= width) ++fitting;
+        const std::size_t separator = word.find_last_of(L"/\\-_.,;:@", fitting - 1);
+        if (separator != std::wstring::npos && separator > fitting / 2) fitting = separator + 1;
+        pieces += word.substr(0, fitting) + L'\n';
+        word.erase(0, fitting);
+    }
+    return pieces + word;
+}
+
+// The text with the words broken that are wider than the width. Lines are left to the label.
+std::wstring WithBrokenWords(const std::wstring& text, int width, wxWindow& measuring) {
+    std::wstring broken;
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t end = std::min(text.find_first_of(L" \r\n", at), text.size());
+        broken += Broken(text.substr(at, end - at), width, measuring);
+        if (end < text.size() && text[end] != L'\r') broken += text[end];
+        at = end + 1;
+    }
+    return broken;
+}
+
+}  // namespace
+
+frmMessage::frmMessage(const std::wstring& text, int flags, const wxString& title) : frmDialog(title, L"") {
+    auto* content = new wxBoxSizer(wxHORIZONTAL);
+    const Kind kind = KindOf(flags);
+    auto* picture = new wxStaticBitmap(
+        this, wxID_ANY,
+        wxArtProvider::GetBitmapBundle(wxArtID::FromAscii(kind.picture),
+                                       wxArtClient::FromAscii(wxART_MESSAGE_BOX), FromDIP(wxSize(32, 32))));
+    NameControl(*picture, kind.name);
+    content->Add(picture, wxSizerFlags().Top());
+    content->AddSpacer(FromDIP(kDialogMargin));
+    auto* label = new wxStaticText(this, wxID_ANY, wxString());
+    const int width = std::min(std::max(FromDIP(kTextWidth), RoomForText(*this, kTextCharacters, 1).x),
+                               Area().width - 2 * picture->GetSize().x - 4 * FromDIP(kDialogMargin));
+    label->SetLabelText(WithBrokenWords(text, width, *label));
+    label->Wrap(width);
+    content->Add(label, wxSizerFlags(1).CentreVertical());
+    const bool question = flags & kYesNo;
+    SetContent(content, CreateButtons(question ? L"&Ja" : L"OK", question ? L"&Nein" : L""));
+    SetEscapeId(question ? wxID_CANCEL : wxID_OK);
+    cmdOK->SetFocus();
+}

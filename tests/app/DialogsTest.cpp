@@ -1,0 +1,361 @@
+// Every dialog of the program, checked for what all of them owe their users: keys that work, controls that
+// are named, texts that are not cut at any size of dialog and font.
+#include <gtest/gtest.h>
+#include <wx/button.h>
+#include <wx/checkbox.h>
+#include <wx/choice.h>
+#include <wx/display.h>
+#include <wx/gauge.h>
+#include <wx/listbox.h>
+#include <wx/listctrl.h>
+#include <wx/nativewin.h>
+#include <wx/panel.h>
+#include <wx/radiobut.h>
+#include <wx/spinctrl.h>
+#include <wx/statbmp.h>
+#include <wx/statbox.h>
+#include <wx/stattext.h>
+#include <wx/textctrl.h>
+
+#include <map>
+#include <set>
+
+#include "addressbook/frmAddressbook.h"
+#include "addressbook/frmAddressbookEntryEdit.h"
+#include "addressbook/frmAddressbookEntryNew.h"
+#include "app/frmInfo.h"
+#include "base/basMessage.h"
+#include "base/frmMessage.h"
+#include "exchange/frmExport.h"
+#include "exchange/frmImport.h"
+#include "mail/frmSendAsEMail.h"
+#include "net/frmSendOverNetwork.h"
+#include "net/frmSendOverNetworkProgress.h"
+#include "notes/frmProperties.h"
+#include "print/frmPrint.h"
+#include "print/frmPrintProgress.h"
+#include "registry/clsRegistry.h"
+#include "tests/notes/NoteRecorder.h"
+#include "tests/support/Controls.h"
+#include "tests/support/Events.h"
+
+namespace {
+
+class NoPrinting : public PrintSystem {
+  public:
+    PrinterList Printers() override { return {}; }
+    bool SetUp(PrinterSettings&) override { return false; }
+    Started Start(const PrinterSettings&, const std::wstring&) override { return {}; }
+};
+
+// Keys that are there twice because the captions are fixed: the toolkit leads to one after the other.
+const std::map<std::string, std::wstring> kSharedKeys = {
+    {"address book", L"a"},  // "Be&arbeiten...", "&Alle"
+    {"address book, picking", L"a"},
+    {"e-mail", L"t"},  // "Be&treff:", "Ak&tualisieren"
+};
+
+// Enter is not to stop what is under way.
+const std::set<std::string> kWithoutDefault = {"sending", "printing"};
+
+template <class... Kinds>
+bool IsOneOf(const wxWindow* window) {
+    return (dynamic_cast<const Kinds*>(window) || ...);
+}
+
+bool HoldsControls(const wxWindow* window) {
+    return IsOneOf<wxDialog, wxPanel, wxStaticBox>(window) && !window->GetChildren().empty();
+}
+
+// All visible windows of the dialog in tab order, what is inside of a control left out.
+void Collect(wxWindow* parent, std::vector<wxWindow*>& all) {
+    for (wxWindow* child : parent->GetChildren()) {
+        if (child->IsTopLevel() || !child->IsShown()) continue;
+        all.push_back(child);
+        if (HoldsControls(child)) Collect(child, all);
+    }
+}
+
+std::vector<wxWindow*> ControlsOf(wxWindow* dialog) {
+    std::vector<wxWindow*> all;
+    Collect(dialog, all);
+    return all;
+}
+
+wchar_t KeyOf(const wxWindow* window) {
+    if (!IsOneOf<wxButton, wxCheckBox, wxRadioButton, wxStaticText, wxStaticBox>(window)) return 0;
+    const std::wstring label = window->GetLabel().ToStdWstring();
+    for (std::size_t i = 0; i + 1 < label.size(); ++i) {
+        if (label[i] != L'&') continue;
+        if (label[i + 1] != L'&') return static_cast<wchar_t>(wxTolower(label[i + 1]));
+        ++i;
+    }
+    return 0;
+}
+
+// How a failure calls a window.
+std::string Called(const wxWindow* window) {
+    const std::string label = window->GetLabel().utf8_string();
+    return std::string(wxString(window->GetClassInfo()->GetClassName()).utf8_str()) + " \"" + label + "\"";
+}
+
+std::string Text(const wxSize& size) { return std::to_string(size.x) + "x" + std::to_string(size.y); }
+
+std::string Text(const wxRect& rect) {
+    return std::to_string(rect.x) + "," + std::to_string(rect.y) + " " + std::to_string(rect.width) + "x" +
+           std::to_string(rect.height);
+}
+
+// Where a window stands on the screen. A frame says something else of itself than its parent does.
+wxRect PlaceOf(const wxWindow* window) {
+    if (window->IsTopLevel()) return {window->ClientToScreen(wxPoint()), window->GetClientSize()};
+    return {window->GetParent()->ClientToScreen(window->GetPosition()), window->GetSize()};
+}
+
+bool IsCut(wxWindow* window) {
+    if (window->HasFlag(wxST_ELLIPSIZE_END) && IsOneOf<wxStaticText>(window)) return false;
+    window->InvalidateBestSize();
+    const wxSize size = window->GetSize();
+    if (IsOneOf<wxStaticBox>(window))
+        return size.x < window->GetTextExtent(wxControl::RemoveMnemonics(window->GetLabel())).x;
+    const wxSize best = window->GetBestSize();
+    if (IsOneOf<wxButton, wxCheckBox, wxRadioButton, wxStaticText, wxChoice, wxSpinCtrl>(window))
+        return size.x < best.x || size.y < best.y;
+    if (const auto* text = dynamic_cast<wxTextCtrl*>(window); text && !text->IsMultiLine())
+        return size.y < window->GetCharHeight() + 4;
+    if (IsOneOf<wxTextCtrl, wxListBox, wxListCtrl, wxNativeWindow>(window))
+        return size.y < 3 * window->GetParent()->GetCharHeight();
+    return false;
+}
+
+void ExpectEverythingInItsPlace(frmDialog& dialog) {
+    const std::vector<wxWindow*> all = ControlsOf(&dialog);
+    for (wxWindow* window : all) {
+        wxWindow* parent = window->GetParent();
+        const wxRect place = PlaceOf(window), room = PlaceOf(parent);
+        EXPECT_TRUE(room.Contains(place)) << Called(window) << " " << Text(place) << " in " << Text(room);
+        EXPECT_FALSE(IsCut(window)) << Called(window) << " " << Text(place) << ", best "
+                                    << Text(window->GetBestSize());
+        for (const wxWindow* other : all) {
+            if (other == window) break;
+            if (other->GetParent() == parent) {
+                EXPECT_FALSE(place.Intersects(PlaceOf(other)))
+                    << Called(window) << " " << Text(place) << ", " << Called(other) << " "
+                    << Text(PlaceOf(other));
+            }
+        }
+    }
+    // All dialogs keep the same distance to their border, but for one whose arrow stands at places of its
+    // own.
+    if (dynamic_cast<frmSendOverNetworkProgress*>(&dialog)) return;
+    const int margin = dialog.FromDIP(kDialogMargin);
+    wxRect used;
+    for (const wxWindow* window : all) {
+        if (window->GetParent() == &dialog) used.Union(window->GetRect());
+    }
+    const wxSize client = dialog.GetClientSize();
+    EXPECT_EQ(used.y, margin);
+    EXPECT_EQ(client.y - used.GetBottom() - 1, margin);
+    EXPECT_EQ(client.x - used.GetRight() - 1, margin);
+}
+
+class Dialogs : public testing::Test {
+  protected:
+    Dialogs() {
+        Registry().DeleteKey(kSettingsKey);
+        for (const wchar_t* text : {L"Käse, Brot und zwei Flaschen Wein", L"Tante anrufen"}) {
+            NotePtr note = store.CreateNote();
+            note->Text(text);
+            store.AdoptNote(std::move(note));
+        }
+        for (const wchar_t* name : {L"Büro", L"Flur"}) {
+            clsAddressBookEntry entry;
+            entry.PCName(name);
+            entry.IP(L"10.0.0.1");
+            AddAddressBookEntry(entry);
+        }
+        const std::wstring path = L"/home/jemand/" + std::wstring(400, L'x') + L"/datei.kvr";
+        all = DialogsOfPlatform();
+        const std::vector<NamedDialog> common = {
+            {"address book", [] { return new frmAddressbook(false); }},
+            {"address book, picking", [] { return new frmAddressbook(true); }},
+            {"new entry", [] { return new frmAddressbookEntryNew; }},
+            {"edited entries", [] { return new frmAddressbookEntryEdit; }},
+            {"export", [this] { return new frmExport(store); }},
+            {"import", [] { return new frmImport; }},
+            {"e-mail", [this] { return new frmSendAsEMail(store); }},
+            {"network", [this] { return new frmSendOverNetwork(store); }},
+            {"sending",
+             [this] {
+                 auto* dialog = new frmSendOverNetworkProgress([this] { cancelled = true; });
+                 dialog->SetStep(1);
+                 return dialog;
+             }},
+            {"note", [] { return new frmProperties(L"Neue Notiz"); }},
+            {"print",
+             [this] {
+                 return new frmPrint(store, printing, {L"Drucker im Büro", {}});
+             }},
+            {"printing", [] { return new frmPrintProgress; }},
+            {"info", [] { return new frmInfo; }},
+            {"message", [] { return new frmMessage(L"Zeile\r\nZeile", kInformation, L"Titel"); }},
+            {"question",
+             [path] {
+                 return new frmMessage(L"Die Datei " + path + L" existiert bereits.\r\nÜberschreiben?",
+                                       kExclamation | kYesNo, L"Datei existiert bereits");
+             }},
+        };
+        all.insert(all.end(), common.begin(), common.end());
+    }
+    ~Dialogs() override {
+        store.UnloadAllNotes();
+        while (!AddressBook().empty()) RemoveAddressBookEntry(AddressBook().back().PCName());
+        Registry().DeleteKey(kSettingsKey);
+        RunEvents();
+    }
+
+    // Does something with each dialog on the screen.
+    void ForEach(const std::function<void(const std::string& name, frmDialog&)>& act) {
+        for (const NamedDialog& each : all) {
+            SCOPED_TRACE(each.name);
+            frmDialog* dialog = each.make();
+            dialog->Show();
+            EXPECT_TRUE(RunUntil([&] { return dialog->IsShownOnScreen(); }));
+            RunEvents();
+            act(each.name, *dialog);
+            dialog->Destroy();
+            RunEvents(std::chrono::milliseconds(1));
+        }
+    }
+
+    void ExpectRoomAtEverySize() {
+        ForEach([](const std::string&, frmDialog& dialog) {
+            const wxSize first = dialog.GetSize();
+            const auto check = [&](const char* name, const wxSize& wanted) {
+                SCOPED_TRACE(name);
+                dialog.SetSize(wanted);
+                RunUntil([&] { return dialog.GetSize() == wanted; });
+                dialog.Layout();
+                RunEvents();
+                ExpectEverythingInItsPlace(dialog);
+            };
+            check("at first", first);
+            if (!dialog.HasFlag(wxRESIZE_BORDER)) return;
+            const wxSize least = dialog.GetMinSize();
+            EXPECT_LE(least.x, first.x);
+            EXPECT_LE(least.y, first.y);
+            check("smallest", least);
+            check("grown", first + wxSize(200, 150));
+        });
+    }
+
+    NoteRecorder recorder;
+    NoteStore store{recorder};
+    NoPrinting printing;
+    std::vector<NamedDialog> all;
+    bool cancelled = false;
+};
+
+TEST_F(Dialogs, KeysAreUniqueAndLeadToTheControlBehindThem) {
+    ForEach([](const std::string& name, frmDialog& dialog) {
+        const std::vector<wxWindow*> controls = ControlsOf(&dialog);
+        std::map<wchar_t, wxWindow*> keys;
+        std::wstring shared;
+        for (std::size_t i = 0; i < controls.size(); ++i) {
+            wxWindow* label = controls[i];
+            const wchar_t key = KeyOf(label);
+            if (!key) continue;
+            if (!keys.emplace(key, label).second) shared += key;
+            if (!IsOneOf<wxStaticText, wxStaticBox>(label)) continue;
+            std::size_t next = i + 1;
+            while (next < controls.size() && (!controls[next]->IsFocusable() ||
+                                              IsOneOf<wxStaticText, wxStaticBox, wxPanel>(controls[next])))
+                ++next;
+            ASSERT_LT(next, controls.size()) << Called(label);
+            // A button is not gone to but pressed.
+            bool pressed = false;
+            const auto press = [&pressed](wxCommandEvent&) { pressed = true; };
+            if (IsOneOf<wxButton>(controls[next])) controls[next]->Bind(wxEVT_BUTTON, press);
+            EXPECT_TRUE(KeyMovesTo(dialog, key, *controls[next]) || RunUntil([&] { return pressed; }))
+                << Called(label);
+        }
+        const auto allowed = kSharedKeys.find(name);
+        EXPECT_EQ(shared, allowed == kSharedKeys.end() ? std::wstring() : allowed->second);
+    });
+}
+
+TEST_F(Dialogs, EnterConfirmsAndEscCancels) {
+    ForEach([this](const std::string& name, frmDialog& dialog) {
+        wxWindow* button = nullptr;
+        for (const int id : {wxID_OK, wxID_CANCEL}) {
+            wxWindow* found = dialog.FindWindow(id);
+            if (!button && found && found->IsShown()) button = found;
+        }
+        ASSERT_TRUE(button);
+        EXPECT_NE(IsDefaultOf(dialog, *button), kWithoutDefault.count(name) == 1);
+        cancelled = false;
+        wxKeyEvent escape(wxEVT_CHAR_HOOK);
+        escape.m_keyCode = WXK_ESCAPE;
+        dialog.ProcessWindowEvent(escape);
+        EXPECT_TRUE(cancelled || dialog.Tag() == L"cancel");
+    });
+}
+
+TEST_F(Dialogs, ReadersKnowEveryControl) {
+    const std::set<std::string> empty = {"", "unknown", "invalid", "filler", "panel", "drawing area"};
+    ForEach([&](const std::string&, frmDialog& dialog) {
+        for (wxWindow* window : ControlsOf(&dialog)) {
+            if (HoldsControls(window)) continue;
+            // A label that is empty for now has nothing to say.
+            if (IsOneOf<wxStaticText>(window) && window->GetLabel().empty()) continue;
+            // A picture without a name is an ornament.
+            if (IsOneOf<wxStaticBitmap>(window)) continue;
+            EXPECT_EQ(empty.count(SpokenRole(*window)), 0u) << Called(window) << ": " << SpokenRole(*window);
+            EXPECT_NE(SpokenName(*window), "") << Called(window);
+        }
+    });
+}
+
+TEST_F(Dialogs, NothingIsCut) { ExpectRoomAtEverySize(); }
+
+TEST_F(Dialogs, NothingIsCutInALargeFont) {
+    const LargeFont font(18);
+    ExpectRoomAtEverySize();
+}
+
+TEST_F(Dialogs, TheSizeIsKeptForTheNextOfItsKind) {
+    for (const NamedDialog& each : all) {
+        SCOPED_TRACE(each.name);
+        wxSize sizes[2];
+        const auto run = [&](wxSize& size, const wxSize& growth) {
+            frmDialog* dialog = each.make();
+            if (!dialog->HasFlag(wxRESIZE_BORDER)) return dialog->Destroy();
+            wxTheApp->CallAfter([&, dialog] {
+                RunUntil([&] { return dialog->IsShownOnScreen(); });
+                RunEvents();
+                dialog->SetClientSize(dialog->GetClientSize() + growth);
+                RunEvents();
+                size = dialog->GetClientSize();
+                dialog->Close();
+            });
+            dialog->frmDialog::ShowModal();
+            return dialog->Destroy();
+        };
+        run(sizes[0], wxSize(40, 30));
+        run(sizes[1], wxSize());
+        EXPECT_EQ(sizes[0], sizes[1]) << Text(sizes[0]) << ", " << Text(sizes[1]);
+    }
+}
+
+TEST_F(Dialogs, ALongWordDoesNotWidenAMessage) {
+    for (const std::size_t length : {std::size_t{100}, std::size_t{4095}}) {
+        auto* box =
+            new frmMessage(L"Die Datei /" + std::wstring(length, L'W') + L".kvr fehlt.", kCritical, L"");
+        EXPECT_LE(box->GetSize().x, 60 * box->GetCharWidth() + 250);
+        const wxSize screen = wxDisplay(0u).GetClientArea().GetSize();
+        EXPECT_LT(box->GetSize().y, screen.y);
+        box->Destroy();
+    }
+}
+
+}  // namespace

@@ -1,0 +1,37 @@
+#pragma once
+// What people who see little or use no mouse get of a dialog, asked of the platform.
+
+#include <wx/dialog.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "base/frmDialog.h"
+
+// What a screen reader says: the control's name, or the label that it is told belongs to it.
+std::string SpokenName(wxWindow& control);
+// The kind of control that it announces, "unknown" when it knows none.
+std::string SpokenRole(wxWindow& control);
+
+// Whether Alt and this key, pressed in the dialog, move the focus to the control.
+bool KeyMovesTo(wxDialog& dialog, wchar_t key, wxWindow& control);
+
+// Whether Enter in the dialog means this button.
+bool IsDefaultOf(wxDialog& dialog, wxWindow& button);
+
+// The system's font for controls becomes this large while the object lives.
+class LargeFont {
+  public:
+    explicit LargeFont(int points);
+    ~LargeFont();
+    LargeFont(const LargeFont&) = delete;
+    LargeFont& operator=(const LargeFont&) = delete;
+};
+
+// A dialog that exists on one platform only.
+struct NamedDialog {
+    std::string name;
+    std::function<frmDialog*()> make;
+};
+std::vector<NamedDialog> DialogsOfPlatform();

@@ -1,0 +1,76 @@
+#include <gtk/gtk.h>
+
+#include "print/frmPrinterSetup_unix.h"
+#include "tests/support/Controls.h"
+
+namespace {
+
+// The widget of a control that has the focus when the control has it, or speaks for it.
+GtkWidget* InnerWidget(GtkWidget* widget) {
+    if (gtk_widget_get_can_focus(widget) && !GTK_IS_SCROLLED_WINDOW(widget)) return widget;
+    if (!GTK_IS_CONTAINER(widget)) return nullptr;
+    GtkWidget* found = nullptr;
+    GList* children = gtk_container_get_children(GTK_CONTAINER(widget));
+    for (GList* each = children; each && !found; each = each->next) {
+        found = InnerWidget(GTK_WIDGET(each->data));
+    }
+    g_list_free(children);
+    return found;
+}
+
+AtkObject* Accessible(wxWindow& control) {
+    GtkWidget* inner = InnerWidget(control.GetHandle());
+    return gtk_widget_get_accessible(inner ? inner : control.GetHandle());
+}
+
+}  // namespace
+
+std::string SpokenName(wxWindow& control) {
+    AtkObject* object = Accessible(control);
+    if (const char* name = atk_object_get_name(object); name && *name) return name;
+    std::string spoken;
+    AtkRelationSet* relations = atk_object_ref_relation_set(object);
+    if (AtkRelation* relation = atk_relation_set_get_relation_by_type(relations, ATK_RELATION_LABELLED_BY)) {
+        GPtrArray* labels = atk_relation_get_target(relation);
+        for (unsigned i = 0; i < labels->len; ++i) {
+            const char* name = atk_object_get_name(ATK_OBJECT(labels->pdata[i]));
+            if (!spoken.empty()) spoken += ' ';
+            spoken += name ? name : "";
+        }
+    }
+    g_object_unref(relations);
+    return spoken;
+}
+
+std::string SpokenRole(wxWindow& control) {
+    return atk_role_get_name(atk_object_get_role(Accessible(control)));
+}
+
+bool KeyMovesTo(wxDialog& dialog, wchar_t key, wxWindow& control) {
+    auto* window = GTK_WINDOW(dialog.GetHandle());
+    gtk_window_set_focus(window, nullptr);
+    if (!gtk_window_mnemonic_activate(window, gdk_unicode_to_keyval(static_cast<guint32>(key)),
+                                      GDK_MOD1_MASK))
+        return false;
+    GtkWidget* focused = gtk_window_get_focus(window);
+    return focused &&
+           (focused == control.GetHandle() || gtk_widget_is_ancestor(focused, control.GetHandle()));
+}
+
+bool IsDefaultOf(wxDialog& dialog, wxWindow& button) {
+    return gtk_window_get_default_widget(GTK_WINDOW(dialog.GetHandle())) == button.GetHandle();
+}
+
+LargeFont::LargeFont(int points) {
+    const std::string font = "Sans " + std::to_string(points);
+    g_object_set(gtk_settings_get_default(), "gtk-font-name", font.c_str(), nullptr);
+}
+
+LargeFont::~LargeFont() { gtk_settings_reset_property(gtk_settings_get_default(), "gtk-font-name"); }
+
+std::vector<NamedDialog> DialogsOfPlatform() {
+    return {{"printer set-up", [] {
+                 return new frmPrinterSetup(
+                     {{L"Büro", L"Flur"}, L"Büro", L"Der Druckdienst antwortet nicht."}, {L"Büro", {}});
+             }}};
+}
