@@ -1,6 +1,7 @@
 #include <gtk/gtk.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <optional>
 #include <utility>
 
@@ -115,10 +116,35 @@ class UnixTrayItem : public TrayItem, private HostedIcon {
 
     void Apply() {
         const int size = gtk_status_icon_get_size(status_);
-        const wxBitmap bitmap = icon_.BitmapFor(size > 0 ? size : kUsualSize);
-        gtk_status_icon_set_from_pixbuf(status_, bitmap.IsOk() ? bitmap.GetPixbuf() : nullptr);
+        SetPicture(size > 0 ? size : kUsualSize);
         gtk_status_icon_set_tooltip_text(status_,
                                          icon_.toolTip.empty() ? nullptr : ToUtf8(icon_.toolTip).c_str());
+    }
+
+    // size: edge in units of the toolkit, which are several pixels on a screen of high resolution.
+    void SetPicture(int size) {
+        const int scale = gdk_monitor_get_scale_factor(gdk_display_get_monitor(gdk_display_get_default(), 0));
+        if (scale > 1 && icon_.picture.IsOk()) return SetFinePicture(size, scale);
+        const wxBitmap bitmap = icon_.BitmapFor(size);
+        gtk_status_icon_set_from_pixbuf(status_, bitmap.IsOk() ? bitmap.GetPixbuf() : nullptr);
+    }
+
+    // A plain picture would be drawn with its pixels enlarged. One that stands for an icon is not, but is
+    // brought to the nearest size that the toolkit has for icons, which may not be the one that the host
+    // gives: what goes beyond is left empty.
+    void SetFinePicture(int size, int scale) {
+        int nearest = 16;
+        for (const int usual : {24, 32, 48})
+            if (std::abs(usual - size) <= std::abs(nearest - size)) nearest = usual;
+        const int edge = nearest * scale;
+        const wxBitmap bitmap = icon_.BitmapFor(std::min(size * scale, edge));
+        const int width = bitmap.GetWidth(), height = bitmap.GetHeight();
+        GdkPixbuf* picture = gdk_pixbuf_new(GDK_COLORSPACE_RGB, TRUE, 8, edge, edge);
+        gdk_pixbuf_fill(picture, 0);
+        gdk_pixbuf_composite(bitmap.GetPixbuf(), picture, (edge - width) / 2, (edge - height) / 2, width,
+                             height, (edge - width) / 2, (edge - height) / 2, 1, 1, GDK_INTERP_NEAREST, 255);
+        gtk_status_icon_set_from_gicon(status_, G_ICON(picture));
+        g_object_unref(picture);
     }
 
     // At most one of the two.
