@@ -31,6 +31,29 @@ bool EmbeddingHostExists() {
     return XGetSelectionOwner(gdk_x11_display_get_xdisplay(display), selection) != None;
 }
 
+// Where the window stands that is not inside another one and holds this one.
+std::optional<GdkRectangle> RectangleOnScreen(Window window) {
+    GdkDisplay* display = gdk_display_get_default();
+    Display* server = gdk_x11_display_get_xdisplay(display);
+    Window root = None, parent = window;
+    gdk_x11_display_error_trap_push(display);
+    bool found = true;
+    while (found && parent != root) {
+        window = parent;
+        Window* children = nullptr;
+        unsigned count = 0;
+        found = XQueryTree(server, window, &root, &parent, &children, &count) != 0;
+        if (children) XFree(children);
+    }
+    int x = 0, y = 0;
+    unsigned width = 0, height = 0, border = 0, depth = 0;
+    found = found && XGetGeometry(server, window, &root, &x, &y, &width, &height, &border, &depth) != 0;
+    if (gdk_x11_display_error_trap_pop(display) != 0 || !found) return std::nullopt;
+    const int scale = gdk_monitor_get_scale_factor(gdk_display_get_monitor(display, 0));
+    return GdkRectangle{x / scale, y / scale, static_cast<int>(width) / scale,
+                        static_cast<int>(height) / scale};
+}
+
 }  // namespace
 
 TrayArea& TrayArea::Get() {
@@ -39,6 +62,7 @@ TrayArea& TrayArea::Get() {
 }
 
 TrayArea::TrayArea() : watcher_([this] { OnBusHostChanged(); }) {
+    TrayStrip::Get().KeepFree = [this] { return HostRectangle(); };
     GdkDisplay* display = gdk_display_get_default();
     if (!GDK_IS_X11_DISPLAY(display)) return;
     // GTK watches the owner of every selection that somebody has made a clipboard object for.
@@ -83,6 +107,7 @@ void TrayArea::EmbeddingChanged(const HostedIcon& hosted) {
     if (hosted.Embedded()) {
         progress_ = true;
         TrayStrip::Get().Remove(hosted.Icon());
+        TrayStrip::Get().PlaceAgain();  // the host's window has grown
         NoLongerAwaited(hosted);
     } else {
         Await(hosted);
@@ -120,6 +145,16 @@ void TrayArea::StartAnew() {
         if (host_ == TrayHost::Absent) TrayStrip::Get().Show(hosted->Icon());
     }
     if (HasHost()) OfferLater();
+}
+
+// Most hosts reserve their edge of the screen, but not all do, and none should be covered by the strip.
+std::optional<GdkRectangle> TrayArea::HostRectangle() const {
+    if (host_ != TrayHost::Embedding) return std::nullopt;
+    for (const auto& [number, hosted] : icons_) {
+        if (!hosted->Embedded() || !hosted->Window()) continue;
+        return RectangleOnScreen(hosted->Window());
+    }
+    return std::nullopt;
 }
 
 void TrayArea::OfferLater() {

@@ -3,9 +3,10 @@
 // or without one to the host that owns the tray selection and embeds windows, a few at a time so that a
 // thousand of them stall nothing; what no host takes stands in the strip. Hosts may come and go at any time.
 
-#include <glib.h>
+#include <gdk/gdk.h>
 
 #include <map>
+#include <optional>
 
 #include "tray/StatusNotifierWatcher_unix.h"
 #include "tray/TrayIcon_unix.h"
@@ -22,8 +23,9 @@ class HostedIcon {
   public:
     virtual void OfferToHost(TrayHost host) = 0;
     virtual void TakeBack() = 0;
-    virtual void RenewMenu() = 0;       // where the host has it
-    virtual bool Embedded() const = 0;  // the host has taken it
+    virtual void RenewMenu() = 0;              // where the host has it
+    virtual bool Embedded() const = 0;         // the host has taken it
+    virtual unsigned long Window() const = 0;  // inside the host's window, 0 when there is none
     const TrayIcon& Icon() const { return icon_; }
 
   protected:
@@ -54,6 +56,7 @@ class TrayArea {
     void OnBusHostChanged();
     void OnEmbeddingHostChanged();
     void StartAnew();
+    std::optional<GdkRectangle> HostRectangle() const;
     void OfferLater();
     bool OfferSome();
     void Await(const HostedIcon& hosted);

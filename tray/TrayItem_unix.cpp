@@ -121,6 +121,8 @@ class UnixTrayItem : public TrayItem, private HostedIcon {
                                          icon_.toolTip.empty() ? nullptr : ToUtf8(icon_.toolTip).c_str());
     }
 
+    unsigned long Window() const override { return status_ ? gtk_status_icon_get_x11_window_id(status_) : 0; }
+
     // size: edge in units of the toolkit, which are several pixels on a screen of high resolution.
     void SetPicture(int size) {
         const int scale = gdk_monitor_get_scale_factor(gdk_display_get_monitor(gdk_display_get_default(), 0));

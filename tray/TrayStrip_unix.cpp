@@ -32,6 +32,10 @@ void TrayStrip::Remove(const TrayIcon& icon) {
     if (icons_.erase(icon.number)) UpdateLater();
 }
 
+void TrayStrip::PlaceAgain() {
+    if (!icons_.empty()) UpdateLater();
+}
+
 void TrayStrip::UpdateLater() {
     if (update_) return;
     update_ = g_idle_add_full(
@@ -128,8 +132,17 @@ void TrayStrip::Place() {
     gdk_monitor_get_workarea(CornerMonitor(window_), &room);
     layout_ = LayoutStrip(static_cast<int>(cells_.size()), room.width, room.height);
     gtk_widget_set_size_request(window_, layout_.Width(), layout_.Height());
-    gtk_window_move(GTK_WINDOW(window_), room.x + room.width - layout_.Width(),
-                    room.y + room.height - layout_.Height());
+    GdkRectangle place = {room.x + room.width - layout_.Width(), room.y + room.height - layout_.Height(),
+                          layout_.Width(), layout_.Height()};
+    const std::optional<GdkRectangle> taken = KeepFree ? KeepFree() : std::nullopt;
+    if (taken && gdk_rectangle_intersect(&place, &*taken, nullptr)) {
+        const GdkRectangle above = {place.x, taken->y - place.height, place.width, place.height};
+        const GdkRectangle beside = {taken->x - place.width, place.y, place.width, place.height};
+        const bool lies = taken->width >= taken->height;
+        if (lies && above.y >= room.y) place = above;
+        if (!lies && beside.x >= room.x) place = beside;
+    }
+    gtk_window_move(GTK_WINDOW(window_), place.x, place.y);
 }
 
 const TrayIcon* TrayStrip::IconAt(double x, double y) const {

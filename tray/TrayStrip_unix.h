@@ -4,7 +4,9 @@
 
 #include <gtk/gtk.h>
 
+#include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,6 +23,10 @@ class TrayStrip {
     // Picture or tip of an icon have changed; nothing happens when the strip does not show it.
     void Changed(const TrayIcon& icon);
     void Remove(const TrayIcon& icon);
+    // A place that the strip should leave free, if there is one; asked whenever the strip is placed.
+    std::function<std::optional<GdkRectangle>()> KeepFree;
+    // To be called when that place is another.
+    void PlaceAgain();
 
   private:
     TrayStrip() = default;

@@ -78,8 +78,9 @@ inline wxPoint InStrip(int index) {
 
 class TrayProcess {
   public:
-    TrayProcess() {
-        const char* arguments[] = {"trayer",      "--edge",  "top",      "--align", "right",
+    // edge: of the screen; trayer covers it without reserving it.
+    explicit TrayProcess(const char* edge = "top") {
+        const char* arguments[] = {"trayer",      "--edge",  edge,       "--align", "right",
                                    "--widthtype", "request", "--height", "26",      nullptr};
         if (posix_spawnp(&pid_, "trayer", nullptr, nullptr, const_cast<char**>(arguments), environ) != 0)
             pid_ = 0;

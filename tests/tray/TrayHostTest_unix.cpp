@@ -192,6 +192,26 @@ TEST_F(TrayHost, AHostThatTakesNothingLeavesTheIconsToTheStrip) {
     EXPECT_EQ(Reported(InStrip(0), [](wxUIActionSimulator& p) { p.MouseClick(); }), L"Adown1 Aup1 ");
 }
 
+TEST_F(TrayHost, TheStripDoesNotCoverATrayThatReservesNoRoom) {
+    for (const char* edge : {"bottom", "right"}) {
+        SCOPED_TRACE(edge);
+        TrayProcess tray(edge);
+        if (!tray.Started()) GTEST_SKIP() << "trayer is not installed";
+        ASSERT_TRUE(RunUntil(HostExists));
+        RunEvents(milliseconds(200));
+        for (int i = 0; i < 34; ++i) AddIcon(L"N" + std::to_wstring(i));
+        ASSERT_TRUE(RunUntil([] { return Embedded().size() == 32 && Strip(); }));
+        const auto covers = [] {
+            for (GtkWindow* icon : Embedded())
+                if (ScreenRect(icon).Intersects(ScreenRect(Strip()))) return true;
+            return false;
+        };
+        EXPECT_TRUE(RunUntil([&] { return !covers(); }));
+        icons_.clear();
+        ASSERT_TRUE(RunUntil([] { return !Strip() && Embedded().empty(); }));
+    }
+}
+
 TEST_F(TrayHost, WhatAHostHasNoRoomForStandsInTheStrip) {
     TrayProcess tray;
     if (!tray.Started()) GTEST_SKIP() << "trayer is not installed";
