@@ -4,7 +4,9 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <memory>
 #include <sstream>
+#include <utility>
 
 namespace {
 
@@ -46,6 +48,26 @@ void ConnectToSessionBus(GCancellable* cancellable, GAsyncReadyCallback callback
                                                 G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
     g_dbus_connection_new_for_address(SessionBusAddress().c_str(), flags, nullptr, cancellable, callback,
                                       data);
+}
+
+void CallOnBus(GDBusConnection* connection, const BusMethod& method, GVariant* parameters,
+               GCancellable* cancellable, std::function<void(GVariant* answer)> then) {
+    constexpr int answerMilliseconds = 10000;
+    using Then = std::function<void(GVariant*)>;
+    g_dbus_connection_call(
+        connection, method.name, method.path, method.interface, method.method, parameters,
+        method.answerType ? G_VARIANT_TYPE(method.answerType) : nullptr, G_DBUS_CALL_FLAGS_NO_AUTO_START,
+        answerMilliseconds, cancellable,
+        [](GObject* source, GAsyncResult* result, void* data) {
+            const std::unique_ptr<Then> then(static_cast<Then*>(data));
+            GError* error = nullptr;
+            GVariant* answer = g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, &error);
+            const bool cancelled = g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CANCELLED);
+            g_clear_error(&error);
+            if (!cancelled) (*then)(answer);
+            if (answer) g_variant_unref(answer);
+        },
+        new Then(std::move(then)));
 }
 
 void Disconnect(GDBusConnection*& connection) {

@@ -16,7 +16,6 @@ namespace {
 constexpr char kInterface[] = "org.kde.StatusNotifierItem";
 constexpr char kObjectPath[] = "/StatusNotifierItem";  // where hosts look for it behind its name
 constexpr char kNoMenuPath[] = "/NO_DBUSMENU";
-constexpr int kAnswerMilliseconds = 10000;
 
 constexpr char kIntrospection[] = R"(<node><interface name='org.kde.StatusNotifierItem'>
     <property name='Category' type='s' access='read'/>
@@ -142,46 +141,22 @@ void StatusNotifierItem::OnConnected(GDBusConnection* connection) {
 
     // A bus may forbid names, as in a sandbox; then the name that the connection has anyway is announced.
     const std::string name = FreshName();
-    g_object_set_data_full(G_OBJECT(connection_), "name", g_strdup(name.c_str()), g_free);
     constexpr guint32 doNotQueue = 4, primaryOwner = 1;
-    g_dbus_connection_call(
-        connection_, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "RequestName",
-        g_variant_new("(su)", name.c_str(), doNotQueue), G_VARIANT_TYPE("(u)"), G_DBUS_CALL_FLAGS_NONE,
-        kAnswerMilliseconds, cancel_,
-        [](GObject* source, GAsyncResult* result, void* self) {
-            auto* bus = G_DBUS_CONNECTION(source);
-            GError* error = nullptr;
-            GVariant* answer = g_dbus_connection_call_finish(bus, result, &error);
-            const bool cancelled = g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CANCELLED);
-            g_clear_error(&error);
-            guint32 got = 0;
-            if (answer) g_variant_get(answer, "(u)", &got);
-            if (answer) g_variant_unref(answer);
-            if (cancelled) return;
-            const bool owned = got == primaryOwner;
-            static_cast<StatusNotifierItem*>(self)->Announce(
-                owned ? static_cast<const char*>(g_object_get_data(source, "name"))
-                      : g_dbus_connection_get_unique_name(bus));
-        },
-        this);
+    CallOnBus(connection_,
+              {"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "RequestName", "(u)"},
+              g_variant_new("(su)", name.c_str(), doNotQueue), cancel_, [this, name](GVariant* answer) {
+                  guint32 got = 0;
+                  if (answer) g_variant_get(answer, "(u)", &got);
+                  Announce(got == primaryOwner ? name : g_dbus_connection_get_unique_name(connection_));
+              });
 }
 
-void StatusNotifierItem::Announce(const char* name) {
-    g_dbus_connection_call(
-        connection_, kWatcherName, kWatcherPath, kWatcherName, "RegisterStatusNotifierItem",
-        g_variant_new("(s)", name), nullptr, G_DBUS_CALL_FLAGS_NO_AUTO_START, kAnswerMilliseconds, cancel_,
-        [](GObject* source, GAsyncResult* result, void* self) {
-            GError* error = nullptr;
-            GVariant* answer = g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, &error);
-            const bool cancelled = g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CANCELLED);
-            g_clear_error(&error);
-            if (answer) g_variant_unref(answer);
-            if (cancelled) return;
-            auto& item = *static_cast<StatusNotifierItem*>(self);
-            if (!answer) item.GiveUp();  // lest it appear later, beside the one that stands in for it
-            item.SetRegistered(answer != nullptr);
-        },
-        this);
+void StatusNotifierItem::Announce(const std::string& name) {
+    CallOnBus(connection_, {kWatcherName, kWatcherPath, kWatcherName, "RegisterStatusNotifierItem", nullptr},
+              g_variant_new("(s)", name.c_str()), cancel_, [this](GVariant* answer) {
+                  if (!answer) GiveUp();  // lest it appear later, beside the one that stands in for it
+                  SetRegistered(answer != nullptr);
+              });
 }
 
 void StatusNotifierItem::GiveUp() {

@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 
 #include "tray/DBusMenu_unix.h"
 #include "tray/TrayIcon_unix.h"
@@ -31,7 +32,7 @@ class StatusNotifierItem {
 
   private:
     void OnConnected(GDBusConnection* connection);
-    void Announce(const char* name);
+    void Announce(const std::string& name);
     void GiveUp();
     void SetRegistered(bool registered);
     void OnCall(const char* method);

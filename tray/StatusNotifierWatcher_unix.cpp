@@ -8,7 +8,6 @@ namespace {
 
 // How long icons are held back at the start for a bus that does not answer.
 constexpr guint kPatienceMilliseconds = 1000;
-constexpr int kAnswerMilliseconds = 10000;
 constexpr char kHostProperty[] = "IsStatusNotifierHostRegistered";
 
 }  // namespace
@@ -105,27 +104,18 @@ void StatusNotifierWatcher::AskForHost() {
         g_object_unref(question_);
     }
     question_ = g_cancellable_new();
-    g_dbus_connection_call(
-        connection_, kWatcherName, kWatcherPath, "org.freedesktop.DBus.Properties", "Get",
-        g_variant_new("(ss)", kWatcherName, kHostProperty), G_VARIANT_TYPE("(v)"),
-        G_DBUS_CALL_FLAGS_NO_AUTO_START, kAnswerMilliseconds, question_,
-        [](GObject* connection, GAsyncResult* result, void* self) {
-            GError* error = nullptr;
-            GVariant* answer = g_dbus_connection_call_finish(G_DBUS_CONNECTION(connection), result, &error);
-            const bool overtaken = g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CANCELLED);
-            g_clear_error(&error);
-            if (overtaken) return;
-            bool exists = false;
-            if (answer) {
-                GVariant* value = nullptr;
-                g_variant_get(answer, "(v)", &value);
-                exists = g_variant_is_of_type(value, G_VARIANT_TYPE_BOOLEAN) && g_variant_get_boolean(value);
-                g_variant_unref(value);
-                g_variant_unref(answer);
-            }
-            static_cast<StatusNotifierWatcher*>(self)->SetState(exists ? Host::Exists : Host::Absent);
-        },
-        this);
+    CallOnBus(connection_, {kWatcherName, kWatcherPath, "org.freedesktop.DBus.Properties", "Get", "(v)"},
+              g_variant_new("(ss)", kWatcherName, kHostProperty), question_, [this](GVariant* answer) {
+                  bool exists = false;
+                  if (answer) {
+                      GVariant* value = nullptr;
+                      g_variant_get(answer, "(v)", &value);
+                      exists =
+                          g_variant_is_of_type(value, G_VARIANT_TYPE_BOOLEAN) && g_variant_get_boolean(value);
+                      g_variant_unref(value);
+                  }
+                  SetState(exists ? Host::Exists : Host::Absent);
+              });
 }
 
 void StatusNotifierWatcher::ForgetWatcher() {
