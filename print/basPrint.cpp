@@ -52,8 +52,9 @@ std::wstring TitleOf(const Order& order) {
 }
 
 // Asks the user. `chosen`, the printer of this run, is one of the list's.
-std::optional<Order> AskForOrder(NoteStore& store, PrintSystem& system, PrinterSettings& chosen) {
-    auto* dialog = new frmPrint(store, system, chosen);
+std::optional<Order> AskForOrder(NoteStore& store, PrintSystem& system, PrinterSettings& chosen,
+                                 const std::wstring& hint) {
+    auto* dialog = new frmPrint(store, system, chosen, hint);
     openDialog = dialog;
     const bool confirmed = dialog->ShowModal() == 1;
     openDialog = nullptr;
@@ -138,7 +139,7 @@ bool PrintNotes(NoteStore& store, PrintSystem& system) {
         chosen.printer = printers.standard;
     }
     const Printing once;
-    const std::optional<Order> order = AskForOrder(store, system, chosen);
+    const std::optional<Order> order = AskForOrder(store, system, chosen, printers.hint);
     if (order && !IsQuitting()) Print(*order, system);
     return true;
 }

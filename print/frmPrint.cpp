@@ -26,7 +26,8 @@ wxSpinCtrl* CreateNumber(wxWindow* parent, int smallest, int largest, int value)
 
 }  // namespace
 
-frmPrint::frmPrint(const NoteStore& store, PrintSystem& printing, const PrinterSettings& settings)
+frmPrint::frmPrint(const NoteStore& store, PrintSystem& printing, const PrinterSettings& settings,
+                   const std::wstring& hint)
     : frmDialog(L"Drucken", L"ch3_print.html", true), printing_(printing), settings_(settings) {
     const int gap = FromDIP(kDialogGap);
     fraNotes = new NoteChoice(this, NoteChoice::NotesOf(store), {.caption = L"Notizauswahl"});
@@ -44,7 +45,7 @@ frmPrint::frmPrint(const NoteStore& store, PrintSystem& printing, const PrinterS
     middle->Add(CreateFormatting(), wxSizerFlags(1).Expand());
     content->Add(middle, wxSizerFlags().Expand());
     content->AddSpacer(gap);
-    content->Add(CreatePrinter(), wxSizerFlags().Expand());
+    content->Add(CreatePrinter(hint), wxSizerFlags().Expand());
     SetContent(content, CreateButtons(L"OK", L"A&bbrechen"));
 
     fraNotes->OnChange = [this] { UpdateOK(); };
@@ -105,8 +106,8 @@ wxSizer* frmPrint::CreateFormatting() {
     return frame;
 }
 
-wxSizer* frmPrint::CreatePrinter() {
-    auto* frame = new wxStaticBoxSizer(wxHORIZONTAL, this, L"&Drucker");
+wxSizer* frmPrint::CreatePrinter(const std::wstring& hint) {
+    auto* frame = new wxStaticBoxSizer(wxVERTICAL, this, L"&Drucker");
     Frame1 = frame->GetStaticBox();
     const int gap = FromDIP(kDialogGap);
     lblDrucker = new wxStaticText(Frame1, wxID_ANY, wxString(), wxDefaultPosition, wxDefaultSize,
@@ -114,8 +115,14 @@ wxSizer* frmPrint::CreatePrinter() {
     lblDrucker->SetLabelText(settings_.printer);
     cmdEinstellung = new wxButton(Frame1, wxID_ANY, L"&Einstellung...");
     cmdEinstellung->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { SetUpPrinter(); });
-    frame->Add(lblDrucker, wxSizerFlags(1).CentreVertical().Border(wxALL, gap));
-    frame->Add(cmdEinstellung, wxSizerFlags().Border(wxTOP | wxRIGHT | wxBOTTOM, gap));
+    auto* row = new wxBoxSizer(wxHORIZONTAL);
+    row->Add(lblDrucker, wxSizerFlags(1).CentreVertical().Border(wxALL, gap));
+    row->Add(cmdEinstellung, wxSizerFlags().Border(wxTOP | wxRIGHT | wxBOTTOM, gap));
+    frame->Add(row, wxSizerFlags().Expand());
+    if (!hint.empty()) {
+        frame->Add(new wxStaticText(Frame1, wxID_ANY, hint),
+                   wxSizerFlags().Border(wxLEFT | wxRIGHT | wxBOTTOM, gap));
+    }
     return frame;
 }
 

@@ -2,6 +2,7 @@
 // The dialog that asks which notes to print, on which printer and how. Its caller reads the answers.
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "base/frmDialog.h"
@@ -19,8 +20,10 @@ class wxStaticText;
 
 class frmPrint : public frmDialog {
   public:
-    // Both have to outlive the dialog. settings: the current printer and its paper.
-    frmPrint(const NoteStore& store, PrintSystem& printing, const PrinterSettings& settings);
+    // Both have to outlive the dialog. settings: the current printer and its paper; hint: what is to be known
+    // of the choice of printers.
+    frmPrint(const NoteStore& store, PrintSystem& printing, const PrinterSettings& settings,
+             const std::wstring& hint);
 
     std::vector<std::int32_t> NoteKeys() const;  // in list order
     PrintRules Rules() const;
@@ -52,7 +55,7 @@ class frmPrint : public frmDialog {
   private:
     wxSizer* CreateMargins();
     wxSizer* CreateFormatting();
-    wxSizer* CreatePrinter();
+    wxSizer* CreatePrinter(const std::wstring& hint);
     void SetUpPrinter();
     void UpdateFormatting();
     void UpdateOK();

@@ -194,7 +194,8 @@ class Dialogs : public testing::Test {
             {"note", [] { return new frmProperties(L"Neue Notiz"); }},
             {"print",
              [this] {
-                 return new frmPrint(store, printing, {L"Drucker im Büro", {}});
+                 return new frmPrint(store, printing, {L"Drucker im Büro", {}},
+                                     L"Es ist kein Drucker installiert.");
              }},
             {"printing", [] { return new frmPrintProgress; }},
             {"info", [] { return new frmInfo; }},
