@@ -31,12 +31,13 @@ class EntryTree : public EntryList {
         }
         g_signal_connect(tree_, "row-activated", G_CALLBACK(OnActivated), this);
 
+        g_signal_connect(tree_, "key-press-event", G_CALLBACK(OnKey), this);
+
         GtkWidget* scrolled = gtk_scrolled_window_new(nullptr, nullptr);
         gtk_scrolled_window_set_shadow_type(GTK_SCROLLED_WINDOW(scrolled), GTK_SHADOW_IN);
         gtk_container_add(GTK_CONTAINER(scrolled), GTK_WIDGET(tree_));
         gtk_widget_show_all(scrolled);
-        window_ = new TreeWindow(GTK_WIDGET(tree_));
-        window_->Create(parent, wxID_ANY, scrolled);
+        window_ = new TreeWindow(parent, wxID_ANY, scrolled);
         int total = 0;
         for (int column = 0; column <= static_cast<int>(headings.size()); ++column)
             total += std::max(gtk_tree_view_column_get_fixed_width(Column(column)), parent->FromDIP(30));
@@ -84,15 +85,11 @@ class EntryTree : public EntryList {
     }
 
   private:
-    // The toolkit gets the keys and the focus of the list inside of what scrolls it.
+    // A stop of the Tab key.
     class TreeWindow : public wxNativeWindow {
       public:
-        explicit TreeWindow(GtkWidget* tree) : tree_(tree) {}
-        GtkWidget* GetConnectWidget() override { return tree_; }
+        using wxNativeWindow::wxNativeWindow;
         bool AcceptsFocus() const override { return true; }
-
-      private:
-        GtkWidget* tree_;
     };
 
     void AddColumn(const std::string& heading, GtkCellRenderer* cell, const char* attribute, int index,
@@ -123,6 +120,25 @@ class EntryTree : public EntryList {
     }
     static void OnToggled(GtkCellRendererToggle*, char* path, EntryTree* list) {
         list->Toggle(std::atoi(path));
+    }
+    // The toolkit does not see the keys of a widget that is not its own, but the dialog has a use for some.
+    static gboolean OnKey(GtkWidget*, GdkEventKey* key, EntryTree* list) {
+        const struct {
+            unsigned pressed;
+            int code;
+        } keys[] = {{GDK_KEY_Escape, WXK_ESCAPE},
+                    {GDK_KEY_F1, WXK_F1},
+                    {GDK_KEY_Return, WXK_RETURN},
+                    {GDK_KEY_KP_Enter, WXK_NUMPAD_ENTER}};
+        for (const auto& each : keys) {
+            if (each.pressed != key->keyval) continue;
+            wxKeyEvent event(wxEVT_CHAR_HOOK);
+            event.m_keyCode = each.code;
+            event.SetControlDown(key->state & GDK_CONTROL_MASK);
+            event.SetEventObject(list->window_);
+            return wxGetTopLevelParent(list->window_)->ProcessWindowEvent(event);
+        }
+        return FALSE;
     }
     // A double click or the space bar says which row is meant.
     static void OnActivated(GtkTreeView*, GtkTreePath* path, GtkTreeViewColumn*, EntryTree* list) {

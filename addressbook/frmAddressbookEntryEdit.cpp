@@ -58,7 +58,7 @@ void frmAddressbookEntryEdit::OnLeave(wxTextCtrl* box) {
 void frmAddressbookEntryEdit::OnSelect() {
     const int chosen = lstEdit->GetSelection();
     if (chosen == row_) return;
-    if (checking_ || !TakeOver()) {
+    if (checking_ || !TakeOverAll()) {
         if (!IsQuitting()) lstEdit->SetSelection(row_);
         return;
     }
@@ -69,7 +69,7 @@ void frmAddressbookEntryEdit::OnSelect() {
 void frmAddressbookEntryEdit::OnClose() {
     // While an address is looked up, closing gives that up.
     if (checking_) TakeOverComment();
-    if (checking_ || TakeOver()) SetTag(L"cancel");
+    if (checking_ || TakeOverAll()) SetTag(L"cancel");
 }
 
 void frmAddressbookEntryEdit::Fill() {
@@ -78,6 +78,10 @@ void frmAddressbookEntryEdit::Fill() {
     const clsAddressBookEntry* entry = GetAddressBookEntry(name_);
     fields_->Entry(entry ? *entry : clsAddressBookEntry());
 }
+
+// Takes over everything before the boxes go away. What was typed while the address was looked up differs from
+// the entry only afterwards.
+bool frmAddressbookEntryEdit::TakeOverAll() { return TakeOver() && TakeOver(); }
 
 // Takes over what differs from the entry. False when something was refused; its box has the focus then.
 bool frmAddressbookEntryEdit::TakeOver() {

@@ -29,6 +29,7 @@ class frmAddressbookEntryEdit : public frmDialog {
     void OnSelect();
     void OnClose();
     void Fill();
+    bool TakeOverAll();
     bool TakeOver();
     void TakeOverComment();
     bool TakeOverAddress();

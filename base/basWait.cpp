@@ -43,6 +43,8 @@ WaitEnd WaitUntil(const std::function<bool()>& condition, std::chrono::milliseco
         waits.push_back({&loop, &condition});
         loop.Run();
         waits.pop_back();
+        // What the wait around this one waits for may have come to hold meanwhile.
+        WakeWaits();
     }
 }
 

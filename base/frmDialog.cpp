@@ -55,14 +55,14 @@ void FitHeight(wxWindow& control) {
     box->InvalidateBestSize();  // with those of the panels around it
 }
 
-bool IsList(const wxWindow& control) {
-    return dynamic_cast<const wxListBox*>(&control) || dynamic_cast<const wxListCtrl*>(&control) ||
-           dynamic_cast<const wxNativeWindow*>(&control);
+bool IsList(const wxObject* control) {
+    return dynamic_cast<const wxListBox*>(control) || dynamic_cast<const wxListCtrl*>(control) ||
+           dynamic_cast<const wxNativeWindow*>(control);
 }
 
 void LetShrink(wxWindow& control) {
     const auto* text = dynamic_cast<const wxTextCtrl*>(&control);
-    if (!IsList(control) && !(text && text->IsMultiLine())) return;
+    if (!IsList(&control) && !(text && text->IsMultiLine())) return;
     control.SetMinSize(RoomForText(control, kLeastCharacters, kLeastLines));
     control.InvalidateBestSize();
 }
@@ -159,7 +159,7 @@ void frmDialog::OnKey(wxKeyEvent& event) {
     } else if (event.GetKeyCode() == WXK_RETURN && event.ControlDown() && cmdOK && cmdOK->IsShown()) {
         // Enter alone belongs to multi-line boxes.
         if (cmdOK->IsEnabled()) Confirm();
-    } else if (IsEnter(event) && FindFocus() && IsList(*FindFocus())) {
+    } else if (IsEnter(event) && IsList(event.GetEventObject())) {
         // Lists would keep it for themselves.
         PressDefault();
     } else if (event.GetKeyCode() == WXK_ESCAPE) {

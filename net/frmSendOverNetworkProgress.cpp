@@ -26,6 +26,8 @@ constexpr int kUpdateMilliseconds = 200;
 class Arrow : public wxWindow {
   public:
     Arrow(wxWindow* parent, const wxSize& size) : wxWindow(parent, wxID_ANY, wxDefaultPosition, size) {
+        SetCanFocus(false);
+        DisableFocusFromKeyboard();
         Bind(wxEVT_PAINT, [this](wxPaintEvent&) {
             wxPaintDC dc(this);
             const wxSize area = GetClientSize();
@@ -35,7 +37,6 @@ class Arrow : public wxWindow {
             dc.DrawPolygon(3, corners);
         });
     }
-    bool AcceptsFocus() const override { return false; }
 };
 
 }  // namespace

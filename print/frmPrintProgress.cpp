@@ -2,7 +2,6 @@
 
 #include <wx/button.h>
 #include <wx/dcbuffer.h>
-#include <wx/panel.h>
 #include <wx/settings.h>
 #include <wx/stattext.h>
 
@@ -25,7 +24,9 @@ frmPrintProgress::frmPrintProgress() : frmDialog(L"Drucken", L"ch3_print.html") 
     auto* content = new wxBoxSizer(wxVERTICAL);
     content->Add(new wxStaticText(this, wxID_ANY, L"Die Notizen werden gedruckt..."));
     content->AddSpacer(FromDIP(kDialogGap));
-    picProgress = new wxPanel(this, wxID_ANY, wxDefaultPosition, FromDIP(wxSize(300, 20)));
+    picProgress = new wxWindow(this, wxID_ANY, wxDefaultPosition, FromDIP(wxSize(300, 20)));
+    picProgress->SetCanFocus(false);
+    picProgress->DisableFocusFromKeyboard();
     picProgress->SetBackgroundStyle(wxBG_STYLE_PAINT);
     picProgress->Bind(wxEVT_PAINT, [this](wxPaintEvent&) { PaintBar(); });
     content->Add(picProgress, wxSizerFlags().Expand());

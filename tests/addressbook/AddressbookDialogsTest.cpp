@@ -71,6 +71,13 @@ void CheckRow(EntryList& list, int row) {
     list.OnCheck();
 }
 
+void Select(wxListBox& list, int row) {
+    list.SetSelection(row);
+    wxCommandEvent event(wxEVT_LISTBOX, list.GetId());
+    event.SetEventObject(&list);
+    list.ProcessWindowEvent(event);
+}
+
 class AddressbookDialogs : public testing::Test {
   protected:
     AddressbookDialogs() {
@@ -178,12 +185,7 @@ TEST_F(AddressbookDialogs, EditingTakesOverWhatIsLeft) {
         RunEvents();
         EXPECT_EQ(dialog->txtPCName->GetValue(), L"server");
         EXPECT_EQ(dialog->txtIP->GetValue(), L"10.0.0.9");
-        const auto select = [&](int row) {
-            dialog->lstEdit->SetSelection(row);
-            wxCommandEvent event(wxEVT_LISTBOX, dialog->lstEdit->GetId());
-            event.SetEventObject(dialog->lstEdit);
-            dialog->lstEdit->ProcessWindowEvent(event);
-        };
+        const auto select = [&](int row) { Select(*dialog->lstEdit, row); };
         dialog->txtComment->SetValue(L"Dach");
         select(1);
         EXPECT_EQ(dialog->txtPCName->GetValue(), L"Büro");
@@ -212,6 +214,47 @@ TEST_F(AddressbookDialogs, EditingTakesOverWhatIsLeft) {
     dialog->Destroy();
     EXPECT_EQ(Book(),
               (Texts{L"server|10.0.0.9|Dach", L"anna|gibt-es-nicht.invalid|A", L"Zimmer|127.0.0.1|b"}));
+}
+
+TEST_F(AddressbookDialogs, WhatIsTypedWhileAnAddressIsLookedUpIsKept) {
+    const struct {
+        const char* name;
+        bool closing, impatient;
+        const wchar_t* expected;
+    } rows[] = {
+        {"another entry is chosen", false, false, L"neu|gibt-es-nicht.invalid|inzwischen"},
+        {"the dialog is closed", true, false, L"neu|gibt-es-nicht.invalid|inzwischen"},
+        // That gives the look-up up, and with it the address and the name.
+        {"it is closed once more", true, true, L"server|10.0.0.9|inzwischen"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        auto* dialog = new frmAddressbookEntryEdit;
+        // The question that ends the look-up comes at a time of our own.
+        SetMessageObserver([&](const std::wstring&, int, const std::wstring&) {
+            EXPECT_FALSE(dialog->txtIP->IsEditable());
+            EXPECT_TRUE(dialog->txtPCName->IsEnabled() && dialog->txtPCName->IsEditable());
+            dialog->txtPCName->SetValue(L"neu");
+            dialog->txtComment->SetValue(L"inzwischen");
+            if (row.impatient) {
+                wxTheApp->CallAfter([&] { Press(dialog->cmdSchliessen); });
+                WaitUntil([&] { return dialog->Tag() != L"waiting"; });
+            }
+            return MessageAnswer::Yes;
+        });
+        wxTheApp->CallAfter([&] {
+            RunEvents();
+            dialog->txtIP->SetValue(kNowhere);
+            if (!row.closing) Select(*dialog->lstEdit, 1);
+            Press(dialog->cmdSchliessen);
+        });
+        dialog->ShowModal({*GetAddressBookEntry(L"server"), *GetAddressBookEntry(L"anna")});
+        dialog->Destroy();
+        const Texts book = Book();
+        EXPECT_EQ(std::count(book.begin(), book.end(), row.expected), 1);
+        for (const wchar_t* name : {L"neu", L"server"}) RemoveAddressBookEntry(name);
+        AddAddressBookEntry(Entry(L"server", L"10.0.0.9", L"Keller"));
+    }
 }
 
 TEST_F(AddressbookDialogs, NothingIsLongerThanTheRegistryGivesBack) {

@@ -302,6 +302,40 @@ TEST_F(Dialogs, EnterConfirmsAndEscCancels) {
     });
 }
 
+TEST_F(Dialogs, EnterInAListPressesTheDefaultButton) {
+    ForEach([](const std::string&, frmDialog& dialog) {
+        for (wxWindow* window : ControlsOf(&dialog)) {
+            if (!IsOneOf<wxListBox, wxListCtrl, wxNativeWindow>(window) || !window->IsEnabled()) continue;
+            wxWindow* button = dialog.GetDefaultItem();
+            ASSERT_TRUE(button);
+            button->Enable();
+            int pressed = 0;
+            button->Bind(wxEVT_BUTTON, [&](wxCommandEvent&) { ++pressed; });
+            PressEnter(*window);
+            EXPECT_TRUE(RunUntil([&] { return pressed == 1; })) << Called(window);
+        }
+    });
+}
+
+TEST_F(Dialogs, TheTabKeyComesToEveryControlInOrder) {
+    ForEach([](const std::string&, frmDialog& dialog) {
+        const std::vector<wxWindow*> controls = ControlsOf(&dialog);
+        std::vector<std::string> expected, stops;
+        for (wxWindow* window : controls) {
+            if (IsOneOf<wxStaticText, wxStaticBox, wxStaticBitmap, wxGauge>(window) || HoldsControls(window))
+                continue;
+            // Of several options the chosen one is a stop; the arrow keys lead to the others.
+            const auto* option = dynamic_cast<const wxRadioButton*>(window);
+            if (!window->IsEnabled() || !window->AcceptsFocusFromKeyboard() ||
+                (option && !option->GetValue()))
+                continue;
+            expected.push_back(Called(window));
+        }
+        for (const wxWindow* stop : TabStops(dialog, controls)) stops.push_back(stop ? Called(stop) : "?");
+        EXPECT_EQ(stops, expected);
+    });
+}
+
 TEST_F(Dialogs, ReadersKnowEveryControl) {
     const std::set<std::string> empty = {"", "unknown", "invalid", "filler", "panel", "drawing area"};
     ForEach([&](const std::string&, frmDialog& dialog) {

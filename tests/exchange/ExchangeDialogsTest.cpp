@@ -24,21 +24,12 @@
 #include "registry/clsRegistry.h"
 #include "tests/exchange/SampleNotes.h"
 #include "tests/notes/NoteRecorder.h"
+#include "tests/support/Dialogs.h"
 #include "tests/support/Events.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-
-template <class Dialog>
-Dialog* Shown() {
-    for (wxWindow* window : wxTopLevelWindows) {
-        auto* dialog = dynamic_cast<Dialog*>(window);
-        // One that has just been closed may still be on its way from the screen.
-        if (dialog && dialog->IsShown() && dialog->Tag() == L"waiting") return dialog;
-    }
-    return nullptr;
-}
 
 GtkWindow* FileChooser() {
     GtkWindow* found = nullptr;
@@ -48,12 +39,6 @@ GtkWindow* FileChooser() {
     }
     g_list_free(windows);
     return found;
-}
-
-void Press(wxWindow* button) {
-    wxCommandEvent event(wxEVT_BUTTON, button->GetId());
-    event.SetEventObject(button);
-    button->ProcessWindowEvent(event);
 }
 
 // What a click on a row of the list does: this row alone is selected.
@@ -129,30 +114,20 @@ class ExchangeTest : public testing::Test {
     }
     std::wstring Name(const char* name) const { return FileName(folder / name); }
 
-    // Does something with the dialog as soon as it is on the screen.
+    // Runs the command and does something with its dialog.
     template <class Dialog>
-    void WhenOpen(std::function<void(Dialog&)> act) {
-        struct Visit {
-            ExchangeTest& test;
-            std::function<void(Dialog&)> act;
-        };
-        const auto look = [](gpointer data) -> gboolean {
-            Dialog* dialog = Shown<Dialog>();
-            if (!dialog) return G_SOURCE_CONTINUE;
-            const std::unique_ptr<Visit> visit(static_cast<Visit*>(data));
-            ++visit->test.opened;
-            visit->act(*dialog);
-            return G_SOURCE_REMOVE;
-        };
-        g_timeout_add(10, look, new Visit{*this, std::move(act)});
+    void Run(const std::function<void(Dialog&)>& act, const std::function<void()>& command) {
+        const WhenShown<Dialog> user([&](Dialog& dialog) {
+            ++opened;
+            act(dialog);
+        });
+        command();
     }
-    void Export(std::function<void(frmExport&)> act) {
-        WhenOpen<frmExport>(std::move(act));
-        ExportNotes(store);
+    void Export(const std::function<void(frmExport&)>& act) {
+        Run<frmExport>(act, [this] { ExportNotes(store); });
     }
-    void Import(std::function<void(frmImport&)> act) {
-        WhenOpen<frmImport>(std::move(act));
-        ImportNotes(store);
+    void Import(const std::function<void(frmImport&)>& act) {
+        Run<frmImport>(act, [this] { ImportNotes(store); });
     }
 
     const fs::path folder = fs::temp_directory_path() / "kivora austausch ü test";
@@ -533,7 +508,7 @@ TEST_F(ExchangeTest, QuittingEndsAnOpenFileDialog) {
     Import([&](frmImport& dialog) {
         WithFileChooser(dialog.cmdDurchsuchen, [](GtkWindow*) { EndAllWaits(); });
     });
-    EXPECT_FALSE(Shown<frmImport>());
+    EXPECT_FALSE(OpenDialog<frmImport>());
     ResetWaits();
     EXPECT_EQ(opened, 1);
 }
@@ -567,8 +542,8 @@ TEST_F(ExchangeTest, EachDialogExistsOnce) {
         Press(dialog.cmdAbbrechen);
     });
     EXPECT_EQ(opened, 2);
-    EXPECT_FALSE(Shown<frmExport>());
-    EXPECT_FALSE(Shown<frmImport>());
+    EXPECT_FALSE(OpenDialog<frmExport>());
+    EXPECT_FALSE(OpenDialog<frmImport>());
 }
 
 }  // namespace

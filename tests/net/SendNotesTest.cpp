@@ -12,6 +12,7 @@
 #include "net/frmSendOverNetworkProgress.h"
 #include "notes/NoteChoice.h"
 #include "tests/net/NetworkTest.h"
+#include "tests/support/Dialogs.h"
 
 namespace {
 
@@ -22,21 +23,6 @@ const std::wstring kNoConnection =
     L"Keine Verbindung zum Ziel-Computer|16|Es konnte keine Verbindung zum Ziel-Computer aufgebaut "
     L"werden.\r\n"
     L"Versuchen Sie es später bitte erneut.";
-
-template <class Dialog>
-Dialog* Shown() {
-    for (wxWindow* window : wxTopLevelWindows) {
-        auto* dialog = dynamic_cast<Dialog*>(window);
-        if (dialog && dialog->IsShown()) return dialog;
-    }
-    return nullptr;
-}
-
-void Press(wxWindow* button) {
-    wxCommandEvent event(wxEVT_BUTTON, button->GetId());
-    event.SetEventObject(button);
-    button->ProcessWindowEvent(event);
-}
 
 std::vector<std::string> LinesOf(RawConnection& connection) {
     std::vector<std::string> lines;
@@ -62,7 +48,7 @@ class SendNotes : public NetworkTest {
     void Send(const std::function<void(frmSendOverNetwork&)>& fill) {
         bool opened = false;
         wxTheApp->CallAfter([&] {
-            auto* dialog = Shown<frmSendOverNetwork>();
+            auto* dialog = OpenDialog<frmSendOverNetwork>();
             ASSERT_TRUE(dialog);
             opened = true;
             fill(*dialog);
@@ -70,22 +56,9 @@ class SendNotes : public NetworkTest {
         SendNotesOverNetwork(*network, store);
         EXPECT_TRUE(opened);
         RunEvents();
-        EXPECT_FALSE(Shown<frmSendOverNetworkProgress>());
+        EXPECT_FALSE(OpenDialog<frmSendOverNetworkProgress>());
         EXPECT_EQ(network->CountSessions(), 0u);
         EXPECT_EQ(network->CountSockets(), 1u);
-    }
-
-    // Sees to the progress window once it has been there for a while.
-    static void LaterDuringProgress(std::function<void(frmSendOverNetworkProgress&)> act) {
-        auto* timer = new wxTimer;
-        timer->Bind(wxEVT_TIMER, [timer, act = std::move(act)](wxTimerEvent&) {
-            auto* window = Shown<frmSendOverNetworkProgress>();
-            if (!window) return;
-            timer->Stop();
-            act(*window);
-            wxTheApp->CallAfter([timer] { delete timer; });
-        });
-        timer->Start(300);
     }
 };
 
@@ -133,7 +106,7 @@ TEST_F(SendNotes, RecipientsComeFromTheAddressBookAndEachIsTried) {
     network.emplace(store, NetworkAccess::Options{port, port, 5s});
     Send([](frmSendOverNetwork& dialog) {
         wxTheApp->CallAfter([] {
-            auto* book = Shown<frmAddressbook>();
+            auto* book = OpenDialog<frmAddressbook>();
             ASSERT_TRUE(book);
             Press(book->cmdAlle);
             Press(book->cmdOK);
@@ -174,7 +147,7 @@ TEST_F(SendNotes, CancellingEndsEveryPhase) {
             connection.Rest(10s);
         });
         Open(server.Port(), 8s);
-        LaterDuringProgress([&](frmSendOverNetworkProgress& window) {
+        const auto cancel = [&](frmSendOverNetworkProgress& window) {
             protocol = window.lblProtocol->GetLabelText().ToStdWstring();
             progress = window.lblProgress->GetLabel().ToStdWstring();
             const wxPoint arrow = window.imgArrow->GetPosition();
@@ -185,7 +158,8 @@ TEST_F(SendNotes, CancellingEndsEveryPhase) {
                 window.Close();
             else
                 Press(window.cmdCancel);
-        });
+        };
+        const WhenShown<frmSendOverNetworkProgress> user(cancel, 300);
         const auto begin = std::chrono::steady_clock::now();
         Send([](frmSendOverNetwork& dialog) {
             dialog.txtEmpfänger->SetValue(L"127.0.0.1, 127.0.0.1");

@@ -274,8 +274,8 @@ TEST_F(PrintJobs, CancelledOnesAreWithdrawn) {
     const std::size_t documents = Server().Documents();
     PrintOn(L"Eins", [](frmPrint&) {
         wxTheApp->CallAfter([] {
-            ASSERT_TRUE(RunUntil([] { return ShownDialog<frmPrintProgress>() != nullptr; }));
-            Press(ShownDialog<frmPrintProgress>()->cmdAbbrechen);
+            ASSERT_TRUE(RunUntil([] { return OpenDialog<frmPrintProgress>() != nullptr; }));
+            Press(OpenDialog<frmPrintProgress>()->cmdAbbrechen);
         });
     });
     EXPECT_EQ(messages,

@@ -57,12 +57,6 @@ class PaperTray : public PrintSystem {
     bool finished = false, ended = false;
 };
 
-void Choose(wxRadioButton* button) {
-    button->SetValue(true);
-    wxCommandEvent event(wxEVT_RADIOBUTTON, button->GetId());
-    button->ProcessWindowEvent(event);
-}
-
 class FrmPrint : public PrintFixture {
   protected:
     PaperTray tray;
@@ -94,7 +88,7 @@ TEST_F(FrmPrint, StartsWithTheUsualRulesAndPrintsByThem) {
     EXPECT_EQ(tray.pages[0].lines.size(), 6u);  // two dates, three lines and the number of the page
     EXPECT_NEAR(tray.pages[0].lines[0].left, 15 * 72 / 25.4, 0.01);
     EXPECT_TRUE(messages.empty());
-    EXPECT_FALSE(ShownDialog<frmDialog>());
+    EXPECT_FALSE(OpenDialog<frmDialog>());
 }
 
 TEST_F(FrmPrint, KeepsNumbersInTheirRange) {
@@ -178,7 +172,7 @@ TEST_F(FrmPrint, CancelEndsAtTheNextPage) {
     Add(std::wstring(250, L'\n'));
     int shown = -1;
     tray.onPage = [&] {
-        auto* progress = ShownDialog<frmPrintProgress>();
+        auto* progress = OpenDialog<frmPrintProgress>();
         ASSERT_TRUE(progress);
         EXPECT_GE(progress->Value(), shown);
         shown = progress->Value();
@@ -191,7 +185,7 @@ TEST_F(FrmPrint, CancelEndsAtTheNextPage) {
     EXPECT_TRUE(tray.ended);
     ASSERT_EQ(messages.size(), 1u);
     EXPECT_EQ(messages[0], L"Drucken|64|Der Druckvorgang wurde vom Benutzer abgebrochen.");
-    EXPECT_FALSE(ShownDialog<frmDialog>());
+    EXPECT_FALSE(OpenDialog<frmDialog>());
 }
 
 TEST_F(FrmPrint, TellsWhatWentWrong) {

@@ -17,6 +17,12 @@ std::string SpokenRole(wxWindow& control);
 // Whether Alt and this key, pressed in the dialog, move the focus to the control.
 bool KeyMovesTo(wxDialog& dialog, wchar_t key, wxWindow& control);
 
+// Where the focus comes by the Tab key, from the first control on, once round.
+std::vector<wxWindow*> TabStops(wxDialog& dialog, const std::vector<wxWindow*>& controls);
+
+// Presses Enter in a control that has the focus.
+void PressEnter(wxWindow& control);
+
 // Whether Enter in the dialog means this button.
 bool IsDefaultOf(wxDialog& dialog, wxWindow& button);
 

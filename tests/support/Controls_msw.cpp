@@ -52,6 +52,25 @@ bool KeyMovesTo(wxDialog& dialog, wchar_t key, wxWindow& control) {
     return RunUntil([&] { return wxWindow::FindFocus() == &control; });
 }
 
+std::vector<wxWindow*> TabStops(wxDialog& dialog, const std::vector<wxWindow*>& controls) {
+    std::vector<wxWindow*> stops;
+    HWND next = GetNextDlgTabItem(dialog.GetHandle(), nullptr, FALSE);
+    for (const HWND first = next; next && (stops.empty() || next != first);
+         next = GetNextDlgTabItem(dialog.GetHandle(), next, FALSE)) {
+        wxWindow* stop = nullptr;
+        for (wxWindow* each : controls) {
+            if (next == each->GetHandle() || IsChild(each->GetHandle(), next)) stop = each;
+        }
+        stops.push_back(stop);
+    }
+    return stops;
+}
+
+void PressEnter(wxWindow& control) {
+    control.SetFocus();
+    wxUIActionSimulator().Char(WXK_RETURN);
+}
+
 bool IsDefaultOf(wxDialog& dialog, wxWindow& button) { return dialog.GetDefaultItem() == &button; }
 
 // The system's font is the user's; it is not changed for a test.

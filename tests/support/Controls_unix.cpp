@@ -57,6 +57,38 @@ bool KeyMovesTo(wxDialog& dialog, wchar_t key, wxWindow& control) {
            (focused == control.GetHandle() || gtk_widget_is_ancestor(focused, control.GetHandle()));
 }
 
+std::vector<wxWindow*> TabStops(wxDialog& dialog, const std::vector<wxWindow*>& controls) {
+    auto* window = GTK_WINDOW(dialog.GetHandle());
+    gtk_window_set_focus(window, nullptr);
+    std::vector<wxWindow*> stops;
+    GtkWidget* first = nullptr;
+    for (std::size_t step = 0; step < 2 * controls.size(); ++step) {
+        if (!gtk_widget_child_focus(GTK_WIDGET(window), GTK_DIR_TAB_FORWARD)) continue;  // round the end
+        GtkWidget* focused = gtk_window_get_focus(window);
+        if (focused == first) break;
+        if (!first) first = focused;
+        wxWindow* stop = nullptr;  // the innermost one that has it
+        for (wxWindow* each : controls) {
+            if (focused == each->GetHandle() || gtk_widget_is_ancestor(focused, each->GetHandle()))
+                stop = each;
+        }
+        stops.push_back(stop);
+    }
+    return stops;
+}
+
+void PressEnter(wxWindow& control) {
+    GtkWidget* widget = InnerWidget(control.GetHandle());
+    gtk_widget_grab_focus(widget);
+    GdkEvent* event = gdk_event_new(GDK_KEY_PRESS);
+    event->key.window = static_cast<GdkWindow*>(g_object_ref(gtk_widget_get_window(widget)));
+    event->key.keyval = GDK_KEY_Return;
+    gdk_event_set_device(event,
+                         gdk_seat_get_keyboard(gdk_display_get_default_seat(gdk_display_get_default())));
+    gtk_widget_event(widget, event);
+    gdk_event_free(event);
+}
+
 bool IsDefaultOf(wxDialog& dialog, wxWindow& button) {
     return gtk_window_get_default_widget(GTK_WINDOW(dialog.GetHandle())) == button.GetHandle();
 }

@@ -3,20 +3,45 @@
 
 #include <wx/checkbox.h>
 #include <wx/radiobut.h>
+#include <wx/timer.h>
 #include <wx/toplevel.h>
+
+#include <functional>
+#include <utility>
 
 #include "base/frmDialog.h"
 
-// The dialog of this kind that waits for its user. One that has ended may still be on the list, and even
+// The dialog of this kind that is open. One that has ended may still be on the list, and even
 // count as shown, until the toolkit deletes it.
 template <class Dialog>
 Dialog* OpenDialog() {
     for (wxWindow* window : wxTopLevelWindows) {
         auto* dialog = dynamic_cast<Dialog*>(window);
-        if (dialog && dialog->IsShown() && dialog->Tag() == L"waiting") return dialog;
+        if (dialog && dialog->IsShown() && !wxPendingDelete.Member(dialog) && dialog->Tag() != L"ok" &&
+            dialog->Tag() != L"cancel")
+            return dialog;
     }
     return nullptr;
 }
+
+// Does something with a dialog once it has been open for a while, soon unless told otherwise. To be kept
+// until then.
+template <class Dialog>
+class WhenShown : public wxTimer {
+  public:
+    explicit WhenShown(std::function<void(Dialog&)> act, int milliseconds = 10) : act_(std::move(act)) {
+        Start(milliseconds);
+    }
+    void Notify() override {
+        Dialog* dialog = OpenDialog<Dialog>();
+        if (!dialog) return;
+        Stop();
+        act_(*dialog);
+    }
+
+  private:
+    std::function<void(Dialog&)> act_;
+};
 
 inline void Press(wxWindow* button) {
     wxCommandEvent event(wxEVT_BUTTON, button->GetId());
