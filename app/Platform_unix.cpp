@@ -64,3 +64,5 @@ void NeverFocus(wxTopLevelWindow& window) {
     gtk_window_set_type_hint(native, GDK_WINDOW_TYPE_HINT_SPLASHSCREEN);
     g_signal_connect(native, "event", G_CALLBACK(OnEvent), &window);
 }
+
+std::wstring UsedLibraries() { return L"die Bibliotheken wxWidgets, GTK, SQLite und CUPS"; }
