@@ -30,5 +30,9 @@ class EndRequests {
     std::vector<unsigned> sources_;
 };
 
-// The window comes up without taking the keyboard from where the user types.
+// The window comes up without taking the keyboard from where the user types. Keys that reach it all the same,
+// because nothing else has the keyboard, are wxEVT_KEY_DOWN events.
 void NeverFocus(wxTopLevelWindow& window);
+
+// The libraries that the program is built on, for the sentence "Benutzt ...".
+std::wstring UsedLibraries();

@@ -68,3 +68,5 @@ void NeverFocus(wxTopLevelWindow& window) {
     const HWND handle = window.GetHandle();
     SetWindowLongPtrW(handle, GWL_EXSTYLE, GetWindowLongPtrW(handle, GWL_EXSTYLE) | WS_EX_NOACTIVATE);
 }
+
+std::wstring UsedLibraries() { return L"die Bibliothek wxWidgets"; }

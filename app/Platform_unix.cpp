@@ -14,6 +14,13 @@
 
 namespace {
 
+// The toolkit drops a key that no control of the window has asked for; this comes before it.
+gboolean OnEvent(GtkWidget*, GdkEvent* event, gpointer window) {
+    if (event->type != GDK_KEY_PRESS) return FALSE;
+    wxKeyEvent key(wxEVT_KEY_DOWN);
+    return static_cast<wxTopLevelWindow*>(window)->HandleWindowEvent(key);
+}
+
 gboolean OnEndRequest(gpointer quit) {
     (*static_cast<std::function<void()>*>(quit))();
     return G_SOURCE_CONTINUE;
@@ -55,4 +62,7 @@ void NeverFocus(wxTopLevelWindow& window) {
     gtk_window_set_accept_focus(native, FALSE);
     gtk_window_set_focus_on_map(native, FALSE);
     gtk_window_set_type_hint(native, GDK_WINDOW_TYPE_HINT_SPLASHSCREEN);
+    g_signal_connect(native, "event", G_CALLBACK(OnEvent), &window);
 }
+
+std::wstring UsedLibraries() { return L"die Bibliotheken wxWidgets, GTK, SQLite und CUPS"; }

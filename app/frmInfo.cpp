@@ -1,9 +1,13 @@
 #include "app/frmInfo.h"
 
+#include <wx/hyperlink.h>
 #include <wx/sizer.h>
 #include <wx/statbmp.h>
 #include <wx/stattext.h>
 
+#include "app/Platform.h"
+#include "base/Homepage.h"
+#include "base/basHelp.h"
 #include "res/Resources.h"
 
 namespace {
@@ -18,12 +22,16 @@ frmInfo::frmInfo() : frmDialog(L"Info", L"index.html") {
                                    L"Notizen auf dem Bildschirm\n\n"
                                    L"© The Kivora authors\n"
                                    L"Frei verwendbar unter den Bedingungen der MIT-Lizenz.\n\n"
-                                   L"Benutzt die Bibliotheken wxWidgets, GTK und SQLite.");
+                                   L"Benutzt " +
+                                       UsedLibraries() + L".");
+    auto* homepage = new wxHyperlinkCtrl(this, wxID_ANY, kHomepage, kHomepage);
+    homepage->Bind(wxEVT_HYPERLINK, [](wxHyperlinkEvent&) { OpenAddress(kHomepage); });
 
     auto* texts = new wxBoxSizer(wxVERTICAL);
     texts->Add(name);
     texts->Add(version, wxSizerFlags().Border(wxBOTTOM, FromDIP(kDialogMargin)));
-    texts->Add(about);
+    texts->Add(about, wxSizerFlags().Border(wxBOTTOM, FromDIP(kDialogMargin)));
+    texts->Add(homepage);
     auto* content = new wxBoxSizer(wxHORIZONTAL);
     // The icon is made for 16 pixels and would be drawn at that size, however large the picture is.
     const double scale = GetContentScaleFactor();

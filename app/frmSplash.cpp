@@ -8,7 +8,7 @@
 #include "res/Resources.h"
 
 namespace {
-constexpr std::chrono::milliseconds kMoment{300};
+constexpr std::chrono::milliseconds kMoment{250};
 }
 
 frmSplash::frmSplash()
@@ -20,7 +20,8 @@ frmSplash::frmSplash()
     CentreOnScreen();
     NeverFocus(*this);
     Bind(wxEVT_PAINT, &frmSplash::OnPaint, this);
-    Bind(wxEVT_LEFT_DOWN, &frmSplash::Close, this);
+    for (const auto& click : {wxEVT_LEFT_DOWN, wxEVT_MIDDLE_DOWN, wxEVT_RIGHT_DOWN})
+        Bind(click, &frmSplash::Close, this);
     Bind(wxEVT_KEY_DOWN, &frmSplash::Close, this);
 }
 

@@ -1,6 +1,5 @@
 #include "base/frmMessage.h"
 
-#include <wx/artprov.h>
 #include <wx/button.h>
 #include <wx/dcclient.h>
 #include <wx/statbmp.h>
@@ -8,6 +7,7 @@
 
 #include "base/ControlNames.h"
 #include "base/basMessage.h"
+#include "res/Resources.h"
 
 namespace {
 
@@ -18,18 +18,18 @@ constexpr int kTextCharacters = 60;
 constexpr std::size_t kLongestWord = 600;
 
 struct Kind {
-    const char* picture;
+    ResourceId picture;
     const wchar_t* name;
 };
 
 Kind KindOf(int flags) {
     switch (flags & ~kYesNo) {
         case kCritical:
-            return {wxART_ERROR, L"Fehler"};
+            return {kCriticalPicture, L"Fehler"};
         case kExclamation:
-            return {wxART_WARNING, L"Warnung"};
+            return {kWarningPicture, L"Warnung"};
         default:
-            return {wxART_INFORMATION, L"Hinweis"};
+            return {kInformationPicture, L"Hinweis"};
     }
 }
 
@@ -70,10 +70,7 @@ std::wstring WithBrokenWords(const std::wstring& text, int width, wxWindow& meas
 frmMessage::frmMessage(const std::wstring& text, int flags, const wxString& title) : frmDialog(title, L"") {
     auto* content = new wxBoxSizer(wxHORIZONTAL);
     const Kind kind = KindOf(flags);
-    auto* picture = new wxStaticBitmap(
-        this, wxID_ANY,
-        wxArtProvider::GetBitmapBundle(wxArtID::FromAscii(kind.picture),
-                                       wxArtClient::FromAscii(wxART_MESSAGE_BOX), FromDIP(wxSize(32, 32))));
+    auto* picture = new wxStaticBitmap(this, wxID_ANY, LoadPicture(kind.picture));
     NameControl(*picture, kind.name);
     content->Add(picture, wxSizerFlags().Top());
     content->AddSpacer(FromDIP(kDialogMargin));

@@ -1,10 +1,9 @@
 #include "mail/MailText.h"
 
+#include "base/Homepage.h"
 #include "base/basText.h"
 
 namespace {
-
-const wchar_t* const kHomepage = L"https://kivora.example/";
 
 bool GoesUnescaped(wchar_t c) {
     return (c >= L'a' && c <= L'z') || (c >= L'A' && c <= L'Z') || (c >= L'0' && c <= L'9');

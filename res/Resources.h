@@ -9,9 +9,8 @@ enum ResourceId : int {
     kMenuBanner = 2,       // 240 x 34 pixels
     kSplashPicture = 3,    // 360 x 220 pixels
     kCriticalPicture = 4,  // heads of message boxes, square, 32 to 64 pixels
-    kQuestionPicture = 5,
-    kWarningPicture = 6,
-    kInformationPicture = 7,
+    kWarningPicture = 5,
+    kInformationPicture = 6,
     // 100 to 103: folded corner in the pure tones red, light blue, yellow, green; 110 to 113: in the pale
     // tones. 30 x 32 pixels for the bottom-right corner of the note's rectangle; the left and the top edge
     // have exactly the note's colour. 120 to 123: small note for the notification area in these colours,

@@ -189,7 +189,7 @@ void RenderAll(const std::string& folder, const std::string& sourceFile, const s
     for (const int scale : {1, 2})
         source.Add(3, Read(Render({folder + "/splash.svg", ""}, 360 * scale, 220 * scale, 0).get()));
     int message = 4;
-    for (const char* name : {"critical", "question", "warning", "information"}) {
+    for (const char* name : {"critical", "warning", "information"}) {
         for (const int size : {32, 64})
             source.Add(message,
                        Read(Render({folder + "/message-" + name + ".svg", ""}, size, size, 0).get()));
