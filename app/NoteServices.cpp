@@ -19,7 +19,15 @@ void NoteServices::ForgetMinimizedNote(frmNote& note) {
 }
 
 void NoteServices::ShowPopupMenu(frmNote& note) {
-    if (!IsQuitting() && OpenMenu) OpenMenu(&note);
+    if (!IsQuitting() && OpenMenu) OpenMenu(&note, std::nullopt);
+}
+
+void NoteServices::ShowPopupMenuAt(frmNote& note, const wxPoint& onScreen) {
+    if (!IsQuitting() && OpenMenu) OpenMenu(&note, onScreen);
+}
+
+void NoteServices::FocusNextNote(frmNote& note, bool forward) {
+    if (!IsQuitting()) store_.NextShown(note, forward).TakeFocus();
 }
 
 void NoteServices::EditNote(frmNote& note) {

@@ -3,6 +3,7 @@
 // place from which they can be taken back.
 
 #include <functional>
+#include <optional>
 
 #include "notes/NoteStore.h"
 
@@ -12,8 +13,8 @@ class NoteServices : public NoteHost {
 
     NoteStore& Store() { return store_; }
 
-    // Who opens the menu for a note; nobody until it is set.
-    std::function<void(frmNote* note)> OpenMenu;
+    // Who opens the menu for a note, at the mouse where no place is given; nobody until it is set.
+    std::function<void(frmNote* note, std::optional<wxPoint> at)> OpenMenu;
 
     // The menu for a note as data, and who runs an entry of it; both or none.
     std::function<std::vector<TrayMenuEntry>(const frmNote& note)> DescribeMenu;
@@ -25,6 +26,8 @@ class NoteServices : public NoteHost {
     void ApplyForeground() override;
     void ForgetMinimizedNote(frmNote& note) override;
     void ShowPopupMenu(frmNote& note) override;
+    void ShowPopupMenuAt(frmNote& note, const wxPoint& onScreen) override;
+    void FocusNextNote(frmNote& note, bool forward) override;
     void EditNote(frmNote& note) override;
     std::vector<TrayMenuEntry> TrayMenu(const frmNote& note) override;
     void RunFromTrayMenu(frmNote& note, int id) override;

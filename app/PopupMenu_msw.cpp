@@ -16,15 +16,16 @@ void EndMenuAtEnd(wxIdleEvent& event) {
 
 }  // namespace
 
-std::optional<int> PopupMenuAtPointer(wxWindow& owner, wxMenu& menu) {
+std::optional<int> OpenPopupMenu(wxWindow& owner, wxMenu& menu, std::optional<wxPoint> at) {
     const HWND window = owner.GetHandle();
-    POINT pointer{};
-    GetCursorPos(&pointer);
+    POINT place{};
+    GetCursorPos(&place);
+    if (at) place = {at->x, at->y};
     // Else the menu would stay when the user clicks elsewhere.
     SetForegroundWindow(window);
     owner.Bind(wxEVT_IDLE, EndMenuAtEnd);
-    const int chosen = TrackPopupMenu(menu.GetHMenu(), TPM_RETURNCMD | TPM_RIGHTBUTTON, pointer.x, pointer.y,
-                                      0, window, nullptr);
+    const int chosen = TrackPopupMenu(menu.GetHMenu(), TPM_RETURNCMD | TPM_RIGHTBUTTON, place.x, place.y, 0,
+                                      window, nullptr);
     owner.Unbind(wxEVT_IDLE, EndMenuAtEnd);
     PostMessageW(window, WM_NULL, 0, 0);
     if (chosen == 0) return std::nullopt;

@@ -30,19 +30,22 @@ EventPtr TriggerEvent(GdkWindow* window, GdkDevice* pointer) {
 }
 
 // The toolkit's own way to open a menu needs a visible window, and the main window is none.
-void OpenAtPointer(GtkMenu* menu) {
+void Open(GtkMenu* menu, std::optional<wxPoint> at) {
     GdkDevice* pointer = gdk_seat_get_pointer(gdk_display_get_default_seat(gdk_display_get_default()));
     GdkScreen* screen = nullptr;
     GdkRectangle place{0, 0, 1, 1};
     gdk_device_get_position(pointer, &screen, &place.x, &place.y);
+    if (at) place = {at->x, at->y, 1, 1};
     GdkWindow* root = gdk_screen_get_root_window(screen);
     gtk_menu_popup_at_rect(menu, root, &place, GDK_GRAVITY_NORTH_WEST, GDK_GRAVITY_NORTH_WEST,
                            TriggerEvent(root, pointer).get());
+    // Whoever came by the keyboard goes on with it.
+    if (at) gtk_menu_shell_select_first(GTK_MENU_SHELL(menu), TRUE);
 }
 
 }  // namespace
 
-std::optional<int> PopupMenuAtPointer(wxWindow& owner, wxMenu& menu) {
+std::optional<int> OpenPopupMenu(wxWindow& owner, wxMenu& menu, std::optional<wxPoint> at) {
     std::optional<int> chosen;
     const auto choose = [&](wxCommandEvent& event) { chosen = event.GetId(); };
     owner.Bind(wxEVT_MENU, choose);
@@ -51,7 +54,7 @@ std::optional<int> PopupMenuAtPointer(wxWindow& owner, wxMenu& menu) {
     GtkWidget* popup = menu.m_menu;
     bool open = true;
     const gulong hidden = g_signal_connect(popup, "hide", G_CALLBACK(OnHidden), &open);
-    OpenAtPointer(GTK_MENU(popup));
+    Open(GTK_MENU(popup), at);
     // Another program may hold the mouse, and then no menu opens.
     if (gtk_widget_get_visible(popup)) WaitUntil([&] { return !open; });
     g_signal_handler_disconnect(popup, hidden);

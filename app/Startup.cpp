@@ -51,7 +51,9 @@ void Program::InitApplication() {
         ShowAddressBook(false);
         if (!IsQuitting()) Store().SaveNotes();
     });
-    services_.OpenMenu = [this](frmNote* note) { start_->ShowPopupMenu(note); };
+    services_.OpenMenu = [this](frmNote* note, std::optional<wxPoint> at) {
+        start_->ShowPopupMenu(note, at);
+    };
     services_.DescribeMenu = [this](const frmNote& note) { return start_->DescribeMenu(&note); };
     services_.RunMenu = [this](frmNote& note, int id) { start_->RunFromTrayMenu(&note, id); };
     start_->notIcon.IconToolTip(L"Kivora 1.6");

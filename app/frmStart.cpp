@@ -44,7 +44,10 @@ frmStart::frmStart(NoteStore& store, std::function<void()> quit)
         if (button == 1) RunCommand(mnuNotizNeu);
     };
     notIcon.Events.MouseUp = [this](int button) {
-        if (button == 1) ActivateApplication();
+        if (button == 1) {
+            // The topmost note gets the keyboard: who came by it to the icon goes on from there.
+            if (frmNote* top = ActivateApplication()) ActivateNoteWindow(*top);
+        }
         if (button == 2) notIcon.Events.ContextMenu();
     };
     notIcon.Events.ContextMenu = [this] {
@@ -55,14 +58,14 @@ frmStart::frmStart(NoteStore& store, std::function<void()> quit)
                     [this](int id) { RunFromTrayMenu(nullptr, id); }};
 }
 
-void frmStart::ShowPopupMenu(frmNote* note) {
+void frmStart::ShowPopupMenu(frmNote* note, std::optional<wxPoint> at) {
     if (menuOpen_) return;
     popupNoteKey_.reset();
     if (note) popupNoteKey_ = note->NoteKey();
     wxMenu menu;
     Fill(menu, MenuTree(), Situation());
     menuOpen_ = true;
-    const std::optional<int> chosen = PopupMenuAtPointer(*this, menu);
+    const std::optional<int> chosen = OpenPopupMenu(*this, menu, at);
     menuOpen_ = false;
     if (chosen && !IsQuitting()) RunCommand(ItemOf(*chosen));
 }
@@ -142,13 +145,17 @@ void frmStart::Fill(wxMenu& menu, const std::vector<MenuEntry>& entries, const M
     }
 }
 
-void frmStart::ActivateApplication() {
+frmNote* frmStart::ActivateApplication() {
     // What there is to see of the program are its notes. Those that stay above others go last.
+    frmNote* top = nullptr;
     for (const bool foreground : {false, true}) {
         for (const NotePtr& note : store_.Notes()) {
-            if (!note->Minimized() && note->Foreground() == foreground) RaiseNoteWindow(*note);
+            if (note->Minimized() || note->Foreground() != foreground) continue;
+            top = note.get();
+            RaiseNoteWindow(*top);
         }
     }
+    return top;
 }
 
 void frmStart::DeletePopupNote() {

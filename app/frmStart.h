@@ -22,9 +22,9 @@ class frmStart : public wxFrame {
     // quit: what "Beenden" does.
     frmStart(NoteStore& store, std::function<void()> quit);
 
-    // Opens the menu at the mouse and returns when it has closed and the chosen command has run. Does nothing
-    // while the menu is open already.
-    void ShowPopupMenu(frmNote* note);
+    // Opens the menu at a place on the screen, else at the mouse, and returns when it has closed and the
+    // chosen command has run. Does nothing while the menu is open already.
+    void ShowPopupMenu(frmNote* note, std::optional<wxPoint> at = std::nullopt);
 
     // The note for which the menu was last opened; null when that was none, or when it is gone.
     frmNote* PopupNote() const;
@@ -51,7 +51,7 @@ class frmStart : public wxFrame {
   private:
     MenuSituation SituationOf(const frmNote* note) const;
     void Fill(wxMenu& menu, const std::vector<MenuEntry>& entries, const MenuSituation& situation);
-    void ActivateApplication();
+    frmNote* ActivateApplication();  // the note that is on top then, if any
     void DeletePopupNote();
     void TogglePopupNoteForeground();
 

@@ -103,6 +103,26 @@ void PaintForeground(wxDC& dc, const wxRect& box, const wxColour& paper, const w
 
 }  // namespace
 
+namespace {
+
+// The sign of the keyboard, around the text or around a control.
+void PaintFocus(wxDC& dc, const NotePicture& note, const NoteLayout& layout, double scaleX, double scaleY,
+                const wxColour& ink) {
+    if (!note.focus) return;
+    const bool minimize = note.focus == NotePart::cmdMinimize;
+    wxRect box = ToPixels(layout.lblMessage, scaleX, scaleY).Inflate(6, 1);
+    int width = 1;
+    if (minimize || note.focus == NotePart::chkForeground) {
+        box = ToPixels(minimize ? layout.cmdMinimize : layout.chkForeground, scaleX, scaleY);
+        width = 2;
+    }
+    dc.SetPen(wxPen(ink, width, width == 1 ? wxPENSTYLE_DOT : wxPENSTYLE_SOLID));
+    dc.SetBrush(*wxTRANSPARENT_BRUSH);
+    dc.DrawRectangle(box);
+}
+
+}  // namespace
+
 wxColour ToColour(std::int32_t bgr) { return wxColour(static_cast<unsigned long>(bgr & 0xFFFFFF)); }
 
 MeasureText MeasureWith(wxDC& dc) {
@@ -156,4 +176,5 @@ void PaintNote(wxDC& dc, const NotePicture& note, const NoteLayout& layout, doub
     dc.DrawLine(0, 0, 0, all.height);
     dc.DrawLine(all.width - 1, 0, all.width - 1, outline[0].y);
     dc.DrawLine(0, all.height - 1, outline[2].x, all.height - 1);
+    PaintFocus(dc, note, layout, scaleX, scaleY, ink);
 }

@@ -3,6 +3,7 @@
 
 #include <wx/dc.h>
 
+#include <optional>
 #include <string>
 
 #include "notes/NoteLayout.h"
@@ -20,7 +21,8 @@ struct NotePicture {
     std::int32_t color = 0;  // colour code
     bool foreground = false;
     NotePart hovered = NotePart::Body;
-    bool pressed = false;  // the hovered button is held down
+    bool pressed = false;                          // the hovered button is held down
+    std::optional<NotePart> focus = std::nullopt;  // Body: the text
 };
 
 // Paints the whole note into its window's client area; `scale` is pixels a twip.

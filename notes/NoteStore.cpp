@@ -177,3 +177,24 @@ frmNote* NoteStore::Find(std::int32_t noteKey) const {
     }
     return nullptr;
 }
+
+frmNote& NoteStore::NextShown(frmNote& note, bool forward) const {
+    frmNote* next = nullptr;
+    frmNote* first = nullptr;
+    bool passed = false;
+    // One round, in which the notes behind this one take precedence over those in front of it.
+    const auto look = [&](frmNote& each) {
+        if (&each == &note) {
+            passed = true;
+        } else if (!each.Minimized()) {
+            if (!first) first = &each;
+            if (passed && !next) next = &each;
+        }
+    };
+    if (forward) {
+        for (const NotePtr& each : notes_) look(*each);
+    } else {
+        for (auto each = notes_.rbegin(); each != notes_.rend(); ++each) look(**each);
+    }
+    return next ? *next : first ? *first : note;
+}

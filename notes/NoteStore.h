@@ -54,6 +54,10 @@ class NoteStore {
     std::size_t CountVisibleNotes() const;
     std::size_t CountMinimizedByCommand() const;
 
+    // The next note in the store's order that is not minimized, or the one before; the order is a circle. The
+    // note itself when there is no other.
+    frmNote& NextShown(frmNote& note, bool forward) const;
+
     // The note of that key, or null when it is gone.
     frmNote* Find(std::int32_t noteKey) const;
     const std::vector<NotePtr>& Notes() const { return notes_; }

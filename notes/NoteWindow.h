@@ -21,6 +21,12 @@ void ShapeNoteWindow(wxFrame& window, int widthPixels, int heightPixels);
 // Puts the window above others of its kind without activating it.
 void RaiseNoteWindow(wxFrame& window);
 
+// Lets a window without controls get key events.
+void AcceptKeys(wxFrame& window);
+
+// Gives the window the keyboard, as its user just asked for.
+void ActivateNoteWindow(wxFrame& window);
+
 // Shows the window without activating it, above all normal windows when `topmost` is set, and keeps it out of
 // the task bar.
 void ShowNoteWindow(wxFrame& window, bool topmost);

@@ -46,6 +46,10 @@ void RaiseNoteWindow(wxFrame& window) {
     SetWindowPos(window.GetHandle(), HWND_TOP, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
 }
 
+void AcceptKeys(wxFrame&) {}
+
+void ActivateNoteWindow(wxFrame& window) { SetForegroundWindow(window.GetHandle()); }
+
 void ShowNoteWindow(wxFrame& window, bool topmost) {
     if (!window.IsShown()) window.ShowWithoutActivating();
     SetWindowPos(window.GetHandle(), topmost ? HWND_TOPMOST : HWND_NOTOPMOST, 0, 0, 0, 0,

@@ -36,6 +36,17 @@ void RaiseNoteWindow(wxFrame& window) {
     if (GdkWindow* native = gtk_widget_get_window(window.GetHandle())) gdk_window_raise(native);
 }
 
+void AcceptKeys(wxFrame& window) {
+    // Keys go to the widget in the window that has the focus there, and left to itself the toolkit chooses
+    // none.
+    gtk_widget_set_can_focus(window.m_wxwindow, TRUE);
+    gtk_window_set_focus(GTK_WINDOW(window.GetHandle()), window.m_wxwindow);
+}
+
+void ActivateNoteWindow(wxFrame& window) {
+    gtk_window_present_with_time(GTK_WINDOW(window.GetHandle()), gtk_get_current_event_time());
+}
+
 void ShowNoteWindow(wxFrame& window, bool topmost) {
     auto* gtk = GTK_WINDOW(window.GetHandle());
     const bool hidden = !window.IsShown();

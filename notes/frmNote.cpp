@@ -10,6 +10,7 @@
 #include <tuple>
 
 #include "base/basText.h"
+#include "notes/NoteAccess.h"
 #include "notes/NoteGesture.h"
 #include "notes/NotePaint.h"
 #include "notes/NotePlace.h"
@@ -44,6 +45,8 @@ frmNote::frmNote(NoteHost& host) : host_(host) {
     Bind(wxEVT_LEFT_DCLICK, &frmNote::OnLeftDoubleClick, this);
     Bind(wxEVT_RIGHT_UP, &frmNote::OnRightUp, this);
     Bind(wxEVT_CLOSE_WINDOW, &frmNote::OnClose, this);
+    BindKeys();
+    access_ = NoteAccess::Of(*this);
 }
 
 frmNote::~frmNote() = default;
@@ -62,6 +65,7 @@ void frmNote::AutoSize() {
 void frmNote::Foreground(bool on) {
     foreground_ = on;
     Refresh();
+    access_->Changed();
     host_.SaveNotes();
     host_.ApplyForeground();
 }
@@ -80,10 +84,17 @@ void frmNote::Color(std::int32_t code) {
 void frmNote::Text(const std::wstring& text) {
     lblMessage_.caption = text;
     Refresh();
+    access_->Changed();
     if (minimized_) RenewIcon();
 }
 
 std::wstring frmNote::TextCleaned() const { return Flattened(Text()); }
+
+std::wstring frmNote::ShortText() const {
+    constexpr std::size_t kLongest = 55;
+    const std::wstring text = TextCleaned();
+    return text.size() > kLongest ? text.substr(0, kLongest) + L" ..." : text;
+}
 
 void frmNote::FontNoteBold(bool on) {
     lblMessage_.bold = on;
@@ -113,6 +124,7 @@ void frmNote::FontNoteAlignment(std::int32_t code) {
 void frmNote::CreationTime(const std::wstring& text) {
     lblZeit_ = text;
     Refresh();
+    access_->Changed();
 }
 
 void frmNote::Minimized(bool on) {
@@ -144,12 +156,9 @@ void frmNote::Minimized(bool on) {
 }
 
 void frmNote::RenewIcon() {
-    constexpr std::size_t kLongestTip = 55;
-    std::wstring tip = TextCleaned();
-    if (tip.size() > kLongestTip) tip = tip.substr(0, kLongestTip) + L" ...";
     const int icon = NoteIcon(color_);
     notNotizIcon_->SetIconFile(ResourcePicture(icon ? icon : static_cast<int>(kProgramIcon)));
-    notNotizIcon_->IconToolTip(tip);
+    notNotizIcon_->IconToolTip(ShortText());
 }
 
 void frmNote::PlaceAt(double left, double top) { Place(left, top, width_, height_); }
@@ -222,9 +231,9 @@ void frmNote::Hover(NotePart part) {
     if (part == hovered_) return;
     hovered_ = part;
     if (part == NotePart::cmdMinimize) {
-        SetToolTip(L"Minimieren");
+        SetToolTip(NoteAccess::NameOfControl(part));
     } else if (part == NotePart::chkForeground) {
-        SetToolTip(L"Im Vordergrund ein/aus");
+        SetToolTip(NoteAccess::NameOfControl(part));
     } else {
         UnsetToolTip();
     }
@@ -262,9 +271,22 @@ void frmNote::Click(NotePart part) {
     }
 }
 
+void frmNote::PressPart(NotePart part) {
+    if (part == NotePart::cmdMinimize || part == NotePart::chkForeground) {
+        Click(part);
+    } else {
+        Later(&NoteHost::EditNote);
+    }
+}
+
 void frmNote::FinishGesture(const wxRect& before, const wxRect& after) {
+    StorePlace(before, after);
+    host_.SaveNotes();
+}
+
+void frmNote::StorePlace(const wxRect& before, const wxRect& after) {
     const double x = TwipsPerPixelX(*this), y = TwipsPerPixelY(*this);
-    // Only what the gesture changed: a note may be stored with a place or size that this screen cannot show.
+    // Only what the user changed: a note may be stored with a place or size that this screen cannot show.
     // But one that was shown elsewhere for that, and moved by the user, has its new place there altogether.
     const bool moved = after.GetPosition() != before.GetPosition();
     const bool elsewhere = moved && before.GetPosition() != StoredRect().GetPosition();
@@ -272,13 +294,12 @@ void frmNote::FinishGesture(const wxRect& before, const wxRect& after) {
     if (elsewhere || after.y != before.y) top_ = after.y * y;
     if (after.width != before.width) width_ = after.width * x;
     if (after.height != before.height) height_ = after.height * y;
-    host_.SaveNotes();
 }
 
-void frmNote::Later(void (NoteHost::*call)(frmNote&)) {
+void frmNote::Later(std::function<void(NoteHost&, frmNote&)> call) {
     NoteHost& host = host_;
-    wxTheApp->CallAfter([&host, call, note = wxWeakRef<frmNote>(this)] {
-        if (note) (host.*call)(*note);
+    wxTheApp->CallAfter([&host, call = std::move(call), note = wxWeakRef<frmNote>(this)] {
+        if (note) call(host, *note);
     });
 }
 
@@ -290,7 +311,8 @@ void frmNote::OnPaint(wxPaintEvent&) {
     wxPaintDC dc(this);
     const NotePicture picture{
         Text(), lblZeit_,    MessageFont(), lblMessage_.alignment,
-        color_, foreground_, hovered_,      pressed_ != NotePart::Body && pressed_ == hovered_};
+        color_, foreground_, hovered_,      pressed_ != NotePart::Body && pressed_ == hovered_,
+        focus_};
     PaintNote(dc, picture, layout_, 1 / TwipsPerPixelX(*this), 1 / TwipsPerPixelY(*this));
 }
 
@@ -305,6 +327,7 @@ void frmNote::OnMotion(wxMouseEvent& event) {
 void frmNote::OnLeave(wxMouseEvent&) { Hover(NotePart::Body); }
 
 void frmNote::OnLeftDown(wxMouseEvent& event) {
+    ShowFocus(std::nullopt);
     const wxPoint2DDouble at = ToTwips(event.GetPosition());
     const NotePart part = layout_.PartAt(at.m_x, at.m_y);
     if (part == NotePart::cmdMinimize || part == NotePart::chkForeground) {

@@ -8,7 +8,9 @@
 #include <wx/geometry.h>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "notes/NoteColor.h"
@@ -16,6 +18,7 @@
 #include "tray/TrayMenu.h"
 
 class frmNote;
+class NoteAccess;
 class NoteGesture;
 class Notification;
 
@@ -26,7 +29,10 @@ class NoteHost {
     virtual void SaveNotes() = 0;
     virtual void ApplyForeground() = 0;
     virtual void ForgetMinimizedNote(frmNote& note) = 0;
-    virtual void ShowPopupMenu(frmNote& note) = 0;
+    virtual void ShowPopupMenu(frmNote& note) = 0;  // at the mouse
+    virtual void ShowPopupMenuAt(frmNote& note, const wxPoint& onScreen) = 0;
+    // Gives the keyboard to the next note that is shown, or to the one before.
+    virtual void FocusNextNote(frmNote& note, bool forward) = 0;
     virtual void EditNote(frmNote& note) = 0;
     // The same menu where the notification area shows it itself: as it is now, and an entry chosen from it.
     virtual std::vector<TrayMenuEntry> TrayMenu(const frmNote&) { return {}; }
@@ -54,6 +60,7 @@ class frmNote : public wxFrame {
     const std::wstring& Text() const { return lblMessage_.caption; }
     void Text(const std::wstring& text);
     std::wstring TextCleaned() const;
+    std::wstring ShortText() const;  // its beginning, 55 characters and " ..." at most
     bool Minimized() const { return minimized_; }
     void Minimized(bool on);
     bool FontNoteBold() const { return lblMessage_.bold; }
@@ -91,6 +98,13 @@ class frmNote : public wxFrame {
     // A minimized note stays minimized.
     void ShowStacked();
 
+    // Gives the note the keyboard and shows that it has it. What the keys do stands in NoteKeys.h.
+    void TakeFocus();
+    // The part that has the keyboard while the note has it; Body stands for the text.
+    NotePart Focus() const { return focus_.value_or(NotePart::Body); }
+    // Presses a control; opens the note in its dialog where the part is none.
+    void PressPart(NotePart part);
+
     // Takes the note's icon and window away and destroys the note as soon as its events are through.
     void Unload();
     // The same at once. Only for the end of the program, when no event of the note can be under way.
@@ -121,9 +135,19 @@ class frmNote : public wxFrame {
     void SetPointer(Pointer pointer);
     void Click(NotePart part);
     void FinishGesture(const wxRect& before, const wxRect& after);
+    void StorePlace(const wxRect& before, const wxRect& after);
     // Runs it as an event of its own, when this note's handlers have returned: what it opens may delete the
     // note.
-    void Later(void (NoteHost::*call)(frmNote&));
+    void Later(std::function<void(NoteHost& host, frmNote& note)> call);
+
+    void BindKeys();
+    void ShowFocus(std::optional<NotePart> part);
+    void StepBy(int x, int y, int width, int height);
+    void SaveSteps();
+    wxPoint MenuPoint() const;
+    void OnKey(wxKeyEvent& event);
+    void OnKeyUp(wxKeyEvent& event);
+    void OnActivate(wxActivateEvent& event);
 
     wxPoint2DDouble ToTwips(const wxPoint& pixels) const;
     void OnPaint(wxPaintEvent& event);
@@ -149,6 +173,9 @@ class frmNote : public wxFrame {
     NotePart hovered_ = NotePart::Body;
     NotePart pressed_ = NotePart::Body;  // cmdMinimize or chkForeground while it is held down
     Pointer pointer_ = Pointer::Default;
+    std::optional<NotePart> focus_;  // shown from the first key on until the mouse is used
+    bool stepped_ = false;           // moved or sized by keys since the last save
+    std::unique_ptr<NoteAccess> access_;
     std::unique_ptr<NoteGesture> gesture_;
     std::unique_ptr<Notification> notNotizIcon_;  // from the first time that the note is minimized
 };

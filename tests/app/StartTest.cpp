@@ -20,7 +20,9 @@ using enum MenuItem;
 class StartTest : public testing::Test {
   protected:
     StartTest() : start_(new frmStart(services_.Store(), [this] { ++quits_; })) {
-        services_.OpenMenu = [this](frmNote* note) { start_->ShowPopupMenu(note); };
+        services_.OpenMenu = [this](frmNote* note, std::optional<wxPoint> at) {
+            start_->ShowPopupMenu(note, at);
+        };
         services_.DescribeMenu = [this](const frmNote& note) { return start_->DescribeMenu(&note); };
         services_.RunMenu = [this](frmNote& note, int id) { start_->RunFromTrayMenu(&note, id); };
     }
@@ -41,7 +43,7 @@ class StartTest : public testing::Test {
 
     // Opens the menu and does something with it while it is open.
     template <class Visit>
-    void WithMenu(frmNote* note, Visit visit) {
+    void WithMenu(frmNote* note, Visit visit, std::optional<wxPoint> at = std::nullopt) {
         visit_ = visit;
         visited_ = false;
         g_timeout_add(
@@ -54,7 +56,7 @@ class StartTest : public testing::Test {
                 return G_SOURCE_REMOVE;
             },
             this);
-        start_->ShowPopupMenu(note);
+        start_->ShowPopupMenu(note, at);
         EXPECT_TRUE(visited_);
         EXPECT_FALSE(OpenMenu());
     }
@@ -186,6 +188,21 @@ TEST_F(StartTest, IconEventsOpenTheMenuOnceEach) {
     start_->notIcon.Events.MouseUp(1);
     EXPECT_FALSE(OpenMenu());
     EXPECT_EQ(opened, 2);
+}
+
+TEST_F(StartTest, ForTheKeyboardItOpensAtTheNoteWithItsFirstItemChosen) {
+    frmNote& note = AddNote(L"eins");
+    WithMenu(
+        &note,
+        [](GtkMenuShell* menu) {
+            GtkWidget* const window = gtk_widget_get_toplevel(GTK_WIDGET(menu));
+            int x = 0, y = 0;
+            gdk_window_get_origin(gtk_widget_get_window(window), &x, &y);
+            EXPECT_EQ(std::pair(x, y), std::pair(200, 150));
+            EXPECT_EQ(gtk_menu_shell_get_selected_item(menu), GTK_WIDGET(Item(menu, L"Neue Notiz...")));
+            gtk_menu_shell_deactivate(menu);
+        },
+        wxPoint(200, 150));
 }
 
 TEST_F(StartTest, ASecondMenuDoesNotOpenOverTheFirst) {

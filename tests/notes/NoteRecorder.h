@@ -12,6 +12,10 @@ class NoteRecorder : public NoteHost {
     void ApplyForeground() override { calls.push_back(L"apply"); }
     void ForgetMinimizedNote(frmNote&) override { calls.push_back(L"forget"); }
     void ShowPopupMenu(frmNote&) override { calls.push_back(L"menu"); }
+    void ShowPopupMenuAt(frmNote& note, const wxPoint& onScreen) override {
+        calls.push_back(note.GetRect().Contains(onScreen) ? L"menu at the note" : L"menu elsewhere");
+    }
+    void FocusNextNote(frmNote&, bool forward) override { calls.push_back(forward ? L"next" : L"previous"); }
     void EditNote(frmNote&) override { calls.push_back(L"edit"); }
 
     std::vector<std::wstring> calls;

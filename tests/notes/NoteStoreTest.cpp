@@ -158,6 +158,21 @@ TEST_F(NoteStoreTest, FindsNotesByKeyUntilTheyAreGone) {
     EXPECT_EQ(store.Find(key), nullptr);
 }
 
+TEST_F(NoteStoreTest, NextShownGoesRoundAndLeavesMinimizedNotesOut) {
+    frmNote& only = Add(store, L"1");
+    EXPECT_EQ(&store.NextShown(only, true), &only);
+    frmNote& second = Add(store, L"2");
+    frmNote& third = Add(store, L"3");
+    frmNote& fourth = Add(store, L"4");
+    third.Minimized(true);
+    EXPECT_EQ(&store.NextShown(only, true), &second);
+    EXPECT_EQ(&store.NextShown(second, true), &fourth);
+    EXPECT_EQ(&store.NextShown(fourth, true), &only);
+    EXPECT_EQ(&store.NextShown(only, false), &fourth);
+    EXPECT_EQ(&store.NextShown(fourth, false), &second);
+    EXPECT_EQ(&store.NextShown(third, true), &fourth);
+}
+
 TEST_F(NoteStoreTest, ApplyForegroundShowsAllButMinimizedNotes) {
     NotePtr hidden = store.CreateNote();
     frmNote& imported = store.AdoptNote(std::move(hidden));

@@ -1,0 +1,149 @@
+// The keyboard's part of a note window.
+#include <wx/event.h>
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+#include "notes/NoteAccess.h"
+#include "notes/NoteKeys.h"
+#include "notes/NotePlace.h"
+#include "notes/NoteWindow.h"
+#include "notes/frmNote.h"
+
+namespace {
+
+// The way of one press of an arrow.
+constexpr int kStepPixels = 10;
+
+constexpr NotePart kFocusOrder[] = {NotePart::Body, NotePart::chkForeground, NotePart::cmdMinimize};
+
+NotePart Neighbour(NotePart part, int way) {
+    constexpr int kCount = std::size(kFocusOrder);
+    int at = 0;
+    while (kFocusOrder[at] != part) ++at;
+    return kFocusOrder[(at + way + kCount) % kCount];
+}
+
+}  // namespace
+
+void frmNote::BindKeys() {
+    AcceptKeys(*this);
+    Bind(wxEVT_CHAR_HOOK, &frmNote::OnKey, this);
+    Bind(wxEVT_KEY_UP, &frmNote::OnKeyUp, this);
+    Bind(wxEVT_ACTIVATE, &frmNote::OnActivate, this);
+}
+
+void frmNote::TakeFocus() {
+    ActivateNoteWindow(*this);
+    ShowFocus(NotePart::Body);
+}
+
+void frmNote::ShowFocus(std::optional<NotePart> part) {
+    if (part == focus_) return;
+    focus_ = part;
+    Refresh();
+    access_->Focus(part.value_or(NotePart::Body));
+}
+
+void frmNote::OnKey(wxKeyEvent& event) {
+    const NotePart part = focus_.value_or(NotePart::Body);
+    const NoteCommand command = CommandOfKey(event.GetKeyCode(), event.GetModifiers());
+    if (command == NoteCommand::None || HasCapture()) {
+        event.Skip();
+        return;
+    }
+    ShowFocus(part);
+    const int step = kStepPixels;
+    switch (command) {
+        case NoteCommand::Menu:
+            Later([](NoteHost& host, frmNote& note) {
+                host.ShowPopupMenuAt(note, note.ClientToScreen(note.MenuPoint()));
+            });
+            break;
+        case NoteCommand::Enter:
+            PressPart(part);
+            break;
+        case NoteCommand::Press:
+            if (part != NotePart::Body) PressPart(part);
+            break;
+        case NoteCommand::NextControl:
+            ShowFocus(Neighbour(part, 1));
+            break;
+        case NoteCommand::PreviousControl:
+            ShowFocus(Neighbour(part, -1));
+            break;
+        case NoteCommand::NextNote:
+            Later([](NoteHost& host, frmNote& note) { host.FocusNextNote(note, true); });
+            break;
+        case NoteCommand::PreviousNote:
+            Later([](NoteHost& host, frmNote& note) { host.FocusNextNote(note, false); });
+            break;
+        case NoteCommand::MoveLeft:
+            StepBy(-step, 0, 0, 0);
+            break;
+        case NoteCommand::MoveUp:
+            StepBy(0, -step, 0, 0);
+            break;
+        case NoteCommand::MoveRight:
+            StepBy(step, 0, 0, 0);
+            break;
+        case NoteCommand::MoveDown:
+            StepBy(0, step, 0, 0);
+            break;
+        case NoteCommand::Narrower:
+            StepBy(0, 0, -step, 0);
+            break;
+        case NoteCommand::Lower:
+            StepBy(0, 0, 0, -step);
+            break;
+        case NoteCommand::Wider:
+            StepBy(0, 0, step, 0);
+            break;
+        case NoteCommand::Higher:
+            StepBy(0, 0, 0, step);
+            break;
+        case NoteCommand::None:
+            break;
+    }
+}
+
+void frmNote::StepBy(int x, int y, int width, int height) {
+    const wxRect before = GetRect();
+    wxRect after(before.x + x, before.y + y, before.width + width, before.height + height);
+    after.width = std::max(after.width, static_cast<int>(kSmallestPixels));
+    after.height = std::max(after.height, static_cast<int>(kSmallestPixels));
+    // Not where it could not be seen.
+    if (after == before || OnScreens(after) != after) return;
+    SetSize(after);
+    ArrangeParts(after.GetSize());
+    StorePlace(before, after);
+    stepped_ = true;
+}
+
+// A key that is held down makes many steps; they are saved once.
+void frmNote::SaveSteps() {
+    if (std::exchange(stepped_, false)) host_.SaveNotes();
+}
+
+void frmNote::OnKeyUp(wxKeyEvent& event) {
+    SaveSteps();
+    event.Skip();
+}
+
+void frmNote::OnActivate(wxActivateEvent& event) {
+    if (!event.GetActive()) {
+        SaveSteps();
+        ShowFocus(std::nullopt);
+    }
+    event.Skip();
+}
+
+wxPoint frmNote::MenuPoint() const {
+    const TwipsRect& part = focus_ == NotePart::chkForeground ? layout_.chkForeground
+                            : focus_ == NotePart::cmdMinimize ? layout_.cmdMinimize
+                                                              : layout_.lblMessage;
+    const bool text = &part == &layout_.lblMessage;
+    return {static_cast<int>(part.left / TwipsPerPixelX(*this)),
+            static_cast<int>((text ? part.top + kFrame : part.Bottom()) / TwipsPerPixelY(*this))};
+}

@@ -1,0 +1,114 @@
+#include <gtest/gtest.h>
+
+#include "notes/NoteKeys.h"
+#include "notes/frmNote.h"
+#include "tests/notes/NoteRecorder.h"
+#include "tests/support/Events.h"
+
+namespace {
+
+using Calls = std::vector<std::wstring>;
+
+class NoteKeysTest : public testing::Test {
+  protected:
+    NoteKeysTest() : note(new frmNote(recorder)) {
+        note->Place(3000, 3000, 3000, 2400);
+        note->ShowStacked();
+        RunEvents();
+        Take(recorder);
+    }
+
+    void Key(int code, int modifiers = wxMOD_NONE, wxEventType type = wxEVT_CHAR_HOOK) {
+        wxKeyEvent event(type);
+        event.m_keyCode = code;
+        event.SetControlDown((modifiers & wxMOD_CONTROL) != 0);
+        event.SetShiftDown((modifiers & wxMOD_SHIFT) != 0);
+        event.SetAltDown((modifiers & wxMOD_ALT) != 0);
+        event.SetEventObject(note.get());
+        note->ProcessWindowEvent(event);
+    }
+    Calls CallsAfter(int code, int modifiers = wxMOD_NONE) {
+        Key(code, modifiers);
+        RunEvents(std::chrono::milliseconds(5));
+        return Take(recorder);
+    }
+
+    NoteRecorder recorder;
+    NotePtr note;
+};
+
+}  // namespace
+
+TEST_F(NoteKeysTest, AskForWhatTheMouseAsksFor) {
+    const struct {
+        int code, modifiers;
+        Calls calls;
+    } rows[] = {
+        {WXK_WINDOWS_MENU, wxMOD_NONE, {L"menu at the note"}},
+        {WXK_F10, wxMOD_SHIFT, {L"menu at the note"}},
+        {WXK_F10, wxMOD_NONE, {}},
+        {WXK_F10, wxMOD_SHIFT | wxMOD_ALT, {}},
+        {WXK_RETURN, wxMOD_NONE, {L"edit"}},
+        {WXK_NUMPAD_ENTER, wxMOD_NONE, {L"edit"}},
+        {WXK_RETURN, wxMOD_ALT, {}},
+        {WXK_SPACE, wxMOD_NONE, {}},
+        {WXK_DELETE, wxMOD_NONE, {}},
+        {WXK_BACK, wxMOD_NONE, {}},
+        {WXK_TAB, wxMOD_CONTROL, {L"next"}},
+        {WXK_TAB, wxMOD_CONTROL | wxMOD_SHIFT, {L"previous"}},
+        {WXK_F6, wxMOD_NONE, {L"next"}},
+        {WXK_TAB, wxMOD_ALT, {}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(testing::Message() << row.code << " with " << row.modifiers);
+        EXPECT_EQ(CallsAfter(row.code, row.modifiers), row.calls);
+    }
+    EXPECT_EQ(note->Focus(), NotePart::Body);
+}
+
+TEST_F(NoteKeysTest, TabReachesTheControlsAndSpaceAndEnterPressThem) {
+    Key(WXK_TAB);
+    EXPECT_EQ(note->Focus(), NotePart::chkForeground);
+    EXPECT_EQ(CallsAfter(WXK_SPACE), (Calls{L"save", L"apply"}));
+    EXPECT_TRUE(note->Foreground());
+    EXPECT_EQ(CallsAfter(WXK_RETURN), (Calls{L"save", L"apply"}));
+    EXPECT_FALSE(note->Foreground());
+    EXPECT_EQ(CallsAfter(WXK_F10, wxMOD_SHIFT), Calls{L"menu at the note"});
+    Key(WXK_TAB);
+    Key(WXK_TAB);
+    EXPECT_EQ(note->Focus(), NotePart::Body);
+    Key(WXK_TAB, wxMOD_SHIFT);
+    EXPECT_EQ(note->Focus(), NotePart::cmdMinimize);
+    EXPECT_EQ(CallsAfter(WXK_SPACE), Calls{});
+    EXPECT_TRUE(note->Minimized());
+}
+
+TEST_F(NoteKeysTest, ArrowsMoveAndSizeAndAreSavedOnce) {
+    const auto place = [&] {
+        return std::vector<double>{note->Left() / 15, note->Top() / 15, note->Width() / 15,
+                                   note->Height() / 15};
+    };
+    const struct {
+        int code, modifiers;
+        std::vector<double> place;
+    } rows[] = {
+        {WXK_RIGHT, wxMOD_NONE, {210, 200, 200, 160}},  {WXK_DOWN, wxMOD_NONE, {210, 210, 200, 160}},
+        {WXK_LEFT, wxMOD_NONE, {200, 210, 200, 160}},   {WXK_UP, wxMOD_NONE, {200, 200, 200, 160}},
+        {WXK_RIGHT, wxMOD_SHIFT, {200, 200, 210, 160}}, {WXK_DOWN, wxMOD_SHIFT, {200, 200, 210, 170}},
+        {WXK_LEFT, wxMOD_SHIFT, {200, 200, 200, 170}},  {WXK_UP, wxMOD_SHIFT, {200, 200, 200, 160}},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(CallsAfter(row.code, row.modifiers), Calls{});
+        EXPECT_EQ(place(), row.place);
+    }
+    Key(WXK_UP, wxMOD_NONE, wxEVT_KEY_UP);
+    Key(WXK_UP, wxMOD_NONE, wxEVT_KEY_UP);
+    EXPECT_EQ(Take(recorder), Calls{L"save"});
+}
+
+TEST_F(NoteKeysTest, ArrowsNeitherLoseANoteNorMakeItTooSmall) {
+    for (int i = 0; i < 400; ++i) Key(WXK_LEFT);
+    EXPECT_GT(note->Left() + note->Width(), 0);
+    for (int i = 0; i < 400; ++i) Key(WXK_UP, wxMOD_SHIFT);
+    EXPECT_EQ(note->Height(), 750);
+}
