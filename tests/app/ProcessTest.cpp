@@ -217,6 +217,30 @@ TEST_F(ProcessTest, EndsWithTheMenuOrAMessageOpen) {
     EXPECT_EQ(SavedTexts(), (Texts{L"eins", L"zwei"}));
 }
 
+TEST_F(ProcessTest, KeysReachTheNoteThatWasClicked) {
+    Import(L"Taste");
+    Process program({});
+    WaitUntilShown(2);
+    const std::wstring note = kSettings + L"Note0\\";
+    const auto saved = [&](const wchar_t* name) {
+        return AsNumber(Registry().GetValue(note + name, REG_TYPE_DWORD));
+    };
+    ASSERT_EQ(saved(L"X"), 3000);
+    // Into the text of the note at 200, 200.
+    ShellOutput("xdotool mousemove --sync 260 280 click 1");
+    EXPECT_TRUE(Eventually([] { return ShellOutput("xdotool getwindowfocus getwindowname") == "Kivora"; }));
+    ShellOutput("xdotool key Right");
+    EXPECT_TRUE(Eventually([&] { return saved(L"X") == 3150; })) << saved(L"X");
+
+    // The third item of the menu that opens.
+    const std::size_t windows = Windows().size();
+    ShellOutput("xdotool key shift+F10");
+    ASSERT_TRUE(Eventually([&] { return Windows().size() > windows; }));
+    ShellOutput("xdotool key Down Down Return");
+    EXPECT_TRUE(Eventually([] { return SavedTexts() == Texts{}; }));
+    EXPECT_FALSE(program.Ended());
+}
+
 TEST_F(ProcessTest, PrintingLeavesTheSavedNotesAlone) {
     Import(L"eins");
     for (const bool signal : {false, true}) {

@@ -154,7 +154,9 @@ TEST(Screens, NotesComeToTheScreenThatIsLeftAndGoBack) {
     EXPECT_EQ(SavedPlaces(), saved);
 
     // What the user moves has its place where he leaves it.
-    ShellOutput("xdotool mousemove 640 450 mousedown 1 mousemove 500 450 mousemove 440 450 mouseup 1");
+    ShellOutput(
+        "xdotool mousemove --sync 640 450 mousedown 1 mousemove --sync 500 450 mousemove --sync 440 450 "
+        "mouseup 1");
     ExpectPlaces({left, {360, 400}, {560, 200}});
     EXPECT_TRUE(Eventually([&] { return SavedPlaces() == Places{left, right, {360, 400}}; }));
     screens.Second(true);
