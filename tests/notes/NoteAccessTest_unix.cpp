@@ -28,4 +28,26 @@ TEST(NoteAccess, TellsNameRoleAndTheWholeText) {
         EXPECT_EQ(FromUtf8(atk_object_get_description(window)), row.description);
         EXPECT_EQ(atk_object_get_role(window), ATK_ROLE_FRAME);
     }
+
+    // Inside is the part that has the keyboard.
+    AtkObject* const part = gtk_widget_get_accessible(note->m_wxwindow);
+    const struct {
+        const wchar_t* name;
+        AtkRole role;
+    } parts[] = {
+        {longText.c_str(), ATK_ROLE_LABEL},
+        {L"Im Vordergrund ein/aus, aktiviert", ATK_ROLE_CHECK_BOX},
+        {L"Minimieren", ATK_ROLE_PUSH_BUTTON},
+        {longText.c_str(), ATK_ROLE_LABEL},
+    };
+    for (const auto& row : parts) {
+        EXPECT_EQ(FromUtf8(atk_object_get_name(part)), row.name);
+        EXPECT_EQ(atk_object_get_role(part), row.role);
+        wxKeyEvent tab(wxEVT_CHAR_HOOK);
+        tab.m_keyCode = WXK_TAB;
+        tab.SetEventObject(note.get());
+        note->ProcessWindowEvent(tab);
+    }
+    note->Foreground(false);
+    EXPECT_EQ(FromUtf8(atk_object_get_name(part)), L"Im Vordergrund ein/aus, nicht aktiviert");
 }
