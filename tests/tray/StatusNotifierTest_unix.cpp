@@ -354,7 +354,7 @@ TEST_F(StatusNotifier, AHostOnTheBusComesFirstThenATrayThenTheStrip) {
     EXPECT_TRUE(OnlyOnTheBus(desktop, 2));
     desktop.SetHost(false);
     EXPECT_TRUE(OnlyInTheStrip(2));
-    EXPECT_TRUE(desktop.Items().empty());
+    EXPECT_TRUE(RunUntil([&] { return desktop.Items().empty(); }));
 }
 
 TEST_F(StatusNotifier, TheWatcherMayGoAndComeBack) {

@@ -69,6 +69,19 @@ inline wxRect ScreenRect(GtkWindow* window) {
 
 inline wxPoint Middle(const wxRect& rect) { return {rect.x + rect.width / 2, rect.y + rect.height / 2}; }
 
+// The strip can be clicked: it is on the screen and has come to its place.
+inline bool StripInCorner() {
+    GtkWindow* strip = Strip();
+    if (!strip) return false;
+    XWindowAttributes attributes;
+    const Window window = gdk_x11_window_get_xid(gtk_widget_get_window(GTK_WIDGET(strip)));
+    if (!XGetWindowAttributes(XDisplay(), window, &attributes)) return false;
+    if (attributes.map_state != IsViewable) return false;
+    GdkRectangle room;
+    gdk_monitor_get_workarea(gdk_display_get_monitor(gdk_display_get_default(), 0), &room);
+    return ScreenRect(strip).GetBottomRight() == wxPoint(room.x + room.width - 1, room.y + room.height - 1);
+}
+
 // Middle of an icon in the strip's lowest row, counted from the corner.
 inline wxPoint InStrip(int index) {
     const wxRect strip = ScreenRect(Strip());

@@ -93,11 +93,7 @@ class TrayHost : public TrayFixture {
 TEST_F(TrayHost, WithoutAHostTheStripShowsTheIcons) {
     AddIcon(L"A");
     AddIcon(L"B");
-    ASSERT_TRUE(RunUntil([] { return Strip() != nullptr; }));
-    GdkRectangle room;
-    gdk_monitor_get_workarea(gdk_display_get_monitor(gdk_display_get_default(), 0), &room);
-    const wxPoint corner(room.x + room.width - 1, room.y + room.height - 1);
-    EXPECT_TRUE(RunUntil([&] { return ScreenRect(Strip()).GetBottomRight() == corner; }));
+    ASSERT_TRUE(RunUntil(StripInCorner));
     EXPECT_EQ(ScreenRect(Strip()).width, 2 * kStripCell + 2 * kStripBorder);
     EXPECT_FALSE(gtk_window_has_toplevel_focus(Strip()));
 
@@ -116,13 +112,13 @@ TEST_F(TrayHost, ADisabledIconReportsNothing) {
     Notification& icon = AddIcon(L"A");
     icon.Enabled(false);
     icon.ShowIcon();
-    ASSERT_TRUE(RunUntil([] { return Strip() != nullptr; }));
+    ASSERT_TRUE(RunUntil(StripInCorner));
     EXPECT_EQ(Reported(InStrip(0), [](wxUIActionSimulator& p) { p.MouseDblClick(); }), L"");
 }
 
 TEST_F(TrayHost, AMenuOpenedFromTheStripStays) {
     Notification& icon = AddIcon(L"A");
-    ASSERT_TRUE(RunUntil([] { return Strip() != nullptr; }));
+    ASSERT_TRUE(RunUntil(StripInCorner));
     ExpectMenuStays(icon, InStrip(0));
 }
 
@@ -132,7 +128,7 @@ TEST_F(TrayHost, AnIconMayDieOfItsOwnDoubleClick) {
     AddIcon(L"A");
     AddIcon(L"B");
     icons_.front()->Events.DblClick = [this](int) { icons_.erase(icons_.begin()); };
-    ASSERT_TRUE(RunUntil([] { return Strip() != nullptr; }));
+    ASSERT_TRUE(RunUntil(StripInCorner));
     EXPECT_EQ(Reported(InStrip(0),
                        [](wxUIActionSimulator& p) {
                            p.MouseClick();
@@ -156,7 +152,7 @@ TEST_F(TrayHost, AnIconMayDieOfItsOwnDoubleClick) {
 TEST_F(TrayHost, IconsMoveToAHostAndComeBack) {
     Notification& first = AddIcon(L"A");
     AddIcon(L"B");
-    ASSERT_TRUE(RunUntil([] { return Strip() != nullptr; }));
+    ASSERT_TRUE(RunUntil(StripInCorner));
     TrayProcess tray;
     if (!tray.Started()) GTEST_SKIP() << "trayer is not installed";
     ASSERT_TRUE(RunUntil([] { return Embedded().size() == 2 && !Strip(); }));
@@ -188,7 +184,7 @@ TEST_F(TrayHost, AHostThatTakesNothingLeavesTheIconsToTheStrip) {
     AddIcon(L"A");
     RunEvents(milliseconds(700));
     EXPECT_FALSE(Strip());
-    ASSERT_TRUE(RunUntil([] { return Strip() != nullptr; }));
+    ASSERT_TRUE(RunUntil(StripInCorner));
     EXPECT_EQ(Reported(InStrip(0), [](wxUIActionSimulator& p) { p.MouseClick(); }), L"Adown1 Aup1 ");
 }
 
