@@ -13,6 +13,10 @@ void NameControls(wxWindow& parent);
 // The same for one pair; for controls that do not follow their label.
 void JoinLabel(wxWindow& label, wxWindow& control);
 
+// Makes readers announce a window as a dialog, or as an alert, of which they read all texts at once.
+enum class DialogRole { Dialog, Alert };
+void AnnounceAs(wxWindow& window, DialogRole role);
+
 // Names a control that no label on the screen names.
 void NameControl(wxWindow& control, const wxString& name);
 

@@ -27,6 +27,9 @@ void Annotate(const Action& action) {
 // The system calls a control by the label before it and moves a key to the control behind it, by itself.
 void JoinLabel(wxWindow&, wxWindow&) {}
 
+// The system knows dialogs, and readers read what stands in them.
+void AnnounceAs(wxWindow&, DialogRole) {}
+
 void NameControl(wxWindow& control, const wxString& name) {
     const HWND window = control.GetHandle();
     Annotate([&](IAccPropServices& service) {

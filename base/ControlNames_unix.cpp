@@ -53,6 +53,11 @@ void JoinLabel(wxWindow& label, wxWindow& control) {
                             static_cast<GConnectFlags>(0));
 }
 
+void AnnounceAs(wxWindow& window, DialogRole role) {
+    atk_object_set_role(gtk_widget_get_accessible(window.GetHandle()),
+                        role == DialogRole::Alert ? ATK_ROLE_ALERT : ATK_ROLE_DIALOG);
+}
+
 void NameControl(wxWindow& control, const wxString& name) {
     atk_object_set_name(gtk_widget_get_accessible(WidgetOf(control)), name.utf8_str());
 }

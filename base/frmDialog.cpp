@@ -55,15 +55,21 @@ void FitHeight(wxWindow& control) {
     box->InvalidateBestSize();  // with those of the panels around it
 }
 
+bool HasColumns(const wxObject* control) {
+    return dynamic_cast<const wxListCtrl*>(control) || dynamic_cast<const wxNativeWindow*>(control);
+}
+
 bool IsList(const wxObject* control) {
-    return dynamic_cast<const wxListBox*>(control) || dynamic_cast<const wxListCtrl*>(control) ||
-           dynamic_cast<const wxNativeWindow*>(control);
+    return dynamic_cast<const wxListBox*>(control) || HasColumns(control);
 }
 
 void LetShrink(wxWindow& control) {
     const auto* text = dynamic_cast<const wxTextCtrl*>(&control);
     if (!IsList(&control) && !(text && text->IsMultiLine())) return;
-    control.SetMinSize(RoomForText(control, kLeastCharacters, kLeastLines));
+    wxSize least = RoomForText(control, kLeastCharacters, kLeastLines);
+    // Columns that are cut are no use.
+    if (HasColumns(&control)) least.x = control.GetMinSize().x;
+    control.SetMinSize(least);
     control.InvalidateBestSize();
 }
 
@@ -77,6 +83,7 @@ frmDialog::frmDialog(const wxString& caption, const std::wstring& helpPage, bool
     : wxDialog(Owner(), wxID_ANY, caption, wxDefaultPosition, wxDefaultSize,
                wxCAPTION | wxCLOSE_BOX | wxSYSTEM_MENU | (resizable ? wxRESIZE_BORDER : 0)),
       helpPage_(helpPage) {
+    AnnounceAs(*this, DialogRole::Dialog);
     SetIcon(LoadPicture(kProgramIcon).GetIcon(FromDIP(wxSize(32, 32))));
     Bind(wxEVT_CHAR_HOOK, &frmDialog::OnKey, this);
     Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent& event) {

@@ -71,6 +71,7 @@ frmMessage::frmMessage(const std::wstring& text, int flags, const wxString& titl
     auto* content = new wxBoxSizer(wxHORIZONTAL);
     const Kind kind = KindOf(flags);
     auto* picture = new wxStaticBitmap(this, wxID_ANY, LoadPicture(kind.picture));
+    AnnounceAs(*this, DialogRole::Alert);
     NameControl(*picture, kind.name);
     content->Add(picture, wxSizerFlags().Top());
     content->AddSpacer(FromDIP(kDialogMargin));

@@ -19,7 +19,7 @@ GtkWidget* InnerWidget(GtkWidget* widget) {
 }
 
 AtkObject* Accessible(wxWindow& control) {
-    GtkWidget* inner = InnerWidget(control.GetHandle());
+    GtkWidget* inner = control.IsTopLevel() ? nullptr : InnerWidget(control.GetHandle());
     return gtk_widget_get_accessible(inner ? inner : control.GetHandle());
 }
 
