@@ -41,6 +41,8 @@ bool Eventually(const std::function<bool()>& condition,
 
 // Ids of the program's visible windows, those of its icons included.
 std::vector<std::string> Windows();
+// True for the window of the picture that a start shows for a moment, also when it has just gone.
+bool IsSplash(const std::string& id);
 // Waits for a window of that title and gives its id; empty when there is none.
 std::string WaitForWindow(const std::string& title,
                           std::chrono::milliseconds limit = std::chrono::seconds(5));

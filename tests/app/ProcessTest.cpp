@@ -1,6 +1,7 @@
 // The built program from outside: its processes, its windows and what it leaves behind.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -62,7 +63,10 @@ class ProcessTest : public testing::Test {
 
     // A plain start with that many windows on the screen: the notes and the icon.
     static void WaitUntilShown(std::size_t windows) {
-        EXPECT_TRUE(Eventually([&] { return Windows().size() >= windows; })) << Windows().size();
+        EXPECT_TRUE(Eventually([&] {
+            const std::vector<std::string> shown = Windows();
+            return shown.size() >= windows && std::none_of(shown.begin(), shown.end(), IsSplash);
+        })) << Windows().size();
     }
 };
 

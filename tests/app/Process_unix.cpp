@@ -95,6 +95,11 @@ std::vector<std::string> Windows() {
     return windows;
 }
 
+bool IsSplash(const std::string& id) {
+    const std::string type = ShellOutput("xprop -id " + id + " _NET_WM_WINDOW_TYPE 2>/dev/null");
+    return type.empty() || type.find("_SPLASH") != std::string::npos;
+}
+
 std::string WaitForWindow(const std::string& title, std::chrono::milliseconds limit) {
     std::string id;
     Eventually(
