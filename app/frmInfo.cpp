@@ -1,5 +1,6 @@
 #include "app/frmInfo.h"
 
+#include <wx/button.h>
 #include <wx/hyperlink.h>
 #include <wx/sizer.h>
 #include <wx/statbmp.h>
@@ -41,6 +42,7 @@ frmInfo::frmInfo() : frmDialog(L"Info", L"index.html") {
                  wxSizerFlags().Border(wxRIGHT, FromDIP(kDialogMargin)));
     content->Add(texts);
     SetContent(content, CreateButtons(L"&OK", L""));
+    cmdOK->SetFocus();
 }
 
 void frmInfo::Open() {

@@ -20,7 +20,7 @@ has_notification_area() { xwininfo -root -tree | grep -q '"trayer"'; }
 start_display() {
     local number_file
     number_file=$(mktemp)
-    Xvfb -displayfd 3 -screen 0 "${1:-1280x900}x24" -nolisten tcp 3>"$number_file" >/dev/null 2>&1 &
+    Xvfb -displayfd 3 -noreset -screen 0 "${1:-1280x900}x24" -nolisten tcp 3>"$number_file" >/dev/null 2>&1 &
     display_pids+=($!)
     wait_for test -s "$number_file" || {
         echo "Xvfb does not start" >&2
