@@ -56,7 +56,7 @@ std::string Style(Colour face, Colour dark) {
         return std::string(".") + name + "{" + property + ":" + Css(c) + " !important}";
     };
     return rule("face", "fill", face) + rule("face1", "stop-color", Mix(face, white, 0.3)) +
-           rule("face2", "stop-color", Mix(face, dark, 0.06)) +
+           rule("face2", "stop-color", Mix(face, dark, 0.06)) + rule("shade", "fill", dark) +
            rule("edge", "stroke", Mix(face, dark, 0.55)) + rule("ink", "fill", Mix(face, dark, 0.6)) +
            rule("back", "fill", Mix(face, white, 0.82)) +
            rule("back1", "stop-color", Mix(face, white, 0.82)) +
