@@ -40,8 +40,8 @@ std::uint8_t Guess(std::uint8_t left, std::uint8_t above, std::uint8_t between) 
 Neighbours Look(const Pixel* pixels, std::size_t at, std::size_t width) {
     const bool firstRow = at < width;
     if (at % width == 0) {
-        const Pixel near = firstRow ? Pixel{} : pixels[at - width];
-        return {near, near, near};
+        const Pixel around = firstRow ? Pixel{} : pixels[at - width];
+        return {around, around, around};
     }
     const Pixel left = pixels[at - 1];
     if (firstRow) return {left, left, left};
@@ -59,13 +59,13 @@ int Off(std::uint8_t value, std::uint8_t guess) { return static_cast<std::int8_t
 
 bool Within(int value, int least, int most) { return value >= least && value <= most; }
 
-void PackOne(std::vector<std::uint8_t>& out, const Pixel& pixel, const Neighbours& near) {
+void PackOne(std::vector<std::uint8_t>& out, const Pixel& pixel, const Neighbours& around) {
     const auto put = [&out](int byte) { out.push_back(static_cast<std::uint8_t>(byte)); };
-    const int red = Off(pixel.red, near.guess.red), green = Off(pixel.green, near.guess.green),
-              blue = Off(pixel.blue, near.guess.blue), alpha = Off(pixel.alpha, near.guess.alpha);
-    if (pixel == near.left) {
+    const int red = Off(pixel.red, around.guess.red), green = Off(pixel.green, around.guess.green),
+              blue = Off(pixel.blue, around.guess.blue), alpha = Off(pixel.alpha, around.guess.alpha);
+    if (pixel == around.left) {
         put(kAsLeft);
-    } else if (pixel == near.above) {
+    } else if (pixel == around.above) {
         put(kAsAbove);
     } else if (red == 0 && green == 0 && blue == 0 && Within(alpha, -16, 15)) {
         put(kAlpha | (alpha + 16));
@@ -92,10 +92,10 @@ std::size_t Following(std::uint8_t first) {
 }
 
 // The pixel of a piece; `next` points to the bytes that follow the first one.
-Pixel UnpackOne(std::uint8_t first, const std::uint8_t* next, const Neighbours& near) {
-    Pixel pixel = near.guess;
-    if (first == kAsLeft) return near.left;
-    if (first == kAsAbove) return near.above;
+Pixel UnpackOne(std::uint8_t first, const std::uint8_t* next, const Neighbours& around) {
+    Pixel pixel = around.guess;
+    if (first == kAsLeft) return around.left;
+    if (first == kAsAbove) return around.above;
     if (first == kColour) return {next[0], next[1], next[2], pixel.alpha};
     if (first == kComplete) return {next[0], next[1], next[2], next[3]};
     if (first >= kAlpha) {
@@ -124,12 +124,12 @@ std::vector<std::uint8_t> PackPixels(std::span<const Pixel> pixels, int width) {
         run = 0;
     };
     for (std::size_t i = 0; i < pixels.size(); ++i) {
-        const Neighbours near = Look(pixels.data(), i, rowLength);
-        if (pixels[i] == near.guess) {
+        const Neighbours around = Look(pixels.data(), i, rowLength);
+        if (pixels[i] == around.guess) {
             if (++run == kLongestRun) endRun();
         } else {
             endRun();
-            PackOne(packed, pixels[i], near);
+            PackOne(packed, pixels[i], around);
         }
     }
     endRun();
@@ -150,8 +150,8 @@ std::vector<Pixel> UnpackPixels(std::span<const std::uint8_t> packed, int width,
         const std::size_t run = isRun ? (first & 0x3fU) + 1 : 1, following = Following(first);
         if (first > kComplete || run > count - done || following > packed.size() - at) return {};
         for (const std::size_t end = done + run; done < end; ++done) {
-            const Neighbours near = Look(pixels.data(), done, rowLength);
-            pixels[done] = isRun ? near.guess : UnpackOne(first, packed.data() + at, near);
+            const Neighbours around = Look(pixels.data(), done, rowLength);
+            pixels[done] = isRun ? around.guess : UnpackOne(first, packed.data() + at, around);
         }
         at += following;
     }
