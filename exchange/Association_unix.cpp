@@ -100,8 +100,36 @@ void RunTools() {
     g_spawn_async(nullptr, arguments.data(), nullptr, silent, nullptr, nullptr, nullptr, nullptr);
 }
 
+// True when this very program was installed with an entry and a type of its own where the desktop looks.
+bool IsInstalled() {
+    const fs::path program = FilePath(ProgramPath());
+    for (const gchar* const* folder = g_get_system_data_dirs(); *folder; ++folder) {
+        const fs::path data = *folder;
+        std::error_code ignored;
+        if (fs::equivalent(data.parent_path() / "bin" / "kivora", program, ignored) &&
+            fs::exists(data / "applications" / "kivora.desktop", ignored) &&
+            fs::exists(data / "mime" / "packages" / "kivora.xml", ignored)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// What another copy left for the user would hide what was installed, and outlive it.
+void Withdraw() {
+    std::error_code ignored;
+    bool removed = fs::remove(EntryFile(), ignored);
+    removed = fs::remove(TypeFile(), ignored) || removed;
+    for (const int size : kIconSizes) fs::remove(IconFile(size), ignored);
+    if (removed) RunTools();
+}
+
 gboolean RegisterNow(gpointer) {
     if (SharedDataFolder().empty()) return G_SOURCE_REMOVE;
+    if (IsInstalled()) {
+        Withdraw();
+        return G_SOURCE_REMOVE;
+    }
     const bool newType = Renew(TypeFile(), kMimeType);
     const bool newEntry = Renew(EntryFile(), DesktopEntry());
     for (const int size : kIconSizes) {

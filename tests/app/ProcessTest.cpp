@@ -277,6 +277,30 @@ TEST_F(ProcessTest, TheDesktopOpensExportFiles) {
     EXPECT_FALSE(program.Ended());
 }
 
+// An installed program has an entry of its own; one that another copy left for the user would hide that.
+TEST_F(ProcessTest, AnInstalledProgramLeavesNoEntryOfItsOwn) {
+    namespace fs = std::filesystem;
+    const fs::path entry = fs::path(std::getenv("XDG_DATA_HOME")) / "applications" / "kivora.desktop";
+    {
+        Process copy({});
+        EXPECT_TRUE(Eventually([&] { return fs::exists(entry); }));
+    }
+    const fs::path prefix = fs::path(std::getenv("XDG_RUNTIME_DIR")) / "prefix";
+    for (const char* folder : {"bin", "share/applications", "share/mime/packages"}) {
+        fs::create_directories(prefix / folder);
+    }
+    fs::create_symlink(KIVORA_PROGRAM, prefix / "bin" / "kivora");
+    std::ofstream(prefix / "share/applications/kivora.desktop") << "[Desktop Entry]\n";
+    std::ofstream(prefix / "share/mime/packages/kivora.xml") << "<mime-info/>\n";
+    setenv("XDG_DATA_DIRS", (prefix / "share").c_str(), 1);
+    Process installed({});
+    unsetenv("XDG_DATA_DIRS");
+    EXPECT_TRUE(Eventually([&] { return !fs::exists(entry); }));
+    installed.Signal(SIGTERM);
+    EXPECT_EQ(installed.Wait(), 0);
+    EXPECT_FALSE(fs::exists(entry));
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
