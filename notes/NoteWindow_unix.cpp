@@ -52,10 +52,11 @@ void ShowNoteWindow(wxFrame& window, bool topmost) {
     const bool hidden = !window.IsShown();
     if (hidden) window.ShowWithoutActivating();
     if (hidden) {
-        // A window that was hidden has lost both on its way back; only a change makes the toolkit say them
-        // again.
+        // A window that was hidden has lost all this on its way back; only a change makes the toolkit say
+        // them again.
         gtk_window_set_skip_taskbar_hint(gtk, FALSE);
         gtk_window_set_skip_taskbar_hint(gtk, TRUE);
+        gtk_window_set_skip_pager_hint(gtk, FALSE);
         gtk_window_set_skip_pager_hint(gtk, TRUE);
     }
     gtk_window_set_keep_above(gtk, topmost);
