@@ -1,5 +1,6 @@
-// The system posts a message when a socket is ready. It does so once; asking anew after every turn makes it
-// tell again what still holds.
+// The system posts a message when something has become ready on a socket, and not again before the socket was
+// used. A message is therefore only the occasion to look at the socket, and what was served is looked at
+// anew.
 #include <winsock2.h>
 
 #include <algorithm>
@@ -39,8 +40,11 @@ class Pump {
 
     Watched Watch(SocketCalls::Handle handle, Ready ready) {
         const Watched watched = ++last_;
-        entries_[watched] = {static_cast<SOCKET>(handle), std::make_shared<Ready>(std::move(ready))};
+        const auto socket = static_cast<SOCKET>(handle);
+        entries_[watched] = {socket, std::make_shared<Ready>(std::move(ready))};
         ofMessage_[MessageOf(watched)] = watched;
+        WSAAsyncSelect(socket, window_, MessageOf(watched),
+                       FD_READ | FD_WRITE | FD_ACCEPT | FD_CONNECT | FD_CLOSE);
         return watched;
     }
 
@@ -49,7 +53,9 @@ class Pump {
         if (found == entries_.end()) return;
         found->second.read = read;
         found->second.write = write;
-        Ask(watched, found->second);
+        // Its message may have come when nobody wanted it.
+        LookAt(watched, found->second);
+        AskForTurn();
     }
 
     void Again(Watched watched) {
@@ -58,11 +64,13 @@ class Pump {
     }
 
     void Forget(Watched watched) {
-        Want(watched, false, false);
-        entries_.erase(watched);
+        const auto found = entries_.find(watched);
+        if (found == entries_.end()) return;
+        WSAAsyncSelect(found->second.socket, window_, 0, 0);
+        entries_.erase(found);
         again_.erase(watched);
-        const auto found = ofMessage_.find(MessageOf(watched));
-        if (found != ofMessage_.end() && found->second == watched) ofMessage_.erase(found);
+        const auto message = ofMessage_.find(MessageOf(watched));
+        if (message != ofMessage_.end() && message->second == watched) ofMessage_.erase(message);
     }
 
   private:
@@ -70,7 +78,7 @@ class Pump {
         SOCKET socket = INVALID_SOCKET;
         std::shared_ptr<Ready> ready;
         bool read = false, write = false;
-        bool ended = false;  // the other side sends no more
+        bool waiting = false;  // to be looked at
     };
 
     static UINT MessageOf(Watched watched) { return kFirstMessage + static_cast<UINT>(watched % kMessages); }
@@ -86,37 +94,30 @@ class Pump {
             pump->asked_ = false;
             pump->RunTurnOrLater();
         } else if (message >= kFirstMessage && message < kFirstMessage + kMessages) {
-            pump->OnReady(message, lParam);
+            pump->OnReady(message);
         } else {
             return DefWindowProcW(window, message, wParam, lParam);
         }
         return 0;
     }
 
-    void Ask(Watched watched, const Entry& entry) {
-        long events = 0;
-        if (entry.read) events |= FD_READ | FD_ACCEPT | FD_CLOSE;
-        if (entry.write) events |= FD_WRITE | FD_CONNECT | (entry.ended ? 0 : FD_CLOSE);
-        WSAAsyncSelect(entry.socket, window_, events ? MessageOf(watched) : 0, events);
-    }
-
-    void OnReady(UINT message, LPARAM what) {
+    void OnReady(UINT message) {
         const auto found = ofMessage_.find(message);
         const auto entry = found == ofMessage_.end() ? entries_.end() : entries_.find(found->second);
         if (entry == entries_.end()) return;
-        const int event = WSAGETSELECTEVENT(what);
-        const bool broken = WSAGETSELECTERROR(what) != 0;
-        if (event == FD_CLOSE && !broken) entry->second.ended = true;
-        waiting_.push_back(
-            {found->second,
-             {.readable = broken || event == FD_READ || event == FD_ACCEPT || event == FD_CLOSE,
-              .writable = broken || event == FD_WRITE || event == FD_CONNECT}});
+        LookAt(entry->first, entry->second);
         RunTurnOrLater();
     }
 
-    // Messages like these come before the user's input; when there is some, the turn comes after it.
+    void LookAt(Watched watched, Entry& entry) {
+        if (!(entry.read || entry.write) || std::exchange(entry.waiting, true)) return;
+        waiting_.push_back(watched);
+    }
+
+    // Messages like these come before the user's input, painting and timers; what there is of those has its
+    // turn first.
     void RunTurnOrLater() {
-        if (HIWORD(GetQueueStatus(QS_INPUT | QS_PAINT)) == 0)
+        if (HIWORD(GetQueueStatus(QS_INPUT | QS_PAINT | QS_TIMER)) == 0)
             RunTurn();
         else if (!std::exchange(asked_, true))
             SetTimer(window_, kTurnTimer, USER_TIMER_MINIMUM, nullptr);
@@ -129,31 +130,47 @@ class Pump {
     // Serves sockets in the order in which they became ready until the turn is over.
     void RunTurn() {
         const auto end = std::chrono::steady_clock::now() + kTurn;
-        for (const Watched watched : std::exchange(again_, {}))
-            waiting_.push_back({watched, {.again = true}});
-        while (!waiting_.empty()) {
-            const auto [watched, readiness] = waiting_.front();
+        for (const Watched watched : std::exchange(again_, {})) Call(watched, {.again = true});
+        while (!waiting_.empty() && std::chrono::steady_clock::now() < end) {
+            const Watched watched = waiting_.front();
             waiting_.pop_front();
-            Serve(watched, readiness);
-            if (std::chrono::steady_clock::now() >= end) break;
+            Serve(watched);
         }
         if (!waiting_.empty()) AskForTurn();
     }
 
-    void Serve(Watched watched, Readiness readiness) {
-        auto found = entries_.find(watched);
+    // What holds for a socket now, of what is wanted; a connection that is gone is both.
+    static Readiness ReadinessOf(const Entry& entry) {
+        fd_set readable, writable, broken;
+        FD_ZERO(&readable);
+        FD_ZERO(&writable);
+        FD_ZERO(&broken);
+        if (entry.read) FD_SET(entry.socket, &readable);
+        if (entry.write) FD_SET(entry.socket, &writable);
+        FD_SET(entry.socket, &broken);
+        timeval now{0, 0};
+        if (select(0, &readable, &writable, &broken, &now) <= 0) return {};
+        return {.readable = entry.read && (readable.fd_count > 0 || broken.fd_count > 0),
+                .writable = entry.write && (writable.fd_count > 0 || broken.fd_count > 0)};
+    }
+
+    void Serve(Watched watched) {
+        const auto found = entries_.find(watched);
         if (found == entries_.end()) return;
-        if (!readiness.again) {
-            // What is not wanted any more may have been on its way.
-            readiness.readable = readiness.readable && found->second.read;
-            readiness.writable = readiness.writable && found->second.write;
-        }
-        if (readiness.readable || readiness.writable || readiness.again) {
-            const std::shared_ptr<Ready> ready = found->second.ready;
-            (*ready)(readiness);
-        }
-        found = entries_.find(watched);
-        if (found != entries_.end() && !readiness.again) Ask(watched, found->second);
+        found->second.waiting = false;
+        const Readiness readiness = ReadinessOf(found->second);
+        if (!readiness.readable && !readiness.writable) return;
+        Call(watched, readiness);
+        // What still holds is not told again.
+        const auto still = entries_.find(watched);
+        if (still != entries_.end()) LookAt(watched, still->second);
+    }
+
+    void Call(Watched watched, const Readiness& readiness) {
+        const auto found = entries_.find(watched);
+        if (found == entries_.end()) return;
+        const std::shared_ptr<Ready> ready = found->second.ready;
+        (*ready)(readiness);
     }
 
     HWND window_ = nullptr;
@@ -161,7 +178,7 @@ class Pump {
     std::unordered_map<Watched, Entry> entries_;
     std::unordered_map<UINT, Watched> ofMessage_;
     std::set<Watched> again_;
-    std::deque<std::pair<Watched, Readiness>> waiting_;
+    std::deque<Watched> waiting_;
     bool asked_ = false;
 };
 

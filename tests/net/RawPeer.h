@@ -59,3 +59,7 @@ double ThreadSeconds();
 
 // Handles that the process has open.
 int CountHandles();
+
+// Seconds of the program's own time that may pass between two events of a window, however busy its sockets
+// are.
+double LongestTurn();

@@ -149,3 +149,5 @@ int CountHandles() {
     return static_cast<int>(std::distance(std::filesystem::directory_iterator("/proc/self/fd"),
                                           std::filesystem::directory_iterator()));
 }
+
+double LongestTurn() { return 0.05; }

@@ -142,7 +142,9 @@ TEST_F(Receiving, NoMoreThan256AtATime) {
         EXPECT_EQ(RawConnection::To(network->LocalPort()).Rest(), "");
         connections.pop_back();
         std::string line;
-        for (int i = 0; i < 100 && line != kGreeting; ++i)
+        // Until the program has noticed.
+        const auto end = std::chrono::steady_clock::now() + 5s;
+        while (line != kGreeting && std::chrono::steady_clock::now() < end)
             line = RawConnection::To(network->LocalPort()).Line();
         EXPECT_EQ(line, kGreeting);
     });
@@ -222,7 +224,7 @@ TEST_F(Receiving, ACrowdKeepsNobodyWaiting) {
     });
     timer.Stop();
     EXPECT_GT(ticks, 20);
-    EXPECT_LT(longest, 0.05);
+    EXPECT_LT(longest, LongestTurn());
     EXPECT_GT(sent, 1'000'000u);
     std::printf("[          ] %zu bytes, %d ticks, longest wait %.1f ms\n", sent.load(), ticks,
                 longest * 1000);
