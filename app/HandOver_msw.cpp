@@ -6,7 +6,9 @@
 
 #include <chrono>
 #include <deque>
+#include <future>
 #include <memory>
+#include <thread>
 
 #include "app/HandOver.h"
 #include "base/FileName.h"
@@ -162,7 +164,9 @@ std::unique_ptr<RunningCopy> RunningCopy::Claim() {
     return std::make_unique<DdeCopy>(mutex);
 }
 
-bool HandOver(const std::wstring& fileName) {
+namespace {
+
+bool Converse(const std::string& name) {
     const Clock::time_point deadline = Clock::now() + kPatience;
     const Conversations conversations(IgnoreDde, APPCMD_CLIENTONLY);
     const HSZ service = conversations.Name(kService), topic = conversations.Name(kTopic);
@@ -174,7 +178,20 @@ bool HandOver(const std::wstring& fileName) {
     DdeFreeStringHandle(conversations.Get(), service);
     DdeFreeStringHandle(conversations.Get(), topic);
     if (!conversation) return false;
-    const bool taken = Poke(conversations, conversation, AnsiName(AbsoluteFileName(fileName)));
+    const bool taken = Poke(conversations, conversation, name);
     DdeDisconnect(conversation);
     return taken;
+}
+
+}  // namespace
+
+bool HandOver(const std::wstring& fileName) {
+    // A copy that does not answer would keep the system's call for ever, so that waits in a thread that can
+    // be left behind.
+    std::promise<bool> promise;
+    std::future<bool> taken = promise.get_future();
+    std::thread([promise = std::move(promise), name = AnsiName(AbsoluteFileName(fileName))]() mutable {
+        promise.set_value(Converse(name));
+    }).detach();
+    return taken.wait_for(kPatience) == std::future_status::ready && taken.get();
 }

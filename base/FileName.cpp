@@ -36,10 +36,3 @@ std::wstring NameFromText(std::wstring_view text, std::size_t longest) {
     name.erase(name.find_last_not_of(L" .") + 1);
     return name;
 }
-
-std::wstring AbsoluteFileName(const std::wstring& name) {
-    std::error_code failed;
-    const std::filesystem::path path = FilePath(name);
-    const std::filesystem::path absolute = std::filesystem::absolute(path, failed);
-    return failed ? name : FileName(absolute);
-}

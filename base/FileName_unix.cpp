@@ -56,3 +56,10 @@ std::filesystem::path FilePath(const std::wstring& name) {
     }
     return bytes;
 }
+
+std::wstring AbsoluteFileName(const std::wstring& name) {
+    std::error_code failed;
+    const std::filesystem::path path = FilePath(name);
+    const std::filesystem::path absolute = std::filesystem::absolute(path, failed);
+    return failed ? name : FileName(absolute);
+}
