@@ -6,16 +6,6 @@
 #include "app/PopupMenu.h"
 #include "base/basWait.h"
 
-namespace {
-
-// The menu runs a loop of its own, which knows nothing of the program's end.
-void EndMenuAtEnd(wxIdleEvent& event) {
-    if (IsQuitting()) EndMenu();
-    event.Skip();
-}
-
-}  // namespace
-
 std::optional<int> OpenPopupMenu(wxWindow& owner, wxMenu& menu, std::optional<wxPoint> at) {
     const HWND window = owner.GetHandle();
     POINT place{};
@@ -23,10 +13,9 @@ std::optional<int> OpenPopupMenu(wxWindow& owner, wxMenu& menu, std::optional<wx
     if (at) place = {at->x, at->y};
     // Else the menu would stay when the user clicks elsewhere.
     SetForegroundWindow(window);
-    owner.Bind(wxEVT_IDLE, EndMenuAtEnd);
+    const EndedWithWaits endedWithWaits([] { EndMenu(); });
     const int chosen = TrackPopupMenu(menu.GetHMenu(), TPM_RETURNCMD | TPM_RIGHTBUTTON, place.x, place.y, 0,
                                       window, nullptr);
-    owner.Unbind(wxEVT_IDLE, EndMenuAtEnd);
     PostMessageW(window, WM_NULL, 0, 0);
     if (chosen == 0) return std::nullopt;
     return chosen;

@@ -94,7 +94,7 @@ std::size_t UnitLength(std::wstring_view text, std::size_t at) {
 std::string ToUtf8(std::wstring_view text) {
     std::string bytes(text.size(), '\0');
     std::size_t at = 0;
-    for (; at < text.size() && text[at] >= 0 && text[at] < 0x80; ++at)
+    for (; at < text.size() && static_cast<unsigned>(text[at]) < 0x80; ++at)
         bytes[at] = static_cast<char>(text[at]);
     bytes.resize(at);
     while (at < text.size()) AppendUtf8(bytes, TakeCharacter(text, at));

@@ -13,6 +13,7 @@ struct Wait {
 };
 
 std::vector<Wait> waits;  // innermost last
+std::vector<std::function<void()>*> others;
 bool quitting = false;
 
 // A timer that ends its loop; which of several reasons ended it, the wait finds out by itself.
@@ -56,7 +57,11 @@ void WakeWaits() {
 void EndAllWaits() {
     quitting = true;
     for (const Wait& wait : waits) wait.loop->ScheduleExit();
+    for (const auto* end : others) (*end)();
 }
+
+EndedWithWaits::EndedWithWaits(std::function<void()> end) : end_(std::move(end)) { others.push_back(&end_); }
+EndedWithWaits::~EndedWithWaits() { std::erase(others, &end_); }
 
 bool IsQuitting() { return quitting; }
 

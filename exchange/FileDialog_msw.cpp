@@ -3,6 +3,7 @@
 #include <commdlg.h>
 #include <wx/toplevel.h>
 
+#include "base/CancelPopup_msw.h"
 #include "base/FileName.h"
 #include "base/basWait.h"
 #include "exchange/ExportPath.h"
@@ -14,26 +15,6 @@ constexpr DWORD kLongestName = 32768;
 const wchar_t* const kFilter = L"Kivora-Exportdateien (*.kvr)\0*.kvr\0Alle Dateien (*.*)\0*.*\0";
 
 std::filesystem::path lastFolder;  // of this run
-
-// The dialog runs a loop of its own, which knows nothing of the program's end.
-class ClosedAtEnd {
-  public:
-    explicit ClosedAtEnd(wxTopLevelWindow& owner) : owner_(owner) {
-        owner_.Bind(wxEVT_IDLE, &ClosedAtEnd::OnIdle, this);
-    }
-    ~ClosedAtEnd() { owner_.Unbind(wxEVT_IDLE, &ClosedAtEnd::OnIdle, this); }
-    ClosedAtEnd(const ClosedAtEnd&) = delete;
-    ClosedAtEnd& operator=(const ClosedAtEnd&) = delete;
-
-  private:
-    void OnIdle(wxIdleEvent&) {
-        const HWND window = owner_.GetHandle();
-        const HWND popup = GetLastActivePopup(window);
-        if (IsQuitting() && popup != window) PostMessageW(popup, WM_COMMAND, IDCANCEL, 0);
-    }
-
-    wxTopLevelWindow& owner_;
-};
 
 }  // namespace
 
@@ -51,7 +32,7 @@ std::optional<std::wstring> ChooseFile(wxTopLevelWindow& owner, const FileDialog
     dialog.Flags = OFN_EXPLORER | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
     if (!options.save) dialog.Flags |= OFN_FILEMUSTEXIST;
 
-    const ClosedAtEnd closedAtEnd(owner);
+    const EndedWithWaits endedWithWaits([&] { CancelPopupOf(dialog.hwndOwner); });
     const bool chosen = options.save ? GetSaveFileNameW(&dialog) : GetOpenFileNameW(&dialog);
     if (!chosen || IsQuitting()) return std::nullopt;
     const std::filesystem::path file = name.c_str();

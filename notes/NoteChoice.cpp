@@ -4,6 +4,7 @@
 #include <wx/checklst.h>
 #include <wx/sizer.h>
 #include <wx/statbox.h>
+#include <wx/wupdlock.h>
 
 #include "base/frmDialog.h"
 #include "notes/ListRows.h"
@@ -66,7 +67,11 @@ void NoteChoice::Refill() {
         texts.push_back(entry.text.substr(0, kShownCharacters));
         keys_.push_back(entry.key);
     }
-    lstNotizen->Set(texts);
+    {
+        // Not drawn anew for every row.
+        const wxWindowUpdateLocker still(lstNotizen);
+        lstNotizen->Set(texts);
+    }
     MarkAll(options_.markedAtFirst);
 }
 

@@ -10,6 +10,8 @@
 #include <cmath>
 #include <cstring>
 
+#include "base/CancelPopup_msw.h"
+#include "base/basWait.h"
 #include "print/PrintSystem.h"
 
 namespace {
@@ -191,7 +193,8 @@ bool Spooler::SetUp(PrinterSettings& settings) {
     dialog.hwndOwner = wxTheApp->GetTopWindow() ? GetActiveWindow() : nullptr;
     dialog.Flags = PD_PRINTSETUP;
     if (!mode.empty()) dialog.hDevMode = Global(mode.data(), mode.size());
-    const bool confirmed = PrintDlgW(&dialog);
+    const EndedWithWaits endedWithWaits([&] { CancelPopupOf(dialog.hwndOwner); });
+    const bool confirmed = PrintDlgW(&dialog) && !IsQuitting();
     if (confirmed && dialog.hDevMode) {
         const auto* chosen = static_cast<const DEVMODEW*>(GlobalLock(dialog.hDevMode));
         settings.printer = chosen->dmDeviceName;
