@@ -1,40 +1,60 @@
 #pragma once
-// The built program as a process, and the screen around it. Needs a display with a window manager and
-// xdotool.
-
-#include <sys/types.h>
+// The built program as a process, and the screen around it. Needs a display with a window manager, and on
+// Linux xdotool.
 
 #include <chrono>
+#include <filesystem>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
+
+// Where the program keeps its notes while a test runs: nothing of the user's is touched.
+class ProgramPlace {
+  public:
+    ProgramPlace();
+    ~ProgramPlace();
+    ProgramPlace(const ProgramPlace&) = delete;
+    ProgramPlace& operator=(const ProgramPlace&) = delete;
+    // A folder for files of the tests.
+    const std::filesystem::path& Folder() const;
+
+  private:
+    struct Parts;
+    std::unique_ptr<Parts> parts_;
+};
 
 class Process {
   public:
     // Starts the program with arguments. Without `display` it has none.
     explicit Process(std::vector<std::string> arguments, bool display = true);
+    // The same where a command line is one text, with this text at its end.
+    Process(std::vector<std::string> arguments, const std::wstring& rest);
     ~Process();  // kills it
     Process(const Process&) = delete;
     Process& operator=(const Process&) = delete;
 
-    void Signal(int signal) const;
+    // As the user's session asks a program to end, as somebody ends it who does not ask, and as it stands
+    // when something keeps it from going on.
+    void AskToEnd() const;
+    void Kill() const;
+    void Signal(int number) const;  // where there are signals
+    void Stop() const;
+    void Continue() const;
+
     bool Ended();
-    // Waits for the end; the exit code, -1 when a signal ended it, nothing when the time is over.
+    // Waits for the end; the exit code, -1 when it was killed, nothing when the time is over.
     std::optional<int> Wait(std::chrono::milliseconds limit = std::chrono::seconds(5));
     // What it wrote. After its end.
     std::string Output() const;
     std::string Errors() const;
 
-  private:
-    pid_t pid_ = -1;
-    int status_ = 0;
-    bool ended_ = false;
-    std::string output_, errors_;  // names of files
-};
+    struct Parts;  // what the platform knows of it
 
-// What a command of the shell writes, without line breaks at its end.
-std::string ShellOutput(const std::string& command);
+  private:
+    std::unique_ptr<Parts> parts_;
+};
 
 bool Eventually(const std::function<bool()>& condition,
                 std::chrono::milliseconds limit = std::chrono::seconds(5));
@@ -46,3 +66,7 @@ bool IsSplash(const std::string& id);
 // Waits for a window of that title and gives its id; empty when there is none.
 std::string WaitForWindow(const std::string& title,
                           std::chrono::milliseconds limit = std::chrono::seconds(5));
+
+// Presses "Return" or "Escape" in a window, or the right mouse button at a place of the screen.
+void Press(const std::string& window, const std::string& key);
+void RightClick(int x, int y);

@@ -11,6 +11,8 @@
 #include <thread>
 
 #include "tests/app/Process.h"
+#include "tests/app/Shell_unix.h"
+#include "tests/support/Support.h"
 
 namespace {
 
@@ -28,16 +30,30 @@ std::string Content(const std::string& file) {
 
 }  // namespace
 
-Process::Process(std::vector<std::string> arguments, bool display)
-    : output_(TemporaryFile()), errors_(TemporaryFile()) {
+struct ProgramPlace::Parts {
+    PrivateFolders folders;  // told to the program by the environment
+};
+
+ProgramPlace::ProgramPlace() : parts_(std::make_unique<Parts>()) {}
+ProgramPlace::~ProgramPlace() = default;
+const std::filesystem::path& ProgramPlace::Folder() const { return parts_->folders.Root(); }
+
+struct Process::Parts {
+    pid_t pid = -1;
+    int status = 0;
+    bool ended = false;
+    std::string output = TemporaryFile(), errors = TemporaryFile();
+};
+
+Process::Process(std::vector<std::string> arguments, bool display) : parts_(std::make_unique<Parts>()) {
     std::string program = KIVORA_PROGRAM;
     std::vector<char*> pointers = {program.data()};
     for (std::string& argument : arguments) pointers.push_back(argument.data());
     pointers.push_back(nullptr);
-    pid_ = fork();
-    if (pid_ != 0) return;
-    dup2(open(output_.c_str(), O_WRONLY), STDOUT_FILENO);
-    dup2(open(errors_.c_str(), O_WRONLY), STDERR_FILENO);
+    parts_->pid = fork();
+    if (parts_->pid != 0) return;
+    dup2(open(parts_->output.c_str(), O_WRONLY), STDOUT_FILENO);
+    dup2(open(parts_->errors.c_str(), O_WRONLY), STDERR_FILENO);
     if (!display) {
         unsetenv("DISPLAY");
         unsetenv("WAYLAND_DISPLAY");
@@ -48,25 +64,29 @@ Process::Process(std::vector<std::string> arguments, bool display)
 
 Process::~Process() {
     if (!Ended()) {
-        Signal(SIGKILL);
-        waitpid(pid_, &status_, 0);
+        Kill();
+        waitpid(parts_->pid, &parts_->status, 0);
     }
 }
 
-void Process::Signal(int signal) const { kill(pid_, signal); }
+void Process::Signal(int number) const { kill(parts_->pid, number); }
+void Process::AskToEnd() const { Signal(SIGTERM); }
+void Process::Kill() const { kill(parts_->pid, SIGKILL); }
+void Process::Stop() const { kill(parts_->pid, SIGSTOP); }
+void Process::Continue() const { kill(parts_->pid, SIGCONT); }
 
 bool Process::Ended() {
-    if (!ended_ && waitpid(pid_, &status_, WNOHANG) == pid_) ended_ = true;
-    return ended_;
+    if (!parts_->ended && waitpid(parts_->pid, &parts_->status, WNOHANG) == parts_->pid) parts_->ended = true;
+    return parts_->ended;
 }
 
 std::optional<int> Process::Wait(std::chrono::milliseconds limit) {
     if (!Eventually([this] { return Ended(); }, limit)) return std::nullopt;
-    return WIFEXITED(status_) ? WEXITSTATUS(status_) : -1;
+    return WIFEXITED(parts_->status) ? WEXITSTATUS(parts_->status) : -1;
 }
 
-std::string Process::Output() const { return Content(output_); }
-std::string Process::Errors() const { return Content(errors_); }
+std::string Process::Output() const { return Content(parts_->output); }
+std::string Process::Errors() const { return Content(parts_->errors); }
 
 std::string ShellOutput(const std::string& command) {
     std::string output;
@@ -109,4 +129,12 @@ std::string WaitForWindow(const std::string& title, std::chrono::milliseconds li
         },
         limit);
     return id;
+}
+
+void Press(const std::string& window, const std::string& key) {
+    ShellOutput("xdotool windowactivate --sync " + window + " key " + key);
+}
+
+void RightClick(int x, int y) {
+    ShellOutput("xdotool mousemove " + std::to_string(x) + " " + std::to_string(y) + " click 3");
 }

@@ -11,6 +11,7 @@
 
 #include "registry/clsRegistry.h"
 #include "tests/app/Process.h"
+#include "tests/app/Shell_unix.h"
 #include "tests/support/Support.h"
 
 namespace {

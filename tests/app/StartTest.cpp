@@ -1,21 +1,19 @@
 // The menu as it opens on the screen, and what its commands do.
 #include <gtest/gtest.h>
-#include <gtk/gtk.h>
 
 #include <filesystem>
-#include <map>
 
 #include "app/NoteServices.h"
 #include "app/frmStart.h"
 #include "base/DataFolder.h"
 #include "base/basMessage.h"
-#include "base/basText.h"
 #include "notes/frmNote.h"
+#include "tests/app/MenuOnScreen.h"
 #include "tests/support/Events.h"
 
 namespace {
 
-using enum MenuItem;
+using namespace std::chrono_literals;
 
 class StartTest : public testing::Test {
   protected:
@@ -42,90 +40,47 @@ class StartTest : public testing::Test {
     NoteStore& Store() { return services_.Store(); }
 
     // Opens the menu and does something with it while it is open.
-    template <class Visit>
-    void WithMenu(frmNote* note, Visit visit, std::optional<wxPoint> at = std::nullopt) {
-        visit_ = visit;
-        visited_ = false;
-        g_timeout_add(
-            100,
-            [](gpointer data) -> gboolean {
-                auto& self = *static_cast<StartTest*>(data);
-                GtkMenuShell* menu = OpenMenu();
-                self.visited_ = menu != nullptr;
-                if (menu) self.visit_(menu);
-                return G_SOURCE_REMOVE;
-            },
-            this);
+    void WithMenu(frmNote* note, std::function<void(MenuOnScreen&)> visit,
+                  std::optional<wxPoint> at = std::nullopt) {
+        bool visited = false;
+        WhenOpen([&](MenuOnScreen& menu) {
+            visited = true;
+            visit(menu);
+        });
         start_->ShowPopupMenu(note, at);
-        EXPECT_TRUE(visited_);
-        EXPECT_FALSE(OpenMenu());
+        EXPECT_TRUE(visited);
+        EXPECT_FALSE(MenuOnScreen::Find());
     }
 
-    static GtkMenuShell* OpenMenu() {
-        GtkMenuShell* open = nullptr;
-        GList* windows = gtk_window_list_toplevels();
-        for (GList* window = windows; window; window = window->next) {
-            if (!gtk_widget_get_visible(GTK_WIDGET(window->data))) continue;
-            GtkWidget* child = gtk_bin_get_child(GTK_BIN(window->data));
-            if (child && GTK_IS_MENU(child)) open = GTK_MENU_SHELL(child);
-        }
-        g_list_free(windows);
-        return open;
-    }
-
-    static std::vector<GtkMenuItem*> Items(GtkMenuShell* menu) {
-        std::vector<GtkMenuItem*> items;
-        GList* children = gtk_container_get_children(GTK_CONTAINER(menu));
-        for (GList* child = children; child; child = child->next) {
-            items.push_back(GTK_MENU_ITEM(child->data));
-        }
-        g_list_free(children);
-        return items;
-    }
-
-    static GtkMenuItem* Item(GtkMenuShell* menu, const std::wstring& caption) {
-        for (GtkMenuItem* item : Items(menu)) {
-            const char* label = gtk_menu_item_get_label(item);
-            if (label && FromUtf8(label) == caption) return item;
-        }
-        return nullptr;
-    }
-
-    static void Choose(GtkMenuShell* menu, const std::wstring& caption) {
-        GtkMenuItem* item = Item(menu, caption);
-        ASSERT_TRUE(item) << ToUtf8(caption);
-        gtk_menu_shell_activate_item(menu, GTK_WIDGET(item), TRUE);
+    static void WhenOpen(std::function<void(MenuOnScreen&)> visit) {
+        After(100ms, [visit = std::move(visit)] {
+            const auto menu = MenuOnScreen::Find();
+            if (menu) visit(*menu);
+        });
     }
 
     NoteServices services_;
     frmStart* start_;
     int quits_ = 0;
-    std::function<void(GtkMenuShell*)> visit_;
-    bool visited_ = false;
 };
 
 TEST_F(StartTest, MenuOpensWithoutAnyWindow) {
-    WithMenu(nullptr, [](GtkMenuShell* menu) {
-        EXPECT_TRUE(Item(menu, L"Neue Notiz..."));
-        EXPECT_FALSE(Item(menu, L"Notiz löschen"));
-        EXPECT_FALSE(Item(menu, L"Drucken..."));
-        EXPECT_FALSE(gtk_widget_get_sensitive(GTK_WIDGET(Item(menu, L"Alle Notizen minimieren"))));
-        GtkMenuItem* austausch = Item(menu, L"Notiz-Austausch");
-        ASSERT_TRUE(austausch);
-        EXPECT_TRUE(gtk_menu_item_get_submenu(austausch));
-        gtk_menu_shell_deactivate(menu);
+    WithMenu(nullptr, [](MenuOnScreen& menu) {
+        EXPECT_TRUE(menu.Has(L"Neue Notiz..."));
+        EXPECT_FALSE(menu.Has(L"Notiz löschen"));
+        EXPECT_FALSE(menu.Has(L"Drucken..."));
+        EXPECT_TRUE(menu.Has(L"Alle Notizen minimieren"));
+        EXPECT_FALSE(menu.IsEnabled(L"Alle Notizen minimieren"));
+        EXPECT_TRUE(menu.OpensSubmenu(L"Notiz-Austausch"));
+        menu.Close();
     });
     EXPECT_EQ(start_->PopupNote(), nullptr);
 }
 
 TEST_F(StartTest, PictureIsFirstAndCannotBeChosen) {
-    WithMenu(nullptr, [](GtkMenuShell* menu) {
-        GtkWidget* picture = GTK_WIDGET(Items(menu).at(0));
-        GtkWidget* image = gtk_bin_get_child(GTK_BIN(picture));
-        ASSERT_TRUE(GTK_IS_IMAGE(image));
-        EXPECT_EQ(gtk_widget_get_allocated_height(image), kMenuPictureHeight);
-        EXPECT_FALSE(gtk_widget_get_sensitive(picture));
-        gtk_menu_shell_deactivate(menu);
+    WithMenu(nullptr, [](MenuOnScreen& menu) {
+        EXPECT_EQ(menu.PictureHeight(), kMenuPictureHeight);
+        menu.Close();
     });
 }
 
@@ -133,13 +88,12 @@ TEST_F(StartTest, NoteItemsActOnTheirNote) {
     frmNote& first = AddNote(L"eins");
     frmNote& second = AddNote(L"zwei");
     second.Foreground(true);
-    WithMenu(&second, [](GtkMenuShell* menu) {
-        auto* check = GTK_CHECK_MENU_ITEM(Item(menu, L"Immer im Vordergrund"));
-        EXPECT_TRUE(gtk_check_menu_item_get_active(check));
-        Choose(menu, L"Immer im Vordergrund");
+    WithMenu(&second, [](MenuOnScreen& menu) {
+        EXPECT_TRUE(menu.IsChecked(L"Immer im Vordergrund"));
+        menu.Choose(L"Immer im Vordergrund");
     });
     EXPECT_FALSE(second.Foreground());
-    WithMenu(&first, [](GtkMenuShell* menu) { Choose(menu, L"Notiz löschen"); });
+    WithMenu(&first, [](MenuOnScreen& menu) { menu.Choose(L"Notiz löschen"); });
     EXPECT_EQ(Store().CountNotes(), 1u);
     EXPECT_EQ(Store().Notes()[0].get(), &second);
     EXPECT_EQ(start_->PopupNote(), nullptr);
@@ -150,9 +104,9 @@ TEST_F(StartTest, NoteDeletedUnderTheOpenMenuIsNothing) {
     frmNote& note = AddNote(L"eins");
     for (const wchar_t* command : {L"Notiz löschen", L"Immer im Vordergrund", L"Notiz bearbeiten..."}) {
         frmNote& doomed = AddNote(L"zwei");
-        WithMenu(&doomed, [&](GtkMenuShell* menu) {
+        WithMenu(&doomed, [&](MenuOnScreen& menu) {
             Store().DeleteNote(doomed);
-            Choose(menu, command);
+            menu.Choose(command);
         });
         EXPECT_EQ(Store().CountNotes(), 1u);
         EXPECT_EQ(start_->PopupNote(), nullptr);
@@ -162,10 +116,10 @@ TEST_F(StartTest, NoteDeletedUnderTheOpenMenuIsNothing) {
 
 TEST_F(StartTest, MinimizesAllAndTakesItBack) {
     frmNote& note = AddNote(L"eins");
-    WithMenu(nullptr, [](GtkMenuShell* menu) { Choose(menu, L"Alle Notizen minimieren"); });
+    WithMenu(nullptr, [](MenuOnScreen& menu) { menu.Choose(L"Alle Notizen minimieren"); });
     EXPECT_TRUE(note.Minimized());
     EXPECT_EQ(start_->Situation().minimizedByCommand, 1u);
-    WithMenu(&note, [](GtkMenuShell* menu) { Choose(menu, L"\"Alle Notizen minimieren\" rückgängig"); });
+    WithMenu(&note, [](MenuOnScreen& menu) { menu.Choose(L"\"Alle Notizen minimieren\" rückgängig"); });
     EXPECT_FALSE(note.Minimized());
 }
 
@@ -173,20 +127,14 @@ TEST_F(StartTest, IconEventsOpenTheMenuOnceEach) {
     int opened = 0;
     for (const auto& event : {std::function<void()>([this] { start_->notIcon.Events.MouseUp(2); }),
                               std::function<void()>([this] { start_->notIcon.Events.ContextMenu(); })}) {
-        g_timeout_add(
-            100,
-            [](gpointer count) -> gboolean {
-                if (GtkMenuShell* menu = OpenMenu()) {
-                    ++*static_cast<int*>(count);
-                    gtk_menu_shell_deactivate(menu);
-                }
-                return G_SOURCE_REMOVE;
-            },
-            &opened);
+        WhenOpen([&](MenuOnScreen& menu) {
+            ++opened;
+            menu.Close();
+        });
         event();
     }
     start_->notIcon.Events.MouseUp(1);
-    EXPECT_FALSE(OpenMenu());
+    EXPECT_FALSE(MenuOnScreen::Find());
     EXPECT_EQ(opened, 2);
 }
 
@@ -194,29 +142,26 @@ TEST_F(StartTest, ForTheKeyboardItOpensAtTheNoteWithItsFirstItemChosen) {
     frmNote& note = AddNote(L"eins");
     WithMenu(
         &note,
-        [](GtkMenuShell* menu) {
-            GtkWidget* const window = gtk_widget_get_toplevel(GTK_WIDGET(menu));
-            int x = 0, y = 0;
-            gdk_window_get_origin(gtk_widget_get_window(window), &x, &y);
-            EXPECT_EQ(std::pair(x, y), std::pair(200, 150));
-            EXPECT_EQ(gtk_menu_shell_get_selected_item(menu), GTK_WIDGET(Item(menu, L"Neue Notiz...")));
-            gtk_menu_shell_deactivate(menu);
+        [](MenuOnScreen& menu) {
+            EXPECT_EQ(menu.Place(), wxPoint(200, 150));
+            EXPECT_TRUE(menu.IsReadyForKeys(L"Neue Notiz..."));
+            menu.Close();
         },
         wxPoint(200, 150));
 }
 
 TEST_F(StartTest, ASecondMenuDoesNotOpenOverTheFirst) {
     frmNote& note = AddNote(L"eins");
-    WithMenu(&note, [&](GtkMenuShell* menu) {
+    WithMenu(&note, [&](MenuOnScreen& menu) {
         start_->ShowPopupMenu(nullptr);  // returns at once
         EXPECT_EQ(start_->PopupNote(), &note);
-        gtk_menu_shell_deactivate(menu);
+        menu.Close();
     });
 }
 
 TEST_F(StartTest, QuittingClosesTheMenuAndRunsNothing) {
     frmNote& note = AddNote(L"eins");
-    WithMenu(&note, [&](GtkMenuShell*) { EndAllWaits(); });
+    WithMenu(&note, [&](MenuOnScreen&) { EndAllWaits(); });
     ResetWaits();
     EXPECT_EQ(Store().CountNotes(), 1u);
 }
@@ -239,9 +184,9 @@ TEST_F(StartTest, IconsTellTheirMenuAndRunIt) {
     EXPECT_TRUE(choose(*second.TrayIcon(), L"Immer im Vordergrund"));
     EXPECT_TRUE(second.Foreground());
     // Not while the program's own menu is open for another note.
-    WithMenu(Store().Notes()[0].get(), [&](GtkMenuShell* menu) {
+    WithMenu(Store().Notes()[0].get(), [&](MenuOnScreen& menu) {
         EXPECT_TRUE(choose(*second.TrayIcon(), L"Notiz löschen"));
-        gtk_menu_shell_deactivate(menu);
+        menu.Close();
     });
     EXPECT_EQ(Store().CountNotes(), 2u);
     EXPECT_TRUE(choose(*second.TrayIcon(), L"Notiz löschen"));
@@ -249,7 +194,7 @@ TEST_F(StartTest, IconsTellTheirMenuAndRunIt) {
 }
 
 TEST_F(StartTest, EndIsAskedForOnce) {
-    WithMenu(nullptr, [](GtkMenuShell* menu) { Choose(menu, L"Beenden"); });
+    WithMenu(nullptr, [](MenuOnScreen& menu) { menu.Choose(L"Beenden"); });
     EXPECT_EQ(quits_, 1);
 }
 

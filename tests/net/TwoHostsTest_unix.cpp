@@ -10,6 +10,7 @@
 #include <memory>
 
 #include "tests/app/Process.h"
+#include "tests/app/Shell_unix.h"
 #include "tests/net/RawPeer.h"
 #include "tests/support/Support.h"
 

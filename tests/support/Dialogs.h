@@ -11,6 +11,8 @@
 
 #include "base/frmDialog.h"
 
+class wxListBox;
+
 // The dialog of this kind that is open. One that has ended may still be on the list, and even
 // count as shown, until the toolkit deletes it.
 template <class Dialog>
@@ -62,3 +64,6 @@ inline void Check(wxCheckBox* box, bool on) {
     event.SetEventObject(box);
     box->ProcessWindowEvent(event);
 }
+
+// What a click on a row of a list does: this row alone is selected.
+void Click(wxListBox& list, int row);

@@ -4,8 +4,8 @@
 #include <filesystem>
 #include <string>
 
-// Gives the running test data and runtime folders of its own, empty and below the temporary folder, and removes
-// them at its end: nothing of the user's is touched.
+// Gives the running test data and runtime folders of its own, empty and below the temporary folder, and
+// removes them at its end: nothing of the user's is touched.
 class PrivateFolders {
   public:
     PrivateFolders();
@@ -17,3 +17,12 @@ class PrivateFolders {
   private:
     std::filesystem::path root_;
 };
+
+// A file name behind which nothing can be written because there is no room.
+std::wstring FileWithoutRoom();
+
+// True for a file or folder that no other user can look into.
+bool IsForTheUserOnly(const std::filesystem::path& path);
+
+// Marks a file as one that is not to be written.
+void WriteProtect(const std::filesystem::path& file);

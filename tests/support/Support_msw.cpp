@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 
+#include "base/DataFolder.h"
 #include "tests/support/Support.h"
 
 namespace {
@@ -30,6 +31,11 @@ PrivateFolders::PrivateFolders() {
     // The user's own root last: the others lie below it.
     int number = 0;
     for (const HKEY root : kRoots) Redirect(root, RegistryFolder() + L"\\" + std::to_wstring(number++));
+    // There the system looks up where the user's files lie.
+    RegSetKeyValueW(HKEY_CURRENT_USER,
+                    L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\User Shell Folders", L"AppData",
+                    REG_SZ, root_.c_str(), static_cast<DWORD>((root_.native().size() + 1) * sizeof(wchar_t)));
+    if (SharedDataFolder() != root_) throw std::runtime_error("no folder for the tests' data");
 }
 
 PrivateFolders::~PrivateFolders() {
@@ -37,4 +43,17 @@ PrivateFolders::~PrivateFolders() {
     RegDeleteTreeW(HKEY_CURRENT_USER, RegistryFolder().c_str());
     std::error_code ignored;
     std::filesystem::remove_all(root_, ignored);
+}
+
+// The system has no device that is always full; one that is not there is refused as late.
+std::wstring FileWithoutRoom() { return L"Q:\\a.kvr"; }
+
+void WriteProtect(const std::filesystem::path& file) {
+    SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY);
+}
+
+// The system keeps others out of the user's profile.
+bool IsForTheUserOnly(const std::filesystem::path& path) {
+    const std::filesystem::path inside = path.lexically_relative(SharedDataFolder());
+    return std::filesystem::exists(path) && !inside.empty() && *inside.begin() != "..";
 }

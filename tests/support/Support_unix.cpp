@@ -11,6 +11,7 @@ PrivateFolders::PrivateFolders() {
         std::filesystem::create_directory(root_ / folder);
         std::filesystem::permissions(root_ / folder, std::filesystem::perms::owner_all);
     }
+    setenv("GSETTINGS_BACKEND", "memory", 1);  // file dialogs remember their size
     setenv("XDG_DATA_HOME", (root_ / "data").c_str(), 1);
     setenv("XDG_RUNTIME_DIR", (root_ / "run").c_str(), 1);
     setenv("XDG_CONFIG_HOME", (root_ / "config").c_str(), 1);
@@ -19,4 +20,14 @@ PrivateFolders::PrivateFolders() {
 PrivateFolders::~PrivateFolders() {
     std::error_code ignored;
     std::filesystem::remove_all(root_, ignored);
+}
+
+std::wstring FileWithoutRoom() { return L"/dev/full"; }
+
+void WriteProtect(const std::filesystem::path& file) {
+    std::filesystem::permissions(file, std::filesystem::perms::owner_read);
+}
+
+bool IsForTheUserOnly(const std::filesystem::path& path) {
+    return std::filesystem::status(path).permissions() == std::filesystem::perms::owner_all;
 }

@@ -3,6 +3,7 @@
 #include <wx/app.h>
 #include <wx/init.h>
 
+#include "tests/support/OtherTask.h"
 #include "tests/support/Support.h"
 
 namespace {
@@ -26,6 +27,7 @@ class TestApp : public wxApp {
 wxIMPLEMENT_APP_NO_MAIN(TestApp);
 
 int main(int argc, char** argv) {
+    if (const auto result = OtherTask()) return *result;
     testing::InitGoogleTest(&argc, argv);
     PrivateFolders folders;
     if (!wxEntryStart(argc, argv) || !wxTheApp->CallOnInit()) return 1;

@@ -1,0 +1,31 @@
+#pragma once
+// Another copy of the program in a process of its own, as far as the hand-over goes.
+
+#include <memory>
+#include <string>
+#include <vector>
+
+class OtherCopy {
+  public:
+    // Hands these names over one after the other. Its result is 0 when all were taken, else 1.
+    static OtherCopy Sender(const std::vector<std::wstring>& names);
+    // Has the role until it is killed. Returns when it has it.
+    static OtherCopy Holder();
+
+    OtherCopy(OtherCopy&& other) noexcept;
+    ~OtherCopy();  // kills it
+
+    void Kill();
+    // It does nothing more, but is still there.
+    void Stop();
+    bool Ended();
+    int Result() const;
+
+  private:
+    struct Process;
+    explicit OtherCopy(std::unique_ptr<Process> process);
+    std::unique_ptr<Process> process_;
+};
+
+// Names such as files have on this platform, from the root of the file system on.
+std::vector<std::wstring> NamesOfAllKinds();

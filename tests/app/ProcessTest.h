@@ -1,0 +1,65 @@
+#pragma once
+// The built program from outside: its processes, its windows and what it leaves behind.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+
+#include "base/FileName.h"
+#include "base/basText.h"
+#include "registry/clsRegistry.h"
+#include "tests/app/Process.h"
+#include "tests/exchange/SampleNotes.h"
+
+inline const ProgramPlace* place = nullptr;
+
+inline const std::wstring kSettings = L"HKLM\\Software\\Kivora\\1.5\\";
+
+inline std::vector<std::wstring> SavedTexts() {
+    std::vector<std::wstring> names, texts;
+    Registry().EnumKeys(kSettings, names);
+    for (const std::wstring& name : names) {
+        if (!name.empty())
+            texts.push_back(AsText(Registry().GetValue(kSettings + name + L"\\Text", REG_TYPE_SZ)));
+    }
+    return texts;
+}
+
+using Texts = std::vector<std::wstring>;
+
+class ProcessTest : public testing::Test {
+  protected:
+    ProcessTest() { Registry().DeleteKey(kSettings); }
+
+    // An export file with one note.
+    std::string File(const std::string& name, const std::wstring& text) {
+        const std::filesystem::path path = place->Folder() / FilePath(FromUtf8(name));
+        ExportedNote note;
+        note.Text = text;
+        note.Left = note.Top = 3000;
+        note.Width = note.Height = 3000;
+        note.Color = 0x00FFFF;
+        note.FontNoteSize = 12;
+        std::ofstream(path, std::ios::binary) << FileBytes({note});
+        return ToUtf8(FileName(path));
+    }
+
+    // Puts a note into the saved ones by way of the program.
+    void Import(const std::wstring& text) {
+        Process import({File("saved.kvr", text)});
+        const std::string message = WaitForWindow("Importieren erfolgreich");
+        ASSERT_FALSE(message.empty());
+        Press(message, "Return");
+        ASSERT_EQ(import.Wait(), 0);
+    }
+
+    // A plain start with that many windows on the screen: the notes and the icon.
+    static void WaitUntilShown(std::size_t windows) {
+        EXPECT_TRUE(Eventually([&] {
+            const std::vector<std::string> shown = Windows();
+            return shown.size() >= windows && std::none_of(shown.begin(), shown.end(), IsSplash);
+        })) << Windows().size();
+    }
+};

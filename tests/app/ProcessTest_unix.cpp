@@ -1,0 +1,122 @@
+#include <csignal>
+#include <thread>
+
+#include "tests/app/ProcessTest.h"
+#include "tests/app/Shell_unix.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+
+TEST_F(ProcessTest, AnswersWithoutADisplay) {
+    const struct {
+        std::vector<std::string> arguments;
+        int result;
+        const char *output, *errors;
+    } rows[] = {
+        {{"--help"}, 0, "Aufruf: kivora", ""},
+        {{"a.kvr", "-h"}, 0, "Aufruf: kivora", ""},
+        {{"--version"}, 0, "Kivora 1.6.1\n", ""},
+        {{"--gibt-es-nicht"}, 2, "", "unbekannte Option --gibt-es-nicht"},
+        {{}, 1, "", "Bildschirm"},
+        {{"a.kvr"}, 1, "", "Bildschirm"},
+        {{"[print]"}, 1, "", "Bildschirm"},
+    };
+    for (const auto& row : rows) {
+        const std::string name = testing::PrintToString(row.arguments);
+        Process program(row.arguments, false);
+        EXPECT_EQ(program.Wait(), row.result) << name;
+        EXPECT_EQ(program.Output().find(row.output), 0u) << name << program.Output();
+        EXPECT_EQ(program.Output().empty(), *row.output == 0) << name;
+        EXPECT_NE(program.Errors().find(row.errors), std::string::npos) << name << program.Errors();
+        EXPECT_EQ(program.Errors().empty(), *row.errors == 0) << name << program.Errors();
+    }
+}
+
+TEST_F(ProcessTest, EndsInOrderWithEverySignal) {
+    Import(L"eins");
+    for (const int signal : {SIGINT, SIGHUP}) {
+        Process program({});
+        WaitUntilShown(2);
+        program.Signal(signal);
+        EXPECT_EQ(program.Wait(1s), 0) << signal;
+        EXPECT_EQ(SavedTexts(), Texts{L"eins"});
+    }
+}
+
+TEST_F(ProcessTest, EndingWhileItStartsLosesNothing) {
+    Import(L"eins");
+    for (const auto delay : {20ms, 60ms, 100ms, 140ms, 180ms, 240ms, 300ms, 360ms, 420ms, 500ms}) {
+        Process program({});
+        std::this_thread::sleep_for(delay);
+        program.AskToEnd();
+        EXPECT_TRUE(program.Wait(2s)) << delay.count();
+        EXPECT_EQ(SavedTexts(), Texts{L"eins"}) << delay.count();
+    }
+}
+
+// The desktop knows the type of export files and the program for it as soon as the program has run once.
+TEST_F(ProcessTest, TheDesktopOpensExportFiles) {
+    if (ShellOutput("command -v xdg-open && command -v update-mime-database && command -v mimetype").empty())
+        GTEST_SKIP() << "xdg-utils, shared-mime-info and libfile-mimeinfo-perl are not there";
+    Process program({});
+    WaitUntilShown(1);
+    ASSERT_TRUE(Eventually(
+        [] { return ShellOutput("xdg-mime query default application/x-kivora") == "kivora.desktop"; }));
+    EXPECT_EQ(ShellOutput("desktop-file-validate \"$XDG_DATA_HOME/applications/kivora.desktop\" 2>&1"), "");
+    const std::string file = File("Eigene Notizen ü.kvr", L"vom Desktop");
+    EXPECT_EQ(ShellOutput("xdg-mime query filetype '" + file + "'"), "application/x-kivora");
+    ShellOutput("env -u XDG_CURRENT_DESKTOP -u DESKTOP_SESSION xdg-open '" + file + "' 2>&1");
+    EXPECT_TRUE(Eventually([] { return SavedTexts() == Texts{L"vom Desktop"}; }));
+    EXPECT_FALSE(program.Ended());
+}
+
+TEST_F(ProcessTest, KeysReachTheNoteThatWasClicked) {
+    Import(L"Taste");
+    Process program({});
+    WaitUntilShown(2);
+    const std::wstring note = kSettings + L"Note0\\";
+    const auto saved = [&](const wchar_t* name) {
+        return AsNumber(Registry().GetValue(note + name, REG_TYPE_DWORD));
+    };
+    ASSERT_EQ(saved(L"X"), 3000);
+    // Into the text of the note at 200, 200.
+    ShellOutput("xdotool mousemove --sync 260 280 click 1");
+    EXPECT_TRUE(Eventually([] { return ShellOutput("xdotool getwindowfocus getwindowname") == "Kivora"; }));
+    ShellOutput("xdotool key Right");
+    EXPECT_TRUE(Eventually([&] { return saved(L"X") == 3150; })) << saved(L"X");
+
+    // The third item of the menu that opens.
+    const std::size_t windows = Windows().size();
+    ShellOutput("xdotool key shift+F10");
+    ASSERT_TRUE(Eventually([&] { return Windows().size() > windows; }));
+    ShellOutput("xdotool key Down Down Return");
+    EXPECT_TRUE(Eventually([] { return SavedTexts() == Texts{}; }));
+    EXPECT_FALSE(program.Ended());
+}
+
+// An installed program has an entry of its own; one that another copy left for the user would hide that.
+TEST_F(ProcessTest, AnInstalledProgramLeavesNoEntryOfItsOwn) {
+    namespace fs = std::filesystem;
+    const fs::path entry = fs::path(std::getenv("XDG_DATA_HOME")) / "applications" / "kivora.desktop";
+    {
+        Process copy({});
+        EXPECT_TRUE(Eventually([&] { return fs::exists(entry); }));
+    }
+    const fs::path prefix = fs::path(std::getenv("XDG_RUNTIME_DIR")) / "prefix";
+    for (const char* folder : {"bin", "share/applications", "share/mime/packages"}) {
+        fs::create_directories(prefix / folder);
+    }
+    fs::create_symlink(KIVORA_PROGRAM, prefix / "bin" / "kivora");
+    std::ofstream(prefix / "share/applications/kivora.desktop") << "[Desktop Entry]\n";
+    std::ofstream(prefix / "share/mime/packages/kivora.xml") << "<mime-info/>\n";
+    setenv("XDG_DATA_DIRS", (prefix / "share").c_str(), 1);
+    Process installed({});
+    unsetenv("XDG_DATA_DIRS");
+    EXPECT_TRUE(Eventually([&] { return !fs::exists(entry); }));
+    installed.Signal(SIGTERM);
+    EXPECT_EQ(installed.Wait(), 0);
+    EXPECT_FALSE(fs::exists(entry));
+}
+
+}  // namespace

@@ -1,0 +1,238 @@
+#include <windows.h>
+
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+#include <thread>
+
+#include "base/basText.h"
+#include "registry/clsRegistry.h"
+#include "tests/app/Process.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const wchar_t* const kNotes = L"HKLM\\Software\\Kivora";
+
+constexpr LONG kSplashWidth = 300;  // at least
+
+fs::path folder;  // of the test place that there is
+
+// The program of the tests writes where the user's own would, so these run only where no user is: under Wine,
+// in an installation of the tests' own.
+bool IsOwnInstallation() {
+    return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
+}
+
+std::wstring ProgramFile() { return fs::absolute(FromUtf8(KIVORA_PROGRAM)).native(); }
+
+std::string Content(const fs::path& file) {
+    std::ostringstream content;
+    content << std::ifstream(file, std::ios::binary).rdbuf();
+    return content.str();
+}
+
+HANDLE Written(const fs::path& file) {
+    SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
+    return CreateFileW(file.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherited,
+                       CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+}
+
+bool IsOfTheProgram(HWND window) {
+    DWORD id = 0;
+    GetWindowThreadProcessId(window, &id);
+    const HANDLE process = OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, id);
+    if (!process) return false;
+    wchar_t name[MAX_PATH] = L"";
+    DWORD length = MAX_PATH;
+    QueryFullProcessImageNameW(process, 0, name, &length);
+    CloseHandle(process);
+    return fs::path(name).filename() == fs::path(ProgramFile()).filename();
+}
+
+std::wstring ClassOf(HWND window) {
+    wchar_t name[64] = L"";
+    GetClassNameW(window, name, 64);
+    return name;
+}
+
+std::wstring TitleOf(HWND window) {
+    wchar_t title[256] = L"";
+    GetWindowTextW(window, title, 256);
+    return title;
+}
+
+std::vector<HWND> ProgramWindows() {
+    std::vector<HWND> windows;
+    EnumWindows(
+        [](HWND window, LPARAM found) -> BOOL {
+            const bool shown = IsWindowVisible(window) || ClassOf(window) == L"Kivora.Notification";
+            if (shown && IsOfTheProgram(window))
+                reinterpret_cast<std::vector<HWND>*>(found)->push_back(window);
+            return TRUE;
+        },
+        reinterpret_cast<LPARAM>(&windows));
+    return windows;
+}
+
+std::string IdOf(HWND window) { return std::to_string(reinterpret_cast<std::uintptr_t>(window)); }
+HWND WindowOf(const std::string& id) { return reinterpret_cast<HWND>(std::stoull(id)); }
+
+}  // namespace
+
+struct ProgramPlace::Parts {
+    fs::path folder;
+};
+
+ProgramPlace::ProgramPlace() : parts_(std::make_unique<Parts>()) {
+    if (!IsOwnInstallation())
+        throw std::runtime_error("these tests would overwrite the notes of this computer");
+    folder = parts_->folder =
+        fs::temp_directory_path() / (L"kivora-test-" + std::to_wstring(GetCurrentProcessId()));
+    fs::create_directories(folder);
+}
+
+ProgramPlace::~ProgramPlace() {
+    Registry().DeleteKey(kNotes);
+    std::error_code ignored;
+    fs::remove_all(folder, ignored);
+}
+
+const fs::path& ProgramPlace::Folder() const { return parts_->folder; }
+
+struct Process::Parts {
+    PROCESS_INFORMATION process{};
+    bool killed = false;
+    fs::path output, errors;
+
+    // Calls a function of the system that is in no header.
+    void Call(const char* name) const {
+        using Function = LONG(WINAPI*)(HANDLE);
+        const auto function = reinterpret_cast<Function>(
+            reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"ntdll.dll"), name)));
+        function(process.hProcess);
+    }
+};
+
+// Every argument is introduced by a slash.
+Process::Process(std::vector<std::string> arguments, bool) : Process(std::move(arguments), std::wstring()) {}
+
+Process::Process(std::vector<std::string> arguments, const std::wstring& rest)
+    : parts_(std::make_unique<Parts>()) {
+    static int number = 0;
+    parts_->output = folder / ("output-" + std::to_string(++number));
+    parts_->errors = folder / ("errors-" + std::to_string(number));
+    std::wstring line = L"\"" + ProgramFile() + L"\"";
+    for (const std::string& argument : arguments) line += L" /" + FromUtf8(argument);
+    line += rest;
+    STARTUPINFOW start{};
+    start.cb = sizeof start;
+    start.dwFlags = STARTF_USESTDHANDLES;
+    start.hStdOutput = Written(parts_->output);
+    start.hStdError = Written(parts_->errors);
+    if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start,
+                        &parts_->process))
+        throw std::runtime_error("the program does not start");
+    CloseHandle(start.hStdOutput);
+    CloseHandle(start.hStdError);
+}
+
+Process::~Process() {
+    if (!Ended()) {
+        Kill();
+        WaitForSingleObject(parts_->process.hProcess, INFINITE);
+    }
+    CloseHandle(parts_->process.hThread);
+    CloseHandle(parts_->process.hProcess);
+}
+
+// The system asks every window, and then tells it.
+void Process::AskToEnd() const {
+    EnumWindows(
+        [](HWND window, LPARAM wanted) -> BOOL {
+            DWORD id = 0;
+            GetWindowThreadProcessId(window, &id);
+            DWORD_PTR answer = 0;
+            if (id != static_cast<DWORD>(wanted) || ClassOf(window).starts_with(L"Kivora.")) return TRUE;
+            if (SendMessageTimeoutW(window, WM_QUERYENDSESSION, 0, 0, SMTO_NORMAL, 2000, &answer) && answer)
+                SendMessageTimeoutW(window, WM_ENDSESSION, TRUE, 0, SMTO_NORMAL, 2000, &answer);
+            return TRUE;
+        },
+        static_cast<LPARAM>(parts_->process.dwProcessId));
+}
+
+void Process::Kill() const {
+    parts_->killed = true;
+    TerminateProcess(parts_->process.hProcess, 9);
+}
+void Process::Stop() const { parts_->Call("NtSuspendProcess"); }
+void Process::Continue() const { parts_->Call("NtResumeProcess"); }
+
+bool Process::Ended() { return WaitForSingleObject(parts_->process.hProcess, 0) == WAIT_OBJECT_0; }
+
+std::optional<int> Process::Wait(std::chrono::milliseconds limit) {
+    if (WaitForSingleObject(parts_->process.hProcess, static_cast<DWORD>(limit.count())) != WAIT_OBJECT_0)
+        return std::nullopt;
+    DWORD code = 0;
+    GetExitCodeProcess(parts_->process.hProcess, &code);
+    return parts_->killed ? -1 : static_cast<int>(code);
+}
+
+std::string Process::Output() const { return Content(parts_->output); }
+std::string Process::Errors() const { return Content(parts_->errors); }
+
+bool Eventually(const std::function<bool()>& condition, std::chrono::milliseconds limit) {
+    const auto end = std::chrono::steady_clock::now() + limit;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > end) return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return true;
+}
+
+std::vector<std::string> Windows() {
+    std::vector<std::string> ids;
+    for (const HWND window : ProgramWindows()) ids.push_back(IdOf(window));
+    return ids;
+}
+
+bool IsSplash(const std::string& id) {
+    RECT place{};
+    if (!GetWindowRect(WindowOf(id), &place)) return true;
+    // Notes have the same title, but those of tests are smaller.
+    return TitleOf(WindowOf(id)) == L"Kivora" && place.right - place.left >= kSplashWidth;
+}
+
+std::string WaitForWindow(const std::string& title, std::chrono::milliseconds limit) {
+    std::string id;
+    Eventually(
+        [&] {
+            for (const HWND window : ProgramWindows()) {
+                if (TitleOf(window) == FromUtf8(title)) id = IdOf(window);
+            }
+            return !id.empty();
+        },
+        limit);
+    return id;
+}
+
+void Press(const std::string& window, const std::string& key) {
+    SetForegroundWindow(WindowOf(window));
+    Eventually([&] { return GetForegroundWindow() == WindowOf(window); }, std::chrono::seconds(1));
+    INPUT press[2]{};
+    for (INPUT& input : press) {
+        input.type = INPUT_KEYBOARD;
+        input.ki.wVk = key == "Return" ? VK_RETURN : VK_ESCAPE;
+    }
+    press[1].ki.dwFlags = KEYEVENTF_KEYUP;
+    SendInput(2, press, sizeof(INPUT));
+}
+
+void RightClick(int x, int y) {
+    SetCursorPos(x, y);
+    INPUT click[2]{};
+    click[0].mi.dwFlags = MOUSEEVENTF_RIGHTDOWN;
+    click[1].mi.dwFlags = MOUSEEVENTF_RIGHTUP;
+    SendInput(2, click, sizeof(INPUT));
+}

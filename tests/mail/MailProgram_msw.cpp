@@ -1,0 +1,34 @@
+#include <windows.h>
+
+#include <fstream>
+#include <iterator>
+
+#include "base/basHelp.h"
+#include "base/basText.h"
+#include "registry/clsRegistry.h"
+#include "tests/mail/MailProgram.h"
+
+// This very program, which keeps its command line when it is started so. The registry is the test's own.
+MailProgram::MailProgram() {
+    record_ =
+        std::filesystem::temp_directory_path() / (L"kivora-mail-" + std::to_wstring(GetCurrentProcessId()));
+    std::filesystem::remove(record_);
+    Registry().SetValue(L"HKCR\\mailto\\URL Protocol", REG_TYPE_SZ, L"");
+    Registry().SetValue(
+        L"HKCR\\mailto\\shell\\open\\command\\", REG_TYPE_SZ,
+        L"\"" + ProgramPath() + L"\" --keep-command-line \"" + record_.native() + L"\" \"%1\"");
+}
+
+MailProgram::~MailProgram() {
+    Registry().DeleteKey(L"HKCR\\mailto");
+    std::error_code ignored;
+    std::filesystem::remove(record_, ignored);
+}
+
+std::wstring MailProgram::Got() const {
+    std::ifstream written(record_, std::ios::binary);
+    const std::string line{std::istreambuf_iterator<char>(written), {}};
+    const std::size_t start = line.find(" \"mailto:");
+    if (start == std::string::npos || !line.ends_with("\"")) return L"";
+    return FromUtf8(line.substr(start + 2, line.size() - start - 3));
+}

@@ -1,0 +1,3 @@
+#include "tests/support/OtherTask.h"
+
+std::optional<int> OtherTask() { return std::nullopt; }
