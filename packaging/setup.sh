@@ -3,6 +3,7 @@
 packages_build="g++ cmake ninja-build pkg-config ccache libwxgtk3.2-dev libgtk-3-dev libsqlite3-dev
                 librsvg2-dev libcups2-dev fonts-liberation"
 packages_display="xvfb openbox trayer xdotool imagemagick x11-utils x11-xserver-utils"
+packages_windows_package="nsis zip imagemagick icoutils"
 # xserver-xorg-video-dummy: a display whose screens come and go
 packages_test="libgtest-dev dbus-daemon iproute2 sqlite3 cups-daemon cups-client poppler-utils xdg-utils
                shared-mime-info desktop-file-utils libfile-mimeinfo-perl xserver-xorg-core
