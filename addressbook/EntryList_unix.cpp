@@ -1,6 +1,9 @@
 #include <gtk/gtk.h>
 #include <wx/nativewin.h>
 
+#include <algorithm>
+#include <cstdlib>
+
 #include "addressbook/EntryList.h"
 #include "base/basText.h"
 #include "base/frmDialog.h"
@@ -30,7 +33,6 @@ class EntryTree : public EntryList {
             AddColumn(ToUtf8(headings[i]), text, "text", static_cast<int>(i) + 1, std::max(width, least));
         }
         g_signal_connect(tree_, "row-activated", G_CALLBACK(OnActivated), this);
-
         g_signal_connect(tree_, "key-press-event", G_CALLBACK(OnKey), this);
 
         GtkWidget* scrolled = gtk_scrolled_window_new(nullptr, nullptr);

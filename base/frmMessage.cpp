@@ -5,6 +5,8 @@
 #include <wx/statbmp.h>
 #include <wx/stattext.h>
 
+#include <algorithm>
+
 #include "base/ControlNames.h"
 #include "base/basMessage.h"
 #include "res/Resources.h"
@@ -16,6 +18,8 @@ constexpr int kTextWidth = 440;  // device-independent pixels
 constexpr int kTextCharacters = 60;
 // More of one word, a path or an address, is left out in its middle: the box has to fit on the screen.
 constexpr std::size_t kLongestWord = 600;
+// Lines that the screen has to have room for beside the text.
+constexpr int kOtherLines = 10;
 
 struct Kind {
     ResourceId picture;
@@ -65,6 +69,20 @@ std::wstring WithBrokenWords(const std::wstring& text, int width, wxWindow& meas
     return broken;
 }
 
+// The label with what would not fit on the screen left out at the end.
+void Fill(wxStaticText& label, const std::wstring& text, int width, int mostLines) {
+    // No line has more characters than pixels: what lies beyond need not be measured.
+    const auto most = static_cast<std::size_t>(mostLines) * static_cast<std::size_t>(width);
+    label.SetLabelText(WithBrokenWords(text.substr(0, most), width, label));
+    label.Wrap(width);
+    const std::wstring lines = label.GetLabelText().ToStdWstring();
+    std::size_t end = 0;
+    for (int line = 0; line < mostLines && end != lines.npos; ++line)
+        end = lines.find(L'\n', line == 0 ? 0 : end + 1);
+    if (end == lines.npos) return;
+    label.SetLabelText(lines.substr(0, end) + L"\n…");
+}
+
 }  // namespace
 
 frmMessage::frmMessage(const std::wstring& text, int flags, const wxString& title) : frmDialog(title, L"") {
@@ -78,8 +96,7 @@ frmMessage::frmMessage(const std::wstring& text, int flags, const wxString& titl
     auto* label = new wxStaticText(this, wxID_ANY, wxString());
     const int width = std::min(std::max(FromDIP(kTextWidth), RoomForText(*this, kTextCharacters, 1).x),
                                Area().width - 2 * picture->GetSize().x - 4 * FromDIP(kDialogMargin));
-    label->SetLabelText(WithBrokenWords(text, width, *label));
-    label->Wrap(width);
+    Fill(*label, text, width, std::max(Area().height / GetCharHeight() - kOtherLines, kOtherLines));
     content->Add(label, wxSizerFlags(1).CentreVertical());
     const bool question = flags & kYesNo;
     SetContent(content, CreateButtons(question ? L"&Ja" : L"OK", question ? L"&Nein" : L""));

@@ -101,10 +101,6 @@ void PaintForeground(wxDC& dc, const wxRect& box, const wxColour& paper, const w
     dc.DrawLine(square.x + 2, square.GetBottom() - 2, square.GetRight() - 1, square.y + 1);
 }
 
-}  // namespace
-
-namespace {
-
 // The sign of the keyboard, around the text or around a control.
 void PaintFocus(wxDC& dc, const NotePicture& note, const NoteLayout& layout, double scaleX, double scaleY,
                 const wxColour& ink) {

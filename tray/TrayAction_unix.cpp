@@ -4,7 +4,8 @@
 #include <gtk/gtk.h>
 #include <wx/app.h>
 
-#include <initializer_list>
+#include <functional>
+#include <utility>
 #include <vector>
 
 #include "tray/TrayArea_unix.h"

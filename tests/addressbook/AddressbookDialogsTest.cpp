@@ -8,9 +8,9 @@
 #include "addressbook/frmAddressbook.h"
 #include "addressbook/frmAddressbookEntryEdit.h"
 #include "addressbook/frmAddressbookEntryNew.h"
-#include "base/basMessage.h"
 #include "tests/support/Dialogs.h"
 #include "tests/support/Events.h"
+#include "tests/support/Messages.h"
 
 namespace {
 
@@ -78,19 +78,15 @@ void Select(wxListBox& list, int row) {
     list.ProcessWindowEvent(event);
 }
 
-class AddressbookDialogs : public testing::Test {
+class AddressbookDialogs : public testing::Test, protected MessageRecorder {
   protected:
     AddressbookDialogs() {
-        SetMessageObserver([this](const std::wstring& text, int flags, const std::wstring& title) {
-            messages.push_back(title + L"|" + std::to_wstring(flags) + L"|" + text);
-            return answer;
-        });
+        answer = MessageAnswer::No;
         AddAddressBookEntry(Entry(L"server", L"10.0.0.9", L"Keller"));
         AddAddressBookEntry(Entry(L"Büro", L"10.0.0.10", L"b"));
         AddAddressBookEntry(Entry(L"anna", L"10.0.0.2", L"A"));
     }
     ~AddressbookDialogs() override {
-        SetMessageObserver({});
         while (!AddressBook().empty()) RemoveAddressBookEntry(AddressBook().back().PCName());
         RunEvents();
     }
@@ -101,9 +97,6 @@ class AddressbookDialogs : public testing::Test {
             texts.push_back(entry.PCName() + L"|" + entry.IP() + L"|" + entry.Comment());
         return texts;
     }
-
-    Texts messages;
-    MessageAnswer answer = MessageAnswer::No;
 };
 
 TEST_F(AddressbookDialogs, PickingReturnsTheCheckedRowsInTheirOrder) {

@@ -4,7 +4,6 @@
 #include <wx/button.h>
 #include <wx/checkbox.h>
 #include <wx/choice.h>
-#include <wx/display.h>
 #include <wx/gauge.h>
 #include <wx/listbox.h>
 #include <wx/listctrl.h>
@@ -386,17 +385,6 @@ TEST_F(Dialogs, TheSizeIsKeptForTheNextOfItsKind) {
         run(sizes[0], wxSize(40, 30));
         run(sizes[1], wxSize());
         EXPECT_EQ(sizes[0], sizes[1]) << Text(sizes[0]) << ", " << Text(sizes[1]);
-    }
-}
-
-TEST_F(Dialogs, ALongWordDoesNotWidenAMessage) {
-    for (const std::size_t length : {std::size_t{100}, std::size_t{4095}}) {
-        auto* box =
-            new frmMessage(L"Die Datei /" + std::wstring(length, L'W') + L".kvr fehlt.", kCritical, L"");
-        EXPECT_LE(box->GetSize().x, 60 * box->GetCharWidth() + 250);
-        const wxSize screen = wxDisplay(0u).GetClientArea().GetSize();
-        EXPECT_LT(box->GetSize().y, screen.y);
-        box->Destroy();
     }
 }
 

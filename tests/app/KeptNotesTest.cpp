@@ -8,29 +8,20 @@
 #include "app/NoteServices.h"
 #include "base/DataFolder.h"
 #include "base/FileName.h"
-#include "base/basMessage.h"
 #include "exchange/ExportFile.h"
 #include "exchange/basImport.h"
 #include "tests/support/Events.h"
+#include "tests/support/Messages.h"
 #include "tests/support/Support.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-class KeptNotesTest : public testing::Test {
+class KeptNotesTest : public testing::Test, protected MessageRecorder {
   protected:
-    KeptNotesTest() {
-        fs::remove_all(bin_);
-        SetMessageObserver([this](const std::wstring& text, int flags, const std::wstring& title) {
-            EXPECT_EQ(flags, kCritical);
-            EXPECT_EQ(title, L"Papierkorb");
-            messages_.push_back(text);
-            return MessageAnswer::OK;
-        });
-    }
+    KeptNotesTest() { fs::remove_all(bin_); }
     ~KeptNotesTest() override {
-        SetMessageObserver({});
         Store().UnloadAllNotes();
         Store().SaveNotes();
         fs::remove_all(bin_);
@@ -61,7 +52,6 @@ class KeptNotesTest : public testing::Test {
 
     const fs::path bin_ = DataFolder() / "papierkorb";
     NoteServices services_;
-    std::vector<std::wstring> messages_;
 };
 
 }  // namespace
@@ -81,7 +71,7 @@ TEST_F(KeptNotesTest, DeletedNoteComesBackByImport) {
     EXPECT_EQ(back.Color(), kGreen);
     EXPECT_EQ(back.CreationTime(), L"21.11.2026, 09:05:00");
     EXPECT_EQ(back.Left(), 300);
-    EXPECT_TRUE(messages_.empty());
+    EXPECT_TRUE(messages.empty());
 }
 
 TEST_F(KeptNotesTest, TheNewestHundredStay) {
@@ -102,11 +92,12 @@ TEST_F(KeptNotesTest, WithoutABinTheTextGoesToTheClipboard) {
     Store().DeleteNote(first);
     Store().DeleteNote(second);
     EXPECT_EQ(Store().CountNotes(), 0u);
-    EXPECT_TRUE(messages_.empty());  // not before the notes are gone
-    EXPECT_TRUE(RunUntil([&] { return !messages_.empty(); }));
+    EXPECT_TRUE(messages.empty());  // not before the notes are gone
+    EXPECT_TRUE(RunUntil([&] { return !messages.empty(); }));
     RunEvents();
-    EXPECT_EQ(messages_, std::vector<std::wstring>{
-                             L"Die gelöschte Notiz konnte nicht im Papierkorb aufgehoben werden.\r\n"
-                             L"Ihr Text liegt jetzt in der Zwischenablage."});
+    EXPECT_EQ(messages,
+              std::vector<std::wstring>{
+                  L"Papierkorb|16|Die gelöschte Notiz konnte nicht im Papierkorb aufgehoben werden.\r\n"
+                  L"Ihr Text liegt jetzt in der Zwischenablage."});
     EXPECT_EQ(Clipboard(), L"eins\r\n\r\nzwei Ω");
 }

@@ -90,7 +90,8 @@ TEST_F(ExportFileTest, VeryManyRecordsAreListedSoon) {
     const fs::path path = Write(FileBytes(notes));
     const auto start = std::chrono::steady_clock::now();
     const std::vector<std::wstring> texts = ListExport(path);
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(500));
+    // Were each record looked for from the beginning, it would be minutes.
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
     ASSERT_EQ(texts.size(), notes.size());
     EXPECT_EQ(texts.back(), L"letzte");
     EXPECT_EQ(RecordOf(path, notes.size() - 1), notes.back());

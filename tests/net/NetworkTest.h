@@ -7,25 +7,18 @@
 #include <atomic>
 #include <optional>
 
-#include "base/basMessage.h"
 #include "net/basNetworkAccess.h"
 #include "net/clsOutgoing.h"
 #include "registry/clsRegistry.h"
 #include "tests/net/RawPeer.h"
 #include "tests/notes/NoteRecorder.h"
 #include "tests/support/Events.h"
+#include "tests/support/Messages.h"
 
-class NetworkTest : public testing::Test {
+class NetworkTest : public testing::Test, protected MessageRecorder {
   protected:
-    NetworkTest() {
-        Registry().DeleteKey(kSettingsKey);
-        SetMessageObserver([this](const std::wstring& text, int flags, const std::wstring& title) {
-            messages.push_back(title + L"|" + std::to_wstring(flags) + L"|" + text);
-            return MessageAnswer::OK;
-        });
-    }
+    NetworkTest() { Registry().DeleteKey(kSettingsKey); }
     ~NetworkTest() override {
-        SetMessageObserver({});
         store.UnloadAllNotes();
         RunEvents();
         Registry().DeleteKey(kSettingsKey);
@@ -61,5 +54,4 @@ class NetworkTest : public testing::Test {
     NoteRecorder recorder;
     NoteStore store{recorder};
     std::optional<NetworkAccess> network;
-    std::vector<std::wstring> messages;
 };

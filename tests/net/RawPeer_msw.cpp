@@ -52,9 +52,6 @@ int ListenOn(std::uint16_t& port) {
 
 }  // namespace
 
-RawConnection::RawConnection(RawConnection&& other) noexcept
-    : descriptor_(std::exchange(other.descriptor_, -1)), received_(std::move(other.received_)) {}
-
 RawConnection::~RawConnection() {
     if (descriptor_ >= 0) closesocket(Socket(descriptor_));
 }
@@ -96,27 +93,6 @@ bool RawConnection::Receive(std::chrono::milliseconds limit) {
     }
     received_.append(buffer, static_cast<std::size_t>(count));
     return true;
-}
-
-std::string RawConnection::Line(std::chrono::milliseconds limit) {
-    std::size_t end = 0;
-    while ((end = received_.find("\r\n")) == std::string::npos) {
-        if (!Receive(limit)) return ended_ ? "<end>" : "<nothing>";
-    }
-    const std::string line = received_.substr(0, end);
-    received_.erase(0, end + 2);
-    return line;
-}
-
-std::string RawConnection::Ask(const std::string& line) {
-    Send(line + "\r\n");
-    return Line();
-}
-
-std::string RawConnection::Rest(std::chrono::milliseconds limit) {
-    while (Receive(limit)) {
-    }
-    return ended_ ? std::exchange(received_, {}) : "<not ended>";
 }
 
 void RawConnection::EndSending() const { shutdown(Socket(descriptor_), SD_SEND); }

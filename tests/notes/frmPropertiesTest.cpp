@@ -6,23 +6,20 @@
 #include <wx/spinctrl.h>
 #include <wx/textctrl.h>
 
-#include "base/basMessage.h"
 #include "notes/basNotes.h"
 #include "notes/frmProperties.h"
 #include "registry/clsRegistry.h"
 #include "tests/notes/NoteRecorder.h"
 #include "tests/support/Dialogs.h"
 #include "tests/support/Events.h"
+#include "tests/support/Messages.h"
 
 namespace {
 
 class FrmProperties : public testing::Test {
   protected:
     FrmProperties() { Registry().DeleteKey(kSettingsKey); }
-    ~FrmProperties() override {
-        SetMessageObserver({});
-        Registry().DeleteKey(kSettingsKey);
-    }
+    ~FrmProperties() override { Registry().DeleteKey(kSettingsKey); }
 
     // Does something with the dialog as soon as it is on the screen.
     void WhenOpen(std::function<void(frmProperties&)> act) {
@@ -184,23 +181,16 @@ TEST_F(FrmProperties, NoteDeletedMeanwhileIsReported) {
     NotePtr made = store.CreateNote();
     made->Text(L"weg");
     frmNote& note = store.AddNote(std::move(made));
-    std::wstring shown;
-    int shownFlags = 0;
-    SetMessageObserver([&](const std::wstring& text, int flags, const std::wstring& title) {
-        shown = title + L"|" + text;
-        shownFlags = flags;
-        return MessageAnswer::OK;
-    });
+    const MessageRecorder shown;
     WhenOpen([&](frmProperties& dialog) {
         store.DeleteNote(note);
         Press(dialog.cmdOK);
     });
     EditNote(store, note);
-    EXPECT_EQ(
-        shown,
-        L"Notiz zwischenzeitlich gelöscht|Die bearbeitete Notiz ist zwischenzeitlich gelöscht worden.\r\n"
-        L"Die Änderungen werden verworfen.");
-    EXPECT_EQ(shownFlags, 16);
+    EXPECT_EQ(shown.messages,
+              std::vector<std::wstring>{
+                  L"Notiz zwischenzeitlich gelöscht|16|Die bearbeitete Notiz ist zwischenzeitlich gelöscht "
+                  L"worden.\r\nDie Änderungen werden verworfen."});
     EXPECT_EQ(store.CountNotes(), 0u);
 }
 

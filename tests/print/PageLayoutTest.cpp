@@ -310,6 +310,7 @@ TEST(PageLayout, TakesTimeInProportionToTheText) {
             progress = layout.Progress();
         }
         EXPECT_EQ(progress, 1);
-        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(3)) << int(text[0]);
+        // Were lines measured from the beginning of the text, it would be minutes.
+        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20)) << int(text[0]);
     }
 }

@@ -7,26 +7,19 @@
 
 #include <functional>
 
-#include "base/basMessage.h"
 #include "print/basPrint.h"
 #include "print/frmPrint.h"
 #include "registry/clsRegistry.h"
 #include "tests/notes/NoteRecorder.h"
 #include "tests/support/Dialogs.h"
 #include "tests/support/Events.h"
+#include "tests/support/Messages.h"
 
 // A store to print from, and the messages shown meanwhile.
-class PrintFixture : public testing::Test {
+class PrintFixture : public testing::Test, protected MessageRecorder {
   protected:
-    PrintFixture() {
-        Registry().DeleteKey(kSettingsKey);
-        SetMessageObserver([this](const std::wstring& text, int flags, const std::wstring& title) {
-            messages.push_back(title + L"|" + std::to_wstring(flags) + L"|" + text);
-            return MessageAnswer::OK;
-        });
-    }
+    PrintFixture() { Registry().DeleteKey(kSettingsKey); }
     ~PrintFixture() override {
-        SetMessageObserver({});
         store.UnloadAllNotes();
         Registry().DeleteKey(kSettingsKey);
     }
@@ -46,5 +39,4 @@ class PrintFixture : public testing::Test {
 
     NoteRecorder recorder;
     NoteStore store{recorder};
-    std::vector<std::wstring> messages;
 };

@@ -1,0 +1,29 @@
+#pragma once
+// The desktop's dialog for choosing a file. Not the toolkit's own call for it: that waits in a loop which
+// quitting the program cannot end.
+
+#include <gtk/gtk.h>
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+class FileChooser {
+  public:
+    // owner: takes no input meanwhile; null for none. save: for a file to be written, else for one that
+    // exists.
+    FileChooser(GtkWindow* owner, const std::wstring& title, bool save);
+    ~FileChooser();  // closes it
+    FileChooser(const FileChooser&) = delete;
+    FileChooser& operator=(const FileChooser&) = delete;
+
+    // For what else the dialog should offer.
+    GtkFileChooser* Native() const { return GTK_FILE_CHOOSER(dialog_); }
+
+    // Shows the dialog in this folder and lets events run until the user has answered. The file, and its
+    // folder in the place of that one; nothing when the user cancels or the program quits.
+    std::optional<std::filesystem::path> Choose(std::filesystem::path& folder);
+
+  private:
+    GtkWidget* const dialog_;
+};
