@@ -4,6 +4,7 @@
 #include <fstream>
 
 #include "app/NoteFolder.h"
+#include "base/DataFolder.h"
 #include "base/FileName.h"
 #include "base/basText.h"
 #include "exchange/ExportFile.h"
@@ -20,8 +21,8 @@ constexpr std::size_t kStamp = 23;
 class NoteFolderTest : public testing::Test {
   protected:
     NoteFolderTest()
-        : folder_(fs::temp_directory_path() /
-                  ("kivora-folder-" + std::to_string(now_.time_since_epoch().count()))) {}
+        : folder_(SharedDataFolder() / ("kivora-folder-" + std::to_string(now_.time_since_epoch().count()))) {
+    }
     ~NoteFolderTest() override {
         std::error_code ignored;
         fs::permissions(folder_, fs::perms::owner_all, ignored);

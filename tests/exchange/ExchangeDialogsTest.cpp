@@ -11,6 +11,7 @@
 #include <memory>
 #include <random>
 
+#include "base/DataFolder.h"
 #include "base/FileName.h"
 #include "base/basMessage.h"
 #include "base/basText.h"
@@ -113,7 +114,7 @@ class ExchangeTest : public testing::Test {
         Run<frmImport>(act, [this] { ImportNotes(store); });
     }
 
-    const fs::path folder = fs::temp_directory_path() / FilePath(L"kivora austausch ü test");
+    const fs::path folder = SharedDataFolder() / FilePath(L"kivora austausch ü test");
     const std::wstring exportFailed =
         L"16|Fehler|Beim Exportieren der Notiz(en) ist ein Fehler aufgetreten.\r\nMöglicherweise existiert "
         L"eine zum Exportieren vorgesehene Notiz nicht mehr oder der Dateiname ist ungültig.";

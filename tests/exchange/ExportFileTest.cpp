@@ -4,6 +4,7 @@
 #include <iterator>
 #include <random>
 
+#include "base/DataFolder.h"
 #include "exchange/ExportFile.h"
 #include "tests/exchange/SampleNotes.h"
 
@@ -28,7 +29,7 @@ class ExportFileTest : public testing::Test {
         return {std::istreambuf_iterator<char>(file), {}};
     }
 
-    const fs::path folder = fs::temp_directory_path() / "kivora export ü test";
+    const fs::path folder = SharedDataFolder() / "kivora export ü test";
 };
 
 std::vector<ExportedNote> Notes(const std::vector<std::wstring>& texts) {

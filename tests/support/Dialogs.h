@@ -1,6 +1,7 @@
 #pragma once
 // Finding open dialogs and working their controls by events, as a user would.
 
+#include <gtest/gtest.h>
 #include <wx/checkbox.h>
 #include <wx/radiobut.h>
 #include <wx/timer.h>
@@ -39,6 +40,8 @@ class WhenShown : public wxTimer {
         if (!dialog) return;
         Stop();
         act_(*dialog);
+        // A test that has given up would wait for ever for somebody to close it.
+        if (testing::Test::HasFatalFailure() && OpenDialog<Dialog>() == dialog) dialog->Close();
     }
 
   private:
