@@ -10,6 +10,7 @@ packages_test="libgtest-dev dbus-daemon iproute2 sqlite3 cups-daemon cups-client
                xserver-xorg-video-dummy"
 packages_package="debhelper dpkg-dev fakeroot lintian appstream desktop-file-utils"
 packages_windows="g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix dpkg-dev googletest icoutils"
+packages_windows_package="nsis zip imagemagick icoutils"
 packages_wine="wine64"
 
 say() { printf '== %s\n' "$*"; }

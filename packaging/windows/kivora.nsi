@@ -51,7 +51,8 @@ VIAddVersionKey /LANG=1031 "ProductVersion" "${VERSION}"
 !define MUI_PAGE_CUSTOMFUNCTION_PRE KeepFolder
 !insertmacro MUI_PAGE_DIRECTORY
 !insertmacro MUI_PAGE_INSTFILES
-!define MUI_FINISHPAGE_TEXT "Kivora ist installiert. Das Symbol im Infobereich der Taskleiste öffnet sein Menü."
+!define MUI_FINISHPAGE_TITLE "Kivora ist installiert"
+!define MUI_FINISHPAGE_TEXT "Das Symbol im Infobereich der Taskleiste öffnet sein Menü."
 !define MUI_FINISHPAGE_RUN
 !define MUI_FINISHPAGE_RUN_TEXT "Kivora jetzt starten"
 !define MUI_FINISHPAGE_RUN_FUNCTION StartAsUser
@@ -106,8 +107,8 @@ Function ${prefix}EndRunningCopy
     ${If} $0 = 0
         Return
     ${EndIf}
-    MessageBox MB_OKCANCEL|MB_ICONINFORMATION "Kivora läuft und wird jetzt beendet. Die Notizen sind gespeichert." \
-        /SD IDOK IDOK +2
+    MessageBox MB_OKCANCEL|MB_ICONINFORMATION "Kivora läuft und wird jetzt beendet. Die Notizen sind gespeichert, \
+        bis auf eine, die Sie vielleicht gerade schreiben." /SD IDOK IDOK +2
     Abort
     ${Do}
         Call ${prefix}AskToEnd
