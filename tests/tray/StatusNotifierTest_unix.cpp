@@ -5,66 +5,24 @@
 
 #include <string>
 
-#include "tests/tray/TestDesktop_unix.h"
 #include "tray/SessionBus_unix.h"
 
 // Last, because Xlib's macros would spoil the others.
-#include "tests/tray/TrayDisplay_unix.h"
+#include "tests/tray/BusFixture_unix.h"
 
 namespace {
 
 using std::chrono::milliseconds;
 
-std::string Printed(const Variant& variant) {
-    if (!variant) return "error";
-    char* text = g_variant_print(variant.get(), FALSE);
-    const std::string printed = text;
-    g_free(text);
-    return printed;
-}
-
 // Longer than two clicks of a double click are apart.
 void LetADoubleClickPass() { RunEvents(milliseconds(450)); }
 
-class StatusNotifier : public TrayFixture {
+class StatusNotifier : public BusFixture {
   protected:
-    void SetUp() override {
-        TrayFixture::SetUp();
-        if (!IsSkipped() && !bus_.Started()) GTEST_SKIP() << "dbus-daemon is not installed";
-    }
-
-    // So many icons and no other stand on the bus, and nowhere else.
-    bool OnlyOnTheBus(const TestDesktop& desktop, std::size_t count) {
-        return RunUntil([&] { return desktop.Items().size() == count && !Strip() && Embedded().empty(); });
-    }
-
     bool OnlyInTheStrip(std::size_t count) {
         const int width = static_cast<int>(count) * kStripCell + 2 * kStripBorder;
         return RunUntil([&] { return Strip() && ScreenRect(Strip()).width == width && Embedded().empty(); });
     }
-
-    // An icon with a menu that writes down what is chosen from it.
-    Notification& AddIconWithMenu() {
-        const std::size_t place = icons_.size();
-        icons_.push_back(std::make_unique<Notification>());
-        Notification& icon = *icons_[place];
-        icon.SetIconFile(ResourcePicture(kProgramIcon));
-        icon.Menu = {[this] { return entries_; },
-                     [this](int id) { log_ += L"run" + std::to_wstring(id) + L' '; }};
-        icon.ShowIcon();
-        return icon;
-    }
-
-    std::vector<TrayMenuEntry> entries_ = {
-        {.id = 1, .caption = L"Neue_Notiz"},
-        {.id = 2, .kind = TrayMenuEntry::Separator, .caption = {}},
-        {.id = 3, .caption = L"Löschen", .enabled = false},
-        {.id = 4,
-         .kind = TrayMenuEntry::Submenu,
-         .caption = L"Austausch",
-         .submenu = {{.id = 5, .kind = TrayMenuEntry::Check, .caption = L"Beim Start", .checked = true}}},
-    };
-    TestBus bus_;
 };
 
 TEST_F(StatusNotifier, AnIconHasTheseProperties) {
@@ -211,122 +169,6 @@ TEST_F(StatusNotifier, AnIconMayDieOfItsOwnActivation) {
     ASSERT_TRUE(OnlyOnTheBus(desktop, 0));
     EXPECT_EQ(log_, L"Adown1 ");
     EXPECT_FALSE(desktop.Tell(item, "Activate"));
-}
-
-TEST_F(StatusNotifier, TheMenuIsReadAsItIs) {
-    TestDesktop desktop(bus_, true);
-    AddIconWithMenu();
-    ASSERT_TRUE(OnlyOnTheBus(desktop, 1));
-    const std::string item = desktop.Items().front();
-    EXPECT_EQ(Printed(desktop.Property(item, "Menu")), "'/MenuBar'");
-    const char *nothing[] = {nullptr}, *label[] = {"label", nullptr};
-    const auto layout = [&](int id, int depth, const char** names) {
-        return Printed(desktop.Menu(item, "GetLayout", g_variant_new("(ii^as)", id, depth, names)));
-    };
-    const std::string submenu =
-        "(4, {'children-display': <'submenu'>, 'label': <'Austausch'>}, [<(5, {'label': <'Beim Start'>, "
-        "'toggle-type': <'checkmark'>, 'toggle-state': <1>}, @av [])>])";
-    EXPECT_EQ(layout(0, -1, nothing),
-              "(1, (0, {'children-display': <'submenu'>}, [<(1, {'label': <'Neue__Notiz'>}, @av [])>, "
-              "<(2, {'type': <'separator'>}, @av [])>, <(3, {'label': <'Löschen'>, 'enabled': <false>}, @av "
-              "[])>, <" +
-                  submenu + ">]))");
-    EXPECT_EQ(layout(4, -1, nothing), "(1, " + submenu + ")");
-    EXPECT_EQ(layout(4, 1, label),
-              "(1, (4, {'label': <'Austausch'>}, [<(5, {'label': <'Beim Start'>}, @av [])>]))");
-    EXPECT_EQ(layout(4, 0, label), "(1, (4, {'label': <'Austausch'>}, []))");
-    EXPECT_EQ(layout(6, -1, nothing), "error");
-
-    const auto properties = [&](GVariant* ids, const char** names) {
-        return Printed(desktop.Menu(item, "GetGroupProperties", g_variant_new("(@ai^as)", ids, names)));
-    };
-    EXPECT_EQ(properties(g_variant_new_parsed("[3, 5, 6]"), label),
-              "([(3, {'label': <'Löschen'>}), (5, {'label': <'Beim Start'>})],)");
-    EXPECT_EQ(properties(g_variant_new_parsed("@ai []"), label),
-              "([(0, {}), (1, {'label': <'Neue__Notiz'>}), (2, {}), (3, {'label': <'Löschen'>}), "
-              "(4, {'label': <'Austausch'>}), (5, {'label': <'Beim Start'>})],)");
-    const auto property = [&](int id, const char* name) {
-        return Printed(desktop.Menu(item, "GetProperty", g_variant_new("(is)", id, name)));
-    };
-    EXPECT_EQ(property(3, "enabled"), "(<false>,)");
-    EXPECT_EQ(property(1, "enabled"), "(<true>,)");
-    EXPECT_EQ(property(1, "toggle-state"), "error");
-    EXPECT_EQ(property(6, "label"), "error");
-}
-
-TEST_F(StatusNotifier, OnlyWhatCanBeChosenIsRun) {
-    TestDesktop desktop(bus_, true);
-    Notification& icon = AddIconWithMenu();
-    ASSERT_TRUE(OnlyOnTheBus(desktop, 1));
-    const std::string item = desktop.Items().front();
-    const struct {
-        int id;
-        const char* event;
-        bool known;
-        const wchar_t* ran;
-    } table[] = {
-        {1, "clicked", true, L"run1 "}, {5, "clicked", true, L"run5 "}, {3, "clicked", true, L""},
-        {2, "clicked", true, L""},      {4, "clicked", true, L""},      {0, "clicked", true, L""},
-        {6, "clicked", false, L""},     {1, "hovered", true, L""},      {0, "opened", true, L""},
-    };
-    for (const auto& row : table) {
-        SCOPED_TRACE(testing::Message() << row.event << ' ' << row.id);
-        log_.clear();
-        const Variant answer = desktop.Menu(
-            item, "Event", g_variant_new("(isvu)", row.id, row.event, g_variant_new_int32(0), 0));
-        EXPECT_EQ(answer != nullptr, row.known);
-        RunEvents();
-        EXPECT_EQ(log_, row.ran);
-    }
-    log_.clear();
-    EXPECT_EQ(Printed(desktop.Menu(
-                  item, "EventGroup",
-                  g_variant_new_parsed("([(1, 'clicked', <0>, @u 0), (9, 'clicked', <0>, @u 0)],)"))),
-              "([9],)");
-    RunEvents();
-    EXPECT_EQ(log_, L"run1 ");
-
-    icon.Menu.Run = [this](int) { icons_.clear(); };
-    EXPECT_TRUE(desktop.Menu(item, "Event", g_variant_new_parsed("(1, 'clicked', <0>, @u 0)")));
-    EXPECT_TRUE(OnlyOnTheBus(desktop, 0));
-}
-
-TEST_F(StatusNotifier, AMenuThatHasChangedIsReadAgain) {
-    TestDesktop desktop(bus_, true);
-    AddIconWithMenu();
-    ASSERT_TRUE(OnlyOnTheBus(desktop, 1));
-    const std::string item = desktop.Items().front();
-    const auto aboutToShow = [&] {
-        return Printed(desktop.Menu(item, "AboutToShow", g_variant_new("(i)", 0)));
-    };
-    const auto read = [&] { desktop.Menu(item, "GetLayout", g_variant_new_parsed("(0, -1, @as [])")); };
-
-    // Nobody has read it yet.
-    Notification::MenusChanged();
-    RunEvents();
-    EXPECT_EQ(desktop.TakeSignals(), "");
-    read();
-    EXPECT_EQ(aboutToShow(), "(false,)");
-    Notification::MenusChanged();
-    RunEvents();
-    EXPECT_EQ(desktop.TakeSignals(), "");
-
-    entries_[2].enabled = true;
-    EXPECT_EQ(aboutToShow(), "(true,)");
-    EXPECT_EQ(aboutToShow(), "(false,)");
-    EXPECT_EQ(desktop.TakeSignals(), "LayoutUpdated ");
-
-    // What the program itself tells reaches the host before the menu opens, however often it is told.
-    entries_[3].submenu[0].checked = false;
-    for (int i = 0; i < 3; ++i) Notification::MenusChanged();
-    RunEvents();
-    EXPECT_EQ(desktop.TakeSignals(), "LayoutUpdated ");
-    entries_.pop_back();
-    read();
-    EXPECT_EQ(desktop.TakeSignals(), "LayoutUpdated ");  // for the other readers
-    entries_.erase(entries_.begin());
-    EXPECT_EQ(Printed(desktop.Menu(item, "AboutToShowGroup", g_variant_new_parsed("([0, 1],)"))),
-              "([0], [1])");
 }
 
 TEST_F(StatusNotifier, AHostOnTheBusComesFirstThenATrayThenTheStrip) {

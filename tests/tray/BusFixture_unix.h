@@ -1,0 +1,28 @@
+#pragma once
+// Icons on a session bus of the test's own. Brings Xlib's macros along, so it is included last.
+
+#include "tests/tray/TestDesktop_unix.h"
+#include "tests/tray/TrayDisplay_unix.h"
+
+inline std::string Printed(const Variant& variant) {
+    if (!variant) return "error";
+    char* text = g_variant_print(variant.get(), FALSE);
+    const std::string printed = text;
+    g_free(text);
+    return printed;
+}
+
+class BusFixture : public TrayFixture {
+  protected:
+    void SetUp() override {
+        TrayFixture::SetUp();
+        if (!IsSkipped() && !bus_.Started()) GTEST_SKIP() << "dbus-daemon is not installed";
+    }
+
+    // So many icons and no other stand on the bus, and nowhere else.
+    bool OnlyOnTheBus(const TestDesktop& desktop, std::size_t count) {
+        return RunUntil([&] { return desktop.Items().size() == count && !Strip() && Embedded().empty(); });
+    }
+
+    TestBus bus_;
+};
