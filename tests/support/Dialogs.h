@@ -27,17 +27,17 @@ Dialog* OpenDialog() {
     return nullptr;
 }
 
-// Does something with a dialog once it has been open for a while, soon unless told otherwise. To be kept
-// until then.
+// Does something with a dialog soon after it has opened, or once it is ready. To be kept until then.
 template <class Dialog>
 class WhenShown : public wxTimer {
   public:
-    explicit WhenShown(std::function<void(Dialog&)> act, int milliseconds = 10) : act_(std::move(act)) {
-        Start(milliseconds);
+    explicit WhenShown(std::function<void(Dialog&)> act, std::function<bool(Dialog&)> ready = {})
+        : act_(std::move(act)), ready_(std::move(ready)) {
+        Start(10);
     }
     void Notify() override {
         Dialog* dialog = OpenDialog<Dialog>();
-        if (!dialog) return;
+        if (!dialog || (ready_ && !ready_(*dialog))) return;
         Stop();
         act_(*dialog);
         // A test that has given up would wait for ever for somebody to close it.
@@ -46,6 +46,7 @@ class WhenShown : public wxTimer {
 
   private:
     std::function<void(Dialog&)> act_;
+    std::function<bool(Dialog&)> ready_;
 };
 
 inline void Press(wxWindow* button) {
