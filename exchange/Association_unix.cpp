@@ -48,13 +48,19 @@ void WriteFile(const fs::path& file, const char* content, gsize size) {
     g_file_set_contents(file.c_str(), content, static_cast<gssize>(size), nullptr);
 }
 
-// True when the file held something else.
-bool Renew(const fs::path& file, const std::string& content) {
+// Empty for a file that cannot be read.
+std::string ReadFile(const fs::path& file) {
     char* bytes = nullptr;
     gsize size = 0;
-    const bool read = g_file_get_contents(file.c_str(), &bytes, &size, nullptr);
-    const bool same = read && std::string_view(bytes, size) == content;
+    if (!g_file_get_contents(file.c_str(), &bytes, &size, nullptr)) return "";
+    const std::string content(bytes, size);
     g_free(bytes);
+    return content;
+}
+
+// True when the file held something else.
+bool Renew(const fs::path& file, const std::string& content) {
+    const bool same = ReadFile(file) == content;
     if (!same) WriteFile(file, content.data(), content.size());
     return !same;
 }
@@ -115,13 +121,15 @@ bool IsInstalled() {
     return false;
 }
 
-// What another copy left for the user would hide what was installed, and outlive it.
+// What another copy left for the user would hide what was installed, and outlive it. Such an entry names the
+// copy's folder; one without is the installed one as the user has changed it, and stays.
 void Withdraw() {
+    if (ReadFile(EntryFile()).find("\nTryExec=/") == std::string::npos) return;
     std::error_code ignored;
-    bool removed = fs::remove(EntryFile(), ignored);
-    removed = fs::remove(TypeFile(), ignored) || removed;
+    fs::remove(EntryFile(), ignored);
+    fs::remove(TypeFile(), ignored);
     for (const int size : kIconSizes) fs::remove(IconFile(size), ignored);
-    if (removed) RunTools();
+    RunTools();
 }
 
 gboolean RegisterNow(gpointer) {

@@ -111,12 +111,22 @@ TEST_F(ProcessTest, AnInstalledProgramLeavesNoEntryOfItsOwn) {
     std::ofstream(prefix / "share/applications/kivora.desktop") << "[Desktop Entry]\n";
     std::ofstream(prefix / "share/mime/packages/kivora.xml") << "<mime-info/>\n";
     setenv("XDG_DATA_DIRS", (prefix / "share").c_str(), 1);
+    {
+        Process installed({});
+        EXPECT_TRUE(Eventually([&] { return !fs::exists(entry); }));
+        installed.Signal(SIGTERM);
+        EXPECT_EQ(installed.Wait(), 0);
+        EXPECT_FALSE(fs::exists(entry));
+    }
+
+    // What the user has made of the installed one is his.
+    std::ofstream(entry) << "[Desktop Entry]\nName=Zettel\nTryExec=kivora\nExec=kivora %F\n";
     Process installed({});
-    unsetenv("XDG_DATA_DIRS");
-    EXPECT_TRUE(Eventually([&] { return !fs::exists(entry); }));
+    WaitUntilShown(1);
     installed.Signal(SIGTERM);
     EXPECT_EQ(installed.Wait(), 0);
-    EXPECT_FALSE(fs::exists(entry));
+    unsetenv("XDG_DATA_DIRS");
+    EXPECT_TRUE(fs::exists(entry));
 }
 
 }  // namespace
