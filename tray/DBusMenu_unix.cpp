@@ -167,8 +167,8 @@ void DBusMenu::OnCall(const char* method, GVariant* parameters, GDBusMethodInvoc
 // Describes the menu anew and tells everybody who has read it when it has changed: several hosts may show it.
 bool DBusMenu::Renew() {
     std::vector<TrayMenuEntry> entries = menu_.Describe();
+    const bool wasRead = std::exchange(read_, true);
     if (entries == root_.submenu) return false;
-    const bool wasRead = !root_.submenu.empty();
     root_.submenu = std::move(entries);
     if (!wasRead) return true;
     ++revision_;
@@ -178,7 +178,7 @@ bool DBusMenu::Renew() {
 }
 
 void DBusMenu::RenewIfRead() {
-    if (!root_.submenu.empty()) Renew();
+    if (read_) Renew();
 }
 
 // False when there is no such item.
@@ -220,7 +220,7 @@ void DBusMenu::AnswerProperties(GVariant* parameters, GDBusMethodInvocation* inv
         add(entry);
         for (const TrayMenuEntry& child : entry.submenu) self(self, child);
     };
-    if (root_.submenu.empty()) Renew();
+    if (!read_) Renew();
     if (g_variant_iter_n_children(ids) == 0) addAll(addAll, root_);
     int id = 0;
     while (g_variant_iter_next(ids, "i", &id))
@@ -234,7 +234,7 @@ void DBusMenu::AnswerProperty(GVariant* parameters, GDBusMethodInvocation* invoc
     int id = 0;
     const char* name = nullptr;
     g_variant_get(parameters, "(i&s)", &id, &name);
-    if (root_.submenu.empty()) Renew();
+    if (!read_) Renew();
     const TrayMenuEntry* entry = Find(id);
     GVariant* properties = entry ? g_variant_ref_sink(Properties(*entry, nullptr)) : nullptr;
     GVariant* value = properties ? g_variant_lookup_value(properties, name, nullptr) : nullptr;

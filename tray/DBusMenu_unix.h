@@ -40,6 +40,7 @@ class DBusMenu {
     const TrayMenu menu_;
     const std::function<void(int id, guint32 time)> clicked_;
     TrayMenuEntry root_;  // as the host knows it
+    bool read_ = false;   // a host has asked; there may be nothing in it
     guint32 revision_ = 1;
     guint object_ = 0;
 };

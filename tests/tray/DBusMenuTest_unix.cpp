@@ -147,6 +147,16 @@ TEST_F(StatusNotifierMenu, AMenuThatHasChangedIsReadAgain) {
     entries_.erase(entries_.begin());
     EXPECT_EQ(Printed(desktop.Menu(item, "AboutToShowGroup", g_variant_new_parsed("([0, 1],)"))),
               "([0], [1])");
+
+    // A menu without entries has been read, too.
+    const std::vector<TrayMenuEntry> before = std::exchange(entries_, {});
+    for (const auto& entries : {entries_, before}) {
+        desktop.TakeSignals();
+        entries_ = entries;
+        Notification::MenusChanged();
+        RunEvents();
+        EXPECT_EQ(desktop.TakeSignals(), "LayoutUpdated ");
+    }
 }
 
 }  // namespace
