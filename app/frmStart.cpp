@@ -7,6 +7,7 @@
 #include "app/frmInfo.h"
 #include "base/basHelp.h"
 #include "base/basWait.h"
+#include "base/frmDialog.h"
 #include "notes/NoteStore.h"
 #include "notes/NoteWindow.h"
 #include "notes/basNotes.h"
@@ -45,8 +46,10 @@ frmStart::frmStart(NoteStore& store, std::function<void()> quit)
     };
     notIcon.Events.MouseUp = [this](int button) {
         if (button == 1) {
-            // The topmost note gets the keyboard: who came by it to the icon goes on from there.
-            if (frmNote* top = ActivateApplication()) ActivateNoteWindow(*top);
+            // An open dialog keeps the keyboard, also the one that a double click has opened before its
+            // second release. Else the topmost note gets it: who came by it to the icon goes on from there.
+            frmNote* top = ActivateApplication();
+            if (!frmDialog::ActivateNewest() && top) ActivateNoteWindow(*top);
         }
         if (button == 2) notIcon.Events.ContextMenu();
     };

@@ -7,9 +7,10 @@
 
 namespace {
 
-void OnResponse(GtkDialog*, int response, gpointer answer) {
-    *static_cast<std::optional<int>*>(answer) = response;
-    WakeWaits();
+std::optional<std::filesystem::path> ChosenIn(GtkFileChooser* chooser) {
+    const std::unique_ptr<char, decltype(&g_free)> name(gtk_file_chooser_get_filename(chooser), g_free);
+    if (!name) return std::nullopt;
+    return name.get();
 }
 
 }  // namespace
@@ -24,18 +25,43 @@ FileChooser::FileChooser(GtkWindow* owner, const std::wstring& title, bool save)
 
 FileChooser::~FileChooser() { gtk_widget_destroy(dialog_); }
 
+void FileChooser::CompleteWith(const std::string& ending, const GtkFileFilter* filter) {
+    ending_ = ending;
+    endingFilter_ = filter;
+}
+
 std::optional<std::filesystem::path> FileChooser::Choose(std::filesystem::path& folder) {
     gtk_file_chooser_set_current_folder(Native(), folder.c_str());
-    std::optional<int> answer;
-    g_signal_connect(dialog_, "response", G_CALLBACK(OnResponse), &answer);
+    answer_.reset();
+    g_signal_connect(dialog_, "response", G_CALLBACK(OnResponse), this);
     gtk_window_present(GTK_WINDOW(dialog_));
-    const WaitEnd end = WaitUntil([&] { return answer.has_value(); });
-    g_signal_handlers_disconnect_by_data(dialog_, &answer);
-    if (end == WaitEnd::Quitting || *answer != GTK_RESPONSE_ACCEPT) return std::nullopt;
+    const WaitEnd end = WaitUntil([&] { return answer_.has_value(); });
+    g_signal_handlers_disconnect_by_data(dialog_, this);
+    if (end == WaitEnd::Quitting || *answer_ != GTK_RESPONSE_ACCEPT) return std::nullopt;
 
-    const std::unique_ptr<char, decltype(&g_free)> name(gtk_file_chooser_get_filename(Native()), g_free);
-    if (!name) return std::nullopt;
-    const std::filesystem::path file = name.get();
-    folder = file.parent_path();
+    const std::optional<std::filesystem::path> file = ChosenIn(Native());
+    if (file) folder = file->parent_path();
     return file;
+}
+
+void FileChooser::OnResponse(GtkDialog* dialog, int response, gpointer chooser) {
+    auto* self = static_cast<FileChooser*>(chooser);
+    if (response == GTK_RESPONSE_ACCEPT && self->AddEnding()) {
+        // Once more for the whole name.
+        gtk_dialog_response(dialog, response);
+        return;
+    }
+    self->answer_ = response;
+    WakeWaits();
+}
+
+bool FileChooser::AddEnding() {
+    if (ending_.empty()) return false;
+    if (endingFilter_ && gtk_file_chooser_get_filter(Native()) != endingFilter_) return false;
+    std::optional<std::filesystem::path> file = ChosenIn(Native());
+    if (!file || g_ascii_strcasecmp(file->extension().c_str(), ending_.c_str()) == 0) return false;
+    *file += ending_;
+    gtk_file_chooser_set_current_folder(Native(), file->parent_path().c_str());
+    gtk_file_chooser_set_current_name(Native(), file->filename().c_str());
+    return true;
 }

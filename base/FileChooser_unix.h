@@ -20,10 +20,20 @@ class FileChooser {
     // For what else the dialog should offer.
     GtkFileChooser* Native() const { return GTK_FILE_CHOOSER(dialog_); }
 
+    // A chosen name without this ending (".pdf") gets it, before the dialog asks whether an existing file may
+    // be replaced. filter: only while this one is chosen; null for always.
+    void CompleteWith(const std::string& ending, const GtkFileFilter* filter = nullptr);
+
     // Shows the dialog in this folder and lets events run until the user has answered. The file, and its
     // folder in the place of that one; nothing when the user cancels or the program quits.
     std::optional<std::filesystem::path> Choose(std::filesystem::path& folder);
 
   private:
+    static void OnResponse(GtkDialog* dialog, int response, gpointer chooser);
+    bool AddEnding();
+
     GtkWidget* const dialog_;
+    std::optional<int> answer_;
+    std::string ending_;
+    const GtkFileFilter* endingFilter_ = nullptr;
 };

@@ -20,9 +20,9 @@
 
 namespace {
 
-// The dialogs that wait for their user, innermost last. One that opens belongs to the innermost, so that
-// window managers keep it above that one.
-std::vector<frmDialog*> waitingDialogs;
+// The dialogs on the screen, the newest last, also those that nobody waits for. One that opens belongs to the
+// newest, so that window managers keep it above that one.
+std::vector<frmDialog*> openDialogs;
 
 // The size within its frame that the last dialog of each kind had.
 std::map<std::type_index, wxSize> keptSizes;
@@ -36,7 +36,7 @@ bool IsEnter(const wxKeyEvent& event) {
            !event.HasAnyModifiers();
 }
 
-wxWindow* Owner() { return waitingDialogs.empty() ? nullptr : waitingDialogs.back(); }
+wxWindow* Owner() { return openDialogs.empty() ? nullptr : openDialogs.back(); }
 
 // Does something with every text box, list and other control below a window.
 template <class Action>
@@ -97,15 +97,33 @@ frmDialog::frmDialog(const wxString& caption, const std::wstring& helpPage, bool
     });
 }
 
+bool frmDialog::ActivateNewest() {
+    if (openDialogs.empty()) return false;
+    openDialogs.back()->Raise();
+    return true;
+}
+
+frmDialog::~frmDialog() { std::erase(openDialogs, this); }
+
+bool frmDialog::Show(bool show) {
+    std::erase(openDialogs, this);
+    if (show) openDialogs.push_back(this);
+    return wxDialog::Show(show);
+}
+
+bool frmDialog::Destroy() {
+    // It is deleted some time later, and would take with it what it owns.
+    std::erase(openDialogs, this);
+    return wxDialog::Destroy();
+}
+
 int frmDialog::ShowModal() {
     tag_ = L"waiting";
     Resize();
     Place();
     Show();
     Raise();
-    waitingDialogs.push_back(this);
     const WaitEnd end = WaitUntil([this] { return tag_ != L"waiting"; });
-    waitingDialogs.pop_back();
     if (end == WaitEnd::Quitting) tag_ = L"cancel";
     if (HasFlag(wxRESIZE_BORDER)) keptSizes[typeid(*this)] = GetClientSize();
     Hide();

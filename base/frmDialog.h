@@ -20,6 +20,14 @@ class frmDialog : public wxDialog {
     // "waiting", "ok" or "cancel".
     const std::wstring& Tag() const { return tag_; }
 
+    // Brings the newest dialog on the screen to the front and gives it the keyboard; false if there is none.
+    static bool ActivateNewest();
+
+    ~frmDialog() override;
+
+    bool Show(bool show = true) override;
+    bool Destroy() override;
+
     // Makes the dialog appear beside this rectangle of the screen (pixels) instead of in the middle.
     void PlaceNear(const wxRect& rect) { near_ = rect; }
 

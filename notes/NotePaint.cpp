@@ -131,14 +131,14 @@ MeasureText MeasureWith(wxDC& dc) {
     };
 }
 
-wxSize NaturalTextSize(const std::wstring& text, const wxFont& font) {
+wxSize NaturalTextSize(const std::wstring& text, const wxFont& font, int width) {
     wxBitmap pixel(1, 1);
     wxMemoryDC dc(pixel);
     dc.SetFont(font);
-    const auto lines = FlowText(text, 0, MeasureWith(dc), kMostLines);
-    int width = 0;
-    for (const FlowLine& line : lines) width = std::max(width, line.width);
-    return wxSize(width, static_cast<int>(lines.size()) * LineHeight(dc, font));
+    const auto lines = FlowText(text, width, MeasureWith(dc), kMostLines);
+    int widest = 0;
+    for (const FlowLine& line : lines) widest = std::max(widest, line.width);
+    return wxSize(widest, static_cast<int>(lines.size()) * LineHeight(dc, font));
 }
 
 void PaintNote(wxDC& dc, const NotePicture& note, const NoteLayout& layout, double scaleX, double scaleY) {

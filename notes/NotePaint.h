@@ -31,5 +31,6 @@ void PaintNote(wxDC& dc, const NotePicture& note, const NoteLayout& layout, doub
 // Measures with the font that the context has selected.
 MeasureText MeasureWith(wxDC& dc);
 
-// The size in pixels that the text needs when only its own line breaks count.
-wxSize NaturalTextSize(const std::wstring& text, const wxFont& font);
+// The size in pixels that the text needs, in lines no wider than that many pixels. 0: only its own line
+// breaks count.
+wxSize NaturalTextSize(const std::wstring& text, const wxFont& font, int width = 0);

@@ -53,7 +53,8 @@ wxRect OnScreens(wxRect rect) {
     if (rect.width > kSafePixels || rect.height > kSafePixels) {
         wxRect all;
         for (const PixelRect& screen : screens) all.Union(ToWx(screen));
-        rect.width = std::min(rect.width, std::max(all.width, kSafePixels));
+        const int widest = std::max(all.width, kSafePixels);
+        if (rect.width > widest) rect = {all.x, rect.y, widest, rect.height};
         rect.height = std::min(rect.height, std::max(all.height, kSafePixels));
     }
     return ToWx(ShownRect(screens, FreeArea, FromWx(rect)));

@@ -11,6 +11,7 @@ wxPoint NextPlace();
 // The window's rectangle for a place in twips, within what window systems can name.
 wxRect NotePixels(const wxWindow& window, double left, double top, double width, double height);
 
-// The rectangle as the screens of now can show it: no larger than all of them, and on the nearest one where
+// The rectangle as the screens of now can show it: no larger than all of them, from their left edge when it
+// would be wider, and on the nearest one where
 // too little of it would be visible.
 wxRect OnScreens(wxRect rect);

@@ -172,14 +172,14 @@ void frmNote::Place(double left, double top, double width, double height) {
     top_ = top;
     width_ = std::max(width, smallest);
     height_ = std::max(height, smallest);
-    const wxRect rect = OnScreens(StoredRect());
+    const wxRect rect = ShownRect();
     SetSize(rect);
     ArrangeParts(rect.GetSize());
 }
 
 void frmNote::PlaceOnScreens() {
     if (HasCapture()) return;
-    const wxRect rect = OnScreens(StoredRect());
+    const wxRect rect = ShownRect();
     if (rect == GetRect()) return;
     SetSize(rect);
     ArrangeParts(rect.GetSize());
@@ -218,6 +218,18 @@ wxFont frmNote::MessageFont() const {
 }
 
 wxRect frmNote::StoredRect() const { return NotePixels(*this, left_, top_, width_, height_); }
+
+wxRect frmNote::ShownRect() const {
+    const wxRect stored = StoredRect();
+    wxRect rect = OnScreens(stored);
+    if (rect.width == stored.width) return rect;
+    // The screens are not as wide as its lines: these are broken and need more height than is stored.
+    const double framePixels = 2 * kFrame / TwipsPerPixelX(*this);
+    const wxSize text = NaturalTextSize(Text(), MessageFont(), rect.width - static_cast<int>(framePixels));
+    const double height = text.y + (2 * kFrame + kTimeHeight) / TwipsPerPixelY(*this);
+    rect.height = std::max(rect.height, static_cast<int>(height));
+    return OnScreens(rect);
+}
 
 void frmNote::ArrangeParts(const wxSize& pixels) {
     if (pixels == arrangedFor_ || pixels.x <= 0 || pixels.y <= 0) return;
@@ -292,8 +304,11 @@ void frmNote::StorePlace(const wxRect& before, const wxRect& after) {
     const bool elsewhere = moved && before.GetPosition() != StoredRect().GetPosition();
     if (elsewhere || after.x != before.x) left_ = after.x * x;
     if (elsewhere || after.y != before.y) top_ = after.y * y;
-    if (after.width != before.width) width_ = after.width * x;
-    if (after.height != before.height) height_ = after.height * y;
+    // Likewise the size of one that was shown in another size and resized.
+    const bool resized = after.GetSize() != before.GetSize();
+    const bool otherwise = resized && before.GetSize() != StoredRect().GetSize();
+    if (otherwise || after.width != before.width) width_ = after.width * x;
+    if (otherwise || after.height != before.height) height_ = after.height * y;
 }
 
 void frmNote::Later(std::function<void(NoteHost&, frmNote&)> call) {

@@ -130,6 +130,7 @@ class frmNote : public wxFrame {
     wxFont MessageFont() const;
     void RenewIcon();
     wxRect StoredRect() const;
+    wxRect ShownRect() const;  // as the screens of now can show it
     void ArrangeParts(const wxSize& pixels);
     void Hover(NotePart part);
     void SetPointer(Pointer pointer);

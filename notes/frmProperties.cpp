@@ -192,6 +192,10 @@ void frmProperties::UpdateLook() {
     for (wxTextCtrl* box : boxes_) {
         box->SetFont(font);
         box->SetBackgroundColour(paper);
+        // Where the toolkit gives the text a background of its own, that stays as it was.
+        const wxTextAttr look(*wxBLACK, paper, font);
+        box->SetDefaultStyle(look);
+        box->SetStyle(0, box->GetLastPosition(), look);
         box->Refresh();
     }
 }

@@ -9,5 +9,6 @@ std::optional<std::filesystem::path> ChoosePdfFile() {
     FileChooser chooser(nullptr, L"In Datei drucken (PDF)", true);
     gtk_file_chooser_set_do_overwrite_confirmation(chooser.Native(), TRUE);
     gtk_file_chooser_set_current_name(chooser.Native(), "Notizen.pdf");
+    chooser.CompleteWith(".pdf");
     return chooser.Choose(lastFolder);
 }

@@ -8,6 +8,7 @@
 #include "base/DataFolder.h"
 #include "base/basMessage.h"
 #include "notes/frmNote.h"
+#include "notes/frmProperties.h"
 #include "tests/app/MenuOnScreen.h"
 #include "tests/support/Events.h"
 
@@ -206,6 +207,18 @@ TEST_F(StartTest, BringingToTheFrontKeepsTheFlags) {
     RunEvents();
     EXPECT_FALSE(normal.Foreground());
     EXPECT_TRUE(top.Foreground());
+}
+
+TEST_F(StartTest, ADialogKeepsTheKeyboardWhenAllComesToTheFront) {
+    AddNote(L"eins");
+    auto* dialog = new frmProperties(L"Neue Notiz");
+    dialog->Show();
+    dialog->Raise();
+    ASSERT_TRUE(RunUntil([&] { return dialog->IsActive(); }));
+    start_->notIcon.Events.MouseUp(1);
+    RunEvents(std::chrono::milliseconds(200));
+    EXPECT_TRUE(dialog->IsActive());
+    dialog->Destroy();
 }
 
 TEST_F(StartTest, NothingIsSavedWhileTheProgramEnds) {

@@ -7,6 +7,8 @@
 #include <wx/textctrl.h>
 
 #include "addressbook/frmAddressbook.h"
+#include "base/basMessage.h"
+#include "base/frmMessage.h"
 #include "net/basSendNotes.h"
 #include "net/frmSendOverNetwork.h"
 #include "net/frmSendOverNetworkProgress.h"
@@ -175,6 +177,19 @@ TEST_F(SendNotes, CancellingEndsEveryPhase) {
         EXPECT_TRUE(cancelled);
     }
     EXPECT_TRUE(messages.empty());
+}
+
+TEST_F(SendNotes, MessagesStandAboveTheProgress) {
+    auto* window = new frmSendOverNetworkProgress([] {});
+    window->Show();
+    auto* message = new frmMessage(L"Text", kCritical, L"Titel");
+    EXPECT_EQ(message->GetParent(), window);
+    message->Destroy();
+    window->Hide();
+    message = new frmMessage(L"Text", kCritical, L"Titel");
+    EXPECT_EQ(message->GetParent(), nullptr);
+    message->Destroy();
+    window->Destroy();
 }
 
 TEST_F(SendNotes, TheArrowHasFourPlaces) {

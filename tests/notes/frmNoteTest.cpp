@@ -133,6 +133,32 @@ TEST_F(FrmNote, AutoSizeFitsTheTextWithoutBreakingIt) {
     EXPECT_GT(note->Width(), narrow);
 }
 
+TEST_F(FrmNote, WiderThanTheScreensItShowsAllItsLines) {
+    std::wstring text;
+    while (text.size() < 2000) text += L"Wörter ";
+    note->Text(text);
+    note->PlaceAt(900, 900);
+    note->AutoSize();
+    const double width = note->Width(), height = note->Height();
+    EXPECT_GT(width, wxGetDisplaySize().x * 15);
+    const wxFont font(wxFontInfo(kDefaultFontSize).FaceName(L"Arial"));
+    EXPECT_GE(note->GetSize().y, NaturalTextSize(text, font, note->GetSize().x - 32).y + 32 + 20);
+    EXPECT_TRUE(wxGetClientDisplayRect().Contains(note->GetRect()));
+
+    // What is stored changes with what the user does, and then both ways.
+    note->ShowStacked();
+    RunEvents();
+    EXPECT_EQ(note->Width(), width);
+    EXPECT_EQ(note->Height(), height);
+    const int shown = note->GetSize().y;
+    wxKeyEvent narrower(wxEVT_CHAR_HOOK);
+    narrower.m_keyCode = WXK_LEFT;
+    narrower.SetShiftDown(true);
+    note->ProcessWindowEvent(narrower);
+    EXPECT_LT(note->Width(), wxGetDisplaySize().x * 15);
+    EXPECT_EQ(note->Height(), shown * 15);
+}
+
 TEST_F(FrmNote, MinimizesToItsOwnIconAndBack) {
     note->SizeTo(3000, 2000);
     note->ShowStacked();

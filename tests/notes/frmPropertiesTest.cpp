@@ -67,6 +67,22 @@ TEST_F(FrmProperties, NewNoteStartsPlainAndTakesWhatWasChosen) {
     EXPECT_NE(note.CreationTime().find(L", "), std::wstring::npos);
 }
 
+TEST_F(FrmProperties, TheTextStandsOnThePaperThatWasChosenLast) {
+    WhenOpen([](frmProperties& dialog) {
+        dialog.txtMessage->SetValue(L"Käse");
+        Check(dialog.chkForm[1], true);  // makes the text a style of its own
+        Choose(dialog.optFarbe[1]);
+        for (const wxTextCtrl* box : {dialog.txtMessage, dialog.txtMessageRechts, dialog.txtMessageZentr}) {
+            wxTextAttr look;
+            ASSERT_TRUE(const_cast<wxTextCtrl*>(box)->GetStyle(1, look));
+            EXPECT_EQ(look.GetBackgroundColour(), box->GetBackgroundColour());
+        }
+        Press(dialog.cmdAbbrechen);
+    });
+    NewNote(store);
+    EXPECT_TRUE(opened);
+}
+
 TEST_F(FrmProperties, CancellingInAnyWayChangesNothing) {
     NotePtr made = store.CreateNote();
     made->Text(L"alt");
