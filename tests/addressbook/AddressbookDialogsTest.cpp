@@ -285,7 +285,8 @@ TEST_F(AddressbookDialogs, NamesAreLookedUpWhileEventsGoOn) {
                 {L"", L""},
                 {L"   ", L""},
                 {L"ä ö", L""}};
-    for (const auto& row : rows) EXPECT_EQ(ResolveHostAddress(row.name), row.address) << wxString(row.name);
+    for (const auto& row : rows)
+        EXPECT_EQ(ResolveHostAddress(row.name), row.address) << wxString(row.name).utf8_string();
     EXPECT_EQ(ResolveHostAddress(L"localhost", [] { return true; }), L"") << "abandoned";
     {
         const NameLookup given_up(L"localhost", [](const std::wstring&) { ADD_FAILURE(); });

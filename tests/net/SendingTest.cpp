@@ -182,7 +182,7 @@ TEST_F(Sending, ConnectingFailsAtOnceOrAfterAWhile) {
         const auto session = network->CreateOutgoing();
         network->Connect(session, host);
         EXPECT_FALSE(session->IsConnected());
-        EXPECT_LT(std::chrono::steady_clock::now() - begin, 4s) << wxString(host);
+        EXPECT_LT(std::chrono::steady_clock::now() - begin, 4s) << wxString(host).utf8_string();
         session->Send({{L"a"}});
         EXPECT_EQ(session->GetNumberSentNotes(), L"0");
     }
