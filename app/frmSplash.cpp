@@ -29,6 +29,7 @@ void frmSplash::ShowForAMoment() {
     auto* splash = new frmSplash;
     splash->Show();
     WaitUntil([splash] { return splash->closed_; }, kMoment);
+    splash->Hide();  // the rest would be seen behind it
     splash->Destroy();
 }
 

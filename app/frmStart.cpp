@@ -55,6 +55,7 @@ frmStart::frmStart(NoteStore& store, std::function<void()> quit)
     };
     notIcon.Events.ContextMenu = [this] {
         ActivateApplication();
+        frmDialog::ActivateNewest();  // it stays above the notes that have come to the front
         ShowPopupMenu(nullptr);
     };
     notIcon.Menu = {[this] { return DescribeMenu(nullptr); },

@@ -30,7 +30,11 @@ std::optional<std::wstring> ChooseFile(wxTopLevelWindow& owner, const FileDialog
     dialog.lpstrInitialDir = folder.c_str();
     dialog.lpstrTitle = options.DialogTitle.c_str();
     dialog.Flags = OFN_EXPLORER | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
-    if (!options.save) dialog.Flags |= OFN_FILEMUSTEXIST;
+    if (options.save) {
+        dialog.lpstrDefExt = L"kvr";  // for a name that is typed without one
+    } else {
+        dialog.Flags |= OFN_FILEMUSTEXIST;
+    }
 
     const EndedWithWaits endedWithWaits([&] { CancelPopupOf(dialog.hwndOwner); });
     const bool chosen = options.save ? GetSaveFileNameW(&dialog) : GetOpenFileNameW(&dialog);
