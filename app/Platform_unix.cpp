@@ -1,5 +1,6 @@
 #include <glib-unix.h>
 #include <gtk/gtk.h>
+#include <malloc.h>
 #include <wx/toplevel.h>
 
 #include <clocale>
@@ -26,6 +27,9 @@ gboolean OnEndRequest(gpointer quit) {
     return G_SOURCE_CONTINUE;
 }
 
+const char* const kGl = "GDK_GL";
+std::string usersGl;
+
 }  // namespace
 
 std::vector<std::wstring> Arguments(int argc, char** argv) {
@@ -38,13 +42,33 @@ void PrintOut(const std::wstring& text) { std::fputs(ToUtf8(text).c_str(), stdou
 void PrintError(const std::wstring& text) { std::fputs(ToUtf8(text).c_str(), stderr); }
 
 void PrepareToolkit() {
-    // The program speaks German wherever it runs, and the toolkit's own texts must not differ. Its
-    // translations need a locale other than "C"; without one text input would be limited to ASCII, too.
-    setenv("LANGUAGE", "de", 1);
+    // Nobody sees the toolkit's texts while the program comes up: it asks for the names of a thousand
+    // properties, and each would be looked up in files that stay in memory.
+    setenv("LANGUAGE", "C", 1);
+    // Asking the display for 3D, of which notes need none, would load the driver for it.
+    if (const char* const value = std::getenv(kGl)) usersGl = value;
+    setenv(kGl, "disable", 1);
+    // The few threads that the libraries start have next to nothing to keep.
+    mallopt(M_ARENA_MAX, 1);
+
+    // The toolkit's translations need a locale other than "C"; without one text input would be limited to
+    // ASCII, too.
     const char* locale = std::setlocale(LC_ALL, "");
     if (!locale || std::strcmp(std::setlocale(LC_CTYPE, nullptr), "C") == 0) setenv("LC_ALL", "C.UTF-8", 1);
     // Wayland tells no program where its windows are, and notes have to know it.
     gdk_set_allowed_backends("x11,*");
+}
+
+void SettleDown() {
+    const auto settle = [](gpointer) -> gboolean {
+        // The program speaks German wherever it runs, and the toolkit's own texts must not differ. Values are
+        // only replaced here: other threads may be reading the environment.
+        setenv("LANGUAGE", "de", 1);
+        setenv(kGl, usersGl.c_str(), 1);
+        malloc_trim(0);
+        return G_SOURCE_REMOVE;
+    };
+    g_idle_add_full(G_PRIORITY_LOW, settle, nullptr, nullptr);  // drawing comes before
 }
 
 EndRequests::EndRequests(std::function<void()> quit) : quit_(std::move(quit)) {

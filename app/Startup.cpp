@@ -60,10 +60,11 @@ void Program::InitApplication() {
     start_->notIcon.ShowIcon();
     network_.KeepLongNote = KeepLongNote;
     network_.Listen();
-    Store().ApplyForeground();
+    Store().ShowNotes();
     if (role_) {
         role_->Listen([this](const std::wstring& file) { Guarded([&] { ReceiveFile(file); }); });
     }
+    SettleDown();
 }
 
 void Program::LoadNotes() {
@@ -150,6 +151,7 @@ int RunProgram(const StartRequest& request, std::unique_ptr<RunningCopy> role, c
     auto* app = new KivoraApp([&] {
         program.emplace(std::move(role));
         const EndRequests endRequests([&] { Guarded([&] { program->QuitApplication(); }); });
+        if (request.kind != StartRequest::Resident) SettleDown();
         if (request.kind == StartRequest::Print) {
             program->PrintFiles(request.files);
         } else if (request.kind == StartRequest::Resident) {

@@ -1,7 +1,8 @@
 #include "app/frmSplash.h"
 
 #include <wx/dcclient.h>
-#include <wx/settings.h>
+
+#include <algorithm>
 
 #include "app/Platform.h"
 #include "base/basWait.h"
@@ -9,7 +10,8 @@
 
 namespace {
 constexpr std::chrono::milliseconds kMoment{250};
-}
+constexpr int kStrip = 4;  // pixels
+}  // namespace
 
 frmSplash::frmSplash()
     : wxFrame(nullptr, wxID_ANY, L"Kivora", wxDefaultPosition, wxDefaultSize,
@@ -35,9 +37,15 @@ void frmSplash::ShowForAMoment() {
 
 void frmSplash::OnPaint(wxPaintEvent&) {
     wxPaintDC dc(this);
-    if (picture_.IsOk()) dc.DrawBitmap(picture_, 0, 0);
+    // In strips: a large picture would go to the display through memory shared with it, which stays for good.
+    for (int top = 0; picture_.IsOk() && top < picture_.GetHeight(); top += kStrip) {
+        const int height = std::min(kStrip, picture_.GetHeight() - top);
+        wxBitmap strip = picture_.GetSubBitmap(wxRect(0, top, picture_.GetWidth(), height));
+        strip.SetScaleFactor(picture_.GetScaleFactor());
+        dc.DrawBitmap(strip, 0, static_cast<int>(top / picture_.GetScaleFactor()));
+    }
     const wxString version = L"Version " + wxString::FromUTF8(KIVORA_VERSION);
-    dc.SetFont(GetFont());
+    dc.SetFont(wxFont(wxFontInfo(10).FaceName(L"Arial")));  // that of the notes, so no other is read
     dc.SetTextForeground(*wxBLACK);
     // Below the name, which the picture has at its lower left.
     const wxSize place = FromDIP(wxSize(32, 8));

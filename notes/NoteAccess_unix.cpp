@@ -1,3 +1,4 @@
+#include <gtk/gtk-a11y.h>
 #include <gtk/gtk.h>
 
 #include "base/basText.h"
@@ -6,44 +7,113 @@
 
 namespace {
 
+const char* const kNote = "kivora-note";  // what the widgets of a note know it by
+
 // The window has the name. Inside, the widget that gets the keys stands for the part of the note that has the
 // keyboard: it takes on that part's role and name.
+//
+// The toolkit makes what readers ask when the first of them asks, at some cost for each window. So nothing is
+// set beforehand: the answers are put together when they are wanted.
 class AtkNote : public NoteAccess {
   public:
-    explicit AtkNote(frmNote& note) : note_(note) {}
+    explicit AtkNote(frmNote& note) : note_(note) {
+        AnswerForNotes();
+        SetData(this);
+    }
+    ~AtkNote() override { SetData(nullptr); }
 
     void Changed() override {
+        if (!asked_) return;
         AtkObject* const window = gtk_widget_get_accessible(note_.GetHandle());
-        atk_object_set_name(window, ToUtf8(Name(note_)).c_str());
-        atk_object_set_description(window, ToUtf8(Description(note_)).c_str());
-        DescribePart(note_.Focus());
+        g_object_notify(G_OBJECT(window), "accessible-name");
+        g_object_notify(G_OBJECT(window), "accessible-description");
+        g_object_notify(G_OBJECT(gtk_widget_get_accessible(note_.m_wxwindow)), "accessible-name");
     }
 
-    void Focus(NotePart part) override {
-        AtkObject* const object = DescribePart(part);
+    void Focus(NotePart) override {
         // To readers it is another one now that has the keyboard.
-        if (note_.IsActive()) atk_object_notify_state_change(object, ATK_STATE_FOCUSED, TRUE);
+        if (!asked_) return;
+        AtkObject* const part = gtk_widget_get_accessible(note_.m_wxwindow);
+        g_object_notify(G_OBJECT(part), "accessible-role");
+        g_object_notify(G_OBJECT(part), "accessible-name");
+        if (note_.IsActive()) atk_object_notify_state_change(part, ATK_STATE_FOCUSED, TRUE);
     }
 
   private:
-    AtkObject* DescribePart(NotePart part) {
-        AtkObject* const object = gtk_widget_get_accessible(note_.m_wxwindow);
+    using Question = const char*(AtkObject*);
+
+    void SetData(AtkNote* note) {
+        g_object_set_data(G_OBJECT(note_.GetHandle()), kNote, note);
+        g_object_set_data(G_OBJECT(note_.m_wxwindow), kNote, note);
+    }
+
+    // The note that the object belongs to, null for all other windows and controls.
+    static AtkNote* Asked(AtkObject* object) {
+        GtkWidget* const widget = gtk_accessible_get_widget(GTK_ACCESSIBLE(object));
+        auto* const note =
+            widget ? static_cast<AtkNote*>(g_object_get_data(G_OBJECT(widget), kNote)) : nullptr;
+        if (note) note->asked_ = true;
+        return note;
+    }
+
+    // Notes have their answers, everything else the toolkit's.
+    static void AnswerForNotes() {
+        static AtkObjectClass window, inside;  // as the toolkit answers
+        static const bool done = [] {
+            auto* const windows = ATK_OBJECT_CLASS(g_type_class_ref(GTK_TYPE_WINDOW_ACCESSIBLE));
+            window = *windows;
+            windows->get_name = [](AtkObject* object) {
+                AtkNote* const note = Asked(object);
+                return note ? note->Answer(note->name_, Name(note->note_)) : window.get_name(object);
+            };
+            windows->get_description = [](AtkObject* object) {
+                AtkNote* const note = Asked(object);
+                return note ? note->Answer(note->description_, Description(note->note_))
+                            : window.get_description(object);
+            };
+            auto* const parts = ATK_OBJECT_CLASS(g_type_class_ref(GTK_TYPE_CONTAINER_ACCESSIBLE));
+            inside = *parts;
+            parts->get_name = [](AtkObject* object) {
+                AtkNote* const note = Asked(object);
+                return note ? note->Answer(note->part_, note->PartName()) : inside.get_name(object);
+            };
+            parts->get_role = [](AtkObject* object) {
+                AtkNote* const note = Asked(object);
+                return note ? note->PartRole() : inside.get_role(object);
+            };
+            return true;
+        }();
+        static_cast<void>(done);
+    }
+
+    // Who asks does not own what is answered.
+    static const char* Answer(std::string& kept, const std::wstring& text) {
+        kept = ToUtf8(text);
+        return kept.c_str();
+    }
+
+    std::wstring PartName() const {
+        const NotePart part = note_.Focus();
         std::wstring name = NameOfControl(part);
-        AtkRole role = ATK_ROLE_LABEL;
-        if (part == NotePart::chkForeground) {
-            role = ATK_ROLE_CHECK_BOX;
+        if (part == NotePart::chkForeground)
             name += note_.Foreground() ? L", aktiviert" : L", nicht aktiviert";
-        } else if (part == NotePart::cmdMinimize) {
-            role = ATK_ROLE_PUSH_BUTTON;
-        } else {
-            name = note_.Text();
+        return name.empty() ? note_.Text() : name;
+    }
+
+    AtkRole PartRole() const {
+        switch (note_.Focus()) {
+            case NotePart::chkForeground:
+                return ATK_ROLE_CHECK_BOX;
+            case NotePart::cmdMinimize:
+                return ATK_ROLE_PUSH_BUTTON;
+            default:
+                return ATK_ROLE_LABEL;
         }
-        atk_object_set_role(object, role);
-        atk_object_set_name(object, ToUtf8(name).c_str());
-        return object;
     }
 
     frmNote& note_;
+    bool asked_ = false;
+    std::string name_, description_, part_;
 };
 
 }  // namespace

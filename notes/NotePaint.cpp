@@ -37,11 +37,12 @@ void DrawAt(wxDC& dc, const wxString& text, int x, int y) {
     }
 }
 
-// Height of a line in a font. All notes share few fonts, and asking for a height is as dear as drawing.
+// Height of a line in a font. All notes share few fonts, and asking for a height is as dear as drawing. So is
+// comparing two fonts by what they look like.
 int LineHeight(wxDC& dc, const wxFont& font) {
     static std::vector<std::pair<wxFont, int>> known;
     for (const auto& [each, height] : known) {
-        if (each == font) return height;
+        if (each.IsSameAs(font)) return height;
     }
     dc.SetFont(font);
     known.emplace_back(font, std::max(dc.GetCharHeight(), 1));
@@ -85,8 +86,8 @@ void PaintButtonFace(wxDC& dc, const wxRect& box, const wxColour& paper, const w
 void PaintMinimize(wxDC& dc, const wxRect& box, const wxColour& ink) {
     dc.SetPen(wxPen(ink, 2));
     const wxPoint middle(box.x + box.width / 2, box.y + box.height / 2 + 2);
-    dc.DrawLine(middle.x - 3, middle.y - 3, middle.x, middle.y);
-    dc.DrawLine(middle.x, middle.y, middle.x + 4, middle.y - 4);
+    const wxPoint hook[] = {{middle.x - 3, middle.y - 3}, middle, {middle.x + 4, middle.y - 4}};
+    dc.DrawLines(3, hook);
 }
 
 void PaintForeground(wxDC& dc, const wxRect& box, const wxColour& paper, const wxColour& ink, bool on) {
@@ -168,9 +169,11 @@ void PaintNote(wxDC& dc, const NotePicture& note, const NoteLayout& layout, doub
     // The edge, up to the fold on both sides.
     const auto outline = NoteOutline(all.width, all.height);
     dc.SetPen(wxPen(paper.ChangeLightness(80)));
-    dc.DrawLine(0, 0, all.width, 0);
-    dc.DrawLine(0, 0, 0, all.height);
-    dc.DrawLine(all.width - 1, 0, all.width - 1, outline[0].y);
-    dc.DrawLine(0, all.height - 1, outline[2].x, all.height - 1);
+    const wxPoint edge[] = {{outline[2].x, all.height - 1},
+                            {0, all.height - 1},
+                            {0, 0},
+                            {all.width - 1, 0},
+                            {all.width - 1, outline[0].y}};
+    dc.DrawLines(5, edge);
     PaintFocus(dc, note, layout, scaleX, scaleY, ink);
 }

@@ -1,5 +1,7 @@
 #include "notes/NoteStore.h"
 
+#include <wx/app.h>
+
 #include <algorithm>
 
 #include "addressbook/AddressBook.h"
@@ -121,6 +123,7 @@ void NoteStore::DeleteNote(frmNote& note) {
 }
 
 void NoteStore::UnloadAllNotes() {
+    toShow_.clear();
     // Not one by one through the toolkit's list of what is to go: that is searched for every window.
     for (NotePtr& note : notes_) note.release()->UnloadAtEnd();
     notes_.clear();
@@ -149,13 +152,35 @@ void NoteStore::ForgetMinimizedNote(const frmNote& note) {
     if (minimizedByCommand_) minimizedByCommand_->erase(note.NoteKey());
 }
 
-void NoteStore::ApplyForeground() {
+std::vector<frmNote*> NoteStore::InStackingOrder() const {
+    std::vector<frmNote*> notes;
+    for (const NotePtr& note : notes_) notes.push_back(note.get());
     // The others first, so that the topmost notes end above all of them.
-    for (const bool topmost : {false, true}) {
-        for (const NotePtr& note : notes_) {
-            if (note->Foreground() == topmost) note->ShowStacked();
-        }
+    std::stable_partition(notes.begin(), notes.end(),
+                          [](const frmNote* note) { return !note->Foreground(); });
+    return notes;
+}
+
+void NoteStore::ApplyForeground() {
+    for (frmNote* const note : InStackingOrder()) note->ShowStacked();
+}
+
+void NoteStore::ShowNotes() {
+    const std::vector<frmNote*> notes = InStackingOrder();
+    toShow_.assign(notes.begin(), notes.end());
+    ShowNextNotes();
+}
+
+void NoteStore::ShowNextNotes() {
+    // What the window manager has to say of a few windows is heard before the next are shown, or it would
+    // pile up.
+    constexpr int kAtOnce = 10;
+    for (int i = 0; i < kAtOnce && !toShow_.empty(); ++i) {
+        frmNote* const note = toShow_.front();
+        toShow_.pop_front();
+        if (note) note->ShowStacked();
     }
+    if (!toShow_.empty()) wxTheApp->CallAfter([this] { ShowNextNotes(); });
 }
 
 void NoteStore::PlaceOnScreens() {

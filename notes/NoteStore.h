@@ -3,7 +3,10 @@
 // change rewrites the whole image, so the subkeys stay numbered without gaps and a crash finds either the
 // image before the change or the one after it.
 
+#include <wx/weakref.h>
+
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -47,6 +50,9 @@ class NoteStore {
     void UnMinimizeAll();
     void ForgetMinimizedNote(const frmNote& note);
     void ApplyForeground();
+    // The same for notes that were just loaded: some at once, the others from the event loop, so that the
+    // first are there to be used while the last are still to come.
+    void ShowNotes();
     // Puts every note where the screens of now can show it. Happens by itself when they change.
     void PlaceOnScreens();
 
@@ -70,8 +76,12 @@ class NoteStore {
     std::function<void(const frmNote& note)> OnDelete;
 
   private:
+    void ShowNextNotes();
+    std::vector<frmNote*> InStackingOrder() const;
+
     NoteHost& host_;
     std::vector<NotePtr> notes_;
+    std::deque<wxWeakRef<frmNote>> toShow_;
     std::int32_t lastNoteNumber_ = 0;
     std::optional<std::unordered_set<std::int32_t>> minimizedByCommand_;  // by NoteKey
     ScreenWatch screens_{[this] { PlaceOnScreens(); }};

@@ -295,6 +295,7 @@ int HiveFile::ReadInto(HiveImage& image) {
             if (result == SQLITE_OK) result = run->Result();
     }
     if (ownTransaction) Rollback();
+    sqlite3_db_release_memory(db_);  // it will hardly be read again
     return result;
 }
 

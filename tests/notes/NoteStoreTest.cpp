@@ -1,9 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "addressbook/AddressBook.h"
 #include "notes/NoteStore.h"
 #include "registry/clsRegistry.h"
 #include "tests/notes/NoteRecorder.h"
+#include "tests/support/Events.h"
 
 namespace {
 
@@ -171,6 +174,22 @@ TEST_F(NoteStoreTest, NextShownGoesRoundAndLeavesMinimizedNotesOut) {
     EXPECT_EQ(&store.NextShown(only, false), &fourth);
     EXPECT_EQ(&store.NextShown(fourth, false), &second);
     EXPECT_EQ(&store.NextShown(third, true), &fourth);
+}
+
+TEST_F(NoteStoreTest, ShowNotesShowsThemAllThoughSomeGoMeanwhile) {
+    std::vector<frmNote*> notes;
+    for (int i = 0; i < 40; ++i) notes.push_back(&store.AdoptNote(store.CreateNote()));
+    notes[1]->HiddenForeground(true);
+    store.ShowNotes();
+    EXPECT_TRUE(notes[0]->IsShown());
+    EXPECT_FALSE(notes[1]->IsShown());
+    store.DeleteNote(*notes[38]);
+    const auto shown = [&] {
+        return std::all_of(store.Notes().begin(), store.Notes().end(),
+                           [](const NotePtr& note) { return note->IsShown(); });
+    };
+    EXPECT_TRUE(RunUntil(shown));
+    EXPECT_EQ(store.CountNotes(), 39u);
 }
 
 TEST_F(NoteStoreTest, ApplyForegroundShowsAllButMinimizedNotes) {
