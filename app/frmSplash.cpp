@@ -10,7 +10,7 @@
 
 namespace {
 constexpr std::chrono::milliseconds kMoment{250};
-constexpr int kStrip = 4;  // pixels
+constexpr int kStrip = 3;  // pixels
 }  // namespace
 
 frmSplash::frmSplash()
@@ -37,7 +37,8 @@ void frmSplash::ShowForAMoment() {
 
 void frmSplash::OnPaint(wxPaintEvent&) {
     wxPaintDC dc(this);
-    // In strips: a large picture would go to the display through memory shared with it, which stays for good.
+    // In strips: pictures go to the display through memory shared with it, which stays for good and has a size
+    // that goes by the first of them.
     for (int top = 0; picture_.IsOk() && top < picture_.GetHeight(); top += kStrip) {
         const int height = std::min(kStrip, picture_.GetHeight() - top);
         wxBitmap strip = picture_.GetSubBitmap(wxRect(0, top, picture_.GetWidth(), height));

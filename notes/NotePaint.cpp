@@ -1,13 +1,14 @@
 #include "notes/NotePaint.h"
 
 #include <wx/dcmemory.h>
-#include <wx/graphics.h>
 
 #include <algorithm>
 #include <cmath>
 
+#include "notes/LinePen.h"
 #include "notes/NoteColor.h"
 #include "notes/NoteWindow.h"
+#include "notes/TextFlow.h"
 #include "res/Resources.h"
 
 namespace {
@@ -27,16 +28,6 @@ const wxFont& SmallFont() {
     return font;
 }
 
-// Draws at a place. Where the context draws through a graphics context, that one is asked directly: it need
-// not measure the text once more to keep book of what was touched.
-void DrawAt(wxDC& dc, const wxString& text, int x, int y) {
-    if (wxGraphicsContext* graphics = dc.GetGraphicsContext()) {
-        graphics->DrawText(text, x, y);
-    } else {
-        dc.DrawText(text, x, y);
-    }
-}
-
 // Height of a line in a font. All notes share few fonts, and asking for a height is as dear as drawing. So is
 // comparing two fonts by what they look like.
 int LineHeight(wxDC& dc, const wxFont& font) {
@@ -49,19 +40,23 @@ int LineHeight(wxDC& dc, const wxFont& font) {
     return known.back().second;
 }
 
+MeasureText MeasureWith(LinePen& pen) {
+    return [&pen](std::wstring_view text) { return pen.Measure(text); };
+}
+
 void PaintText(wxDC& dc, const NotePicture& note, const wxRect& box) {
     if (box.width <= 0 || box.height <= 0) return;
     wxDCClipper clip(dc, box);
-    dc.SetFont(note.font);
-    dc.SetTextForeground(ToColour(TextInk(note.color, DisplayDepth())));
+    const wxColour ink = ToColour(TextInk(note.color, DisplayDepth()));
     const int height = LineHeight(dc, note.font);
     const auto most = static_cast<std::size_t>(box.height / height + 1);
+    LinePen pen(dc, note.font);
     int y = box.y;
-    for (const FlowLine& line : FlowText(note.text, box.width, MeasureWith(dc), most)) {
+    for (const FlowLine& line : FlowText(note.text, box.width, MeasureWith(pen), most)) {
         int x = box.x;
         if (note.alignment == kAlignRight) x += box.width - line.width;
         if (note.alignment == kAlignCentre) x += (box.width - line.width) / 2;
-        DrawAt(dc, wxString(line.text.data(), line.text.size()), x, y);
+        pen.Draw(line.text, x, y, ink);
         y += height;
     }
 }
@@ -69,9 +64,8 @@ void PaintText(wxDC& dc, const NotePicture& note, const wxRect& box) {
 void PaintTime(wxDC& dc, const NotePicture& note, const wxRect& box, const wxColour& ink) {
     if (box.width <= 0) return;
     wxDCClipper clip(dc, box);
-    dc.SetFont(SmallFont());
-    dc.SetTextForeground(ink);
-    DrawAt(dc, wxString(note.time), box.x, box.y + (box.height - LineHeight(dc, SmallFont())) / 2);
+    const int height = LineHeight(dc, SmallFont());
+    LinePen(dc, SmallFont()).Draw(note.time, box.x, box.y + (box.height - height) / 2, ink);
 }
 
 // The two controls are flat until the pointer is over them.
@@ -122,21 +116,11 @@ void PaintFocus(wxDC& dc, const NotePicture& note, const NoteLayout& layout, dou
 
 wxColour ToColour(std::int32_t bgr) { return wxColour(static_cast<unsigned long>(bgr & 0xFFFFFF)); }
 
-MeasureText MeasureWith(wxDC& dc) {
-    return [&dc](std::wstring_view text) {
-        wxArrayInt widths;
-        dc.GetPartialTextExtents(wxString(text.data(), text.size()), widths);
-        std::vector<int> ends(widths.begin(), widths.end());
-        ends.resize(text.size(), ends.empty() ? 0 : ends.back());
-        return ends;
-    };
-}
-
 wxSize NaturalTextSize(const std::wstring& text, const wxFont& font, int width) {
     wxBitmap pixel(1, 1);
     wxMemoryDC dc(pixel);
-    dc.SetFont(font);
-    const auto lines = FlowText(text, width, MeasureWith(dc), kMostLines);
+    LinePen pen(dc, font);
+    const auto lines = FlowText(text, width, MeasureWith(pen), kMostLines);
     int widest = 0;
     for (const FlowLine& line : lines) widest = std::max(widest, line.width);
     return wxSize(widest, static_cast<int>(lines.size()) * LineHeight(dc, font));

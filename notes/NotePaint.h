@@ -7,7 +7,6 @@
 #include <string>
 
 #include "notes/NoteLayout.h"
-#include "notes/TextFlow.h"
 
 // The colour of a 0x00BBGGRR value.
 wxColour ToColour(std::int32_t bgr);
@@ -27,9 +26,6 @@ struct NotePicture {
 
 // Paints the whole note into its window's client area; `scale` is pixels a twip.
 void PaintNote(wxDC& dc, const NotePicture& note, const NoteLayout& layout, double scaleX, double scaleY);
-
-// Measures with the font that the context has selected.
-MeasureText MeasureWith(wxDC& dc);
 
 // The size in pixels that the text needs, in lines no wider than that many pixels. 0: only its own line
 // breaks count.
