@@ -14,6 +14,8 @@ class NoteKeysTest : public testing::Test {
     NoteKeysTest() : note(new frmNote(recorder)) {
         note->Place(3000, 3000, 3000, 2400);
         note->ShowStacked();
+        // It has come to its place.
+        RunUntil([this] { return note->ClientToScreen(wxPoint()) == note->GetPosition(); });
         RunEvents();
         Take(recorder);
     }
