@@ -40,7 +40,7 @@ void NameControls(wxWindow& parent) {
     for (wxWindow* child : parent.GetChildren()) {
         if (child->IsTopLevel()) continue;
         if (label && (NeedsName(child) || HasKey(*label))) JoinLabel(*label, *child);
-        label = IsOneOf<wxStaticText>(child) ? child : nullptr;
+        label = IsOneOf<wxStaticText>(child) && !child->GetLabel().empty() ? child : nullptr;
         if (IsOneOf<wxStaticBox>(child)) {
             wxWindow* first = FirstControl(child);
             if (first && (NeedsName(first) || HasKey(*child))) JoinLabel(*child, *first);

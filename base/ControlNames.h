@@ -4,6 +4,7 @@
 
 #include <wx/string.h>
 
+class wxKeyEvent;
 class wxWindow;
 
 // Joins every label and every frame caption below this window with the control that it stands before: its
@@ -12,6 +13,10 @@ void NameControls(wxWindow& parent);
 
 // The same for one pair; for controls that do not follow their label.
 void JoinLabel(wxWindow& label, wxWindow& control);
+
+// Does what Alt and the key of a caption in this window mean, where the toolkit does not do so by itself:
+// gives the focus to the control joined with a label, presses a button. False when there is nothing to do.
+bool FollowKey(wxWindow& window, const wxKeyEvent& event);
 
 // Makes readers announce a window as a dialog, or as an alert, of which they read all texts at once.
 enum class DialogRole { Dialog, Alert };

@@ -53,6 +53,8 @@ void JoinLabel(wxWindow& label, wxWindow& control) {
                             static_cast<GConnectFlags>(0));
 }
 
+bool FollowKey(wxWindow&, const wxKeyEvent&) { return false; }
+
 void AnnounceAs(wxWindow& window, DialogRole role) {
     atk_object_set_role(gtk_widget_get_accessible(window.GetHandle()),
                         role == DialogRole::Alert ? ATK_ROLE_ALERT : ATK_ROLE_DIALOG);

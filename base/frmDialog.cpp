@@ -142,6 +142,11 @@ wxSizer* frmDialog::CreateButtons(const wxString& ok, const wxString& cancel) {
     if (!cancel.empty()) {
         cmdAbbrechen = new wxButton(this, wxID_CANCEL, cancel);
         cmdAbbrechen->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { SetTag(L"cancel"); });
+        // Where there is nothing to confirm, Enter is not to stop what is under way by pressing the only
+        // button.
+        cmdAbbrechen->Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& event) {
+            if (m_winDefault || !IsEnter(event)) event.Skip();
+        });
         if (cmdOK) row->AddSpacer(FromDIP(kDialogGap));
         row->Add(cmdAbbrechen);
     }
@@ -187,6 +192,8 @@ void frmDialog::OnKey(wxKeyEvent& event) {
     } else if (IsEnter(event) && IsList(event.GetEventObject())) {
         // Lists would keep it for themselves.
         PressDefault();
+    } else if (FollowKey(*this, event)) {
+        // Done.
     } else if (event.GetKeyCode() == WXK_ESCAPE) {
         SetTag(L"cancel");
     } else {

@@ -18,8 +18,11 @@ constexpr int kTextWidth = 440;  // device-independent pixels
 constexpr int kTextCharacters = 60;
 // More of one word, a path or an address, is left out in its middle: the box has to fit on the screen.
 constexpr std::size_t kLongestWord = 600;
-// Lines that the screen has to have room for beside the text.
-constexpr int kOtherLines = 10;
+// Lines that are left free on the screen above and below the box, for frames that nobody knows in advance.
+constexpr int kFreeLines = 5;
+constexpr int kLeastLines = 10;
+// What stands beside the title in the caption, in characters.
+constexpr int kBesideTitle = 12;
 
 struct Kind {
     ResourceId picture;
@@ -69,6 +72,13 @@ std::wstring WithBrokenWords(const std::wstring& text, int width, wxWindow& meas
     return broken;
 }
 
+// Where the first so many lines end; npos when there are no more than that.
+std::size_t EndOfLines(const std::wstring& text, int count) {
+    std::size_t end = text.find(L'\n');
+    for (; count > 1 && end != text.npos; --count) end = text.find(L'\n', end + 1);
+    return end;
+}
+
 // The label with what would not fit on the screen left out at the end.
 void Fill(wxStaticText& label, const std::wstring& text, int width, int mostLines) {
     // No line has more characters than pixels: what lies beyond need not be measured.
@@ -76,11 +86,8 @@ void Fill(wxStaticText& label, const std::wstring& text, int width, int mostLine
     label.SetLabelText(WithBrokenWords(text.substr(0, most), width, label));
     label.Wrap(width);
     const std::wstring lines = label.GetLabelText().ToStdWstring();
-    std::size_t end = 0;
-    for (int line = 0; line < mostLines && end != lines.npos; ++line)
-        end = lines.find(L'\n', line == 0 ? 0 : end + 1);
-    if (end == lines.npos) return;
-    label.SetLabelText(lines.substr(0, end) + L"\n…");
+    if (EndOfLines(lines, mostLines) == lines.npos) return;
+    label.SetLabelText(lines.substr(0, EndOfLines(lines, mostLines - 1)) + L"\n…");
 }
 
 }  // namespace
@@ -96,10 +103,16 @@ frmMessage::frmMessage(const std::wstring& text, int flags, const wxString& titl
     auto* label = new wxStaticText(this, wxID_ANY, wxString());
     const int width = std::min(std::max(FromDIP(kTextWidth), RoomForText(*this, kTextCharacters, 1).x),
                                Area().width - 2 * picture->GetSize().x - 4 * FromDIP(kDialogMargin));
-    Fill(*label, text, width, std::max(Area().height / GetCharHeight() - kOtherLines, kOtherLines));
     content->Add(label, wxSizerFlags(1).CentreVertical());
+    // The title is not cut either.
+    const int titled = static_cast<int>(title.length()) + kBesideTitle;
+    content->SetMinSize({std::min(RoomForText(*this, titled, 1).x, width), -1});
     const bool question = flags & kYesNo;
     SetContent(content, CreateButtons(question ? L"&Ja" : L"OK", question ? L"&Nein" : L""));
+    // What the box needs beside its text is known now.
+    const int room = Area().height - GetSize().y - kFreeLines * GetCharHeight();
+    Fill(*label, text, width, std::max(room / label->GetCharHeight(), kLeastLines));
+    GetSizer()->SetSizeHints(this);
     SetEscapeId(question ? wxID_CANCEL : wxID_OK);
     cmdOK->SetFocus();
 }

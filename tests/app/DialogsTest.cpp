@@ -40,6 +40,8 @@
 
 namespace {
 
+using namespace std::chrono_literals;
+
 class NoPrinting : public PrintSystem {
   public:
     PrinterList Printers() override { return {}; }
@@ -54,7 +56,8 @@ const std::map<std::string, std::wstring> kSharedKeys = {
     {"e-mail", L"t"},  // "Be&treff:", "Ak&tualisieren"
 };
 
-// Enter is not to stop what is under way.
+// Dialogs in which something is under way that Enter is not to stop, although their only button has the
+// focus.
 const std::set<std::string> kWithoutDefault = {"sending", "printing"};
 
 template <class... Kinds>
@@ -265,27 +268,31 @@ TEST_F(Dialogs, KeysAreUniqueAndLeadToTheControlBehindThem) {
     ForEach([](const std::string& name, frmDialog& dialog) {
         const std::vector<wxWindow*> controls = ControlsOf(&dialog);
         std::map<wchar_t, wxWindow*> keys;
+        const auto allowed = kSharedKeys.find(name);
+        const std::wstring mayBeShared = allowed == kSharedKeys.end() ? std::wstring() : allowed->second;
         std::wstring shared;
         for (std::size_t i = 0; i < controls.size(); ++i) {
-            wxWindow* label = controls[i];
-            const wchar_t key = KeyOf(label);
+            wxWindow* caption = controls[i];
+            const wchar_t key = KeyOf(caption);
             if (!key) continue;
-            if (!keys.emplace(key, label).second) shared += key;
-            if (!IsOneOf<wxStaticText, wxStaticBox>(label)) continue;
-            std::size_t next = i + 1;
-            while (next < controls.size() && (!controls[next]->IsFocusable() ||
-                                              IsOneOf<wxStaticText, wxStaticBox, wxPanel>(controls[next])))
-                ++next;
-            ASSERT_LT(next, controls.size()) << Called(label);
-            // A button is not gone to but pressed.
+            if (!keys.emplace(key, caption).second) shared += key;
+            // This button stands outside of all panels, and its key has to be found from within them.
+            const bool isButton = caption->GetId() == wxID_CANCEL;
+            if (!isButton && !IsOneOf<wxStaticText, wxStaticBox>(caption)) continue;
+            std::size_t target = isButton ? i : i + 1;
+            while (target < controls.size() &&
+                   (!controls[target]->IsFocusable() ||
+                    IsOneOf<wxStaticText, wxStaticBox, wxPanel>(controls[target])))
+                ++target;
+            ASSERT_LT(target, controls.size()) << Called(caption);
             bool pressed = false;
             const auto press = [&pressed](wxCommandEvent&) { pressed = true; };
-            if (IsOneOf<wxButton>(controls[next])) controls[next]->Bind(wxEVT_BUTTON, press);
-            EXPECT_TRUE(KeyMovesTo(dialog, key, *controls[next]) || RunUntil([&] { return pressed; }))
-                << Called(label);
+            if (IsOneOf<wxButton>(controls[target])) controls[target]->Bind(wxEVT_BUTTON, press);
+            const bool moved = KeyMovesTo(dialog, key, *controls[target]);
+            // Behind a label a button is pressed or gone to, as the platform has it.
+            EXPECT_TRUE((moved && !isButton) || RunUntil([&] { return pressed; })) << Called(caption);
         }
-        const auto allowed = kSharedKeys.find(name);
-        EXPECT_EQ(shared, allowed == kSharedKeys.end() ? std::wstring() : allowed->second);
+        EXPECT_EQ(shared, mayBeShared);
     });
 }
 
@@ -297,8 +304,13 @@ TEST_F(Dialogs, EnterConfirmsAndEscCancels) {
             if (!button && found && found->IsShown()) button = found;
         }
         ASSERT_TRUE(button);
-        EXPECT_NE(IsDefaultOf(dialog, *button), kWithoutDefault.count(name) == 1);
         cancelled = false;
+        if (kWithoutDefault.count(name)) {
+            PressEnter(*button);
+            EXPECT_FALSE(RunUntil([&] { return cancelled || dialog.Tag() == L"cancel"; }, 500ms));
+        } else {
+            EXPECT_TRUE(IsDefaultOf(dialog, *button));
+        }
         wxKeyEvent escape(wxEVT_CHAR_HOOK);
         escape.m_keyCode = WXK_ESCAPE;
         dialog.ProcessWindowEvent(escape);
@@ -359,6 +371,7 @@ TEST_F(Dialogs, ReadersKnowEveryControl) {
 TEST_F(Dialogs, NothingIsCut) { ExpectRoomAtEverySize(); }
 
 TEST_F(Dialogs, NothingIsCutInALargeFont) {
+    if (!LargeFont::CanBeHad()) GTEST_SKIP() << "the font is decided when the program starts";
     const LargeFont font(18);
     ExpectRoomAtEverySize();
 }

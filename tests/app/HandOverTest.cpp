@@ -63,7 +63,7 @@ TEST_F(HandOverTest, DeliversWhatArrivedBeforeListening) {
 TEST_F(HandOverTest, TakesManySendersAtOnce) {
     Listen();
     std::vector<OtherCopy> senders;
-    for (int i = 0; i < 40; ++i) senders.push_back(OtherCopy::Sender({L"/many"}));
+    for (int i = 0; i < ManyCopies(); ++i) senders.push_back(OtherCopy::Sender({L"/many"}));
     EXPECT_TRUE(RunUntil(
         [&] {
             bool all = true;

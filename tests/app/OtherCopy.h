@@ -29,3 +29,6 @@ class OtherCopy {
 
 // Names such as files have on this platform, from the root of the file system on.
 std::vector<std::wstring> NamesOfAllKinds();
+
+// As many copies as somebody may start at once.
+int ManyCopies();

@@ -1,6 +1,7 @@
 #include <windows.h>
 
 #include <stdexcept>
+#include <system_error>
 
 #include "base/basHelp.h"
 #include "tests/app/OtherCopy.h"
@@ -14,7 +15,8 @@ struct OtherCopy::Process {
         start.cb = sizeof start;
         if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start,
                             &information))
-            throw std::runtime_error("the other copy does not start");
+            throw std::system_error(static_cast<int>(GetLastError()), std::system_category(),
+                                    "the other copy does not start");
     }
     ~Process() {
         CloseHandle(information.hThread);
@@ -63,3 +65,6 @@ std::vector<std::wstring> NamesOfAllKinds() {
     return {L"C:\\Eigene Notizen\\ä ö ü €.kvr", L"\\\\rechner\\freigabe\\'a' & b.kvr", L"C:\\[print]",
             L"C:\\" + std::wstring(4000, L'x')};
 }
+
+// The system opens no more files at once without asking.
+int ManyCopies() { return 15; }

@@ -74,3 +74,5 @@ std::vector<std::wstring> NamesOfAllKinds() {
     return {L"/Eigene Notizen/ä ö ü €.kvr", L"/line\nbreak", FileName("/Latin-1 \xE4.kvr"), L"/ /[print]",
             L"/" + std::wstring(4000, L'x')};
 }
+
+int ManyCopies() { return 40; }

@@ -3,7 +3,6 @@
 #include <wx/listbox.h>
 #include <wx/textctrl.h>
 
-#include "base/basMessage.h"
 #include "mail/MailText.h"
 #include "mail/basMail.h"
 #include "mail/frmSendAsEMail.h"
@@ -12,20 +11,14 @@
 #include "tests/notes/NoteRecorder.h"
 #include "tests/support/Dialogs.h"
 #include "tests/support/Events.h"
+#include "tests/support/Messages.h"
 
 namespace {
 
-class FrmSendAsEMail : public testing::Test {
+class FrmSendAsEMail : public testing::Test, protected MessageRecorder {
   protected:
-    FrmSendAsEMail() {
-        Registry().DeleteKey(kSettingsKey);
-        SetMessageObserver([this](const std::wstring& text, int flags, const std::wstring& title) {
-            messages.push_back(title + L"|" + std::to_wstring(flags) + L"|" + text);
-            return MessageAnswer::OK;
-        });
-    }
+    FrmSendAsEMail() { Registry().DeleteKey(kSettingsKey); }
     ~FrmSendAsEMail() override {
-        SetMessageObserver({});
         store.UnloadAllNotes();
         Registry().DeleteKey(kSettingsKey);
     }
@@ -55,7 +48,7 @@ class FrmSendAsEMail : public testing::Test {
 
     NoteRecorder recorder;
     NoteStore store{recorder};
-    std::vector<std::wstring> addresses, messages;
+    std::vector<std::wstring> addresses;
     bool opened = false;
 };
 

@@ -6,10 +6,14 @@
 #include <wx/spinctrl.h>
 #include <wx/textctrl.h>
 
+#include "notes/NoteColor.h"
+#include "notes/NotePaint.h"
+#include "notes/NoteWindow.h"
 #include "notes/basNotes.h"
 #include "notes/frmProperties.h"
 #include "registry/clsRegistry.h"
 #include "tests/notes/NoteRecorder.h"
+#include "tests/support/Controls.h"
 #include "tests/support/Dialogs.h"
 #include "tests/support/Events.h"
 #include "tests/support/Messages.h"
@@ -72,13 +76,8 @@ TEST_F(FrmProperties, TheTextStandsOnThePaperThatWasChosenLast) {
         dialog.txtMessage->SetValue(L"Käse");
         Check(dialog.chkForm[1], true);  // makes the text a style of its own
         Choose(dialog.optFarbe[1]);
-        for (const wxTextCtrl* box : {dialog.txtMessage, dialog.txtMessageRechts, dialog.txtMessageZentr}) {
-            // A box that knows no styles has one colour for all.
-            wxTextAttr look;
-            if (const_cast<wxTextCtrl*>(box)->GetStyle(1, look)) {
-                EXPECT_EQ(look.GetBackgroundColour(), box->GetBackgroundColour());
-            }
-        }
+        for (wxTextCtrl* box : {dialog.txtMessage, dialog.txtMessageRechts, dialog.txtMessageZentr})
+            EXPECT_EQ(PaperBehindText(*box), ToColour(DisplayColor(kGreen)));
         Press(dialog.cmdAbbrechen);
     });
     NewNote(store);

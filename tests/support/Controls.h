@@ -9,6 +9,8 @@
 
 #include "base/frmDialog.h"
 
+class wxTextCtrl;
+
 // What a screen reader says: the control's name, or the label that it is told belongs to it.
 std::string SpokenName(wxWindow& control);
 // The kind of control that it announces, "unknown" when it knows none.
@@ -26,13 +28,17 @@ void PressEnter(wxWindow& control);
 // Whether Enter in the dialog means this button.
 bool IsDefaultOf(wxDialog& dialog, wxWindow& button);
 
-// The system's font for controls becomes this large while the object lives.
+// The colour behind the characters of a box.
+wxColour PaperBehindText(wxTextCtrl& box);
+
+// The system's font for controls becomes this large while the object lives, where that can be had.
 class LargeFont {
   public:
     explicit LargeFont(int points);
     ~LargeFont();
     LargeFont(const LargeFont&) = delete;
     LargeFont& operator=(const LargeFont&) = delete;
+    static bool CanBeHad();
 };
 
 // A dialog that exists on one platform only.

@@ -1,18 +1,39 @@
 #include <windows.h>
 
+#include <commctrl.h>
 #include <oleacc.h>
+#include <wx/spinctrl.h>
+#include <wx/textctrl.h>
 #include <wx/uiaction.h>
+
+#include <algorithm>
 
 #include "tests/support/Controls.h"
 #include "tests/support/Events.h"
+#include "tests/support/Readers_msw.h"
 
 namespace {
+
+using namespace std::chrono_literals;
 
 IAccessible* Accessible(wxWindow& control) {
     void* object = nullptr;
     AccessibleObjectFromWindow(control.GetHandle(), static_cast<DWORD>(OBJID_CLIENT), IID_IAccessible,
                                &object);
     return static_cast<IAccessible*>(object);
+}
+
+std::string RoleText(LONG role) {
+    wchar_t text[100] = L"unknown";
+    GetRoleTextW(static_cast<DWORD>(role), text, 100);
+    return wxString(text).utf8_string();
+}
+
+// The window that has the focus when the control has it: of a number the box, not the arrows.
+HWND FocusWindow(wxWindow& control) {
+    const HWND window = control.GetHandle();
+    if (!dynamic_cast<wxSpinCtrl*>(&control)) return window;
+    return reinterpret_cast<HWND>(SendMessageW(window, UDM_GETBUDDY, 0, 0));
 }
 
 VARIANT Self() {
@@ -22,9 +43,18 @@ VARIANT Self() {
     return self;
 }
 
+// The control that has the focus; null for none of them.
+wxWindow* FocusedOf(const std::vector<wxWindow*>& controls) {
+    wxWindow* focused = wxWindow::FindFocus();
+    while (focused && std::find(controls.begin(), controls.end(), focused) == controls.end())
+        focused = focused->GetParent();
+    return focused;
+}
+
 }  // namespace
 
 std::string SpokenName(wxWindow& control) {
+    if (const auto given = NameGivenTo(FocusWindow(control))) return wxString(*given).utf8_string();
     IAccessible* object = Accessible(control);
     if (!object) return {};
     BSTR name = nullptr;
@@ -36,33 +66,39 @@ std::string SpokenName(wxWindow& control) {
 }
 
 std::string SpokenRole(wxWindow& control) {
+    if (const auto given = RoleGivenTo(control.GetHandle())) return RoleText(*given);
     IAccessible* object = Accessible(control);
     if (!object) return "unknown";
     VARIANT role{};
     object->get_accRole(Self(), &role);
     object->Release();
-    wchar_t text[100] = L"unknown";
-    if (role.vt == VT_I4) GetRoleTextW(static_cast<DWORD>(role.lVal), text, 100);
-    return wxString(text).utf8_string();
+    return role.vt == VT_I4 ? RoleText(role.lVal) : "unknown";
 }
 
 bool KeyMovesTo(wxDialog& dialog, wchar_t key, wxWindow& control) {
-    dialog.Raise();
+    // From the first control, mostly in a panel, or from another one if it is to lead there.
+    HWND from = GetNextDlgTabItem(dialog.GetHandle(), nullptr, FALSE);
+    if (from == FocusWindow(control)) from = GetNextDlgTabItem(dialog.GetHandle(), from, FALSE);
+    SetFocus(from);
     wxUIActionSimulator().Char(key, wxMOD_ALT);
     return RunUntil([&] { return wxWindow::FindFocus() == &control; });
 }
 
-std::vector<wxWindow*> TabStops(wxDialog& dialog, const std::vector<wxWindow*>& controls) {
+std::vector<wxWindow*> TabStops(wxDialog&, const std::vector<wxWindow*>& controls) {
     std::vector<wxWindow*> stops;
-    HWND next = GetNextDlgTabItem(dialog.GetHandle(), nullptr, FALSE);
-    for (const HWND first = next; next && (stops.empty() || next != first);
-         next = GetNextDlgTabItem(dialog.GetHandle(), next, FALSE)) {
-        wxWindow* stop = nullptr;
-        for (wxWindow* each : controls) {
-            if (next == each->GetHandle() || IsChild(each->GetHandle(), next)) stop = each;
-        }
-        stops.push_back(stop);
-    }
+    const HWND start = GetFocus();
+    do {
+        const HWND before = GetFocus();
+        wxUIActionSimulator().Char(WXK_TAB);
+        RunUntil([&] { return GetFocus() != before; }, 500ms);
+        stops.push_back(FocusedOf(controls));
+    } while (GetFocus() != start && stops.size() < 2 * controls.size());
+    // It is a circle: the first control first.
+    const auto isEarlier = [&](wxWindow* one, wxWindow* other) {
+        return std::find(controls.begin(), controls.end(), one) <
+               std::find(controls.begin(), controls.end(), other);
+    };
+    std::rotate(stops.begin(), std::min_element(stops.begin(), stops.end(), isEarlier), stops.end());
     return stops;
 }
 
@@ -73,7 +109,19 @@ void PressEnter(wxWindow& control) {
 
 bool IsDefaultOf(wxDialog& dialog, wxWindow& button) { return dialog.GetDefaultItem() == &button; }
 
-// The system's font is the user's; it is not changed for a test.
+// The system asks its parent for the colour whenever the text is painted.
+wxColour PaperBehindText(wxTextCtrl& box) {
+    const HWND window = box.GetHandle();
+    const HDC dc = GetDC(window);
+    SendMessageW(GetParent(window), WM_CTLCOLOREDIT, reinterpret_cast<WPARAM>(dc),
+                 reinterpret_cast<LPARAM>(window));
+    const COLORREF paper = GetBkColor(dc);
+    ReleaseDC(window, dc);
+    return {GetRValue(paper), GetGValue(paper), GetBValue(paper)};
+}
+
+// The toolkit asks the system once.
+bool LargeFont::CanBeHad() { return false; }
 LargeFont::LargeFont(int) {}
 LargeFont::~LargeFont() {}
 

@@ -1,4 +1,5 @@
 #include <gtk/gtk.h>
+#include <wx/textctrl.h>
 
 #include "print/frmPrinterSetup_unix.h"
 #include "tests/support/Controls.h"
@@ -92,6 +93,13 @@ void PressEnter(wxWindow& control) {
 bool IsDefaultOf(wxDialog& dialog, wxWindow& button) {
     return gtk_window_get_default_widget(GTK_WINDOW(dialog.GetHandle())) == button.GetHandle();
 }
+
+wxColour PaperBehindText(wxTextCtrl& box) {
+    wxTextAttr look;
+    return box.GetStyle(1, look) ? look.GetBackgroundColour() : wxColour();
+}
+
+bool LargeFont::CanBeHad() { return true; }
 
 LargeFont::LargeFont(int points) {
     const std::string font = "Sans " + std::to_string(points);

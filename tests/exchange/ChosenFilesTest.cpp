@@ -1,0 +1,116 @@
+// How the names of files come into the dialogs of export and import: by the platform's file dialog, or
+// dropped.
+#include <wx/button.h>
+#include <wx/dnd.h>
+#include <wx/listbox.h>
+#include <wx/textctrl.h>
+
+#include "exchange/ExportPath.h"
+#include "tests/exchange/ExchangeTest.h"
+#include "tests/exchange/FileDialogOnScreen.h"
+#include "tests/support/Support.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+
+// The file dialog of the dialog that is open; closed by what `act` does with it.
+void WithFileDialog(wxButton* button, std::function<void(FileDialogOnScreen&)> act) {
+    bool found = false;
+    auto* visit = Repeated::Every(50ms, [&] {
+        const auto dialog = FileDialogOnScreen::Find();
+        found = dialog != nullptr;
+        if (found) act(*dialog);
+        return found;
+    });
+    Press(button);
+    EXPECT_TRUE(found);
+    if (!found) visit->End();
+    EXPECT_FALSE(FileDialogOnScreen::Find());
+}
+
+void AcceptSoon() {
+    After(300ms, [] {
+        if (const auto dialog = FileDialogOnScreen::Find()) dialog->Accept();
+    });
+}
+
+TEST_F(ExchangeTest, FileDialogsGiveNames) {
+    Add({.Text = L"eins"});
+    const fs::path path = Write(L"quelle ü.kvr", FileBytes(SampleFiles()[0].notes));
+    Import([&](frmImport& dialog) {
+        WithFileDialog(dialog.cmdDurchsuchen, [&](FileDialogOnScreen& chooser) {
+            EXPECT_EQ(chooser.Title(), L"Kivora-Exportdatei öffnen...");
+            chooser.Enter(path);
+            AcceptSoon();
+        });
+        EXPECT_EQ(dialog.txtDatei->GetValue(), FileName(path));
+        EXPECT_EQ(dialog.lstNotizen->GetCount(), 4u);
+        WithFileDialog(dialog.cmdDurchsuchen, [&](FileDialogOnScreen& chooser) {
+            EXPECT_TRUE(fs::equivalent(chooser.Folder(), folder)) << "not the folder used last";
+            chooser.Cancel();
+        });
+        EXPECT_EQ(dialog.txtDatei->GetValue(), FileName(path));
+        Press(dialog.cmdAbbrechen);
+    });
+}
+
+TEST_F(ExchangeTest, WriteProtectedFilesAreNotChosen) {
+    Add({.Text = L"eins"});
+    const fs::path path = Write(L"fest.kvr", "");
+    WriteProtect(path);
+    if (!IsOnlyWriteProtected(path)) {
+        fs::permissions(path, fs::perms::owner_all);
+        GTEST_SKIP() << "Wine marks every file as one to be archived, too";
+    }
+    Export([&](frmExport& dialog) {
+        dialog.txtPfad->SetValue(L"vorher");
+        // Chooses the protected file until that is complained of, then another.
+        auto* choose = Repeated::Every(300ms, [&] {
+            const auto chooser = FileDialogOnScreen::Find();
+            if (!chooser) return false;
+            chooser->Enter(messages.empty() ? path : folder / "neu.kvr");
+            chooser->Accept();
+            return false;
+        });
+        Press(dialog.cmdSearch);
+        choose->End();
+        EXPECT_EQ(dialog.txtPfad->GetValue(), Name(L"neu.kvr"));
+        Press(dialog.cmdAbbrechen);
+    });
+    EXPECT_EQ(messages, Messages{L"Schreibgeschützte Datei|16|Sie haben eine existierende Datei gewählt, "
+                                 L"welche als schreibgeschützt markiert ist.\r\nWählen Sie bitte einen "
+                                 L"anderen Dateinamen."});
+    fs::permissions(path, fs::perms::owner_all);
+}
+
+TEST_F(ExchangeTest, QuittingEndsAnOpenFileDialog) {
+    Import([&](frmImport& dialog) {
+        WithFileDialog(dialog.cmdDurchsuchen, [](FileDialogOnScreen&) { EndAllWaits(); });
+    });
+    EXPECT_FALSE(OpenDialog<frmImport>());
+    ResetWaits();
+    EXPECT_EQ(opened, 1);
+}
+
+TEST_F(ExchangeTest, ADroppedFileFillsTheBox) {
+    const fs::path path = Write(L"gezogen.kvr", FileBytes(SampleFiles()[0].notes));
+    Import([&](frmImport& dialog) {
+        for (wxWindow* window :
+             {static_cast<wxWindow*>(&dialog), static_cast<wxWindow*>(dialog.txtDatei),
+              static_cast<wxWindow*>(dialog.lstNotizen), static_cast<wxWindow*>(dialog.txtNotiz)}) {
+            dialog.txtDatei->SetValue(L"");
+            auto* target = dynamic_cast<wxFileDropTarget*>(window->GetDropTarget());
+            ASSERT_TRUE(target);
+            wxArrayString names;
+            names.push_back(FileName(path));
+            EXPECT_TRUE(target->OnDropFiles(0, 0, names));
+            EXPECT_EQ(dialog.txtDatei->GetValue(), FileName(path));
+            EXPECT_EQ(dialog.lstNotizen->GetCount(), 4u);
+        }
+        Press(dialog.cmdAbbrechen);
+    });
+}
+
+}  // namespace
