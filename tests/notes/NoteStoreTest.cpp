@@ -6,6 +6,7 @@
 #include "notes/NoteStore.h"
 #include "registry/clsRegistry.h"
 #include "tests/notes/NoteRecorder.h"
+#include "tests/registry/RegistryImage.h"
 #include "tests/support/Events.h"
 
 namespace {
@@ -40,40 +41,52 @@ using Strings = std::vector<std::wstring>;
 
 }  // namespace
 
-TEST_F(NoteStoreTest, EveryPropertySurvivesARestart) {
-    NotePtr written = store.CreateNote();
-    written->Text(L"Käse & „Brot“\r\n3 €");
-    written->CreationTime(L"21.11.2026, 09:05:00");
-    written->Color(kLightBlue);
-    written->FontNoteSize(17);
-    written->FontNoteBold(true);
-    written->FontNoteUnderlined(true);
-    written->FontNoteAlignment(kAlignCentre);
-    written->HiddenForeground(true);
-    frmNote& note = store.AddNote(std::move(written));
-    note.Place(-150, 1234.5, 3333.4, 2000);
-    store.AutostartEnabled = true;
-    store.SaveNotes();
+// What stands here is what the programs of all platforms write and read.
+TEST_F(NoteStoreTest, TheImageHoldsEveryProperty) {
+    const std::string image =
+        "Autostart\t4\t01000000\n"
+        "AddressBookEntry0\\\n"
+        "AddressBookEntry0\\Comment\t1\tim 2. Stock, „hinten“\n"
+        "AddressBookEntry0\\IP\t1\t192.168.0.17\n"
+        "AddressBookEntry0\\PCName\t1\tBüro\n"
+        "Note0\\\n"
+        "Note0\\Color\t4\t00ffff00\n"
+        "Note0\\CreationTime\t1\t21.11.2026, 09:05:00\n"
+        "Note0\\FontAlignment\t4\t02000000\n"
+        "Note0\\FontBold\t4\t01000000\n"
+        "Note0\\FontItalic\t4\t00000000\n"
+        "Note0\\FontSize\t4\t11000000\n"
+        "Note0\\FontUnderlined\t4\t01000000\n"
+        "Note0\\Foreground\t4\t01000000\n"
+        "Note0\\Height\t4\td0070000\n"
+        "Note0\\Text\t1\tKäse & „Brot“\\r\\n3 €\n"
+        "Note0\\Width\t4\t050d0000\n"
+        "Note0\\X\t4\t6affffff\n"
+        "Note0\\Y\t4\td2040000\n";
+    ASSERT_TRUE(WriteImage(image));
+    store.LoadNotes();
+    ASSERT_EQ(store.CountNotes(), 1u);
+    const frmNote& note = *store.Notes()[0];
+    EXPECT_EQ(note.Text(), L"Käse & „Brot“\r\n3 €");
+    EXPECT_EQ(note.CreationTime(), L"21.11.2026, 09:05:00");
+    EXPECT_EQ(note.Color(), kLightBlue);
+    EXPECT_EQ(note.FontNoteSize(), 17);
+    EXPECT_TRUE(note.FontNoteBold());
+    EXPECT_FALSE(note.FontNoteItalic());
+    EXPECT_TRUE(note.FontNoteUnderlined());
+    EXPECT_EQ(note.FontNoteAlignment(), kAlignCentre);
+    EXPECT_TRUE(note.Foreground());
+    EXPECT_EQ(note.Left(), -150);
+    EXPECT_EQ(note.Top(), 1234);
+    EXPECT_EQ(note.Width(), 3333);
+    EXPECT_EQ(note.Height(), 2000);
+    EXPECT_TRUE(store.AutostartEnabled);
+    EXPECT_FALSE(note.IsShown());
 
-    NoteStore again(recorder);
-    again.LoadNotes();
-    ASSERT_EQ(again.CountNotes(), 1u);
-    const frmNote& read = *again.Notes()[0];
-    EXPECT_EQ(read.Text(), note.Text());
-    EXPECT_EQ(read.CreationTime(), note.CreationTime());
-    EXPECT_EQ(read.Color(), kLightBlue);
-    EXPECT_EQ(read.FontNoteSize(), 17);
-    EXPECT_TRUE(read.FontNoteBold());
-    EXPECT_FALSE(read.FontNoteItalic());
-    EXPECT_TRUE(read.FontNoteUnderlined());
-    EXPECT_EQ(read.FontNoteAlignment(), kAlignCentre);
-    EXPECT_TRUE(read.Foreground());
-    EXPECT_EQ(read.Left(), -150);
-    EXPECT_EQ(read.Top(), 1234);  // the even neighbour
-    EXPECT_EQ(read.Width(), 3333);
-    EXPECT_EQ(read.Height(), 2000);
-    EXPECT_TRUE(again.AutostartEnabled);
-    EXPECT_FALSE(read.IsShown());
+    Registry().DeleteKey(kSettingsKey);
+    store.SaveNotes();
+    EXPECT_EQ(ReadImage(), image);
+    EXPECT_TRUE(RemoveAddressBookEntry(L"büro"));
 }
 
 TEST_F(NoteStoreTest, SubkeysAreRenumberedInTheirOrder) {

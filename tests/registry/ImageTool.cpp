@@ -1,0 +1,23 @@
+// Reads and writes the image of notes, address book and settings where the program has it:
+//   kivora_image read FILE
+//   kivora_image write FILE
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+
+#include "tests/registry/RegistryImage.h"
+
+int main(int argc, char** argv) {
+    if (argc == 3 && std::strcmp(argv[1], "read") == 0) {
+        std::ofstream file(argv[2], std::ios::binary);
+        return file << ReadImage() && file.flush() ? 0 : 1;
+    }
+    if (argc == 3 && std::strcmp(argv[1], "write") == 0) {
+        std::ifstream file(argv[2], std::ios::binary);
+        const std::string image{std::istreambuf_iterator<char>(file), {}};
+        return file.is_open() && WriteImage(image) ? 0 : 1;
+    }
+    std::fputs("kivora_image read|write FILE\n", stderr);
+    return 2;
+}

@@ -1,0 +1,8 @@
+#pragma once
+// The bytes by which the platform's registry stands for a text, by the system's means: nothing of the
+// program's own conversions is in it.
+
+#include <string>
+
+std::string Utf8OfStored(const std::string& bytes);
+std::string StoredOfUtf8(const std::string& text);
