@@ -120,15 +120,9 @@ TEST(Protocol, VersionOfTheOtherSide) {
         {L"OK PROTOCOL_VERSION  1.0.0", L""},
     };
     for (const auto& row : rows) EXPECT_EQ(RemoteVersion(row.greeting), row.version) << ToUtf8(row.greeting);
-    EXPECT_EQ(Greeting(), L"OK Kivora 1.6.1 PROTOCOL_VERSION 1.0.0 READY");
 }
 
-TEST(Protocol, CommandsOfANote) {
-    const NoteContent note{L"Einkaufen\r\nMilch, Brot", 10, true, false, false, 0, kYellow};
-    EXPECT_EQ(CommandsFor(note),
-              (Texts{L"NOTE_NEW", L"NOTE_TEXT Einkaufen", L"NOTE_TEXT Milch, Brot", L"NOTE_FONT_SIZE 10",
-                     L"NOTE_FONT_BOLD 1", L"NOTE_FONT_ITALIC 0", L"NOTE_FONT_UNDERLINED 0",
-                     L"NOTE_FONT_ALIGNMENT 0", L"NOTE_COLOR 65535", L"NOTE_FINISHED"}));
+TEST(Protocol, TextsAreSentLineByLine) {
     const struct {
         const wchar_t* text;
         Texts lines;
