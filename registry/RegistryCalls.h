@@ -6,6 +6,7 @@
 // elsewhere). Names compare and enumerate without regard to case. A trailing backslash of a key path is
 // accepted. Sizes are bytes.
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -62,6 +63,9 @@ long CloseKey(Key key);
 // outermost one is.
 void BeginTransaction();
 void EndTransaction(bool keep);
+
+// What a character takes there at most, as far as readers make room for it.
+extern const std::size_t kBytesOfCharacter;
 
 std::string ToCodePage(const std::wstring& text);
 std::wstring FromCodePage(const std::string& bytes);

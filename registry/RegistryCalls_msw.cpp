@@ -99,6 +99,8 @@ long CloseKey(Key key) { return RegCloseKey(Native(key)); }
 void BeginTransaction() {}
 void EndTransaction(bool) {}
 
+const std::size_t kBytesOfCharacter = 1;
+
 std::string ToCodePage(const std::wstring& text) { return ToAnsi(text); }
 
 std::wstring FromCodePage(const std::string& bytes) { return FromAnsi(bytes); }

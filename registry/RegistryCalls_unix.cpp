@@ -227,6 +227,8 @@ void BeginTransaction() { Hive().Begin(); }
 
 void EndTransaction(bool keep) { Hive().End(keep); }
 
+const std::size_t kBytesOfCharacter = 4;
+
 std::string ToCodePage(const std::wstring& text) { return ToUtf8(text); }
 
 std::wstring FromCodePage(const std::string& bytes) { return FromUtf8(bytes); }

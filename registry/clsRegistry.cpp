@@ -198,10 +198,12 @@ RegistryValue clsRegistry::GetValue(const std::wstring& PathWithValue, std::int3
     const OpenedKey key(place, kQueryValue);
     std::uint32_t type = 0;
     if (IsText(RegType)) {
-        auto text = Blanks<kTextBuffer>();
-        std::uint32_t size = kTextBuffer;
+        std::string text(kTextBuffer * kBytesOfCharacter, ' ');
+        auto size = static_cast<std::uint32_t>(text.size());
         QueryValue(key.Handle(), place.item, type, text.data(), size);
-        return TrimNull(text);
+        // The limit is one of characters: what one platform gives back the others do, too.
+        std::wstring read = TrimNull(text);
+        return read.size() < kTextBuffer ? read : std::wstring();
     }
     std::int32_t number = 0;
     std::uint32_t size = sizeof number;

@@ -126,6 +126,7 @@ TEST_F(clsRegistryTest, TextsComeBackUpToTheirLimit) {
         {L"Käse „5 €“", L"Käse „5 €“"},
         {std::wstring(L"up to\0here", 10), L"up to"},
         {std::wstring(4095, L'x'), std::wstring(4095, L'x')},
+        {std::wstring(4095, L'ü'), std::wstring(4095, L'ü')},
         {std::wstring(4096, L'x'), L""},
         {std::wstring(4097, L'x'), L""},
         {std::wstring(100'000, L'x'), L""},
