@@ -6,6 +6,8 @@
 #include <wx/spinctrl.h>
 #include <wx/textctrl.h>
 
+#include "base/basMessage.h"
+#include "base/frmMessage.h"
 #include "notes/NoteColor.h"
 #include "notes/NotePaint.h"
 #include "notes/NoteWindow.h"
@@ -209,6 +211,24 @@ TEST_F(FrmProperties, NoteDeletedMeanwhileIsReported) {
                   L"Notiz zwischenzeitlich gelöscht|16|Die bearbeitete Notiz ist zwischenzeitlich gelöscht "
                   L"worden.\r\nDie Änderungen werden verworfen."});
     EXPECT_EQ(store.CountNotes(), 0u);
+}
+
+// Whoever quits while another dialog is still open must not lose what was confirmed.
+TEST_F(FrmProperties, WhatIsConfirmedIsANoteAlthoughALaterDialogStaysOpen) {
+    WhenOpen([&](frmProperties& dialog) {
+        dialog.txtMessage->SetValue(L"Milch");
+        WhenShown<frmMessage> later([&](frmMessage& message) {
+            Press(dialog.cmdOK);
+            EXPECT_FALSE(dialog.IsShown());
+            EXPECT_EQ(store.CountNotes(), 1u);
+            NewNote(store);  // returns at once
+            EXPECT_FALSE(dialog.IsShown());
+            Press(message.FindWindow(wxID_OK));
+        });
+        ShowMessage(L"Später", kInformation, L"Hinweis");
+    });
+    NewNote(store);
+    EXPECT_EQ(store.CountNotes(), 1u);
 }
 
 TEST_F(FrmProperties, ExistsOnce) {
