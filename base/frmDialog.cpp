@@ -107,7 +107,9 @@ frmDialog::frmDialog(Alone, const wxString& caption, const std::wstring& helpPag
 
 frmDialog::frmDialog(wxWindow* owner, const wxString& caption, const std::wstring& helpPage, bool resizable)
     : wxDialog(owner, wxID_ANY, caption, wxDefaultPosition, wxDefaultSize,
-               wxCAPTION | wxCLOSE_BOX | wxSYSTEM_MENU | (resizable ? wxRESIZE_BORDER : 0)),
+               wxCAPTION | wxCLOSE_BOX | wxSYSTEM_MENU | (resizable ? wxRESIZE_BORDER : 0) |
+                   // Else the toolkit would give it to the active window, with which it would go.
+                   (owner ? 0 : wxDIALOG_NO_PARENT)),
       helpPage_(helpPage) {
     AnnounceAs(*this, DialogRole::Dialog);
     SetIcon(LoadPicture(kProgramIcon).GetIcon(FromDIP(wxSize(32, 32))));

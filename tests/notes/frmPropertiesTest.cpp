@@ -19,6 +19,7 @@
 #include "tests/support/Dialogs.h"
 #include "tests/support/Events.h"
 #include "tests/support/Messages.h"
+#include "tests/support/Stacking.h"
 
 namespace {
 
@@ -200,9 +201,16 @@ TEST_F(FrmProperties, NoteDeletedMeanwhileIsReported) {
     NotePtr made = store.CreateNote();
     made->Text(L"weg");
     frmNote& note = store.AddNote(std::move(made));
+    // A dialog that belonged to the active window would go with the note.
+    ASSERT_TRUE(RunUntil([&] {
+        if (!note.IsActive()) note.TakeFocus();
+        return note.IsActive();
+    }));
     const MessageRecorder shown;
     WhenOpen([&](frmProperties& dialog) {
         store.DeleteNote(note);
+        RunEvents();
+        EXPECT_TRUE(IsOnScreen(dialog));
         Press(dialog.cmdOK);
     });
     EditNote(store, note);

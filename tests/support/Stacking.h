@@ -3,6 +3,9 @@
 
 class wxTopLevelWindow;
 
+// The platform still has the window and shows it.
+bool IsOnScreen(const wxTopLevelWindow& window);
+
 // Both are on the screen, and the first is in front of the other.
 bool StandsAbove(const wxTopLevelWindow& upper, const wxTopLevelWindow& lower);
 

@@ -4,8 +4,10 @@
 
 #include "tests/support/Stacking.h"
 
+bool IsOnScreen(const wxTopLevelWindow& window) { return IsWindowVisible(window.GetHandle()); }
+
 bool StandsAbove(const wxTopLevelWindow& upper, const wxTopLevelWindow& lower) {
-    if (!IsWindowVisible(upper.GetHandle()) || !IsWindowVisible(lower.GetHandle())) return false;
+    if (!IsOnScreen(upper) || !IsOnScreen(lower)) return false;
     HWND below = upper.GetHandle();
     while (below && below != lower.GetHandle()) below = GetWindow(below, GW_HWNDNEXT);
     return below != nullptr;

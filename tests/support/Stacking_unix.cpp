@@ -27,6 +27,10 @@ GdkWindow* NativeOf(const wxTopLevelWindow& window) { return gtk_widget_get_wind
 
 }  // namespace
 
+bool IsOnScreen(const wxTopLevelWindow& window) {
+    return NativeOf(window) && gdk_window_is_visible(NativeOf(window));
+}
+
 bool StandsAbove(const wxTopLevelWindow& upper, const wxTopLevelWindow& lower) {
     // From the lowest to the highest.
     const std::vector<gulong> all = ListOf(gdk_get_default_root_window(), "_NET_CLIENT_LIST_STACKING");
