@@ -5,17 +5,14 @@
 #include <wx/sizer.h>
 #include <wx/statbmp.h>
 #include <wx/stattext.h>
+#include <wx/weakref.h>
 
 #include "app/Platform.h"
 #include "base/Homepage.h"
 #include "base/basHelp.h"
 #include "res/Resources.h"
 
-namespace {
-frmInfo* openBox = nullptr;
-}
-
-frmInfo::frmInfo() : frmDialog(L"Info", L"index.html") {
+frmInfo::frmInfo() : frmDialog(Alone(), L"Info", L"index.html") {
     auto* name = new wxStaticText(this, wxID_ANY, L"Kivora");
     name->SetFont(name->GetFont().Bold().Scaled(1.6F));
     auto* version = new wxStaticText(this, wxID_ANY, L"Version " + wxString::FromUTF8(KIVORA_VERSION));
@@ -46,12 +43,10 @@ frmInfo::frmInfo() : frmDialog(L"Info", L"index.html") {
 }
 
 void frmInfo::Open() {
-    if (openBox) {
-        openBox->Raise();
-        return;
-    }
-    openBox = new frmInfo;
-    openBox->ShowModal();
-    openBox->Destroy();
-    openBox = nullptr;
+    static wxWeakRef<frmInfo> box;
+    if (!box) box = new frmInfo;
+    if (box->IsShown())
+        box->Raise();
+    else
+        box->Begin();
 }

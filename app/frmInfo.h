@@ -7,6 +7,6 @@ class frmInfo : public frmDialog {
   public:
     frmInfo();
 
-    // Shows the box until it is closed; one that is open already comes to the front instead.
+    // Shows the box and returns; one that is open already comes to the front instead.
     static void Open();
 };

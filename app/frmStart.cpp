@@ -156,7 +156,7 @@ frmNote* frmStart::ActivateApplication() {
         for (const NotePtr& note : store_.Notes()) {
             if (note->Minimized() || note->Foreground() != foreground) continue;
             top = note.get();
-            RaiseNoteWindow(*top);
+            top->BringToFront();
         }
     }
     return top;

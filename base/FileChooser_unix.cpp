@@ -4,6 +4,7 @@
 
 #include "base/basText.h"
 #include "base/basWait.h"
+#include "base/frmDialog.h"
 
 namespace {
 
@@ -21,6 +22,7 @@ FileChooser::FileChooser(GtkWindow* owner, const std::wstring& title, bool save)
           "A_bbrechen", GTK_RESPONSE_CANCEL, save ? "_Speichern" : "Ö_ffnen", GTK_RESPONSE_ACCEPT, nullptr)) {
     gtk_dialog_set_default_response(GTK_DIALOG(dialog_), GTK_RESPONSE_ACCEPT);
     gtk_window_set_modal(GTK_WINDOW(dialog_), owner != nullptr);
+    gtk_window_set_keep_above(GTK_WINDOW(dialog_), DialogsAbove::Any());
 }
 
 FileChooser::~FileChooser() { gtk_widget_destroy(dialog_); }

@@ -10,10 +10,12 @@
 #include <algorithm>
 #include <map>
 #include <typeindex>
+#include <utility>
 #include <vector>
 
 #include "base/BoxHeight.h"
 #include "base/ControlNames.h"
+#include "base/Stacking.h"
 #include "base/basHelp.h"
 #include "base/basWait.h"
 #include "res/Resources.h"
@@ -27,6 +29,8 @@ std::vector<frmDialog*> openDialogs;
 // The size within its frame that the last dialog of each kind had.
 std::map<std::type_index, wxSize> keptSizes;
 
+int dialogsAbove = 0;  // how many DialogsAbove live
+
 // The least that lists and text boxes show of their content.
 constexpr int kLeastCharacters = 20;
 constexpr int kLeastLines = 4;
@@ -35,8 +39,6 @@ bool IsEnter(const wxKeyEvent& event) {
     return (event.GetKeyCode() == WXK_RETURN || event.GetKeyCode() == WXK_NUMPAD_ENTER) &&
            !event.HasAnyModifiers();
 }
-
-wxWindow* Owner() { return openDialogs.empty() ? nullptr : openDialogs.back(); }
 
 // Does something with every text box, list and other control below a window.
 template <class Action>
@@ -79,9 +81,35 @@ wxSize RoomForText(const wxWindow& window, int characters, int lines) {
     return {characters * window.GetCharWidth(), lines * window.GetCharHeight()};
 }
 
+DialogsAbove::DialogsAbove() {
+    if (++dialogsAbove == 1) {
+        for (frmDialog* dialog : openDialogs) KeepAbove(*dialog, true);
+    }
+    Again();
+}
+
+DialogsAbove::~DialogsAbove() {
+    if (--dialogsAbove > 0) return;
+    for (frmDialog* dialog : openDialogs) KeepAbove(*dialog, false);
+}
+
+bool DialogsAbove::Any() { return dialogsAbove > 0; }
+
+void DialogsAbove::Again() { PutInFront({openDialogs.begin(), openDialogs.end()}); }
+
 frmDialog::frmDialog(const wxString& caption, const std::wstring& helpPage, bool resizable)
-    : wxDialog(Owner(), wxID_ANY, caption, wxDefaultPosition, wxDefaultSize,
-               wxCAPTION | wxCLOSE_BOX | wxSYSTEM_MENU | (resizable ? wxRESIZE_BORDER : 0)),
+    : frmDialog(Owner(), caption, helpPage, resizable) {}
+
+frmDialog::frmDialog(Alone, const wxString& caption, const std::wstring& helpPage)
+    : frmDialog(nullptr, caption, helpPage, false) {
+    alone_ = true;
+}
+
+frmDialog::frmDialog(wxWindow* owner, const wxString& caption, const std::wstring& helpPage, bool resizable)
+    : wxDialog(owner, wxID_ANY, caption, wxDefaultPosition, wxDefaultSize,
+               wxCAPTION | wxCLOSE_BOX | wxSYSTEM_MENU | (resizable ? wxRESIZE_BORDER : 0) |
+                   // Else the toolkit would give it to the active window, with which it would go.
+                   (owner ? 0 : wxDIALOG_NO_PARENT)),
       helpPage_(helpPage) {
     AnnounceAs(*this, DialogRole::Dialog);
     SetIcon(LoadPicture(kProgramIcon).GetIcon(FromDIP(wxSize(32, 32))));
@@ -97,6 +125,12 @@ frmDialog::frmDialog(const wxString& caption, const std::wstring& helpPage, bool
     });
 }
 
+wxWindow* frmDialog::Owner() {
+    const auto newest =
+        std::find_if(openDialogs.rbegin(), openDialogs.rend(), [](frmDialog* each) { return !each->alone_; });
+    return newest == openDialogs.rend() ? nullptr : *newest;
+}
+
 bool frmDialog::ActivateNewest() {
     if (openDialogs.empty()) return false;
     openDialogs.back()->Raise();
@@ -107,8 +141,18 @@ frmDialog::~frmDialog() { std::erase(openDialogs, this); }
 
 bool frmDialog::Show(bool show) {
     std::erase(openDialogs, this);
-    if (show) openDialogs.push_back(this);
+    if (show) {
+        openDialogs.push_back(this);
+        KeepAbove(*this, DialogsAbove::Any());
+    }
     return wxDialog::Show(show);
+}
+
+void frmDialog::Raise() {
+    if (IsShown())
+        wxDialog::Raise();
+    else
+        ActivateNewest();
 }
 
 bool frmDialog::Destroy() {
@@ -117,16 +161,19 @@ bool frmDialog::Destroy() {
     return wxDialog::Destroy();
 }
 
-int frmDialog::ShowModal() {
+void frmDialog::Begin() {
     tag_ = L"waiting";
+    begun_ = true;
     Resize();
     Place();
     Show();
     Raise();
-    const WaitEnd end = WaitUntil([this] { return tag_ != L"waiting"; });
-    if (end == WaitEnd::Quitting) tag_ = L"cancel";
-    if (HasFlag(wxRESIZE_BORDER)) keptSizes[typeid(*this)] = GetClientSize();
-    Hide();
+}
+
+int frmDialog::ShowModal() {
+    Begin();
+    if (WaitUntil([this] { return tag_ != L"waiting"; }) == WaitEnd::Quitting) tag_ = L"cancel";
+    End();
     return tag_ == L"ok" ? 1 : 0;
 }
 
@@ -180,7 +227,18 @@ void frmDialog::Confirm() { SetTag(L"ok"); }
 
 void frmDialog::SetTag(const std::wstring& tag) {
     tag_ = tag;
+    // At once: whoever waits for it may have to wait for dialogs that were opened later.
+    if (End() && tag_ == L"ok" && OnConfirmed) OnConfirmed();
     WakeWaits();
+}
+
+bool frmDialog::End() {
+    if (!std::exchange(begun_, false)) return false;
+    if (HasFlag(wxRESIZE_BORDER)) keptSizes[typeid(*this)] = GetClientSize();
+    const bool active = IsActive();
+    Hide();
+    if (active && !IsQuitting()) ActivateNewest();
+    return true;
 }
 
 void frmDialog::OnKey(wxKeyEvent& event) {

@@ -6,16 +6,36 @@
 #include <wx/dialog.h>
 #include <wx/sizer.h>
 
+#include <functional>
 #include <optional>
 #include <string>
 
 class wxButton;
 
+// While one of these lives, dialogs stay above other windows. Whoever shows a window that does so itself has
+// one, since a dialog must not be behind it.
+class DialogsAbove {
+  public:
+    DialogsAbove();
+    ~DialogsAbove();
+    DialogsAbove(const DialogsAbove&) = delete;
+    DialogsAbove& operator=(const DialogsAbove&) = delete;
+
+    static bool Any();
+    // Puts the dialogs in front again, when that window has come to the front.
+    static void Again();
+};
+
 class frmDialog : public wxDialog {
   public:
     // 1 when the dialog was confirmed, else 0. Shows it at the place given by PlaceNear, or in the middle of
-    // the screen; hides it before returning.
+    // the screen. The dialog has gone from the screen as soon as it is confirmed or cancelled; the call
+    // returns when the dialogs that were opened meanwhile have gone, too.
     int ShowModal() override;
+
+    // Called once the dialog is confirmed and has gone from the screen, at once: for what must not wait until
+    // ShowModal returns.
+    std::function<void()> OnConfirmed;
 
     // "waiting", "ok" or "cancel".
     const std::wstring& Tag() const { return tag_; }
@@ -26,6 +46,9 @@ class frmDialog : public wxDialog {
     ~frmDialog() override;
 
     bool Show(bool show = true) override;
+    // Brings it to the front with the keyboard; if it has gone from the screen, the newest that is there, for
+    // which its caller waits.
+    void Raise() override;
     bool Destroy() override;
 
     // Makes the dialog appear beside this rectangle of the screen (pixels) instead of in the middle.
@@ -34,6 +57,14 @@ class frmDialog : public wxDialog {
   protected:
     // helpPage: the page that F1 opens, empty for none. resizable: with a border that can be dragged.
     frmDialog(const wxString& caption, const std::wstring& helpPage, bool resizable = false);
+
+    // One that nobody waits for: it is shown by Begin and goes when its user likes, so no other dialog
+    // belongs to it, nor it to another.
+    struct Alone {};
+    frmDialog(Alone, const wxString& caption, const std::wstring& helpPage);
+
+    // Shows it with the tag "waiting" and returns. It has gone from the screen as soon as the tag changes.
+    void Begin();
 
     // Button row for the bottom of a dialog. The first one is wired to Confirm, the second to Cancel; either
     // caption may be empty to leave that button out.
@@ -56,12 +87,19 @@ class frmDialog : public wxDialog {
     wxButton* cmdAbbrechen = nullptr;
 
   private:
+    frmDialog(wxWindow* owner, const wxString& caption, const std::wstring& helpPage, bool resizable);
+
+    static wxWindow* Owner();
+    // Takes it from the screen; false if it has gone before.
+    bool End();
     void OnKey(wxKeyEvent& event);
     void PressDefault();
     void Resize();
     void Place();
 
     std::wstring tag_;
+    bool begun_ = false;
+    bool alone_ = false;
     std::wstring helpPage_;
     std::optional<wxRect> near_;
 };

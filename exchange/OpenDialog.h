@@ -18,9 +18,9 @@ class OpenDialog {
     Dialog*& place_;
 };
 
-// Brings the dialog to the front unless it has done its part and is hidden; false when there is none.
+// Brings the dialog to the front, or what its caller still waits for; false when there is none.
 template <class Dialog>
 bool BroughtForward(Dialog* dialog) {
-    if (dialog && dialog->IsShown()) dialog->Raise();
+    if (dialog) dialog->Raise();
     return dialog != nullptr;
 }

@@ -1,7 +1,6 @@
 #include "exchange/basExport.h"
 
 #include "base/basMessage.h"
-#include "base/basWait.h"
 #include "base/twips.h"
 #include "exchange/ExportFile.h"
 #include "exchange/ExportPath.h"
@@ -47,12 +46,13 @@ void ExportNotes(const NoteStore& store) {
     static frmExport* open = nullptr;
     if (BroughtForward(open)) return;
     const OpenDialog dialog(open, new frmExport(store));
-    if (dialog->ShowModal() != 1 || IsQuitting()) return;
-    if (!WriteNotes(store, dialog->ChosenNotes(), TypedPath(dialog->Path()))) {
+    dialog->OnConfirmed = [&] {
+        if (WriteNotes(store, dialog->ChosenNotes(), TypedPath(dialog->Path()))) return;
         ShowMessage(
             L"Beim Exportieren der Notiz(en) ist ein Fehler aufgetreten.\r\n"
             L"Möglicherweise existiert eine zum Exportieren vorgesehene Notiz nicht mehr oder der "
             L"Dateiname ist ungültig.",
             kCritical, L"Fehler");
-    }
+    };
+    dialog->ShowModal();
 }

@@ -4,7 +4,6 @@
 
 #include "base/FileName.h"
 #include "base/basMessage.h"
-#include "base/basWait.h"
 #include "exchange/ExportFile.h"
 #include "exchange/OpenDialog.h"
 #include "exchange/frmImport.h"
@@ -65,17 +64,19 @@ void ImportNotes(NoteStore& store) {
     static frmImport* open = nullptr;
     if (BroughtForward(open)) return;
     const OpenDialog dialog(open, new frmImport);
-    if (dialog->ShowModal() != 1 || IsQuitting()) return;
-    const std::vector<bool> chosen = dialog->ChosenRecords();
-    const std::filesystem::path path = dialog->File();
-    // A file that has gone since it was listed brings no notes, and no message.
-    const bool failed = IsFile(path) && !TakeInFile(store, path, chosen.size(),
-                                                    [&](std::size_t index) { return chosen[index]; });
-    store.SaveNotes();
-    store.ApplyForeground();
-    if (failed) {
-        ShowMessage(L"Beim Importieren der Notizen aus " + ShownFileName(FileName(path)) +
-                        L" ist ein Fehler aufgetreten.",
-                    kCritical, L"Fehler beim Importieren");
-    }
+    dialog->OnConfirmed = [&] {
+        const std::vector<bool> chosen = dialog->ChosenRecords();
+        const std::filesystem::path path = dialog->File();
+        // A file that has gone since it was listed brings no notes, and no message.
+        const bool failed = IsFile(path) && !TakeInFile(store, path, chosen.size(),
+                                                        [&](std::size_t index) { return chosen[index]; });
+        store.SaveNotes();
+        store.ApplyForeground();
+        if (failed) {
+            ShowMessage(L"Beim Importieren der Notizen aus " + ShownFileName(FileName(path)) +
+                            L" ist ein Fehler aufgetreten.",
+                        kCritical, L"Fehler beim Importieren");
+        }
+    };
+    dialog->ShowModal();
 }

@@ -25,8 +25,8 @@ using NotePtr = std::unique_ptr<frmNote, NoteUnloader>;
 
 extern const wchar_t* const kSettingsKey;  // with its trailing backslash
 
-// The most bytes of a text that come back after a restart: it is read through a buffer of 4096 bytes that
-// also takes a terminator.
+// Texts of up to so many bytes come back after a restart, whatever they are made of: they are read through a
+// buffer of 4096 characters that also takes a terminator.
 constexpr std::size_t kLongestStoredText = 4095;
 
 class NoteStore {

@@ -52,6 +52,7 @@ void ActivateNoteWindow(wxFrame& window) { SetForegroundWindow(window.GetHandle(
 
 void ShowNoteWindow(wxFrame& window, bool topmost) {
     if (!window.IsShown()) window.ShowWithoutActivating();
+    // A note may come while its user writes the next one.
     SetWindowPos(window.GetHandle(), topmost ? HWND_TOPMOST : HWND_NOTOPMOST, 0, 0, 0, 0,
-                 SWP_NOSIZE | SWP_NOMOVE | SWP_SHOWWINDOW);
+                 SWP_NOSIZE | SWP_NOMOVE | SWP_SHOWWINDOW | SWP_NOACTIVATE);
 }

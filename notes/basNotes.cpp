@@ -39,11 +39,13 @@ bool BringOpenDialogForward() {
 void NewNote(NoteStore& store) {
     if (BringOpenDialogForward()) return;
     PropertiesSession dialog(L"Neue Notiz");
-    if (dialog->ShowModal() != 1) return;
-    NotePtr note = store.CreateNote();
-    dialog->ApplyTo(*note);
-    note->CreationTime(CurrentDateText() + L", " + CurrentTimeText());
-    store.AddNote(std::move(note));
+    dialog->OnConfirmed = [&] {
+        NotePtr note = store.CreateNote();
+        dialog->ApplyTo(*note);
+        note->CreationTime(CurrentDateText() + L", " + CurrentTimeText());
+        store.AddNote(std::move(note));
+    };
+    dialog->ShowModal();
 }
 
 void EditNote(NoteStore& store, frmNote& note) {
@@ -52,16 +54,18 @@ void EditNote(NoteStore& store, frmNote& note) {
     dialog->Fill(note);
     dialog->PlaceNear(note.GetRect());
     const std::int32_t key = note.NoteKey();
-    if (dialog->ShowModal() != 1) return;
-    frmNote* edited = store.Find(key);
-    if (!edited) {
-        ShowMessage(
-            L"Die bearbeitete Notiz ist zwischenzeitlich gelöscht worden.\r\nDie Änderungen werden "
-            L"verworfen.",
-            kCritical, L"Notiz zwischenzeitlich gelöscht");
-        return;
-    }
-    dialog->ApplyTo(*edited);
-    edited->AutoSize();
-    store.SaveNotes();
+    dialog->OnConfirmed = [&] {
+        frmNote* edited = store.Find(key);
+        if (!edited) {
+            ShowMessage(
+                L"Die bearbeitete Notiz ist zwischenzeitlich gelöscht worden.\r\nDie Änderungen werden "
+                L"verworfen.",
+                kCritical, L"Notiz zwischenzeitlich gelöscht");
+            return;
+        }
+        dialog->ApplyTo(*edited);
+        edited->AutoSize();
+        store.SaveNotes();
+    };
+    dialog->ShowModal();
 }

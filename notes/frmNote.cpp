@@ -127,40 +127,6 @@ void frmNote::CreationTime(const std::wstring& text) {
     access_->Changed();
 }
 
-void frmNote::Minimized(bool on) {
-    minimized_ = on;
-    Notification::MenusChanged();
-    if (!on) {
-        ShowStacked();
-        if (notNotizIcon_) notNotizIcon_->HideIcon();
-        host_.ForgetMinimizedNote(*this);
-        return;
-    }
-    if (!notNotizIcon_) {
-        notNotizIcon_ = std::make_unique<Notification>();
-        notNotizIcon_->Events.DblClick = [this](int button) {
-            if (button != 1) return;
-            Minimized(false);
-            RaiseNoteWindow(*this);
-        };
-        notNotizIcon_->Events.MouseUp = [this](int button) {
-            if (button == 2) Later(&NoteHost::ShowPopupMenu);
-        };
-        notNotizIcon_->Events.ContextMenu = [this] { Later(&NoteHost::ShowPopupMenu); };
-        notNotizIcon_->Menu = {[this] { return host_.TrayMenu(*this); },
-                               [this](int id) { host_.RunFromTrayMenu(*this, id); }};
-    }
-    RenewIcon();
-    Hide();
-    notNotizIcon_->ShowIcon();
-}
-
-void frmNote::RenewIcon() {
-    const int icon = NoteIcon(color_);
-    notNotizIcon_->SetIconFile(ResourcePicture(icon ? icon : static_cast<int>(kProgramIcon)));
-    notNotizIcon_->IconToolTip(ShortText());
-}
-
 void frmNote::PlaceAt(double left, double top) { Place(left, top, width_, height_); }
 
 void frmNote::SizeTo(double width, double height) { Place(left_, top_, width, height); }
@@ -183,22 +149,6 @@ void frmNote::PlaceOnScreens() {
     if (rect == GetRect()) return;
     SetSize(rect);
     ArrangeParts(rect.GetSize());
-}
-
-void frmNote::Unload() {
-    if (notNotizIcon_) notNotizIcon_->HideIcon();
-    gesture_.reset();
-    Hide();
-    Destroy();
-}
-
-void frmNote::UnloadAtEnd() {
-    if (notNotizIcon_) notNotizIcon_->HideIcon();
-    delete this;
-}
-
-void frmNote::ShowStacked() {
-    if (!minimized_) ShowNoteWindow(*this, foreground_);
 }
 
 wxVisualAttributes frmNote::GetDefaultAttributes() const {
@@ -293,6 +243,7 @@ void frmNote::PressPart(NotePart part) {
 
 void frmNote::FinishGesture(const wxRect& before, const wxRect& after) {
     StorePlace(before, after);
+    if (dialogsAbove_) DialogsAbove::Again();  // systems that move windows themselves raise them, too
     host_.SaveNotes();
 }
 
@@ -350,7 +301,7 @@ void frmNote::OnLeftDown(wxMouseEvent& event) {
         Refresh();
         return;
     }
-    RaiseNoteWindow(*this);
+    BringToFront();
     gesture_.reset();
     const auto hit = PressHitTest(layout_, at.m_x, at.m_y);
     if (hit != HT_NONE) {
@@ -389,11 +340,4 @@ void frmNote::OnRightUp(wxMouseEvent& event) {
     const wxPoint2DDouble at = ToTwips(event.GetPosition());
     const NotePart part = layout_.PartAt(at.m_x, at.m_y);
     if (part == NotePart::Body || part == NotePart::lblMessage) Later(&NoteHost::ShowPopupMenu);
-}
-
-void frmNote::OnClose(wxCloseEvent& event) {
-    // A note goes by being deleted or with the program; whoever closes its window only puts it away.
-    if (!event.CanVeto()) return;
-    event.Veto();
-    if (!minimized_) Minimized(true);
 }

@@ -13,6 +13,7 @@
 #include <optional>
 #include <string>
 
+#include "base/frmDialog.h"
 #include "notes/NoteColor.h"
 #include "notes/NoteLayout.h"
 #include "tray/TrayMenu.h"
@@ -98,6 +99,9 @@ class frmNote : public wxFrame {
     // A minimized note stays minimized.
     void ShowStacked();
 
+    // Puts the note in front of others of its height without activating it. Dialogs stay above it.
+    void BringToFront();
+
     // Gives the note the keyboard and shows that it has it. What the keys do stands in NoteKeys.h.
     void TakeFocus();
     // The part that has the keyboard while the note has it; Body stands for the text.
@@ -178,5 +182,6 @@ class frmNote : public wxFrame {
     bool stepped_ = false;           // moved or sized by keys since the last save
     std::unique_ptr<NoteAccess> access_;
     std::unique_ptr<NoteGesture> gesture_;
+    std::optional<DialogsAbove> dialogsAbove_;    // while it stands above other windows
     std::unique_ptr<Notification> notNotizIcon_;  // from the first time that the note is minimized
 };

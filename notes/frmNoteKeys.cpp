@@ -135,6 +135,8 @@ void frmNote::OnActivate(wxActivateEvent& event) {
     if (!event.GetActive()) {
         SaveSteps();
         ShowFocus(std::nullopt);
+    } else if (dialogsAbove_) {
+        DialogsAbove::Again();  // it has come to the front by that
     }
     event.Skip();
 }

@@ -2,16 +2,19 @@
 
 #include <shellapi.h>
 #include <wx/icon.h>
+#include <wx/utils.h>
 
 #include <algorithm>
 #include <optional>
 
 #include "base/basText.h"
+#include "tray/TipText.h"
 #include "tray/TrayItem.h"
 
 namespace {
 
 constexpr UINT kIconId = 1;
+constexpr std::size_t kLongestTip = 63;
 // The shell's message: to the window it looks like the mouse.
 constexpr UINT kCallback = WM_MOUSEMOVE;
 
@@ -42,6 +45,12 @@ std::optional<TrayMessage> MessageOf(UINT message) {
 UINT AreaCreated() {
     static const UINT message = RegisterWindowMessageW(L"TaskbarCreated");
     return message;
+}
+
+// Tips are drawn as they are since Windows 11; before, they had marks of keys.
+std::string TipOf(const std::wstring& toolTip) {
+    static const bool asItIs = wxCheckOsVersion(10, 0, 22000);
+    return ToAnsi(asItIs ? toolTip : WithMarkedAmpersands(toolTip, kLongestTip)).substr(0, kLongestTip);
 }
 
 wxIcon IconOf(const wxBitmapBundle& picture) {
@@ -108,7 +117,7 @@ class MswTrayItem : public TrayItem {
         record_.uFlags = NIF_MESSAGE | NIF_ICON | NIF_TIP;
         record_.uCallbackMessage = kCallback;
         record_.hIcon = icon_.IsOk() ? icon_.GetHICON() : nullptr;
-        const std::string tip = ToAnsi(toolTip).substr(0, 63);
+        const std::string tip = TipOf(toolTip);
         std::copy(tip.begin(), tip.end(), record_.szTip);
     }
 

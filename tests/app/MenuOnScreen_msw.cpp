@@ -36,12 +36,13 @@ class WindowsMenuOnScreen : public MenuOnScreen {
     int PictureHeight() const override {
         MENUITEMINFOW info{};
         info.cbSize = sizeof info;
-        info.fMask = MIIM_BITMAP | MIIM_STATE;
-        BITMAP bitmap{};
-        if (!GetMenuItemInfoW(menu_, 0, TRUE, &info) || (info.fState & MFS_DISABLED) == 0 ||
-            !GetObjectW(info.hbmpItem, sizeof bitmap, &bitmap))
+        info.fMask = MIIM_FTYPE;
+        RECT place{};
+        // A separator cannot be chosen; that it is no line is its own doing.
+        if (!GetMenuItemInfoW(menu_, 0, TRUE, &info) || info.fType != (MFT_OWNERDRAW | MFT_SEPARATOR) ||
+            !GetMenuItemRect(nullptr, menu_, 0, &place))
             return 0;
-        return static_cast<int>(bitmap.bmHeight);
+        return static_cast<int>(place.bottom - place.top);
     }
     // With the mouse, as nothing else chooses an item by its place.
     void Choose(const std::wstring& caption) override {

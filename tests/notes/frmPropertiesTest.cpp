@@ -6,6 +6,8 @@
 #include <wx/spinctrl.h>
 #include <wx/textctrl.h>
 
+#include "base/basMessage.h"
+#include "base/frmMessage.h"
 #include "notes/NoteColor.h"
 #include "notes/NotePaint.h"
 #include "notes/NoteWindow.h"
@@ -17,6 +19,7 @@
 #include "tests/support/Dialogs.h"
 #include "tests/support/Events.h"
 #include "tests/support/Messages.h"
+#include "tests/support/Stacking.h"
 
 namespace {
 
@@ -198,9 +201,16 @@ TEST_F(FrmProperties, NoteDeletedMeanwhileIsReported) {
     NotePtr made = store.CreateNote();
     made->Text(L"weg");
     frmNote& note = store.AddNote(std::move(made));
+    // A dialog that belonged to the active window would go with the note.
+    ASSERT_TRUE(RunUntil([&] {
+        if (!note.IsActive()) note.TakeFocus();
+        return note.IsActive();
+    }));
     const MessageRecorder shown;
     WhenOpen([&](frmProperties& dialog) {
         store.DeleteNote(note);
+        RunEvents();
+        EXPECT_TRUE(IsOnScreen(dialog));
         Press(dialog.cmdOK);
     });
     EditNote(store, note);
@@ -209,6 +219,24 @@ TEST_F(FrmProperties, NoteDeletedMeanwhileIsReported) {
                   L"Notiz zwischenzeitlich gelöscht|16|Die bearbeitete Notiz ist zwischenzeitlich gelöscht "
                   L"worden.\r\nDie Änderungen werden verworfen."});
     EXPECT_EQ(store.CountNotes(), 0u);
+}
+
+// Whoever quits while another dialog is still open must not lose what was confirmed.
+TEST_F(FrmProperties, WhatIsConfirmedIsANoteAlthoughALaterDialogStaysOpen) {
+    WhenOpen([&](frmProperties& dialog) {
+        dialog.txtMessage->SetValue(L"Milch");
+        WhenShown<frmMessage> later([&](frmMessage& message) {
+            Press(dialog.cmdOK);
+            EXPECT_FALSE(dialog.IsShown());
+            EXPECT_EQ(store.CountNotes(), 1u);
+            NewNote(store);  // returns at once
+            EXPECT_FALSE(dialog.IsShown());
+            Press(message.FindWindow(wxID_OK));
+        });
+        ShowMessage(L"Später", kInformation, L"Hinweis");
+    });
+    NewNote(store);
+    EXPECT_EQ(store.CountNotes(), 1u);
 }
 
 TEST_F(FrmProperties, ExistsOnce) {

@@ -1,0 +1,79 @@
+// Whether a note is on the screen, how high it stands there, and the icon that it has instead.
+#include "notes/NoteColor.h"
+#include "notes/NoteGesture.h"
+#include "notes/NoteWindow.h"
+#include "notes/frmNote.h"
+#include "res/Resources.h"
+#include "tray/Notification.h"
+
+void frmNote::Minimized(bool on) {
+    minimized_ = on;
+    Notification::MenusChanged();
+    if (!on) {
+        ShowStacked();
+        if (notNotizIcon_) notNotizIcon_->HideIcon();
+        host_.ForgetMinimizedNote(*this);
+        return;
+    }
+    if (!notNotizIcon_) {
+        notNotizIcon_ = std::make_unique<Notification>();
+        notNotizIcon_->Events.DblClick = [this](int button) {
+            if (button != 1) return;
+            Minimized(false);
+            BringToFront();
+        };
+        notNotizIcon_->Events.MouseUp = [this](int button) {
+            if (button == 2) Later(&NoteHost::ShowPopupMenu);
+        };
+        notNotizIcon_->Events.ContextMenu = [this] { Later(&NoteHost::ShowPopupMenu); };
+        notNotizIcon_->Menu = {[this] { return host_.TrayMenu(*this); },
+                               [this](int id) { host_.RunFromTrayMenu(*this, id); }};
+    }
+    RenewIcon();
+    Hide();
+    dialogsAbove_.reset();
+    notNotizIcon_->ShowIcon();
+}
+
+void frmNote::RenewIcon() {
+    const int icon = NoteIcon(color_);
+    notNotizIcon_->SetIconFile(ResourcePicture(icon ? icon : static_cast<int>(kProgramIcon)));
+    notNotizIcon_->IconToolTip(ShortText());
+}
+
+void frmNote::Unload() {
+    if (notNotizIcon_) notNotizIcon_->HideIcon();
+    gesture_.reset();
+    Hide();
+    dialogsAbove_.reset();
+    Destroy();
+}
+
+void frmNote::UnloadAtEnd() {
+    if (notNotizIcon_) notNotizIcon_->HideIcon();
+    delete this;
+}
+
+void frmNote::ShowStacked() {
+    if (minimized_) return;
+    ShowNoteWindow(*this, foreground_);
+    if (!foreground_) {
+        dialogsAbove_.reset();
+    } else if (!dialogsAbove_) {
+        dialogsAbove_.emplace();
+    } else {
+        DialogsAbove::Again();
+    }
+}
+
+void frmNote::BringToFront() {
+    RaiseNoteWindow(*this);
+    if (dialogsAbove_) DialogsAbove::Again();
+}
+
+void frmNote::OnClose(wxCloseEvent& event) {
+    // A note goes by being deleted or with the program; whoever closes its window only puts it away.
+    if (!event.CanVeto()) return;
+    event.Veto();
+    if (!minimized_) Minimized(true);
+}

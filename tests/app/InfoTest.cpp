@@ -1,0 +1,41 @@
+#include <gtest/gtest.h>
+
+#include "app/NoteServices.h"
+#include "app/frmInfo.h"
+#include "notes/basNotes.h"
+#include "notes/frmProperties.h"
+#include "tests/support/Dialogs.h"
+#include "tests/support/Events.h"
+
+// Nobody waits for it, so it neither waits itself for a dialog that was opened over it, nor keeps one
+// waiting.
+TEST(Info, GoesAtOnceWhateverElseIsOpen) {
+    NoteServices services;
+    NoteStore& store = services.Store();
+    store.SaveNotes();
+    bool done = false;
+    wxTheApp->CallAfter([&] {
+        NewNote(store);
+        done = true;
+    });
+    WhenShown<frmProperties> shown([&](frmProperties& dialog) {
+        frmInfo* info = OpenDialog<frmInfo>();
+        ASSERT_TRUE(info);
+        Press(info->FindWindow(wxID_OK));
+        EXPECT_FALSE(info->IsShown());
+        EXPECT_TRUE(dialog.IsShown());
+        frmInfo::Open();
+        EXPECT_TRUE(info->IsShown());
+        dialog.txtMessage->SetValue(L"Milch");
+        Press(dialog.cmdOK);
+    });
+    frmInfo::Open();
+    EXPECT_TRUE(RunUntil([&] { return done; }));
+    EXPECT_EQ(store.CountNotes(), 1u);
+    frmInfo* info = OpenDialog<frmInfo>();
+    ASSERT_TRUE(info);
+    info->Close();
+    EXPECT_FALSE(info->IsShown());
+    store.UnloadAllNotes();
+    store.SaveNotes();
+}

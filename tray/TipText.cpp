@@ -1,0 +1,12 @@
+#include "tray/TipText.h"
+
+std::wstring WithMarkedAmpersands(const std::wstring& tip, std::size_t most) {
+    std::wstring marked;
+    for (const wchar_t character : tip) {
+        // One is dropped as a mark, and what then is a pair is drawn as one.
+        const std::wstring shown = character == L'&' ? L"&&&" : std::wstring(1, character);
+        if (marked.size() + shown.size() > most) break;
+        marked += shown;
+    }
+    return marked;
+}
