@@ -33,10 +33,17 @@ TEST_F(ProcessTest, TheShellOpensExportFiles) {
     Process program({});
     ASSERT_TRUE(
         Eventually([] { return Registry().KeyExists(L"HKCR\\Kivora.Export\\shell\\print\\command"); }));
+    WaitUntilShown(1);
     const std::wstring file = FromUtf8(File("Eigene Notizen ü.kvr", L"aus der Shell"));
-    EXPECT_GT(reinterpret_cast<INT_PTR>(
-                  ShellExecuteW(nullptr, nullptr, file.c_str(), nullptr, nullptr, SW_SHOWNORMAL)),
-              32);
+    SHELLEXECUTEINFOW order{};
+    order.cbSize = sizeof order;
+    order.fMask = SEE_MASK_NOCLOSEPROCESS;
+    order.lpFile = file.c_str();
+    order.nShow = SW_SHOWNORMAL;
+    ASSERT_TRUE(ShellExecuteExW(&order));
+    // It is nobody else's to end, and would get into the way of the next test.
+    EXPECT_EQ(WaitForSingleObject(order.hProcess, 5000), WAIT_OBJECT_0);
+    CloseHandle(order.hProcess);
     EXPECT_TRUE(Eventually([] { return SavedTexts() == Texts{L"aus der Shell"}; }));
     EXPECT_FALSE(program.Ended());
 }

@@ -244,41 +244,48 @@ TEST_F(Sending, BothDirectionsAtOnceThroughOneAccess) {
 
 // Round trips of the two sessions, against a plain exchange of the same lines.
 TEST_F(Sending, SessionsAreNoSlowerThanAThirdOfThePlainExchange) {
-    constexpr int kLines = 4'000;
-    const auto perSecond = [](auto&& work) {
+    int lines = 100;
+    const auto perSecond = [&](auto&& work) {
         const auto begin = std::chrono::steady_clock::now();
         work();
-        return kLines / std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+        return lines / std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
     };
-    double plain = 0;
-    {
+    const auto ask = [&](RawConnection& connection) {
+        return perSecond([&] {
+            for (int i = 0; i < lines; ++i) connection.Ask("NOTE_TEXT Zeile");
+        });
+    };
+    const auto askPlainly = [&] {
         RawServer server([](RawConnection& connection) {
             while (connection.Line()[0] != '<') connection.Send("OK\r\n");
         });
         RawConnection connection = RawConnection::To(server.Port());
-        plain = perSecond([&] {
-            for (int i = 0; i < kLines; ++i) connection.Ask("NOTE_TEXT Zeile");
-        });
-    }
+        return ask(connection);
+    };
+    // As many as take about a fifth of a second here.
+    lines = std::clamp(static_cast<int>(askPlainly() / 5), 100, 4'000);
     Open();
     std::wstring text;
-    for (int i = 0; i < kLines; ++i) text += L"Zeile\r\n";
-    // The best of several, because other programs of the machine may take their share of one.
-    double receiving = 0, sending = 0;
-    for (int round = 0; round < 4 && std::min(receiving, sending) <= plain / 3; ++round) {
+    for (int i = 0; i < lines; ++i) text += L"Zeile\r\n";
+    // The best of several, each with a plain exchange right before it: other programs of the machine may take
+    // their share of one.
+    double receivingShare = 0, sendingShare = 0;
+    for (int round = 0; round < 10 && std::min(receivingShare, sendingShare) <= 1.0 / 3; ++round) {
+        const double plain = askPlainly();
+        double receiving = 0;
         Talk([&](RawConnection& connection) {
             connection.Line();
             connection.Ask("NOTE_NEW");
-            receiving = std::max(receiving, perSecond([&] {
-                                     for (int i = 0; i < kLines; ++i) connection.Ask("NOTE_TEXT Zeile");
-                                 }));
+            receiving = ask(connection);
         });
-        sending = std::max(sending, perSecond([&] { SendTo(Answering("", ""), {{text}}); }));
+        const double sending = perSecond([&] { SendTo(Answering("", ""), {{text}}); });
+        receivingShare = std::max(receivingShare, receiving / plain);
+        sendingShare = std::max(sendingShare, sending / plain);
+        std::printf("[          ] round trips a second: plain %.0f, receiving %.0f, sending %.0f\n", plain,
+                    receiving, sending);
     }
-    std::printf("[          ] round trips a second: plain %.0f, receiving %.0f, sending %.0f\n", plain,
-                receiving, sending);
-    EXPECT_GT(receiving, plain / 3);
-    EXPECT_GT(sending, plain / 3);
+    EXPECT_GT(receivingShare, 1.0 / 3);
+    EXPECT_GT(sendingShare, 1.0 / 3);
 }
 
 }  // namespace
