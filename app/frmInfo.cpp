@@ -45,7 +45,7 @@ frmInfo::frmInfo() : frmDialog(Alone(), L"Info", L"index.html") {
 void frmInfo::Open() {
     static wxWeakRef<frmInfo> box;
     if (!box) box = new frmInfo;
-    if (box->IsShown())
+    if (box->Tag() == L"waiting")
         box->Raise();
     else
         box->Begin();

@@ -6,6 +6,7 @@
 #include "notes/frmProperties.h"
 #include "tests/support/Dialogs.h"
 #include "tests/support/Events.h"
+#include "tests/support/Stacking.h"
 
 // Nobody waits for it, so it neither waits itself for a dialog that was opened over it, nor keeps one
 // waiting.
@@ -21,6 +22,7 @@ TEST(Info, GoesAtOnceWhateverElseIsOpen) {
     WhenShown<frmProperties> shown([&](frmProperties& dialog) {
         frmInfo* info = OpenDialog<frmInfo>();
         ASSERT_TRUE(info);
+        ASSERT_TRUE(RunUntil([&] { return IsOnScreen(*info); }));
         Press(info->FindWindow(wxID_OK));
         EXPECT_FALSE(info->IsShown());
         EXPECT_TRUE(dialog.IsShown());
@@ -34,6 +36,7 @@ TEST(Info, GoesAtOnceWhateverElseIsOpen) {
     EXPECT_EQ(store.CountNotes(), 1u);
     frmInfo* info = OpenDialog<frmInfo>();
     ASSERT_TRUE(info);
+    ASSERT_TRUE(RunUntil([&] { return IsOnScreen(*info); }));
     info->Close();
     EXPECT_FALSE(info->IsShown());
     store.UnloadAllNotes();
