@@ -17,8 +17,11 @@ void PrintError(const std::wstring& text);
 // Language and window system, to be chosen before the toolkit starts.
 void PrepareToolkit();
 
-// To be called once, when the program has come up or does what it was started for. As soon as everything is on
-// the screen, the preparations that only made coming up cheaper are taken back.
+// How windows look, to be said when the toolkit has started and before there are any.
+void PrepareWindows();
+
+// To be called once, when the program has come up or does what it was started for. As soon as everything is
+// on the screen, the preparations that only made coming up cheaper are taken back.
 void SettleDown();
 
 // Calls `quit` from the event loop when the system asks the program to end, while this object lives.

@@ -47,6 +47,7 @@ void PrintError(const std::wstring& text) { Write(STD_ERROR_HANDLE, text); }
 
 // Language and resolution are the system's and the manifest's; the toolkit only has to know where it is.
 void PrepareToolkit() { wxSetInstance(GetModuleHandleW(nullptr)); }
+void PrepareWindows() {}
 void SettleDown() {}
 
 // The system tells every window of the program; the first one is enough.

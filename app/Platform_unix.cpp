@@ -59,6 +59,16 @@ void PrepareToolkit() {
     gdk_set_allowed_backends("x11,*");
 }
 
+void PrepareWindows() {
+    // The icon in the notification area is a window with nothing but an image. It has no text, but is laid
+    // out by the measures of its font, and that of the notes is in memory anyway.
+    GtkCssProvider* const css = gtk_css_provider_new();
+    gtk_css_provider_load_from_data(css, "window > image { font: 12pt Arial; }", -1, nullptr);
+    gtk_style_context_add_provider_for_screen(gdk_screen_get_default(), GTK_STYLE_PROVIDER(css),
+                                              GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
+    g_object_unref(css);
+}
+
 void SettleDown() {
     const auto settle = [](gpointer) -> gboolean {
         // The program speaks German wherever it runs, and the toolkit's own texts must not differ. Values are

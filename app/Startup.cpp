@@ -60,11 +60,10 @@ void Program::InitApplication() {
     start_->notIcon.ShowIcon();
     network_.KeepLongNote = KeepLongNote;
     network_.Listen();
-    Store().ShowNotes();
+    Store().ShowNotes(SettleDown);
     if (role_) {
         role_->Listen([this](const std::wstring& file) { Guarded([&] { ReceiveFile(file); }); });
     }
-    SettleDown();
 }
 
 void Program::LoadNotes() {
@@ -175,6 +174,7 @@ int RunProgram(const StartRequest& request, std::unique_ptr<RunningCopy> role, c
         PrintError(L"Kivora braucht einen Bildschirm, aber DISPLAY nennt keinen, der erreichbar ist.\n");
         return 1;
     }
+    PrepareWindows();
     const int result = app->CallOnInit() ? app->OnRun() : 1;
     app->OnExit();
     wxEntryCleanup();

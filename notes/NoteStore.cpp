@@ -3,9 +3,11 @@
 #include <wx/app.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "addressbook/AddressBook.h"
 #include "base/basText.h"
+#include "notes/NoteWindow.h"
 #include "registry/clsRegistry.h"
 #include "tray/Notification.h"
 
@@ -123,7 +125,7 @@ void NoteStore::DeleteNote(frmNote& note) {
 }
 
 void NoteStore::UnloadAllNotes() {
-    toShow_.clear();
+    toShow_.reset();
     // Not one by one through the toolkit's list of what is to go: that is searched for every window.
     for (NotePtr& note : notes_) note.release()->UnloadAtEnd();
     notes_.clear();
@@ -165,22 +167,34 @@ void NoteStore::ApplyForeground() {
     for (frmNote* const note : InStackingOrder()) note->ShowStacked();
 }
 
-void NoteStore::ShowNotes() {
+void NoteStore::ShowNotes(std::function<void()> then) {
     const std::vector<frmNote*> notes = InStackingOrder();
-    toShow_.assign(notes.begin(), notes.end());
+    toShow_ = std::make_shared<ToShow>(ToShow{{notes.begin(), notes.end()}, std::move(then)});
     ShowNextNotes();
 }
 
 void NoteStore::ShowNextNotes() {
-    // What the window manager has to say of a few windows is heard before the next are shown, or it would
-    // pile up.
     constexpr int kAtOnce = 10;
-    for (int i = 0; i < kAtOnce && !toShow_.empty(); ++i) {
-        frmNote* const note = toShow_.front();
-        toShow_.pop_front();
-        if (note) note->ShowStacked();
+    frmNote* last = nullptr;
+    for (int shown = 0; shown < kAtOnce && !toShow_->notes.empty();) {
+        frmNote* const note = toShow_->notes.front();
+        toShow_->notes.pop_front();
+        if (!note || note->Minimized() || note->IsShown()) continue;
+        note->ShowStacked();
+        last = note;
+        ++shown;
     }
-    if (!toShow_.empty()) wxTheApp->CallAfter([this] { ShowNextNotes(); });
+    if (!last) {
+        const std::shared_ptr<ToShow> done = std::exchange(toShow_, nullptr);
+        done->then();
+        return;
+    }
+    // What the display has to say of a few windows is heard before the next are shown, or it would pile up.
+    WhenOnScreen(*last, [this, toShow = std::weak_ptr(toShow_)] {
+        wxTheApp->CallAfter([this, toShow] {
+            if (!toShow.expired()) ShowNextNotes();
+        });
+    });
 }
 
 void NoteStore::PlaceOnScreens() {

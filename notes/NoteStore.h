@@ -51,8 +51,8 @@ class NoteStore {
     void ForgetMinimizedNote(const frmNote& note);
     void ApplyForeground();
     // The same for notes that were just loaded: some at once, the others from the event loop, so that the
-    // first are there to be used while the last are still to come.
-    void ShowNotes();
+    // first are there to be used while the last are still to come. Then calls `then`.
+    void ShowNotes(std::function<void()> then);
     // Puts every note where the screens of now can show it. Happens by itself when they change.
     void PlaceOnScreens();
 
@@ -81,7 +81,11 @@ class NoteStore {
 
     NoteHost& host_;
     std::vector<NotePtr> notes_;
-    std::deque<wxWeakRef<frmNote>> toShow_;
+    struct ToShow {
+        std::deque<wxWeakRef<frmNote>> notes;
+        std::function<void()> then;
+    };
+    std::shared_ptr<ToShow> toShow_;  // while notes are being shown
     std::int32_t lastNoteNumber_ = 0;
     std::optional<std::unordered_set<std::int32_t>> minimizedByCommand_;  // by NoteKey
     ScreenWatch screens_{[this] { PlaceOnScreens(); }};

@@ -4,6 +4,7 @@
 #include <wx/frame.h>
 
 #include <cstdint>
+#include <functional>
 
 // Twips of one window pixel. 15 on a screen of 96 dots an inch.
 double TwipsPerPixelX(const wxWindow& window);
@@ -30,3 +31,7 @@ void ActivateNoteWindow(wxFrame& window);
 // Shows the window without activating it, above all normal windows when `topmost` is set, and keeps it out of
 // the task bar.
 void ShowNoteWindow(wxFrame& window, bool topmost);
+
+// Calls `then` once when a window that was just shown has come to the screen, or has gone for good. Inside an
+// event of the window.
+void WhenOnScreen(wxFrame& window, std::function<void()> then);

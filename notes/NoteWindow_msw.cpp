@@ -56,3 +56,5 @@ void ShowNoteWindow(wxFrame& window, bool topmost) {
     SetWindowPos(window.GetHandle(), topmost ? HWND_TOPMOST : HWND_NOTOPMOST, 0, 0, 0, 0,
                  SWP_NOSIZE | SWP_NOMOVE | SWP_SHOWWINDOW | SWP_NOACTIVATE);
 }
+
+void WhenOnScreen(wxFrame&, std::function<void()> then) { then(); }  // showing is all that it takes

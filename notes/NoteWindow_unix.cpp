@@ -3,6 +3,8 @@
 #include <wx/region.h>
 
 #include <algorithm>
+#include <memory>
+#include <utility>
 
 #include "base/twips.h"
 #include "notes/NoteColor.h"
@@ -61,4 +63,18 @@ void ShowNoteWindow(wxFrame& window, bool topmost) {
     }
     gtk_window_set_keep_above(gtk, topmost);
     if (topmost) RaiseNoteWindow(window);
+}
+
+void WhenOnScreen(wxFrame& window, std::function<void()> then) {
+    // Called when the handler goes, by itself or with the window.
+    const auto gone = [](gpointer data, GClosure*) {
+        const std::unique_ptr<std::function<void()>> call(static_cast<std::function<void()>*>(data));
+        (*call)();
+    };
+    const auto mapped = +[](GtkWidget* widget, GdkEvent*, gpointer data) -> gboolean {
+        g_signal_handlers_disconnect_by_data(widget, data);
+        return FALSE;
+    };
+    g_signal_connect_data(window.GetHandle(), "map-event", G_CALLBACK(mapped),
+                          new std::function<void()>(std::move(then)), gone, static_cast<GConnectFlags>(0));
 }

@@ -36,16 +36,7 @@ frmNote::frmNote(NoteHost& host) : host_(host) {
     SetBackgroundStyle(wxBG_STYLE_PAINT);
     Create(nullptr, wxID_ANY, L"Kivora", wxDefaultPosition, wxSize(10, 10),
            wxFRAME_NO_TASKBAR | wxBORDER_NONE | wxFRAME_SHAPED);
-    Bind(wxEVT_PAINT, &frmNote::OnPaint, this);
-    Bind(wxEVT_SIZE, &frmNote::OnSize, this);
-    Bind(wxEVT_MOTION, &frmNote::OnMotion, this);
-    Bind(wxEVT_LEAVE_WINDOW, &frmNote::OnLeave, this);
-    Bind(wxEVT_LEFT_DOWN, &frmNote::OnLeftDown, this);
-    Bind(wxEVT_LEFT_UP, &frmNote::OnLeftUp, this);
-    Bind(wxEVT_LEFT_DCLICK, &frmNote::OnLeftDoubleClick, this);
-    Bind(wxEVT_RIGHT_UP, &frmNote::OnRightUp, this);
-    Bind(wxEVT_CLOSE_WINDOW, &frmNote::OnClose, this);
-    BindKeys();
+    AcceptKeys(*this);
     access_ = NoteAccess::Of(*this);
 }
 
@@ -341,3 +332,20 @@ void frmNote::OnRightUp(wxMouseEvent& event) {
     const NotePart part = layout_.PartAt(at.m_x, at.m_y);
     if (part == NotePart::Body || part == NotePart::lblMessage) Later(&NoteHost::ShowPopupMenu);
 }
+
+// clang-format off
+// One table for all notes: handlers that are bound one by one take memory in each.
+wxBEGIN_EVENT_TABLE(frmNote, wxFrame)
+    EVT_PAINT(frmNote::OnPaint)
+    EVT_SIZE(frmNote::OnSize)
+    EVT_MOTION(frmNote::OnMotion)
+    EVT_LEAVE_WINDOW(frmNote::OnLeave)
+    EVT_LEFT_DOWN(frmNote::OnLeftDown)
+    EVT_LEFT_UP(frmNote::OnLeftUp)
+    EVT_LEFT_DCLICK(frmNote::OnLeftDoubleClick)
+    EVT_RIGHT_UP(frmNote::OnRightUp)
+    EVT_CHAR_HOOK(frmNote::OnKey)
+    EVT_KEY_UP(frmNote::OnKeyUp)
+    EVT_ACTIVATE(frmNote::OnActivate)
+    EVT_CLOSE(frmNote::OnClose)
+wxEND_EVENT_TABLE()

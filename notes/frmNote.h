@@ -124,6 +124,8 @@ class frmNote : public wxFrame {
     wxVisualAttributes GetDefaultAttributes() const override;
 
   private:
+    wxDECLARE_EVENT_TABLE();
+
     struct Message {
         std::wstring caption;
         std::int32_t size = kDefaultFontSize;
@@ -145,7 +147,6 @@ class frmNote : public wxFrame {
     // note.
     void Later(std::function<void(NoteHost& host, frmNote& note)> call);
 
-    void BindKeys();
     void ShowFocus(std::optional<NotePart> part);
     void StepBy(int x, int y, int width, int height);
     void SaveSteps();

@@ -27,13 +27,6 @@ NotePart Neighbour(NotePart part, int way) {
 
 }  // namespace
 
-void frmNote::BindKeys() {
-    AcceptKeys(*this);
-    Bind(wxEVT_CHAR_HOOK, &frmNote::OnKey, this);
-    Bind(wxEVT_KEY_UP, &frmNote::OnKeyUp, this);
-    Bind(wxEVT_ACTIVATE, &frmNote::OnActivate, this);
-}
-
 void frmNote::TakeFocus() {
     ActivateNoteWindow(*this);
     ShowFocus(NotePart::Body);

@@ -237,6 +237,8 @@ std::unique_ptr<HiveImage> HiveFile::Open(const fs::path& file) {
 }
 
 int HiveFile::TryOpen(const fs::path& file) {
+    // Pages are taken one by one, so that they can be given back after reading.
+    [[maybe_unused]] static const int configured = sqlite3_config(SQLITE_CONFIG_PAGECACHE, nullptr, 0, 0);
     int result = sqlite3_open_v2(file.c_str(), &db_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
     if (result != SQLITE_OK) return result;
     sqlite3_extended_result_codes(db_, 1);

@@ -193,7 +193,8 @@ TEST_F(NoteStoreTest, ShowNotesShowsThemAllThoughSomeGoMeanwhile) {
     std::vector<frmNote*> notes;
     for (int i = 0; i < 40; ++i) notes.push_back(&store.AdoptNote(store.CreateNote()));
     notes[1]->HiddenForeground(true);
-    store.ShowNotes();
+    bool done = false;
+    store.ShowNotes([&] { done = true; });
     EXPECT_TRUE(notes[0]->IsShown());
     EXPECT_FALSE(notes[1]->IsShown());
     store.DeleteNote(*notes[38]);
@@ -201,7 +202,8 @@ TEST_F(NoteStoreTest, ShowNotesShowsThemAllThoughSomeGoMeanwhile) {
         return std::all_of(store.Notes().begin(), store.Notes().end(),
                            [](const NotePtr& note) { return note->IsShown(); });
     };
-    EXPECT_TRUE(RunUntil(shown));
+    EXPECT_TRUE(RunUntil([&] { return done; }));
+    EXPECT_TRUE(shown());
     EXPECT_EQ(store.CountNotes(), 39u);
 }
 
