@@ -32,6 +32,6 @@ void ActivateNoteWindow(wxFrame& window);
 // the task bar.
 void ShowNoteWindow(wxFrame& window, bool topmost);
 
-// Calls `then` once when a window that was just shown has come to the screen, or has gone for good. Inside an
-// event of the window.
+// Calls `then` once when a window that was just shown has come to the screen, or has gone for good, or after
+// a second: a window manager may keep it from the screen for as long as it likes. Inside an event.
 void WhenOnScreen(wxFrame& window, std::function<void()> then);

@@ -66,15 +66,29 @@ void ShowNoteWindow(wxFrame& window, bool topmost) {
 }
 
 void WhenOnScreen(wxFrame& window, std::function<void()> then) {
-    // Called when the handler goes, by itself or with the window.
-    const auto gone = [](gpointer data, GClosure*) {
-        const std::unique_ptr<std::function<void()>> call(static_cast<std::function<void()>*>(data));
-        (*call)();
+    struct Waiting {
+        GtkWidget* window;
+        std::function<void()> then;
+        guint timeout = 0;
     };
+    auto* const waiting = new Waiting{window.GetHandle(), std::move(then)};
     const auto mapped = +[](GtkWidget* widget, GdkEvent*, gpointer data) -> gboolean {
         g_signal_handlers_disconnect_by_data(widget, data);
         return FALSE;
     };
-    g_signal_connect_data(window.GetHandle(), "map-event", G_CALLBACK(mapped),
-                          new std::function<void()>(std::move(then)), gone, static_cast<GConnectFlags>(0));
+    const auto late = +[](gpointer data) -> gboolean {
+        auto* const waited = static_cast<Waiting*>(data);
+        waited->timeout = 0;
+        g_signal_handlers_disconnect_by_data(waited->window, data);
+        return G_SOURCE_REMOVE;
+    };
+    // Called when the handler goes, by itself or with the window.
+    const auto gone = +[](gpointer data, GClosure*) {
+        const std::unique_ptr<Waiting> waited(static_cast<Waiting*>(data));
+        if (waited->timeout) g_source_remove(waited->timeout);
+        waited->then();
+    };
+    g_signal_connect_data(waiting->window, "map-event", G_CALLBACK(mapped), waiting, gone,
+                          static_cast<GConnectFlags>(0));
+    waiting->timeout = g_timeout_add(1000, late, waiting);
 }
