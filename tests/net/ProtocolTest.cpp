@@ -5,8 +5,6 @@
 
 namespace {
 
-using Texts = std::vector<std::wstring>;
-
 TEST(Protocol, CommandLineInTwo) {
     const struct {
         const wchar_t *line, *word, *parameter;
@@ -79,34 +77,6 @@ TEST(Protocol, AttributesTakeOnlyTheirValues) {
                                              row.parameter == std::wstring(L"65535"))
             << ToUtf8(row.word) << ' ' << ToUtf8(row.parameter);
     }
-    NoteContent note;
-    SetAttribute(note, L"NOTE_FONT_SIZE", L"25");
-    SetAttribute(note, L"NOTE_FONT_BOLD", L"1");
-    SetAttribute(note, L"NOTE_FONT_ITALIC", L"1");
-    SetAttribute(note, L"NOTE_FONT_UNDERLINED", L"1");
-    SetAttribute(note, L"NOTE_FONT_ALIGNMENT", L"2");
-    SetAttribute(note, L"NOTE_COLOR", L"255");
-    SetAttribute(note, L"NOTE_FONT_ITALIC", L"0");
-    EXPECT_EQ(note, (NoteContent{L"", 25, true, false, true, 2, 255}));
-}
-
-TEST(Protocol, RepliesAreReadAsTheyAlwaysWere) {
-    const struct {
-        const wchar_t *reply, *word, *rest;
-    } rows[] = {
-        {L"OK", L"OK", L""},
-        {L"OK Kivora 1.6.1 READY", L"OK", L"ivora 1.6.1 READY"},
-        {L"ERROR Invalid parameter: X", L"ERROR", L"nvalid parameter: X"},
-        {L"ERROR ", L"ERROR", L""},
-        {L"ERROR X", L"ERROR", L""},
-        {L"", L"", L""},
-        {L"was\r\nnoch", L"was", L""},
-        {L"ERROR abc\r\ndef", L"ERROR", L"bc"},
-    };
-    for (const auto& row : rows) {
-        EXPECT_EQ(ReplyWord(row.reply), row.word) << ToUtf8(row.reply);
-        EXPECT_EQ(ReplyRest(row.reply), row.rest) << ToUtf8(row.reply);
-    }
 }
 
 TEST(Protocol, VersionOfTheOtherSide) {
@@ -120,19 +90,6 @@ TEST(Protocol, VersionOfTheOtherSide) {
         {L"OK PROTOCOL_VERSION  1.0.0", L""},
     };
     for (const auto& row : rows) EXPECT_EQ(RemoteVersion(row.greeting), row.version) << ToUtf8(row.greeting);
-}
-
-TEST(Protocol, TextsAreSentLineByLine) {
-    const struct {
-        const wchar_t* text;
-        Texts lines;
-    } rows[] = {
-        {L"", {L""}},
-        {L"\r\n", {L"", L""}},
-        {L"a\r\n", {L"a", L""}},
-        {L"a\rb\nc\r\r\nd", {L"a\rb\nc\r", L"d"}},
-    };
-    for (const auto& row : rows) EXPECT_EQ(SplitText(row.text), row.lines) << ToUtf8(row.text);
 }
 
 }  // namespace
