@@ -4,9 +4,7 @@
 #include "tray/Notification.h"
 
 TEST(Notification, KeepsTheFirst63CharactersOfATip) {
-    const struct {
-        std::size_t given, kept;
-    } table[] = {{0, 0}, {1, 1}, {62, 62}, {63, 63}, {64, 63}, {70, 63}};
+    const struct { std::size_t given, kept; } table[] = {{0, 0}, {63, 63}, {64, 63}};
     for (const auto& row : table) {
         Notification notification;
         std::wstring tip(row.given, L'ä');
@@ -19,10 +17,6 @@ TEST(Notification, KeepsTheFirst63CharactersOfATip) {
 TEST(Notification, OnlyTheCheckingSetterRefusesBitmaps) {
     const Picture icon = ResourcePicture(kFirstNoteIcon), other = ResourcePicture(kLastNoteIcon);
     const Picture bitmap = ResourcePicture(kMenuBanner);
-    ASSERT_EQ(icon.type, Picture::Icon);
-    ASSERT_EQ(bitmap.type, Picture::Bitmap);
-    ASSERT_EQ(ResourcePicture(0).type, Picture::Empty);
-
     const struct {
         const char* name;
         Picture given;
@@ -36,20 +30,18 @@ TEST(Notification, OnlyTheCheckingSetterRefusesBitmaps) {
         {"bitmap let in", bitmap, false, Picture::Bitmap, false},
         {"nothing let in", Picture(), false, Picture::Empty, false},
     };
-    for (const bool shown : {false, true}) {
-        for (const auto& row : table) {
-            SCOPED_TRACE(row.name);
-            Notification notification;
-            notification.SetIconFile(icon);
-            if (shown) notification.ShowIcon();
-            if (row.checking)
-                notification.SetIconFile(row.given);
-            else
-                notification.LetIconFile(row.given);
-            EXPECT_EQ(notification.IconFile().type, row.type);
-            EXPECT_EQ(notification.IconFile().bitmap.IsSameAs(icon.bitmap), row.same);
-            EXPECT_EQ(notification.Shown(), shown);
-        }
+    for (const auto& row : table) {
+        SCOPED_TRACE(row.name);
+        Notification notification;
+        notification.SetIconFile(icon);
+        notification.ShowIcon();
+        if (row.checking)
+            notification.SetIconFile(row.given);
+        else
+            notification.LetIconFile(row.given);
+        EXPECT_EQ(notification.IconFile().type, row.type);
+        EXPECT_EQ(notification.IconFile().bitmap.IsSameAs(icon.bitmap), row.same);
+        EXPECT_TRUE(notification.Shown());
     }
 }
 
@@ -58,7 +50,6 @@ TEST(Notification, IsShownByShowIconAndEnabledOnly) {
     EXPECT_TRUE(notification.Enabled());
     const auto setTip = [&] { notification.IconToolTip(L"Notiz"); };
     const auto setIcon = [&] { notification.SetIconFile(ResourcePicture(kFirstNoteIcon)); };
-    const auto letIcon = [&] { notification.LetIconFile(ResourcePicture(kFirstNoteIcon)); };
     const auto show = [&] { notification.ShowIcon(); };
     const auto hide = [&] { notification.HideIcon(); };
     const auto enable = [&] { notification.Enabled(true); };
@@ -70,16 +61,12 @@ TEST(Notification, IsShownByShowIconAndEnabledOnly) {
     } steps[] = {
         {"tip while hidden", setTip, false, true},
         {"icon while hidden", setIcon, false, true},
-        {"any picture hidden", letIcon, false, true},
         {"show", show, true, true},
         {"tip while shown", setTip, true, true},
-        {"show again", show, true, true},
         {"disable", disable, false, false},
         {"tip while disabled", setTip, false, false},
         {"enable", enable, true, true},
         {"hide", hide, false, true},
-        {"hide again", hide, false, true},
-        {"icon after hiding", setIcon, false, true},
         {"disable hidden", disable, false, false},
         {"show disabled", show, true, false},
     };

@@ -1,19 +1,15 @@
 #include "tests/tray/TestDesktop_unix.h"
 
-#include <fcntl.h>
 #include <signal.h>
-#include <spawn.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 
 #include "tests/support/Events.h"
-
-extern char** environ;
 
 namespace {
 
@@ -43,31 +39,19 @@ TestBus::TestBus() {
     configuration.replace(configuration.find("FOLDER"), 6, folder_);
     std::ofstream(folder_ + "/bus.conf") << configuration;
 
-    int ready[2];
-    if (pipe2(ready, O_CLOEXEC) != 0) return;
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, ready[1], 1);
-    posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
-    const std::string file = "--config-file=" + folder_ + "/bus.conf";
-    const char* arguments[] = {"dbus-daemon", file.c_str(), "--nofork", "--print-address=1", nullptr};
-    const int error =
-        posix_spawnp(&pid_, "dbus-daemon", &actions, nullptr, const_cast<char**>(arguments), environ);
-    posix_spawn_file_actions_destroy(&actions);
-    close(ready[1]);
-    if (error) pid_ = 0;
-    char byte = 0;
-    while (!error && read(ready[0], &byte, 1) == 1 && byte != '\n') address_ += byte;
-    close(ready[0]);
+    const std::string command = "dbus-daemon --config-file=" + folder_ +
+                                "/bus.conf --fork --print-address=1 --print-pid=1 2>/dev/null";
+    FILE* started = popen(command.c_str(), "r");
+    if (!started) return;
+    char address[256];
+    if (std::fscanf(started, "%255s %d", address, &pid_) == 2) address_ = address;
+    pclose(started);
     if (Started()) setenv("DBUS_SESSION_BUS_ADDRESS", address_.c_str(), 1);
 }
 
 TestBus::~TestBus() {
     setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", 1);
-    if (pid_) {
-        kill(pid_, SIGTERM);
-        waitpid(pid_, nullptr, 0);
-    }
+    if (Started()) kill(pid_, SIGTERM);
     std::error_code ignored;
     std::filesystem::remove_all(folder_, ignored);
 }
