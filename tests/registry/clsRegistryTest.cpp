@@ -85,16 +85,19 @@ TEST_F(clsRegistryTest, EnumeratingTellsEmptyFromMissing) {
     EXPECT_TRUE(registry.EnumValues(kKey, names));
     EXPECT_EQ(names, Texts{L""});
 
-    for (const auto* name : {L"Note2", L"note10", L"Note1a", L"NOTE1"}) registry.CreateKey(kBelow + name);
-    EXPECT_EQ(registry.EnumKeys(kKey, names), 4);
-    EXPECT_EQ(names, (Texts{L"NOTE1", L"note10", L"Note1a", L"Note2"}));
+    for (const auto* name : {L"Note2", L"note10", L"Note1a", L"NOTE1", L"Note1", L"Öl", L"öl", L"ÖL2"})
+        registry.CreateKey(kBelow + name);
+    EXPECT_EQ(registry.EnumKeys(kKey, names), 6);
+    EXPECT_EQ(Texts(names.begin(), names.begin() + 4), (Texts{L"NOTE1", L"note10", L"Note1a", L"Note2"}));
+    EXPECT_TRUE(registry.KeyExists(kBelow + L"öL2"));
 
     registry.SetValue(kBelow + L"b", REG_TYPE_SZ,
                       std::wstring(500, L'x'));  // more than the scratch buffer holds
     registry.SetValue(kBelow + L"Größe", REG_TYPE_DWORD, 5);
     registry.SetValue(kBelow + L"A", REG_TYPE_DWORD, 5);
+    registry.SetValue(kBelow, REG_TYPE_SZ, L"unnamed");
     EXPECT_TRUE(registry.EnumValues(kKey, names));
-    EXPECT_EQ(names, (Texts{L"A", L"b", L"Größe"}));
+    EXPECT_EQ(names, (Texts{L"", L"A", L"b", L"Größe"}));
 }
 
 TEST_F(clsRegistryTest, DeletingAKeyTakesAllBelowItAndNothingBeside) {
@@ -111,8 +114,19 @@ TEST_F(clsRegistryTest, DeletingAKeyTakesAllBelowItAndNothingBeside) {
         EXPECT_TRUE(registry.KeyExists(kKey + L"2\\a"));
         EXPECT_TRUE(registry.DeleteKey(kKey + L"2"));
     }
-    registry.SetValue(kBelow + L"again", REG_TYPE_SZ, L"there");
-    EXPECT_EQ(AsText(registry.GetValue(kBelow + L"again", REG_TYPE_SZ)), L"there");
+    // What comes back is empty, and in its new spelling.
+    const RegistryTransaction image;
+    registry.SetValue(kBelow + L"a\\b\\v", REG_TYPE_DWORD, 1);
+    registry.SetValue(kBelow + L"a\\v", REG_TYPE_DWORD, 1);
+    registry.DeleteKey(kBelow + L"a");
+    registry.SetValue(kBelow + L"A\\again", REG_TYPE_SZ, L"there");
+    EXPECT_EQ(AsText(registry.GetValue(kBelow + L"a\\again", REG_TYPE_SZ)), L"there");
+    Texts names;
+    EXPECT_EQ(registry.EnumKeys(kKey, names), 1);
+    EXPECT_EQ(names, Texts{L"A"});
+    EXPECT_EQ(registry.EnumKeys(kBelow + L"a", names), 0);
+    EXPECT_TRUE(registry.EnumValues(kBelow + L"a", names));
+    EXPECT_EQ(names, Texts{L"again"});
 }
 
 TEST_F(clsRegistryTest, TextsComeBackUpToTheirLimit) {
