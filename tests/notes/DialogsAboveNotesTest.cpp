@@ -20,16 +20,19 @@ class DialogsAboveNotes : public testing::Test {
     frmNote& ShowNote(bool foreground) {
         notes_.emplace_back(new frmNote(recorder_));
         frmNote& note = *notes_.back();
-        note.HiddenForeground(foreground);
         note.PlaceAt(1500, 1500);
         note.SizeTo(4500, 4500);
-        note.ShowStacked();
+        SetForeground(note, foreground);
         return note;
     }
 
-    void ShowDialog() {
-        dialog_->Show();
-        dialog_->Raise();
+    static void ShowDialog(frmProperties& dialog) {
+        dialog.Show();
+        dialog.Raise();
+    }
+    static void SetForeground(frmNote& note, bool foreground) {
+        note.HiddenForeground(foreground);
+        note.ShowStacked();
     }
 
     NoteRecorder recorder_;
@@ -39,10 +42,14 @@ class DialogsAboveNotes : public testing::Test {
 
 TEST_F(DialogsAboveNotes, WhicheverComesLast) {
     frmNote& first = ShowNote(true);
-    ShowDialog();
+    ShowDialog(*dialog_);
     EXPECT_TRUE(RunUntil([&] { return StandsAbove(*dialog_, first); }));
+    frmProperties& upper = *new frmProperties(L"Notiz bearbeiten");
+    ShowDialog(upper);
     frmNote& second = ShowNote(true);
-    const auto above = [&] { return StandsAbove(*dialog_, first) && StandsAbove(*dialog_, second); };
+    const auto above = [&] {
+        return StandsAbove(upper, *dialog_) && StandsAbove(*dialog_, first) && StandsAbove(*dialog_, second);
+    };
     const struct {
         const char* name;
         std::function<void()> act;
@@ -63,27 +70,11 @@ TEST_F(DialogsAboveNotes, WhicheverComesLast) {
         RunEvents(std::chrono::milliseconds(200));
         EXPECT_TRUE(RunUntil(above));
     }
-}
-
-TEST_F(DialogsAboveNotes, AllOfThem) {
-    frmNote& note = ShowNote(true);
-    ShowDialog();
-    auto* second = new frmProperties(L"Notiz bearbeiten");
-    second->Show();
-    second->Raise();
-    const auto above = [&] { return StandsAbove(*second, *dialog_) && StandsAbove(*dialog_, note); };
-    EXPECT_TRUE(RunUntil(above));
-    note.BringToFront();
-    RunEvents(std::chrono::milliseconds(200));
-    EXPECT_TRUE(RunUntil(above));
-    note.TakeFocus();
-    RunEvents(std::chrono::milliseconds(200));
-    EXPECT_TRUE(RunUntil(above));
-    second->Destroy();
+    upper.Destroy();
 }
 
 TEST_F(DialogsAboveNotes, KeepTheKeyboardWhenNotesCome) {
-    ShowDialog();
+    ShowDialog(*dialog_);
     ASSERT_TRUE(RunUntil([&] { return dialog_->IsActive(); }));
     for (const bool foreground : {false, true}) {
         frmNote& note = ShowNote(foreground);
@@ -96,33 +87,18 @@ TEST_F(DialogsAboveNotes, KeepTheKeyboardWhenNotesCome) {
 
 TEST_F(DialogsAboveNotes, AboveOtherProgramsOnlyWhileANoteIs) {
     frmNote& note = ShowNote(false);
-    ShowDialog();
+    ShowDialog(*dialog_);
     const struct {
         const char* name;
         std::function<void()> act;
         bool above;
     } steps[] = {
         {"beside a note", [] {}, false},
-        {"foreground",
-         [&] {
-             note.HiddenForeground(true);
-             note.ShowStacked();
-         },
-         true},
+        {"foreground", [&] { SetForeground(note, true); }, true},
         {"minimized", [&] { note.Minimized(true); }, false},
         {"restored", [&] { note.Minimized(false); }, true},
-        {"no foreground",
-         [&] {
-             note.HiddenForeground(false);
-             note.ShowStacked();
-         },
-         false},
-        {"again",
-         [&] {
-             note.HiddenForeground(true);
-             note.ShowStacked();
-         },
-         true},
+        {"no foreground", [&] { SetForeground(note, false); }, false},
+        {"again", [&] { SetForeground(note, true); }, true},
         {"deleted", [&] { notes_.clear(); }, false},
     };
     for (const auto& step : steps) {

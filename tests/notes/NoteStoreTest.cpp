@@ -110,16 +110,13 @@ TEST_F(NoteStoreTest, SubkeysAreRenumberedInTheirOrder) {
     EXPECT_TRUE(RemoveAddressBookEntry(L"büro"));
 }
 
-TEST_F(NoteStoreTest, StartsEmptyWithoutAKeyAndWithAnEmptyOne) {
+TEST_F(NoteStoreTest, StartsWithWhateverIsThere) {
     store.LoadNotes();
     EXPECT_EQ(store.CountNotes(), 0u);
     EXPECT_FALSE(store.AutostartEnabled);
     Registry().CreateKey(kSettingsKey);
     store.LoadNotes();
     EXPECT_EQ(store.CountNotes(), 0u);
-}
-
-TEST_F(NoteStoreTest, EmptySubkeyLoadsAsAnEmptyNote) {
     Registry().CreateKey(Key(L"Note5"));
     store.LoadNotes();
     ASSERT_EQ(store.CountNotes(), 1u);
@@ -129,8 +126,11 @@ TEST_F(NoteStoreTest, EmptySubkeyLoadsAsAnEmptyNote) {
 
 TEST_F(NoteStoreTest, DeletingTheLastNoteLeavesTheRest) {
     frmNote& note = Add(store, L"einzige");
+    const std::int32_t key = note.NoteKey();
+    EXPECT_EQ(store.Find(key), &note);
     EXPECT_EQ(Subkeys(), Strings{L"Note0"});
     store.DeleteNote(note);
+    EXPECT_EQ(store.Find(key), nullptr);
     EXPECT_EQ(store.CountNotes(), 0u);
     EXPECT_EQ(Subkeys(), Strings{L""});
     EXPECT_TRUE(Registry().KeyExists(kSettingsKey));
@@ -166,14 +166,6 @@ TEST_F(NoteStoreTest, MinimizeAllIsUndoneForItsOwnNotesOnly) {
     EXPECT_EQ(store.CountMinimizedByCommand(), 0u);
 }
 
-TEST_F(NoteStoreTest, FindsNotesByKeyUntilTheyAreGone) {
-    frmNote& note = Add(store, L"a");
-    const std::int32_t key = note.NoteKey();
-    EXPECT_EQ(store.Find(key), &note);
-    store.DeleteNote(note);
-    EXPECT_EQ(store.Find(key), nullptr);
-}
-
 TEST_F(NoteStoreTest, NextShownGoesRoundAndLeavesMinimizedNotesOut) {
     frmNote& only = Add(store, L"1");
     EXPECT_EQ(&store.NextShown(only, true), &only);
@@ -205,15 +197,4 @@ TEST_F(NoteStoreTest, ShowNotesShowsThemAllThoughSomeGoMeanwhile) {
     EXPECT_TRUE(RunUntil([&] { return done; }));
     EXPECT_TRUE(shown());
     EXPECT_EQ(store.CountNotes(), 39u);
-}
-
-TEST_F(NoteStoreTest, ApplyForegroundShowsAllButMinimizedNotes) {
-    NotePtr hidden = store.CreateNote();
-    frmNote& imported = store.AdoptNote(std::move(hidden));
-    frmNote& minimized = Add(store, L"weg");
-    minimized.Minimized(true);
-    EXPECT_FALSE(imported.IsShown());
-    store.ApplyForeground();
-    EXPECT_TRUE(imported.IsShown());
-    EXPECT_FALSE(minimized.IsShown());
 }

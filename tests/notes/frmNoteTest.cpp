@@ -58,17 +58,6 @@ TEST_F(FrmNote, HiddenForegroundIsAppliedByReadingIt) {
     EXPECT_TRUE(note->Foreground());
 }
 
-TEST_F(FrmNote, TextCleanedMakesOneLine) {
-    const std::pair<const wchar_t*, const wchar_t*> rows[] = {
-        {L"a\r\nb", L"a b"}, {L"a\n\rb", L"a  b"}, {L"a\t\nb", L"a b"},
-        {L"\r\r", L"  "},    {L" a ", L" a "},     {L"", L""},
-    };
-    for (const auto& [text, cleaned] : rows) {
-        note->Text(text);
-        EXPECT_EQ(note->TextCleaned(), cleaned);
-    }
-}
-
 TEST_F(FrmNote, IsNeverSmallerThanFiftyPixels) {
     note->SizeTo(0, 0);
     EXPECT_EQ(note->Width(), 750);
@@ -162,6 +151,10 @@ TEST_F(FrmNote, WiderThanTheScreensItShowsAllItsLines) {
 TEST_F(FrmNote, MinimizesToItsOwnIconAndBack) {
     note->SizeTo(3000, 2000);
     note->ShowStacked();
+    note->Close();
+    EXPECT_TRUE(note->Minimized());
+    EXPECT_FALSE(note->IsShown());
+    note->Minimized(false);
     Click(note->Layout().cmdMinimize);
     EXPECT_TRUE(note->Minimized());
     EXPECT_FALSE(note->IsShown());
@@ -186,7 +179,7 @@ TEST_F(FrmNote, TipIsTheCleanedTextCutAt55) {
     const std::pair<std::wstring, std::wstring> rows[] = {
         {std::wstring(55, L'x'), std::wstring(55, L'x')},
         {std::wstring(56, L'x'), std::wstring(55, L'x') + L" ..."},
-        {L"a\r\nb", L"a b"},
+        {L"a\r\nb\n\rc\t\n", L"a b  c "},
     };
     for (const auto& [text, tip] : rows) {
         note->Text(text);
@@ -233,11 +226,4 @@ TEST_F(FrmNote, MouseDoesWhatThePartUnderItDoes) {
         RunEvents(std::chrono::milliseconds(5));
         EXPECT_EQ(Take(recorder), row.calls);
     }
-}
-
-TEST_F(FrmNote, ClosingTheWindowPutsTheNoteAway) {
-    note->ShowStacked();
-    note->Close();
-    EXPECT_TRUE(note->Minimized());
-    EXPECT_FALSE(note->IsShown());
 }

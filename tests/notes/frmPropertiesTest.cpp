@@ -28,25 +28,35 @@ class FrmProperties : public testing::Test {
     FrmProperties() { Registry().DeleteKey(kSettingsKey); }
     ~FrmProperties() override { Registry().DeleteKey(kSettingsKey); }
 
-    // Does something with the dialog as soon as it is on the screen.
-    void WhenOpen(std::function<void(frmProperties&)> act) {
-        wxTheApp->CallAfter([this, act = std::move(act)] {
+    // Writes a new note or edits one, and does something with the dialog as soon as it is on the screen.
+    void Work(frmNote* note, const std::function<void(frmProperties&)>& act) {
+        bool opened = false;
+        wxTheApp->CallAfter([&] {
             frmProperties* dialog = OpenDialog<frmProperties>();
             ASSERT_TRUE(dialog);
             opened = true;
             act(*dialog);
         });
+        if (note)
+            EditNote(store, *note);
+        else
+            NewNote(store);
+        EXPECT_TRUE(opened);
+    }
+    frmNote& Add(const std::wstring& text) {
+        NotePtr note = store.CreateNote();
+        note->Text(text);
+        return store.AddNote(std::move(note));
     }
 
     NoteRecorder recorder;
     NoteStore store{recorder};
-    bool opened = false;
 };
 
 }  // namespace
 
 TEST_F(FrmProperties, NewNoteStartsPlainAndTakesWhatWasChosen) {
-    WhenOpen([](frmProperties& dialog) {
+    Work(nullptr, [](frmProperties& dialog) {
         EXPECT_EQ(dialog.GetTitle(), L"Neue Notiz");
         EXPECT_FALSE(dialog.cmdOK->IsEnabled());
         EXPECT_TRUE(dialog.optFarbe[0]->GetValue());
@@ -61,8 +71,6 @@ TEST_F(FrmProperties, NewNoteStartsPlainAndTakesWhatWasChosen) {
         EXPECT_EQ(dialog.txtMessageRechts->GetValue(), L"Käse\nBrot");
         Press(dialog.cmdOK);
     });
-    NewNote(store);
-    ASSERT_TRUE(opened);
     ASSERT_EQ(store.CountNotes(), 1u);
     const frmNote& note = *store.Notes()[0];
     EXPECT_EQ(note.Text(), L"Käse\r\nBrot");
@@ -75,7 +83,7 @@ TEST_F(FrmProperties, NewNoteStartsPlainAndTakesWhatWasChosen) {
 }
 
 TEST_F(FrmProperties, TheTextStandsOnThePaperThatWasChosenLast) {
-    WhenOpen([](frmProperties& dialog) {
+    Work(nullptr, [](frmProperties& dialog) {
         dialog.txtMessage->SetValue(L"Käse");
         Check(dialog.chkForm[1], true);  // makes the text a style of its own
         Choose(dialog.optFarbe[1]);
@@ -83,16 +91,15 @@ TEST_F(FrmProperties, TheTextStandsOnThePaperThatWasChosenLast) {
             EXPECT_EQ(PaperBehindText(*box), ToColour(DisplayColor(kGreen)));
         Press(dialog.cmdAbbrechen);
     });
-    NewNote(store);
-    EXPECT_TRUE(opened);
 }
 
 TEST_F(FrmProperties, CancellingInAnyWayChangesNothing) {
-    NotePtr made = store.CreateNote();
-    made->Text(L"alt");
-    frmNote& note = store.AddNote(std::move(made));
+    frmNote& note = Add(L"alt");
     const std::function<void(frmProperties&)> ways[] = {
-        [](frmProperties& dialog) { Press(dialog.cmdAbbrechen); },
+        [this](frmProperties& dialog) {
+            NewNote(store);  // returns at once
+            Press(dialog.cmdAbbrechen);
+        },
         [](frmProperties& dialog) { dialog.Close(); },
         [](frmProperties& dialog) {
             wxKeyEvent key(wxEVT_CHAR_HOOK);
@@ -101,28 +108,24 @@ TEST_F(FrmProperties, CancellingInAnyWayChangesNothing) {
         },
     };
     for (const auto& way : ways) {
-        opened = false;
-        WhenOpen([&](frmProperties& dialog) {
+        Work(&note, [&](frmProperties& dialog) {
             dialog.txtMessage->SetValue(L"neu");
             Choose(dialog.optFarbe[2]);
             way(dialog);
         });
-        EditNote(store, note);
-        EXPECT_TRUE(opened);
         EXPECT_EQ(note.Text(), L"alt");
         EXPECT_EQ(note.Color(), kYellow);
+        EXPECT_EQ(store.CountNotes(), 1u);
     }
 }
 
 TEST_F(FrmProperties, EditingShowsTheNoteAndGivesItBack) {
-    NotePtr made = store.CreateNote();
-    made->Text(L"eins\r\nzwei");
-    made->Color(0x777777);
-    made->FontNoteSize(25);
-    made->FontNoteUnderlined(true);
-    made->FontNoteAlignment(kAlignCentre);
-    frmNote& note = store.AddNote(std::move(made));
-    WhenOpen([](frmProperties& dialog) {
+    frmNote& note = Add(L"eins\r\nzwei");
+    note.Color(0x777777);
+    note.FontNoteSize(25);
+    note.FontNoteUnderlined(true);
+    note.FontNoteAlignment(kAlignCentre);
+    Work(&note, [](frmProperties& dialog) {
         EXPECT_EQ(dialog.GetTitle(), L"Notiz bearbeiten");
         EXPECT_TRUE(dialog.txtMessageZentr->IsShown());
         EXPECT_EQ(dialog.txtMessageZentr->GetValue(), L"eins\nzwei");
@@ -134,8 +137,6 @@ TEST_F(FrmProperties, EditingShowsTheNoteAndGivesItBack) {
         key.SetControlDown(true);
         dialog.ProcessWindowEvent(key);
     });
-    EditNote(store, note);
-    EXPECT_TRUE(opened);
     EXPECT_EQ(note.Text(), L"eins\r\nzwei");
     EXPECT_EQ(note.Color(), kYellow);  // the foreign colour became the one that was shown
     EXPECT_TRUE(note.FontNoteUnderlined());
@@ -198,22 +199,19 @@ TEST_F(FrmProperties, SizeCountsWhileItIsTyped) {
 }
 
 TEST_F(FrmProperties, NoteDeletedMeanwhileIsReported) {
-    NotePtr made = store.CreateNote();
-    made->Text(L"weg");
-    frmNote& note = store.AddNote(std::move(made));
+    frmNote& note = Add(L"weg");
     // A dialog that belonged to the active window would go with the note.
     ASSERT_TRUE(RunUntil([&] {
         if (!note.IsActive()) note.TakeFocus();
         return note.IsActive();
     }));
     const MessageRecorder shown;
-    WhenOpen([&](frmProperties& dialog) {
+    Work(&note, [&](frmProperties& dialog) {
         store.DeleteNote(note);
         RunEvents();
         EXPECT_TRUE(IsOnScreen(dialog));
         Press(dialog.cmdOK);
     });
-    EditNote(store, note);
     EXPECT_EQ(shown.messages,
               std::vector<std::wstring>{
                   L"Notiz zwischenzeitlich gelöscht|16|Die bearbeitete Notiz ist zwischenzeitlich gelöscht "
@@ -223,7 +221,7 @@ TEST_F(FrmProperties, NoteDeletedMeanwhileIsReported) {
 
 // Whoever quits while another dialog is still open must not lose what was confirmed.
 TEST_F(FrmProperties, WhatIsConfirmedIsANoteAlthoughALaterDialogStaysOpen) {
-    WhenOpen([&](frmProperties& dialog) {
+    Work(nullptr, [&](frmProperties& dialog) {
         dialog.txtMessage->SetValue(L"Milch");
         WhenShown<frmMessage> later([&](frmMessage& message) {
             Press(dialog.cmdOK);
@@ -235,15 +233,5 @@ TEST_F(FrmProperties, WhatIsConfirmedIsANoteAlthoughALaterDialogStaysOpen) {
         });
         ShowMessage(L"Später", kInformation, L"Hinweis");
     });
-    NewNote(store);
     EXPECT_EQ(store.CountNotes(), 1u);
-}
-
-TEST_F(FrmProperties, ExistsOnce) {
-    WhenOpen([&](frmProperties& dialog) {
-        NewNote(store);  // returns at once
-        Press(dialog.cmdAbbrechen);
-    });
-    NewNote(store);
-    EXPECT_EQ(store.CountNotes(), 0u);
 }
