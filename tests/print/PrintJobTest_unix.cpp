@@ -134,19 +134,12 @@ TEST_F(PrintJobs, GoToThePrinterShownUnderATitle) {
 TEST_F(PrintJobs, CarryAllTextInsideTheMargins) {
     std::mt19937 random(3);
     const auto below = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
-    const std::wstring letters = L"abcdefghijklmnoprstuvwxyzäöüßÄÖÜ0123456789ABCW€(";
-    const wchar_t* const signs[] = {L" ", L" ", L" ", L" ", L", ", L".", L": ", L";", L"-", L"! ", L"? "};
-    std::vector<std::wstring> texts;
+    std::wstring all;
     for (int i = 0; i < 200; ++i) {
         std::wstring text;
-        for (int lines = i == 0 ? 500 : 1 + below(below(4) == 0 ? 500 : 60); lines > 0; --lines) {
-            for (int words = 1 + below(25); words > 0; --words) {
-                for (int length = 1 + below(11); length > 0; --length) {
-                    text += letters[static_cast<std::size_t>(below(static_cast<int>(letters.size())))];
-                }
-                text += signs[below(11)];
-            }
-            if (lines > 1) text += L"\r\n";
+        for (int words = i == 0 ? 5000 : 1 + below(600); words > 0; --words) {
+            for (int length = 1 + below(11); length > 0; --length) text += L"abAVxyzäöüßÄÖÜ019W€("[below(20)];
+            text += std::wstring(L"     ,.:;-!?\n")[static_cast<std::size_t>(below(13))];
         }
         frmNote& note = Add(text);
         note.FontNoteSize(8 + below(7));
@@ -154,7 +147,7 @@ TEST_F(PrintJobs, CarryAllTextInsideTheMargins) {
         note.FontNoteItalic(below(2) == 0);
         note.FontNoteUnderlined(below(3) == 0);
         note.FontNoteAlignment(static_cast<std::int16_t>(below(3)));
-        texts.push_back(L"21.11.2026, 09:05:00\n" + note.Text() + L"\n");
+        all += L"21.11.2026, 09:05:00" + note.Text();
     }
     printing.file = folder / "alles.pdf";
     const auto start = std::chrono::steady_clock::now();
@@ -165,26 +158,14 @@ TEST_F(PrintJobs, CarryAllTextInsideTheMargins) {
     ExpectWordsInside(*printing.file, 15 * mm, 20 * mm, 195 * mm, 277 * mm);
 
     const auto pages = PagesOf(*printing.file);
-    std::wstring all;
-    for (const std::wstring& text : texts) all += text;
-    std::size_t at = 0;
+    std::wstring printed;
     for (std::size_t page = 0; page < pages.size(); ++page) {
         ASSERT_EQ(pages[page].back(), std::to_wstring(page + 1));
-        for (std::size_t i = 0; i + 1 < pages[page].size(); ++i) {
-            for (const wchar_t c : pages[page][i]) {
-                if (IsBlank(c)) continue;
-                while (at < all.size() && IsBlank(all[at])) ++at;
-                ASSERT_LT(at, all.size());
-                ASSERT_EQ(all[at], c) << "page " << page + 1 << " line " << i + 1;
-                ++at;
-            }
-            const bool mayEnd =
-                IsBlank(all[at]) || std::wstring(L",;.:-!?").find(all[at - 1]) != std::wstring::npos;
-            ASSERT_TRUE(mayEnd) << "page " << page + 1 << " line " << i + 1;
-        }
+        for (std::size_t i = 0; i + 1 < pages[page].size(); ++i) printed += pages[page][i];
     }
-    while (at < all.size() && IsBlank(all[at])) ++at;
-    EXPECT_EQ(at, all.size());
+    std::erase_if(all, IsBlank);
+    std::erase_if(printed, IsBlank);
+    EXPECT_TRUE(printed == all);
     const std::string info = CommandOutput("pdfinfo '" + printing.file->string() + "'");
     std::istringstream count(info.substr(info.find("Pages:") + 6));
     std::size_t number = 0;
