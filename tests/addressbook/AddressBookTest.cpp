@@ -1,20 +1,11 @@
 #include <gtest/gtest.h>
 
-#include "addressbook/AddressBook.h"
 #include "registry/clsRegistry.h"
+#include "tests/addressbook/Entries.h"
 
 namespace {
 
 const std::wstring kSettings = L"HKLM\\Software\\Kivora\\1.5\\";
-
-clsAddressBookEntry Entry(const std::wstring& name, const std::wstring& ip = L"",
-                          const std::wstring& comment = L"") {
-    clsAddressBookEntry entry;
-    entry.PCName(name);
-    entry.IP(ip);
-    entry.Comment(comment);
-    return entry;
-}
 
 void Store(const std::wstring& key, const std::wstring& name) {
     Registry().SetValue(kSettings + key + L"\\PCName", REG_TYPE_SZ, name);
@@ -37,12 +28,9 @@ class AddressBookTest : public testing::Test {
     AddressBookTest() { Clear(); }
     ~AddressBookTest() override { Clear(); }
 
-    static void Empty() {
-        while (!AddressBook().empty()) RemoveAddressBookEntry(AddressBook().back().PCName());
-    }
     static void Clear() {
         Registry().DeleteKey(kSettings);
-        Empty();
+        EmptyAddressBook();
     }
 };
 
@@ -101,7 +89,7 @@ TEST_F(AddressBookTest, SavingReplacesTheEntriesAndNothingElse) {
     SaveAddressBook();
     EXPECT_EQ(Keys(), (Texts{L"AddressBookEntry0", L"AddressBookEntry1", L"AddressBookEntry2",
                              L"AddressbookEntry7", L"Note0"}));
-    Empty();
+    EmptyAddressBook();
     LoadAddressBook();
     EXPECT_EQ(Names(), (Texts{L"Müller", L"B", L"C"}));
     EXPECT_EQ(AddressBook()[0].IP(), L"192.168.0.7");

@@ -13,6 +13,7 @@
 #include "net/frmSendOverNetwork.h"
 #include "net/frmSendOverNetworkProgress.h"
 #include "notes/NoteChoice.h"
+#include "tests/addressbook/Entries.h"
 #include "tests/net/NetworkTest.h"
 #include "tests/support/Dialogs.h"
 
@@ -91,12 +92,9 @@ TEST_F(SendNotes, ChosenNotesGoToTheRecipient) {
 }
 
 TEST_F(SendNotes, RecipientsComeFromTheAddressBookAndEachIsTried) {
-    for (const wchar_t* name : {L"a", L"b", L"c"}) {
-        clsAddressBookEntry entry;
-        entry.PCName(name);
-        entry.IP(name == std::wstring(L"b") ? L"niemand.invalid" : L"127.0.0.1");
-        AddAddressBookEntry(entry);
-    }
+    AddAddressBookEntry(Entry(L"a", L"127.0.0.1"));
+    AddAddressBookEntry(Entry(L"b", L"niemand.invalid"));
+    AddAddressBookEntry(Entry(L"c", L"127.0.0.1"));
     Open();
     const std::uint16_t port = network->LocalPort();
     network.reset();
@@ -115,7 +113,7 @@ TEST_F(SendNotes, RecipientsComeFromTheAddressBookAndEachIsTried) {
     });
     EXPECT_EQ(messages, Texts{kNoConnection});
     EXPECT_EQ(store.CountNotes(), 6u);
-    while (!AddressBook().empty()) RemoveAddressBookEntry(AddressBook().back().PCName());
+    EmptyAddressBook();
 }
 
 TEST_F(SendNotes, ANoteDeletedMeanwhileStopsEverything) {

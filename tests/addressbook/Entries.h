@@ -1,0 +1,17 @@
+#pragma once
+// What the tests of the address book share.
+
+#include "addressbook/AddressBook.h"
+
+inline clsAddressBookEntry Entry(const std::wstring& name, const std::wstring& ip = L"",
+                                 const std::wstring& comment = L"") {
+    clsAddressBookEntry entry;
+    entry.PCName(name);
+    entry.IP(ip);
+    entry.Comment(comment);
+    return entry;
+}
+
+inline void EmptyAddressBook() {
+    while (!AddressBook().empty()) RemoveAddressBookEntry(AddressBook().back().PCName());
+}
