@@ -5,24 +5,6 @@
 
 namespace {
 
-TEST(Protocol, CommandLineInTwo) {
-    const struct {
-        const wchar_t *line, *word, *parameter;
-    } rows[] = {
-        {L"NOTE_NEW", L"NOTE_NEW", L"NOTE_NEW"},
-        {L"NOTE_TEXT Milch, Brot", L"NOTE_TEXT", L"Milch, Brot"},
-        {L"NOTE_TEXT ", L"NOTE_TEXT", L""},
-        {L"NOTE_TEXT  zwei  Blanks ", L"NOTE_TEXT", L" zwei  Blanks "},
-        {L" NOTE_NEW", L"", L"NOTE_NEW"},
-        {L"NOTE_TEXT\tTab", L"NOTE_TEXT\tTab", L"NOTE_TEXT\tTab"},
-        {L"", L"", L""},
-    };
-    for (const auto& row : rows) {
-        EXPECT_EQ(CommandWord(row.line), row.word) << ToUtf8(row.line);
-        EXPECT_EQ(CommandParameter(row.line), row.parameter) << ToUtf8(row.line);
-    }
-}
-
 TEST(Protocol, NumbersAreWholeAndFit) {
     const struct {
         const wchar_t* text;
@@ -77,19 +59,6 @@ TEST(Protocol, AttributesTakeOnlyTheirValues) {
                                              row.parameter == std::wstring(L"65535"))
             << ToUtf8(row.word) << ' ' << ToUtf8(row.parameter);
     }
-}
-
-TEST(Protocol, VersionOfTheOtherSide) {
-    const struct {
-        const wchar_t *greeting, *version;
-    } rows[] = {
-        {L"OK Kivora 1.6.1 PROTOCOL_VERSION 1.0.0 READY", L"1.0.0"},
-        {L"OK PROTOCOL_VERSION 2.0", L"2.0"},
-        {L"OK Kivora 1.5", L"1.0.0"},
-        {L"OK PROTOCOL_VERSION", L""},
-        {L"OK PROTOCOL_VERSION  1.0.0", L""},
-    };
-    for (const auto& row : rows) EXPECT_EQ(RemoteVersion(row.greeting), row.version) << ToUtf8(row.greeting);
 }
 
 }  // namespace

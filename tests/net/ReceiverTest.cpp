@@ -66,6 +66,7 @@ TEST(Receiver, AnswersToEveryKindOfLine) {
         {"note_new\r\n", "ERROR Unknown command: note_new\r\n"},
         {"NOTE_ABORT\r\n", "ERROR Unknown command: NOTE_ABORT\r\n"},
         {"NOTE_NEW und mehr\r\n", "OK\r\n"},
+        {"NOTE_TEXT\tTab\r\n", "ERROR Unknown command: NOTE_TEXT\tTab\r\n"},
         {"NOTE_COLOR 16711680\r\n", "ERROR Invalid parameter: NOTE_COLOR 16711680\r\n"},
         {"NOTE_FONT_BOLD\r\n", "ERROR Invalid parameter: NOTE_FONT_BOLD\r\n"},
         {"NOTE_NEW\r\nGr\xfc\xdf"

@@ -109,7 +109,12 @@ TEST_F(Sending, ToAnotherVersionNothingIsSentButAllIsCounted) {
     const struct {
         std::string greeting;
         std::wstring version;
-    } rows[] = {{"OK X PROTOCOL_VERSION 2.0.0 READY\r\n", L"2.0.0"}, {"ERROR voll\r\n", L""}, {"", L""}};
+    } rows[] = {{"OK X PROTOCOL_VERSION 2.0.0 READY\r\n", L"2.0.0"},
+                {"OK PROTOCOL_VERSION 2.0\r\n", L"2.0"},
+                {"OK PROTOCOL_VERSION\r\n", L""},
+                {"OK PROTOCOL_VERSION  1.0.0\r\n", L""},
+                {"ERROR voll\r\n", L""},
+                {"", L""}};
     for (const auto& row : rows) {
         std::string got;
         const auto session = SendTo(
@@ -152,12 +157,13 @@ TEST_F(Sending, APeerThatTalksUnaskedIsNotListenedTo) {
 
 TEST_F(Sending, APeerThatFallsSilentOrLeaves) {
     const auto silent = [](RawConnection& connection) {
-        connection.Send(kReady);
+        connection.Send("OK Kivora 1.5\r\n");
         connection.Line();
         connection.Rest(5s);
     };
     EXPECT_EQ(SendTo(silent, {{L"a"}})->GetNumberSentNotes(), L"0");
     EXPECT_EQ(messages, Texts{kNoAnswer});
+    EXPECT_EQ(version, L"1.0.0") << "where the greeting names none";
 
     for (const bool reset : {false, true}) {
         messages.clear();
