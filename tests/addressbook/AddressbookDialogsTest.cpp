@@ -44,13 +44,6 @@ void CheckRow(EntryList& list, int row) {
     list.OnCheck();
 }
 
-void Select(wxListBox& list, int row) {
-    list.SetSelection(row);
-    wxCommandEvent event(wxEVT_LISTBOX, list.GetId());
-    event.SetEventObject(&list);
-    list.ProcessWindowEvent(event);
-}
-
 class AddressbookDialogs : public testing::Test, protected MessageRecorder {
   protected:
     AddressbookDialogs() {
@@ -151,7 +144,7 @@ TEST_F(AddressbookDialogs, EditingTakesOverWhatIsLeft) {
         RunEvents();
         EXPECT_EQ(dialog->txtPCName->GetValue(), L"server");
         EXPECT_EQ(dialog->txtIP->GetValue(), L"10.0.0.9");
-        const auto select = [&](int row) { Select(*dialog->lstEdit, row); };
+        const auto select = [&](int row) { Click(*dialog->lstEdit, row); };
         dialog->txtComment->SetValue(L"Dach");
         dialog->txtPCName->SetValue(L"Server");
         select(1);
@@ -216,7 +209,7 @@ TEST_F(AddressbookDialogs, WhatIsTypedWhileAnAddressIsLookedUpIsKept) {
         wxTheApp->CallAfter([&] {
             RunEvents();
             dialog->txtIP->SetValue(kNowhere);
-            if (!row.closing) Select(*dialog->lstEdit, 1);
+            if (!row.closing) Click(*dialog->lstEdit, 1);
             Press(dialog->cmdSchliessen);
         });
         dialog->ShowModal({*GetAddressBookEntry(L"server"), *GetAddressBookEntry(L"anna")});

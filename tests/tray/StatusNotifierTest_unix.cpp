@@ -256,16 +256,6 @@ TEST_F(StatusNotifier, AWatcherThatIsNoHelpLeavesTheIconsToTheStrip) {
     EXPECT_TRUE(RunUntil([] { return Strip() != nullptr; }));
 }
 
-TEST_F(StatusNotifier, WhatAHostHasNoRoomForStandsInTheStrip) {
-    TestDesktop desktop(bus_, true);
-    for (int i = 0; i < 34; ++i) AddIcon(L"N" + std::to_wstring(i));
-    const auto stripWidth = [] { return Strip() ? ScreenRect(Strip()).width : 0; };
-    EXPECT_TRUE(RunUntil([&] { return desktop.Items().size() == 32; }));
-    EXPECT_TRUE(RunUntil([&] { return stripWidth() == 2 * kStripCell + 2 * kStripBorder; }));
-    icons_.erase(icons_.begin() + 5, icons_.begin() + 7);
-    EXPECT_TRUE(OnlyOnTheBus(desktop, 32));
-}
-
 TEST(SessionBus, IsFoundAndNeverStarted) {
     const char* named = g_getenv("DBUS_SESSION_BUS_ADDRESS");
     const std::string before = named ? named : "";
