@@ -44,19 +44,6 @@ std::string Repeated(const std::string& text, int times) {
     return result;
 }
 
-TEST(Receiver, SampleDialogueInPiecesOfEverySize) {
-    const std::string commands =
-        "NOTE_NEW\r\nNOTE_TEXT Einkaufen\r\nNOTE_TEXT Milch, Brot\r\nNOTE_FONT_SIZE 10\r\nNOTE_FONT_BOLD "
-        "1\r\n"
-        "NOTE_FONT_ITALIC 0\r\nNOTE_FONT_UNDERLINED 0\r\nNOTE_FONT_ALIGNMENT 0\r\nNOTE_COLOR 65535\r\n"
-        "NOTE_FINISHED\r\nQUIT\r\n";
-    const Dialogue expected{
-        Repeated("OK\r\n", 11), {{L"Einkaufen\r\nMilch, Brot", 10, true, false, false, 0, 65535}}, 1};
-    for (const std::size_t piece : {1u, 2u, 3u, 7u, 16u, 1000u})
-        EXPECT_EQ(Receive(commands, piece), expected) << piece;
-    EXPECT_EQ(Receiver::GreetingLine(), "OK Kivora 1.6.1 PROTOCOL_VERSION 1.0.0 READY\r\n");
-}
-
 TEST(Receiver, AnswersToEveryKindOfLine) {
     const struct {
         const char *lines, *replies;
