@@ -39,19 +39,18 @@ TestBus::TestBus() {
     configuration.replace(configuration.find("FOLDER"), 6, folder_);
     std::ofstream(folder_ + "/bus.conf") << configuration;
 
-    const std::string command = "dbus-daemon --config-file=" + folder_ +
-                                "/bus.conf --fork --print-address=1 --print-pid=1 2>/dev/null";
-    FILE* started = popen(command.c_str(), "r");
-    if (!started) return;
+    const std::string command = "exec dbus-daemon --config-file=" + folder_ +
+                                "/bus.conf --nofork --print-address=1 --print-pid=1 2>/dev/null";
+    output_ = popen(command.c_str(), "re");
     char address[256];
-    if (std::fscanf(started, "%255s %d", address, &pid_) == 2) address_ = address;
-    pclose(started);
+    if (output_ && std::fscanf(output_, "%255s %d", address, &pid_) == 2) address_ = address;
     if (Started()) setenv("DBUS_SESSION_BUS_ADDRESS", address_.c_str(), 1);
 }
 
 TestBus::~TestBus() {
     setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", 1);
     if (Started()) kill(pid_, SIGTERM);
+    if (output_) pclose(output_);  // waits for its end
     std::error_code ignored;
     std::filesystem::remove_all(folder_, ignored);
 }

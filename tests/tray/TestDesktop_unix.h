@@ -5,6 +5,7 @@
 #include <gio/gio.h>
 #include <sys/types.h>
 
+#include <cstdio>
 #include <functional>
 #include <memory>
 #include <string>
@@ -25,6 +26,7 @@ class TestBus {
     const std::string& Address() const { return address_; }
 
   private:
+    std::FILE* output_ = nullptr;
     pid_t pid_ = 0;
     std::string folder_, address_;
 };
