@@ -8,10 +8,19 @@
 
 namespace {
 
-std::optional<std::filesystem::path> ChosenIn(GtkFileChooser* chooser) {
-    const std::unique_ptr<char, decltype(&g_free)> name(gtk_file_chooser_get_filename(chooser), g_free);
+// A path that the toolkit gives away, if there is one.
+std::optional<std::filesystem::path> Path(char* given) {
+    const std::unique_ptr<char, decltype(&g_free)> name(given, g_free);
     if (!name) return std::nullopt;
     return name.get();
+}
+
+std::optional<std::filesystem::path> ChosenIn(GtkFileChooser* chooser) {
+    return Path(gtk_file_chooser_get_filename(chooser));
+}
+
+std::optional<std::filesystem::path> FolderOf(GtkFileChooser* chooser) {
+    return Path(gtk_file_chooser_get_current_folder(chooser));
 }
 
 }  // namespace
@@ -63,7 +72,9 @@ bool FileChooser::AddEnding() {
     std::optional<std::filesystem::path> file = ChosenIn(Native());
     if (!file || g_ascii_strcasecmp(file->extension().c_str(), ending_.c_str()) == 0) return false;
     *file += ending_;
-    gtk_file_chooser_set_current_folder(Native(), file->parent_path().c_str());
+    // A folder that is set anew is read anew, and an answer that comes meanwhile may get lost.
+    if (FolderOf(Native()) != file->parent_path())
+        gtk_file_chooser_set_current_folder(Native(), file->parent_path().c_str());
     gtk_file_chooser_set_current_name(Native(), file->filename().c_str());
     return true;
 }

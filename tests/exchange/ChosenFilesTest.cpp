@@ -31,8 +31,10 @@ void WithFileDialog(wxButton* button, std::function<void(FileDialogOnScreen&)> a
 }
 
 void AcceptSoon() {
-    After(300ms, [] {
-        if (const auto dialog = FileDialogOnScreen::Find()) dialog->Accept();
+    Repeated::Every(300ms, [] {
+        const auto dialog = FileDialogOnScreen::Find();
+        if (dialog) dialog->Accept();
+        return !dialog;
     });
 }
 

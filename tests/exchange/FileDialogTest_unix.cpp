@@ -18,29 +18,49 @@ struct Row {
     const char* chosen;
 };
 
-// Answers the dialog that is open; goes on until there is one that knows its folder.
-struct Answer {
-    Row row;
-    fs::path folder;
+// Answers the dialog that is open. Goes on until it has gone: an answer that comes while a folder is being
+// read may get lost. Gives up in the end.
+class Answer {
+  public:
+    Answer(const Row& row, const fs::path& folder) : row_(row), folder_(folder) {
+        const auto give = +[](gpointer answer) -> gboolean {
+            static_cast<Answer*>(answer)->Give();
+            return G_SOURCE_CONTINUE;
+        };
+        source_ = g_timeout_add(50, give, this);
+    }
+    ~Answer() { g_source_remove(source_); }
 
-    static gboolean Give(gpointer data) {
-        const auto& answer = *static_cast<const Answer*>(data);
+  private:
+    void Give() {
         GList* windows = gtk_window_list_toplevels();
         GtkFileChooser* chooser = nullptr;
         for (GList* each = windows; each; each = each->next) {
             if (GTK_IS_FILE_CHOOSER_DIALOG(each->data)) chooser = GTK_FILE_CHOOSER(each->data);
         }
         g_list_free(windows);
-        if (!chooser || !gtk_file_chooser_get_current_folder_file(chooser)) return G_SOURCE_CONTINUE;
+        if (!chooser) return;
+        GtkDialog* const dialog = GTK_DIALOG(chooser);
+        if (++tries_ > 200) return gtk_dialog_response(dialog, GTK_RESPONSE_CANCEL);
+        char* const current = gtk_file_chooser_get_current_folder(chooser);
+        const bool there = current && folder_ == current;
+        g_free(current);
+        if (!there) {
+            gtk_file_chooser_set_current_folder(chooser, folder_.c_str());
+            return;
+        }
         GSList* filters = gtk_file_chooser_list_filters(chooser);
-        GSList* filter = answer.row.allFiles ? g_slist_last(filters) : filters;
+        GSList* filter = row_.allFiles ? g_slist_last(filters) : filters;
         gtk_file_chooser_set_filter(chooser, GTK_FILE_FILTER(filter->data));
         g_slist_free(filters);
-        gtk_file_chooser_set_current_folder(chooser, answer.folder.c_str());
-        gtk_file_chooser_set_current_name(chooser, answer.row.typed);
-        gtk_dialog_response(GTK_DIALOG(chooser), GTK_RESPONSE_ACCEPT);
-        return G_SOURCE_REMOVE;
+        gtk_file_chooser_set_current_name(chooser, row_.typed);
+        gtk_dialog_response(dialog, GTK_RESPONSE_ACCEPT);
     }
+
+    const Row& row_;
+    const fs::path& folder_;
+    guint source_ = 0;
+    int tries_ = 0;
 };
 
 }  // namespace
@@ -55,8 +75,7 @@ TEST(FileDialog, SavedFilesGetTheirEnding) {
                         {"groß.KVR", false, "groß.KVR"},
                         {"anders.txt", true, "anders.txt"}};
     for (const Row& row : rows) {
-        Answer answer{row, folder};
-        g_timeout_add(50, &Answer::Give, &answer);
+        const Answer answer(row, folder);
         EXPECT_EQ(ChooseFile(owner, {.DialogTitle = L"Test", .save = true}), FileName(folder / row.chosen));
     }
     fs::remove_all(folder);
