@@ -18,8 +18,8 @@ struct Row {
     const char* chosen;
 };
 
-// Answers the dialog that is open. Goes on until it has gone: an answer that comes while a folder is being
-// read may get lost. Gives up in the end.
+// Answers the dialog that is open, again after half a second if it is still there: an answer that comes while
+// a folder is being read may get lost. Gives up in the end.
 class Answer {
   public:
     Answer(const Row& row, const fs::path& folder) : row_(row), folder_(folder) {
@@ -45,10 +45,9 @@ class Answer {
         char* const current = gtk_file_chooser_get_current_folder(chooser);
         const bool there = current && folder_ == current;
         g_free(current);
-        if (!there) {
-            gtk_file_chooser_set_current_folder(chooser, folder_.c_str());
-            return;
-        }
+        if (!there) return (void)gtk_file_chooser_set_current_folder(chooser, folder_.c_str());
+        if (waiting_-- > 0) return;
+        waiting_ = 10;
         GSList* filters = gtk_file_chooser_list_filters(chooser);
         GSList* filter = row_.allFiles ? g_slist_last(filters) : filters;
         gtk_file_chooser_set_filter(chooser, GTK_FILE_FILTER(filter->data));
@@ -60,7 +59,7 @@ class Answer {
     const Row& row_;
     const fs::path& folder_;
     guint source_ = 0;
-    int tries_ = 0;
+    int tries_ = 0, waiting_ = 0;
 };
 
 }  // namespace
