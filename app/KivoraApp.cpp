@@ -8,9 +8,6 @@
 bool KivoraApp::OnInit() {
     // The hidden main window and notes come and go; only "Beenden" ends the program.
     SetExitOnFrameDelete(false);
-    // Else every note is asked twice, whenever the program has nothing more to do, what it would do then.
-    wxIdleEvent::SetMode(wxIDLE_PROCESS_SPECIFIED);
-    wxUpdateUIEvent::SetMode(wxUPDATE_UI_PROCESS_SPECIFIED);
     // The toolkit's messages would open boxes of their own.
     delete wxLog::SetActiveTarget(new wxLogStderr);
     return true;
