@@ -40,8 +40,6 @@ class AtkNote : public NoteAccess {
     }
 
   private:
-    using Question = const char*(AtkObject*);
-
     void SetData(AtkNote* note) {
         g_object_set_data(G_OBJECT(note_.GetHandle()), kNote, note);
         g_object_set_data(G_OBJECT(note_.m_wxwindow), kNote, note);

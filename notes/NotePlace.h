@@ -12,6 +12,5 @@ wxPoint NextPlace();
 wxRect NotePixels(const wxWindow& window, double left, double top, double width, double height);
 
 // The rectangle as the screens of now can show it: no larger than all of them, from their left edge when it
-// would be wider, and on the nearest one where
-// too little of it would be visible.
+// would be wider, and on the nearest one where too little of it would be visible.
 wxRect OnScreens(wxRect rect);
