@@ -7,9 +7,9 @@
 
 #include "addressbook/AddressKeys.h"
 #include "addressbook/NameLookup.h"
-#include "base/basMessage.h"
-#include "base/basWait.h"
-#include "base/frmDialog.h"
+#include "dialogs/basMessage.h"
+#include "dialogs/basWait.h"
+#include "dialogs/frmDialog.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <functional>
 #include <string>
 
-#include "addressbook/AddressBook.h"
+#include "model/AddressBook.h"
 
 class wxTextCtrl;
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "addressbook/EntryList.h"
-#include "base/frmDialog.h"
+#include "dialogs/frmDialog.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 
 #include "addressbook/EntryList.h"
 #include "base/basText.h"
-#include "base/frmDialog.h"
+#include "dialogs/frmDialog.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "base/basWait.h"
+#include "dialogs/basWait.h"
 
 std::wstring ResolveHostAddress(const std::wstring& name, const std::function<bool()>& abandoned) {
     std::optional<std::wstring> found;

@@ -10,8 +10,8 @@
 #include "addressbook/frmAddressbookEntryEdit.h"
 #include "addressbook/frmAddressbookEntryNew.h"
 #include "base/CaseFold.h"
-#include "base/ControlNames.h"
-#include "base/basWait.h"
+#include "dialogs/ControlNames.h"
+#include "dialogs/basWait.h"
 
 namespace {
 

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "addressbook/AddressBook.h"
 #include "addressbook/EntryList.h"
-#include "base/frmDialog.h"
+#include "dialogs/frmDialog.h"
+#include "model/AddressBook.h"
 
 class frmAddressbook : public frmDialog {
   public:

@@ -5,8 +5,8 @@
 #include <wx/textctrl.h>
 #include <wx/weakref.h>
 
-#include "base/ControlNames.h"
-#include "base/basWait.h"
+#include "dialogs/ControlNames.h"
+#include "dialogs/basWait.h"
 
 frmAddressbookEntryEdit::frmAddressbookEntryEdit()
     : frmDialog(L"Adressbucheinträge bearbeiten", L"ch4_networkaddressbook.html", true) {

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "addressbook/EntryFields.h"
-#include "base/frmDialog.h"
+#include "dialogs/frmDialog.h"
 
 class wxListBox;
 

@@ -2,7 +2,7 @@
 // The dialog for a new address book entry. It adds nothing; its caller does.
 
 #include "addressbook/EntryFields.h"
-#include "base/frmDialog.h"
+#include "dialogs/frmDialog.h"
 
 class frmAddressbookEntryNew : public frmDialog {
   public:

@@ -1,7 +1,6 @@
 #include "app/Autostart.h"
 #include "base/ExecutableFileName.h"
 #include "base/FileName.h"
-#include "base/basHelp.h"
 
 std::wstring AutostartFileName() {
     return ExecutableFileName(ProgramFolder(), FileName(FilePath(ProgramPath()).filename()));

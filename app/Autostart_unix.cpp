@@ -4,7 +4,6 @@
 #include "app/Autostart.h"
 #include "base/DesktopEntry.h"
 #include "base/FileName.h"
-#include "base/basHelp.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 #include "app/KivoraApp.h"
 #include "app/NoteFolder.h"
 #include "base/DataFolder.h"
-#include "base/basMessage.h"
-#include "base/basWait.h"
+#include "dialogs/basMessage.h"
+#include "dialogs/basWait.h"
 #include "exchange/basExport.h"
 #include "notes/frmNote.h"
 

@@ -1,7 +1,7 @@
 #include "app/NoteServices.h"
 
 #include "app/KeptNotes.h"
-#include "base/basWait.h"
+#include "dialogs/basWait.h"
 #include "notes/basNotes.h"
 
 NoteServices::NoteServices() : store_(*this) { store_.OnDelete = KeepDeletedNote; }

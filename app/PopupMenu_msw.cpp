@@ -9,7 +9,7 @@
 #include <algorithm>
 
 #include "app/PopupMenu.h"
-#include "base/basWait.h"
+#include "dialogs/basWait.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "app/PopupMenu.h"
-#include "base/basWait.h"
+#include "dialogs/basWait.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 
 #include "app/Platform.h"
 #include "base/Homepage.h"
-#include "base/basHelp.h"
+#include "dialogs/OpenAddress.h"
 #include "res/Resources.h"
 
 frmInfo::frmInfo() : frmDialog(Alone(), L"Info", L"index.html") {

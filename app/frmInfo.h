@@ -1,7 +1,7 @@
 #pragma once
 // The About box.
 
-#include "base/frmDialog.h"
+#include "dialogs/frmDialog.h"
 
 class frmInfo : public frmDialog {
   public:

@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "app/Platform.h"
-#include "base/basWait.h"
+#include "dialogs/basWait.h"
 #include "res/Resources.h"
 
 namespace {

@@ -36,3 +36,5 @@ std::wstring NameFromText(std::wstring_view text, std::size_t longest) {
     name.erase(name.find_last_not_of(L" .") + 1);
     return name;
 }
+
+std::wstring ProgramFolder() { return FileName(FilePath(ProgramPath()).parent_path()); }

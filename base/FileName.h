@@ -20,3 +20,7 @@ std::wstring NameFromText(std::wstring_view text, std::size_t longest);
 
 // The name from the root of the file system on. The file need not exist.
 std::wstring AbsoluteFileName(const std::wstring& name);
+
+// Full path of the running program, and its folder without a separator at its end.
+std::wstring ProgramPath();
+std::wstring ProgramFolder();

@@ -14,3 +14,16 @@ std::wstring AbsoluteFileName(const std::wstring& name) {
     absolute.resize(GetFullPathNameW(name.c_str(), room, absolute.data(), nullptr));
     return absolute.empty() ? name : absolute;
 }
+
+std::wstring ProgramPath() {
+    std::wstring path(MAX_PATH, L'\0');
+    for (;;) {
+        const auto room = static_cast<DWORD>(path.size());
+        const DWORD length = GetModuleFileNameW(nullptr, path.data(), room);
+        if (length < room) {
+            path.resize(length);
+            return path;
+        }
+        path.resize(path.size() * 2);
+    }
+}

@@ -63,3 +63,15 @@ std::wstring AbsoluteFileName(const std::wstring& name) {
     const std::filesystem::path absolute = std::filesystem::absolute(path, failed);
     return failed ? name : FileName(absolute);
 }
+
+std::wstring ProgramPath() {
+    std::error_code failed;
+    const std::filesystem::path path = std::filesystem::read_symlink("/proc/self/exe", failed);
+    std::string name = path.native();
+    // What the system says when the program was replaced while it runs.
+    const std::string replaced = " (deleted)";
+    if (name.ends_with(replaced) && !std::filesystem::exists(path, failed)) {
+        name.resize(name.size() - replaced.size());
+    }
+    return FileName(name);
+}

@@ -1,6 +1,5 @@
 #include "base/ExecutableFileName.h"
 #include "base/FileName.h"
-#include "base/basHelp.h"
 #include "exchange/Association.h"
 
 std::wstring RegisteredProgram() {

@@ -10,7 +10,6 @@
 #include "base/DataFolder.h"
 #include "base/DesktopEntry.h"
 #include "base/FileName.h"
-#include "base/basHelp.h"
 #include "exchange/Association.h"
 #include "res/Resources.h"
 

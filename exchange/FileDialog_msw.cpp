@@ -3,9 +3,9 @@
 #include <commdlg.h>
 #include <wx/toplevel.h>
 
-#include "base/CancelPopup_msw.h"
 #include "base/FileName.h"
-#include "base/basWait.h"
+#include "dialogs/CancelPopup_msw.h"
+#include "dialogs/basWait.h"
 #include "exchange/ExportPath.h"
 #include "exchange/FileDialog.h"
 

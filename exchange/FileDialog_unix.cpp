@@ -1,8 +1,8 @@
 #include <wx/toplevel.h>
 
-#include "base/FileChooser_unix.h"
 #include "base/FileName.h"
 #include "base/basText.h"
+#include "dialogs/FileChooser_unix.h"
 #include "exchange/ExportPath.h"
 #include "exchange/FileDialog.h"
 

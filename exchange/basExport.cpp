@@ -1,10 +1,10 @@
 #include "exchange/basExport.h"
 
-#include "base/basMessage.h"
 #include "base/twips.h"
+#include "dialogs/OneDialog.h"
+#include "dialogs/basMessage.h"
 #include "exchange/ExportFile.h"
 #include "exchange/ExportPath.h"
-#include "exchange/OpenDialog.h"
 #include "exchange/frmExport.h"
 #include "notes/NoteStore.h"
 

@@ -3,9 +3,9 @@
 #include <functional>
 
 #include "base/FileName.h"
-#include "base/basMessage.h"
+#include "dialogs/OneDialog.h"
+#include "dialogs/basMessage.h"
 #include "exchange/ExportFile.h"
-#include "exchange/OpenDialog.h"
 #include "exchange/frmImport.h"
 #include "notes/NoteStore.h"
 

@@ -5,8 +5,8 @@
 #include <wx/textctrl.h>
 
 #include "base/FileName.h"
-#include "base/basMessage.h"
-#include "base/basWait.h"
+#include "dialogs/basMessage.h"
+#include "dialogs/basWait.h"
 #include "exchange/ExportFile.h"
 #include "exchange/ExportPath.h"
 #include "notes/NoteChoice.h"

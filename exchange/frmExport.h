@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "base/frmDialog.h"
+#include "dialogs/frmDialog.h"
 #include "exchange/FileDialog.h"
 
 class NoteChoice;

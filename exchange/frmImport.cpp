@@ -9,11 +9,11 @@
 
 #include <algorithm>
 
-#include "base/basWait.h"
+#include "dialogs/basWait.h"
 #include "exchange/ExportFile.h"
 #include "exchange/ExportPath.h"
+#include "model/NoteColor.h"
 #include "notes/NoteChoice.h"
-#include "notes/NoteColor.h"
 #include "notes/NoteWindow.h"
 #include "notes/PropertiesLook.h"
 #include "notes/frmNote.h"

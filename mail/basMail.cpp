@@ -4,8 +4,8 @@
 
 #include <optional>
 
-#include "base/basMessage.h"
-#include "base/basWait.h"
+#include "dialogs/basMessage.h"
+#include "dialogs/basWait.h"
 #include "mail/MailText.h"
 #include "mail/frmSendAsEMail.h"
 #include "notes/NoteChoice.h"

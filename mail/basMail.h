@@ -4,7 +4,7 @@
 #include <functional>
 #include <string>
 
-#include "base/basHelp.h"
+#include "dialogs/OpenAddress.h"
 
 class NoteStore;
 

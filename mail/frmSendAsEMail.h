@@ -1,7 +1,7 @@
 #pragma once
 // The dialog that asks which notes go to whom by e-mail. Its caller reads the controls.
 
-#include "base/frmDialog.h"
+#include "dialogs/frmDialog.h"
 
 class NoteChoice;
 class NoteStore;

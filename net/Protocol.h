@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "notes/NoteColor.h"
+#include "model/NoteColor.h"
 
 constexpr std::uint16_t kNotePort = 5998;
 constexpr std::wstring_view kProtocolVersion = L"1.0.0";

@@ -1,6 +1,7 @@
 #include "net/TcpSocket.h"
 
 #include <array>
+#include <utility>
 
 #include "addressbook/NameLookup.h"
 

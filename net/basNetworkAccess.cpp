@@ -4,7 +4,7 @@
 
 #include "base/DateText.h"
 #include "base/basText.h"
-#include "base/basWait.h"
+#include "dialogs/basWait.h"
 #include "net/clsIncoming.h"
 #include "net/clsOutgoing.h"
 #include "notes/NoteStore.h"
@@ -13,7 +13,6 @@ namespace {
 
 // More than any office has; fewer than a process may have handles.
 constexpr std::size_t kMostIncoming = 256;
-
 
 bool IsIncoming(const std::shared_ptr<clsSession>& session) {
     return dynamic_cast<const clsIncoming*>(session.get()) != nullptr;

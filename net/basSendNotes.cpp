@@ -2,8 +2,8 @@
 
 #include <optional>
 
-#include "base/basMessage.h"
-#include "base/basWait.h"
+#include "dialogs/basMessage.h"
+#include "dialogs/basWait.h"
 #include "net/basNetworkAccess.h"
 #include "net/clsOutgoing.h"
 #include "net/frmSendOverNetwork.h"

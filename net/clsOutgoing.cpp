@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "base/basMessage.h"
 #include "base/basText.h"
-#include "base/basWait.h"
+#include "dialogs/basMessage.h"
+#include "dialogs/basWait.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <wx/weakref.h>
 
 #include "addressbook/frmAddressbook.h"
-#include "base/basWait.h"
+#include "dialogs/basWait.h"
 #include "notes/NoteChoice.h"
 
 frmSendOverNetwork::frmSendOverNetwork(const NoteStore& store)

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "base/frmDialog.h"
+#include "dialogs/frmDialog.h"
 
 class NoteChoice;
 class NoteStore;

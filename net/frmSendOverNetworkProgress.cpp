@@ -9,8 +9,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "base/ControlNames.h"
 #include "base/twips.h"
+#include "dialogs/ControlNames.h"
 #include "net/clsOutgoing.h"
 
 namespace {

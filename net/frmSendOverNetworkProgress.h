@@ -7,7 +7,7 @@
 #include <functional>
 #include <memory>
 
-#include "base/frmDialog.h"
+#include "dialogs/frmDialog.h"
 
 class clsOutgoing;
 class wxGauge;

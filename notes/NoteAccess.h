@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-#include "notes/NoteLayout.h"
+#include "model/NoteLayout.h"
 
 class frmNote;
 

@@ -4,8 +4,8 @@
 #include <cmath>
 #include <utility>
 
+#include "model/NoteLayout.h"
 #include "notes/NoteGesture.h"
-#include "notes/NoteLayout.h"
 
 namespace {
 

@@ -5,10 +5,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "model/NoteColor.h"
+#include "model/TextFlow.h"
 #include "notes/LinePen.h"
-#include "notes/NoteColor.h"
 #include "notes/NoteWindow.h"
-#include "notes/TextFlow.h"
 #include "res/Resources.h"
 
 namespace {

@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "notes/NoteLayout.h"
+#include "model/NoteLayout.h"
 
 // The colour of a 0x00BBGGRR value.
 wxColour ToColour(std::int32_t bgr);

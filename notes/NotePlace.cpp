@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "model/ScreenPlace.h"
 #include "notes/NoteWindow.h"
-#include "notes/ScreenPlace.h"
 
 namespace {
 

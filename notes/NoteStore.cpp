@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "addressbook/AddressBook.h"
 #include "base/basText.h"
+#include "model/AddressBook.h"
 #include "notes/NoteWindow.h"
 #include "registry/clsRegistry.h"
 #include "tray/Notification.h"

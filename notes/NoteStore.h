@@ -3,6 +3,7 @@
 // change rewrites the whole image, so the subkeys stay numbered without gaps and a crash finds either the
 // image before the change or the one after it.
 
+#include <wx/event.h>
 #include <wx/weakref.h>
 
 #include <cstdint>

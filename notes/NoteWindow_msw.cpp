@@ -1,7 +1,7 @@
 #include <windows.h>
 
-#include "notes/NoteColor.h"
-#include "notes/NoteLayout.h"
+#include "model/NoteColor.h"
+#include "model/NoteLayout.h"
 #include "notes/NoteWindow.h"
 
 namespace {

@@ -7,8 +7,8 @@
 #include <utility>
 
 #include "base/twips.h"
-#include "notes/NoteColor.h"
-#include "notes/NoteLayout.h"
+#include "model/NoteColor.h"
+#include "model/NoteLayout.h"
 #include "notes/NoteWindow.h"
 
 // The toolkit's pixels are logical ones: it multiplies by the scale factor itself.

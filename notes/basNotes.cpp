@@ -1,8 +1,8 @@
 #include "notes/basNotes.h"
 
 #include "base/DateText.h"
-#include "base/basMessage.h"
-#include "base/basWait.h"
+#include "dialogs/basMessage.h"
+#include "dialogs/basWait.h"
 #include "notes/NoteStore.h"
 #include "notes/frmProperties.h"
 

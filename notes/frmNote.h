@@ -13,9 +13,9 @@
 #include <optional>
 #include <string>
 
-#include "base/frmDialog.h"
-#include "notes/NoteColor.h"
-#include "notes/NoteLayout.h"
+#include "dialogs/frmDialog.h"
+#include "model/NoteColor.h"
+#include "model/NoteLayout.h"
 #include "tray/TrayMenu.h"
 
 class frmNote;

@@ -1,5 +1,5 @@
 // Whether a note is on the screen, how high it stands there, and the icon that it has instead.
-#include "notes/NoteColor.h"
+#include "model/NoteColor.h"
 #include "notes/NoteGesture.h"
 #include "notes/NoteWindow.h"
 #include "notes/frmNote.h"

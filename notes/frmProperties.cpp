@@ -10,9 +10,9 @@
 
 #include <algorithm>
 
-#include "base/ControlNames.h"
 #include "base/basText.h"
-#include "notes/NoteColor.h"
+#include "dialogs/ControlNames.h"
+#include "model/NoteColor.h"
 #include "notes/NotePaint.h"
 #include "notes/NoteStore.h"
 #include "notes/NoteWindow.h"

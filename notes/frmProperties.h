@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <string>
 
-#include "base/frmDialog.h"
+#include "dialogs/frmDialog.h"
 
 class frmNote;
 class wxCheckBox;

@@ -1,6 +1,6 @@
 #include "print/PdfFileDialog_unix.h"
 
-#include "base/FileChooser_unix.h"
+#include "dialogs/FileChooser_unix.h"
 
 std::optional<std::filesystem::path> ChoosePdfFile() {
     static std::filesystem::path lastFolder;  // of this run

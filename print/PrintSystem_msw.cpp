@@ -10,8 +10,8 @@
 #include <cmath>
 #include <cstring>
 
-#include "base/CancelPopup_msw.h"
-#include "base/basWait.h"
+#include "dialogs/CancelPopup_msw.h"
+#include "dialogs/basWait.h"
 #include "print/PrintSystem.h"
 
 namespace {

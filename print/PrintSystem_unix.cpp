@@ -8,7 +8,7 @@
 
 #include "base/FileName.h"
 #include "base/basText.h"
-#include "base/basWait.h"
+#include "dialogs/basWait.h"
 #include "print/CupsService_unix.h"
 #include "print/PaperFormats_unix.h"
 #include "print/PdfFileDialog_unix.h"

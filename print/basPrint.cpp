@@ -6,8 +6,8 @@
 #include <cmath>
 #include <optional>
 
-#include "base/basMessage.h"
-#include "base/basWait.h"
+#include "dialogs/basMessage.h"
+#include "dialogs/basWait.h"
 #include "notes/NoteStore.h"
 #include "print/frmPrint.h"
 #include "print/frmPrintProgress.h"

@@ -8,9 +8,9 @@
 #include <wx/statbox.h>
 #include <wx/stattext.h>
 
-#include "base/ControlNames.h"
-#include "base/basMessage.h"
-#include "base/basWait.h"
+#include "dialogs/ControlNames.h"
+#include "dialogs/basMessage.h"
+#include "dialogs/basWait.h"
 #include "notes/NoteChoice.h"
 #include "notes/frmNote.h"
 

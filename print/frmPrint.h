@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "base/frmDialog.h"
+#include "dialogs/frmDialog.h"
 #include "print/PrintSystem.h"
 
 class NoteChoice;

@@ -7,8 +7,8 @@
 
 #include <algorithm>
 
-#include "base/ControlNames.h"
-#include "base/basWait.h"
+#include "dialogs/ControlNames.h"
+#include "dialogs/basWait.h"
 
 namespace {
 

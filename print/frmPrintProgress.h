@@ -4,7 +4,7 @@
 
 #include <chrono>
 
-#include "base/frmDialog.h"
+#include "dialogs/frmDialog.h"
 
 class frmPrintProgress : public frmDialog {
   public:

@@ -1,7 +1,7 @@
 #pragma once
 // The printer set-up: which printer, which paper, which way up.
 
-#include "base/frmDialog.h"
+#include "dialogs/frmDialog.h"
 #include "print/PrintSystem.h"
 
 class wxChoice;

@@ -1,7 +1,7 @@
 #pragma once
 // What the tests of the address book share.
 
-#include "addressbook/AddressBook.h"
+#include "model/AddressBook.h"
 
 inline clsAddressBookEntry Entry(const std::wstring& name, const std::wstring& ip = L"",
                                  const std::wstring& comment = L"") {

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "app/Autostart.h"
-#include "base/basHelp.h"
+#include "base/FileName.h"
 #include "notes/NoteStore.h"
 #include "registry/clsRegistry.h"
 #include "tests/notes/NoteRecorder.h"

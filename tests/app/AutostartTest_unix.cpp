@@ -7,7 +7,6 @@
 #include "app/Autostart.h"
 #include "base/DesktopEntry.h"
 #include "base/FileName.h"
-#include "base/basHelp.h"
 #include "tests/notes/NoteRecorder.h"
 #include "tests/support/Events.h"
 

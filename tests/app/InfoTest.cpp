@@ -1,4 +1,6 @@
 #include <gtest/gtest.h>
+#include <wx/button.h>
+#include <wx/textctrl.h>
 
 #include "app/NoteServices.h"
 #include "app/frmInfo.h"

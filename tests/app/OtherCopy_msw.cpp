@@ -3,7 +3,7 @@
 #include <stdexcept>
 #include <system_error>
 
-#include "base/basHelp.h"
+#include "base/FileName.h"
 #include "tests/app/OtherCopy.h"
 
 struct OtherCopy::Process {

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "base/basHelp.h"
+#include "base/FileName.h"
 #include "exchange/Association.h"
 #include "registry/clsRegistry.h"
 

@@ -6,7 +6,6 @@
 #include <iterator>
 
 #include "base/FileName.h"
-#include "base/basHelp.h"
 #include "exchange/Association.h"
 #include "tests/support/Events.h"
 

@@ -9,7 +9,7 @@
 
 #include "base/DataFolder.h"
 #include "base/FileName.h"
-#include "base/basWait.h"
+#include "dialogs/basWait.h"
 #include "exchange/basExport.h"
 #include "exchange/basImport.h"
 #include "exchange/frmExport.h"

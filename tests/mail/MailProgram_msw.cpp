@@ -3,7 +3,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "base/basHelp.h"
+#include "base/FileName.h"
 #include "base/basText.h"
 #include "registry/clsRegistry.h"
 #include "tests/mail/MailProgram.h"

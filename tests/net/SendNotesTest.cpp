@@ -5,8 +5,8 @@
 #include <wx/textctrl.h>
 
 #include "addressbook/frmAddressbook.h"
-#include "base/basMessage.h"
-#include "base/frmMessage.h"
+#include "dialogs/basMessage.h"
+#include "dialogs/frmMessage.h"
 #include "net/basSendNotes.h"
 #include "net/frmSendOverNetwork.h"
 #include "net/frmSendOverNetworkProgress.h"

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "addressbook/AddressBook.h"
+#include "model/AddressBook.h"
 #include "notes/NoteStore.h"
 #include "registry/clsRegistry.h"
 #include "tests/notes/NoteRecorder.h"

@@ -6,9 +6,9 @@
 #include <wx/spinctrl.h>
 #include <wx/textctrl.h>
 
-#include "base/basMessage.h"
-#include "base/frmMessage.h"
-#include "notes/NoteColor.h"
+#include "dialogs/basMessage.h"
+#include "dialogs/frmMessage.h"
+#include "model/NoteColor.h"
 #include "notes/NotePaint.h"
 #include "notes/NoteWindow.h"
 #include "notes/basNotes.h"

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "base/frmDialog.h"
+#include "dialogs/frmDialog.h"
 
 class wxTextCtrl;
 

@@ -10,7 +10,7 @@
 #include <functional>
 #include <utility>
 
-#include "base/frmDialog.h"
+#include "dialogs/frmDialog.h"
 
 class wxListBox;
 

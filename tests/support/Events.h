@@ -7,7 +7,7 @@
 #include <chrono>
 #include <functional>
 
-#include "base/basWait.h"
+#include "dialogs/basWait.h"
 
 // Lets events run for a while.
 inline void RunEvents(std::chrono::milliseconds span = std::chrono::milliseconds(50)) {

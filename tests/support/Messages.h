@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "base/basMessage.h"
+#include "dialogs/basMessage.h"
 
 class MessageRecorder {
   public:

@@ -1,4 +1,4 @@
-#include "base/frmMessage.h"
+#include "dialogs/frmMessage.h"
 
 #include <wx/button.h>
 #include <wx/dcclient.h>
@@ -7,8 +7,8 @@
 
 #include <algorithm>
 
-#include "base/ControlNames.h"
-#include "base/basMessage.h"
+#include "dialogs/ControlNames.h"
+#include "dialogs/basMessage.h"
 #include "res/Resources.h"
 
 namespace {

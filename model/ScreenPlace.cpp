@@ -1,4 +1,4 @@
-#include "notes/ScreenPlace.h"
+#include "model/ScreenPlace.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,4 +1,4 @@
-#include "base/basWait.h"
+#include "dialogs/basWait.h"
 
 #include <wx/evtloop.h>
 #include <wx/timer.h>

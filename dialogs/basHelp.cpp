@@ -1,7 +1,8 @@
-#include "base/basHelp.h"
+#include "dialogs/basHelp.h"
 
 #include "base/FileName.h"
-#include "base/basMessage.h"
+#include "dialogs/OpenAddress.h"
+#include "dialogs/basMessage.h"
 
 namespace {
 
@@ -30,5 +31,3 @@ void ShowHelp(const std::wstring& page) {
                     L"Unterordner \"Hilfe\" vorhanden sind und ein Internet-Browser installiert ist.",
                 kCritical, L"Hilfe-Datei konnte nicht aufgerufen werden");
 }
-
-std::wstring ProgramFolder() { return FileName(FilePath(ProgramPath()).parent_path()); }

@@ -1,4 +1,4 @@
-#include "addressbook/AddressBook.h"
+#include "model/AddressBook.h"
 
 #include <cstddef>
 #include <unordered_map>

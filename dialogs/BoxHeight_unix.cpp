@@ -1,7 +1,7 @@
 #include <gtk/gtk.h>
 #include <wx/textctrl.h>
 
-#include "base/BoxHeight.h"
+#include "dialogs/BoxHeight.h"
 
 // The toolkit's own answer leaves the theme's padding out at first and adds it again with every question.
 int HeightOf(const wxTextCtrl& box) {

@@ -1,4 +1,4 @@
-#include "notes/NoteColor.h"
+#include "model/NoteColor.h"
 
 #include <algorithm>
 #include <cmath>

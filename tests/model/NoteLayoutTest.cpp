@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "notes/NoteLayout.h"
+#include "model/NoteLayout.h"
 
 namespace {
 

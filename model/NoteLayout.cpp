@@ -1,4 +1,4 @@
-#include "notes/NoteLayout.h"
+#include "model/NoteLayout.h"
 
 NotePart NoteLayout::PartAt(double x, double y) const {
     if (cmdMinimize.Contains(x, y)) return NotePart::cmdMinimize;

@@ -1,7 +1,7 @@
 #include <gtk/gtk.h>
 #include <wx/toplevel.h>
 
-#include "base/Stacking.h"
+#include "dialogs/Stacking.h"
 
 void KeepAbove(wxTopLevelWindow& window, bool above) {
     gtk_window_set_keep_above(GTK_WINDOW(window.GetHandle()), above);

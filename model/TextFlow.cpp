@@ -1,4 +1,4 @@
-#include "notes/TextFlow.h"
+#include "model/TextFlow.h"
 
 #include <algorithm>
 

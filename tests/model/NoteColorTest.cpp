@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "notes/NoteColor.h"
+#include "model/NoteColor.h"
 
 TEST(NoteColor, DependsOnTheDepthOfTheDisplay) {
     struct Row {

@@ -2,8 +2,8 @@
 #include <wx/display.h>
 #include <wx/stattext.h>
 
-#include "base/basMessage.h"
-#include "base/frmMessage.h"
+#include "dialogs/basMessage.h"
+#include "dialogs/frmMessage.h"
 
 namespace {
 

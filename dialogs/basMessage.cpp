@@ -1,8 +1,8 @@
-#include "base/basMessage.h"
+#include "dialogs/basMessage.h"
 
 #include <utility>
 
-#include "base/frmMessage.h"
+#include "dialogs/frmMessage.h"
 
 namespace {
 

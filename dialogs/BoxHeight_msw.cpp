@@ -1,5 +1,5 @@
 #include <wx/textctrl.h>
 
-#include "base/BoxHeight.h"
+#include "dialogs/BoxHeight.h"
 
 int HeightOf(const wxTextCtrl& box) { return box.GetBestSize().y; }

@@ -15,7 +15,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "base/ControlNames.h"
+#include "dialogs/ControlNames.h"
 
 namespace {
 

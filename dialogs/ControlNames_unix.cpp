@@ -1,7 +1,7 @@
 #include <gtk/gtk.h>
 #include <wx/window.h>
 
-#include "base/ControlNames.h"
+#include "dialogs/ControlNames.h"
 
 namespace {
 

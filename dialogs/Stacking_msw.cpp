@@ -2,7 +2,7 @@
 
 #include <wx/toplevel.h>
 
-#include "base/Stacking.h"
+#include "dialogs/Stacking.h"
 
 namespace {
 

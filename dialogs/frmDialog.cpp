@@ -1,4 +1,4 @@
-#include "base/frmDialog.h"
+#include "dialogs/frmDialog.h"
 
 #include <wx/button.h>
 #include <wx/display.h>
@@ -13,11 +13,11 @@
 #include <utility>
 #include <vector>
 
-#include "base/BoxHeight.h"
-#include "base/ControlNames.h"
-#include "base/Stacking.h"
-#include "base/basHelp.h"
-#include "base/basWait.h"
+#include "dialogs/BoxHeight.h"
+#include "dialogs/ControlNames.h"
+#include "dialogs/Stacking.h"
+#include "dialogs/basHelp.h"
+#include "dialogs/basWait.h"
 #include "res/Resources.h"
 
 namespace {

@@ -1,10 +1,10 @@
-#include "base/FileChooser_unix.h"
+#include "dialogs/FileChooser_unix.h"
 
 #include <memory>
 
 #include "base/basText.h"
-#include "base/basWait.h"
-#include "base/frmDialog.h"
+#include "dialogs/basWait.h"
+#include "dialogs/frmDialog.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <chrono>
 
-#include "notes/TextFlow.h"
+#include "model/TextFlow.h"
 
 namespace {
 

@@ -4,9 +4,8 @@
 #include <optional>
 
 #include "base/FileName.h"
-#include "base/basHelp.h"
-#include "base/basText.h"
-#include "base/basWait.h"
+#include "dialogs/OpenAddress.h"
+#include "dialogs/basWait.h"
 
 namespace {
 
@@ -54,18 +53,6 @@ bool OpenByProgram(std::string address) {
 }
 
 }  // namespace
-
-std::wstring ProgramPath() {
-    std::error_code failed;
-    const std::filesystem::path path = std::filesystem::read_symlink("/proc/self/exe", failed);
-    std::string name = path.native();
-    // What the system says when the program was replaced while it runs.
-    const std::string replaced = " (deleted)";
-    if (name.ends_with(replaced) && !std::filesystem::exists(path, failed)) {
-        name.resize(name.size() - replaced.size());
-    }
-    return FileName(name);
-}
 
 bool OpenAddress(const std::wstring& address) {
     const std::string bytes = FilePath(address).native();

@@ -2,7 +2,7 @@
 // The message box: a text with a picture, and OK or Yes and No. A dialog like all others, so that quitting
 // the program unwinds it like all others. Whoever has something to say calls ShowMessage.
 
-#include "base/frmDialog.h"
+#include "dialogs/frmDialog.h"
 
 class frmMessage : public frmDialog {
   public:

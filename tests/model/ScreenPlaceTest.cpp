@@ -2,7 +2,7 @@
 
 #include <limits>
 
-#include "notes/ScreenPlace.h"
+#include "model/ScreenPlace.h"
 
 namespace {
 

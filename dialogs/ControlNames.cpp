@@ -1,4 +1,4 @@
-#include "base/ControlNames.h"
+#include "dialogs/ControlNames.h"
 
 #include <wx/choice.h>
 #include <wx/gauge.h>
