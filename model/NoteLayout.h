@@ -24,9 +24,6 @@ constexpr double kSmallestPixels = 50;
 
 enum class NotePart { Body, lblMessage, lblZeit, picEcke, cmdMinimize, chkForeground };
 
-// Alignment codes of a note's text.
-enum : std::int32_t { kAlignLeft = 0, kAlignRight = 1, kAlignCentre = 2 };
-
 // What the window system calls the part of a window that a press hits.
 enum HitTest : int {
     HT_NONE = 0,

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "model/NoteColor.h"
+#include "model/Note.h"
 #include "model/TextFlow.h"
 #include "notes/LinePen.h"
 #include "notes/NoteWindow.h"

@@ -14,7 +14,7 @@
 #include <string>
 
 #include "dialogs/frmDialog.h"
-#include "model/NoteColor.h"
+#include "model/Note.h"
 #include "model/NoteLayout.h"
 #include "tray/TrayMenu.h"
 
@@ -39,10 +39,6 @@ class NoteHost {
     virtual std::vector<TrayMenuEntry> TrayMenu(const frmNote&) { return {}; }
     virtual void RunFromTrayMenu(frmNote&, int) {}
 };
-
-constexpr int kSmallestFontSize = 8;
-constexpr int kLargestFontSize = 25;
-constexpr int kDefaultFontSize = 12;
 
 class frmNote : public wxFrame {
   public:

@@ -8,7 +8,7 @@
 
 #include "dialogs/basMessage.h"
 #include "dialogs/frmMessage.h"
-#include "model/NoteColor.h"
+#include "model/Note.h"
 #include "notes/NotePaint.h"
 #include "notes/NoteWindow.h"
 #include "notes/basNotes.h"

@@ -1,0 +1,56 @@
+#pragma once
+// A note as data: what it says, when it was written, how it looks and where it stands. Whoever shows, keeps,
+// sends, prints or exports a note has one of these; there is no other record of a note inside the program.
+// No window, no registry.
+
+#include <cstdint>
+#include <string>
+
+#include "model/NoteColor.h"
+
+// Alignment codes of a note's text.
+enum : std::int32_t { kAlignLeft = 0, kAlignRight = 1, kAlignCentre = 2 };
+
+// Font sizes in points.
+constexpr std::int32_t kSmallestFontSize = 8;
+constexpr std::int32_t kLargestFontSize = 25;
+constexpr std::int32_t kDefaultFontSize = 12;
+
+// How the text of a note looks. As it stands here: what a new note looks like.
+struct NoteLook {
+    std::int32_t size = kDefaultFontSize;  // points; kept as it is, drawn within the bounds above
+    bool bold = false, italic = false, underlined = false;
+    std::int32_t alignment = kAlignLeft;  // any other code shows as left
+    std::int32_t color = kYellow;         // colour code, 0x00BBGGRR
+
+    bool operator==(const NoteLook&) const = default;
+};
+
+// A style that a text is set in or not, and the words for it. Everything that goes through the styles one by
+// one goes through this table.
+struct NoteStyle {
+    bool NoteLook::*flag;
+    const wchar_t* caption;    // of its box in the dialog
+    const wchar_t* valueName;  // under which it is kept
+};
+// In the order of the dialog's boxes.
+inline constexpr NoteStyle kNoteStyles[] = {{&NoteLook::underlined, L"unterstrichen", L"FontUnderlined"},
+                                            {&NoteLook::bold, L"fett", L"FontBold"},
+                                            {&NoteLook::italic, L"kursiv", L"FontItalic"}};
+
+// The window's place on the desktop, in twips. May be one that the screens of now cannot show.
+struct NotePlace {
+    double left = 0, top = 0, width = 0, height = 0;
+
+    bool operator==(const NotePlace&) const = default;
+};
+
+struct Note {
+    std::wstring text;  // CR LF between its lines
+    std::wstring creationTime;
+    NoteLook look;
+    NotePlace place;
+    bool foreground = false;  // stays above other windows
+
+    bool operator==(const Note&) const = default;
+};
