@@ -19,12 +19,13 @@ bool RegisterFileExtensions() {
         {L"Kivora.Export\\shell\\print\\command", program + L" /[print] /%1"},
     };
     {
-        const RegistryTransaction together;
+        RegistryTransaction together;
         for (const auto& entry : entries) {
             const std::wstring key = std::wstring(L"HKCR\\") + entry.key;
             Registry().CreateKey(key);
             Registry().SetValue(key + L"\\", REG_TYPE_SZ, entry.value);
         }
+        together.Commit();
     }
     RegisterWithDesktop();
     return true;

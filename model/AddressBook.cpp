@@ -72,7 +72,7 @@ void LoadAddressBook() {
 }
 
 void SaveAddressBook() {
-    const RegistryTransaction image;
+    RegistryTransaction image;
     for (const std::wstring& name : EntryKeys()) Registry().DeleteKey(kSettings + name);
     std::size_t number = 0;
     for (const clsAddressBookEntry& entry : AddressBook()) {
@@ -81,4 +81,5 @@ void SaveAddressBook() {
         Registry().SetValue(path + L"IP", REG_TYPE_SZ, entry.IP());
         Registry().SetValue(path + L"Comment", REG_TYPE_SZ, entry.Comment());
     }
+    image.Commit();
 }

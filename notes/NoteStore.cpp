@@ -93,6 +93,7 @@ void NoteStore::SaveNotes() {
         ++number;
     }
     SaveAddressBook();
+    image.Commit();
 }
 
 frmNote& NoteStore::AddNote(NotePtr note) {

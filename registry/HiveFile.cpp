@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <chrono>
 #include <cstring>
 #include <ctime>
@@ -125,7 +126,22 @@ bool MoveAside(const fs::path& file) {
     return true;
 }
 
-bool IsDamage(int result) { return (result & 0xFF) == SQLITE_NOTADB || (result & 0xFF) == SQLITE_CORRUPT; }
+// Why the kernel refused.
+KeepFailure FailureOf(int error) {
+    switch (error) {
+        case EACCES:
+        case EPERM:
+            return KeepFailure::NoAccess;
+        case EROFS:
+            return KeepFailure::ReadOnly;
+        case ENOSPC:
+        case EDQUOT:
+        case EFBIG:
+            return KeepFailure::DiskFull;
+        default:
+            return KeepFailure::Failed;
+    }
+}
 
 std::string Bytes(sqlite3_stmt* query, int column) {
     const void* const bytes = sqlite3_column_blob(query, column);
@@ -220,27 +236,70 @@ void HiveFile::Close() {
     db_ = nullptr;
 }
 
-std::unique_ptr<HiveImage> HiveFile::Open(const fs::path& file) {
-    if (file.empty() || !MakePrivateFolder(file.parent_path())) return nullptr;
+KeepResult HiveFile::ResultOf(int code) const {
+    // SQLite does not remember the error of every failed write.
+    const int error = sqlite3_system_errno(db_) ? sqlite3_system_errno(db_) : errno;
+    KeepFailure failure = KeepFailure::Failed;
+    switch (code & 0xFF) {
+        case SQLITE_OK:
+            return {};
+        case SQLITE_BUSY:
+        case SQLITE_LOCKED:
+            failure = KeepFailure::Locked;
+            break;
+        case SQLITE_FULL:
+            failure = KeepFailure::DiskFull;
+            break;
+        case SQLITE_READONLY:
+            // SQLite opens a file for reading when it may not write it, whatever the reason.
+            failure = FailureOf(access(sqlite3_db_filename(db_, nullptr), W_OK) == 0 ? EACCES : errno);
+            break;
+        case SQLITE_PERM:
+        case SQLITE_AUTH:
+            failure = KeepFailure::NoAccess;
+            break;
+        case SQLITE_NOTADB:
+        case SQLITE_CORRUPT:
+            failure = KeepFailure::Damaged;
+            break;
+        case SQLITE_CANTOPEN:
+        case SQLITE_IOERR:
+            failure = FailureOf(error);
+            break;
+        default:
+            break;
+    }
+    return {failure, std::string(sqlite3_errstr(code)) + (error ? std::string(": ") + strerror(error) : "")};
+}
+
+std::unique_ptr<HiveImage> HiveFile::Open(const fs::path& file, KeepResult& result) {
+    if (file.empty() || !MakePrivateFolder(file.parent_path())) {
+        const int error = file.empty() ? ENOENT : errno;
+        result = {FailureOf(error), strerror(error)};
+        return nullptr;
+    }
     const FolderLock lock(file.parent_path());
-    if (!lock.Held()) return nullptr;
+    if (!lock.Held()) {
+        result = {KeepFailure::Locked, "the folder is locked"};
+        return nullptr;
+    }
     for (int attempt = 0; attempt < 2; ++attempt) {
         MakePrivateFile(file);
         auto image = std::make_unique<HiveImage>();
-        int result = TryOpen(file);
-        if (result == SQLITE_OK) result = ReadInto(*image);
-        if (result == SQLITE_OK) return image;
+        result = TryOpen(file);
+        if (result.Kept()) result = ResultOf(ReadInto(*image));
+        if (result.Kept()) return image;
         Close();
-        if (!IsDamage(result) || !MoveAside(file)) break;
+        if (result.failure != KeepFailure::Damaged || !MoveAside(file)) break;
     }
     return nullptr;
 }
 
-int HiveFile::TryOpen(const fs::path& file) {
+KeepResult HiveFile::TryOpen(const fs::path& file) {
     // Pages are taken one by one, so that they can be given back after reading.
     [[maybe_unused]] static const int configured = sqlite3_config(SQLITE_CONFIG_PAGECACHE, nullptr, 0, 0);
     int result = sqlite3_open_v2(file.c_str(), &db_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
-    if (result != SQLITE_OK) return result;
+    if (result != SQLITE_OK) return ResultOf(result);
     sqlite3_extended_result_codes(db_, 1);
     sqlite3_busy_handler(db_, WaitForOthers, nullptr);
     std::int64_t format = 0;
@@ -250,10 +309,10 @@ int HiveFile::TryOpen(const fs::path& file) {
         if ((result = sqlite3_step(query)) == SQLITE_ROW) format = sqlite3_column_int64(query, 0);
         result = sqlite3_finalize(query);
     }
-    if (result != SQLITE_OK) return result;
-    if (format > kFormat) return SQLITE_CANTOPEN;  // a later version's file is not ours to change
-    if (!Execute("PRAGMA synchronous = FULL")) return sqlite3_errcode(db_);
-    return format == kFormat ? SQLITE_OK : CreateTables();
+    if (result != SQLITE_OK) return ResultOf(result);
+    if (format > kFormat) return {KeepFailure::TooNew, "user_version " + std::to_string(format)};
+    if (!Execute("PRAGMA synchronous = FULL")) return ResultOf(sqlite3_extended_errcode(db_));
+    return ResultOf(format == kFormat ? SQLITE_OK : CreateTables());
 }
 
 int HiveFile::CreateTables() {
@@ -267,9 +326,10 @@ bool HiveFile::Execute(const char* sql) {
     return db_ && sqlite3_exec(db_, sql, nullptr, nullptr, nullptr) == SQLITE_OK;
 }
 
-std::unique_ptr<HiveImage> HiveFile::Load() {
+std::unique_ptr<HiveImage> HiveFile::Load(KeepResult& result) {
     auto image = std::make_unique<HiveImage>();
-    return ReadInto(*image) == SQLITE_OK ? std::move(image) : nullptr;
+    result = ResultOf(ReadInto(*image));
+    return result.Kept() ? std::move(image) : nullptr;
 }
 
 int HiveFile::ReadInto(HiveImage& image) {
@@ -306,12 +366,15 @@ bool HiveFile::ChangedElsewhere() {
     return !version.Next() || sqlite3_column_int64(version.Row(), 0) != dataVersion_;
 }
 
-bool HiveFile::Begin() { return Execute("BEGIN IMMEDIATE"); }
+KeepResult HiveFile::Begin() {
+    return Execute("BEGIN IMMEDIATE") ? KeepResult{} : ResultOf(sqlite3_extended_errcode(db_));
+}
 
-bool HiveFile::Commit(const HiveImage& image) {
-    if (image.WriteChanges(*this) && Execute("COMMIT")) return true;
+KeepResult HiveFile::Commit(const HiveImage& image) {
+    if (image.WriteChanges(*this) && Execute("COMMIT")) return {};
+    const KeepResult result = ResultOf(sqlite3_extended_errcode(db_));
     Rollback();
-    return false;
+    return result.Kept() ? KeepResult{KeepFailure::Failed, "not written"} : result;
 }
 
 void HiveFile::Rollback() {

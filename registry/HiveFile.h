@@ -10,6 +10,7 @@
 #include <memory>
 
 #include "registry/HiveImage.h"
+#include "registry/KeepResult.h"
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -22,20 +23,20 @@ class HiveFile : private HiveWriter {
     HiveFile& operator=(const HiveFile&) = delete;
 
     // Opens the file, making it and its folder (readable for the user alone), and reads it. Null when that is
-    // impossible; the file is as it was then.
-    std::unique_ptr<HiveImage> Open(const std::filesystem::path& file);
+    // impossible, and `result` says why; the file is as it was then.
+    std::unique_ptr<HiveImage> Open(const std::filesystem::path& file, KeepResult& result);
 
-    // Reads the whole file; null when that fails.
-    std::unique_ptr<HiveImage> Load();
+    // Reads the whole file; null when that fails, and `result` says why.
+    std::unique_ptr<HiveImage> Load(KeepResult& result);
 
     // True when another process has written since the last Load, or when that cannot be told.
     bool ChangedElsewhere();
 
-    // From here to Commit or Rollback nobody else writes. Waits for other writers, half a minute at most;
-    // false when that did not help or the file cannot be written.
-    bool Begin();
-    // Writes the changes down durably, or, with the result false, nothing.
-    bool Commit(const HiveImage& image);
+    // From here to Commit or Rollback nobody else writes. Waits for other writers, half a minute at most; the
+    // result says when that did not help or the file cannot be written.
+    KeepResult Begin();
+    // Writes the changes down durably, or, when the result says so, nothing.
+    KeepResult Commit(const HiveImage& image);
     void Rollback();
 
   private:
@@ -53,10 +54,11 @@ class HiveFile : private HiveWriter {
     };
     class Run;
 
-    int TryOpen(const std::filesystem::path& file);
+    KeepResult TryOpen(const std::filesystem::path& file);
     int CreateTables();
     int ReadInto(HiveImage& image);
     bool Execute(const char* sql);
+    KeepResult ResultOf(int code) const;
     void Close();
 
     bool AddKey(std::int64_t id, std::int64_t parent, const std::string& name) override;

@@ -85,6 +85,8 @@ class HiveImage {
     // Deletes a key without subkeys that is no root.
     void DeleteKey(HiveKey& key);
 
+    bool IsChanged() const { return !touched_.empty(); }
+
     // Writes what differs from the file. False as soon as the writer fails.
     bool WriteChanges(HiveWriter& writer) const;
 

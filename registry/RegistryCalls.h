@@ -10,6 +10,8 @@
 #include <cstdint>
 #include <string>
 
+#include "registry/KeepResult.h"
+
 namespace RegistryCalls {
 
 using Key = std::uintptr_t;  // an open key, or one of the roots; 0 is no key
@@ -60,9 +62,9 @@ long DeleteValue(Key key, const std::string& name);
 long CloseKey(Key key);
 
 // Begin and end of a RegistryTransaction; they nest. When one of them ends without being kept, nothing of the
-// outermost one is.
+// outermost one is. The result says why something written in it is not kept.
 void BeginTransaction();
-void EndTransaction(bool keep);
+KeepResult EndTransaction(bool keep);
 
 // What a character takes there at most, as far as readers make room for it.
 extern const std::size_t kBytesOfCharacter;

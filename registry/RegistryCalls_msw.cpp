@@ -26,6 +26,35 @@ bool IsWithinLimits(const std::string& subKey) {
     return true;
 }
 
+int openTransactions = 0;
+KeepResult firstFailure;  // among the writing calls since the outermost transaction began
+
+// Remembers why something was not written. That what was to be deleted is not there is no failure.
+long Noted(long result) {
+    if (result == kSuccess || result == kFileNotFound || !firstFailure.Kept()) return result;
+    KeepFailure failure = KeepFailure::Failed;
+    switch (result) {
+        case ERROR_ACCESS_DENIED:
+            failure = KeepFailure::NoAccess;
+            break;
+        case ERROR_WRITE_PROTECT:
+            failure = KeepFailure::ReadOnly;
+            break;
+        case ERROR_DISK_FULL:
+        case ERROR_NO_SYSTEM_RESOURCES:
+            failure = KeepFailure::DiskFull;
+            break;
+        case ERROR_BADDB:
+        case ERROR_REGISTRY_CORRUPT:
+            failure = KeepFailure::Damaged;
+            break;
+        default:
+            break;
+    }
+    firstFailure = {failure, "Windows error " + std::to_string(result)};
+    return result;
+}
+
 BYTE* Bytes(void* data) { return static_cast<BYTE*>(data); }
 
 }  // namespace
@@ -34,16 +63,16 @@ long OpenKey(Key parent, const std::string& subKey, std::uint32_t access, Key& r
     HKEY key = nullptr;
     const long opened = RegOpenKeyExA(Native(parent), subKey.c_str(), 0, access, &key);
     if (opened == kSuccess) result = reinterpret_cast<Key>(key);
-    return opened;
+    return access & kSetValue ? Noted(opened) : opened;
 }
 
 long CreateKey(Key parent, const std::string& subKey, std::uint32_t access, Key& result) {
-    if (!IsWithinLimits(subKey)) return kInvalidParameter;
+    if (!IsWithinLimits(subKey)) return Noted(kInvalidParameter);
     HKEY key = nullptr;
     const long created = RegCreateKeyExA(Native(parent), subKey.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE,
                                          access, nullptr, &key, nullptr);
     if (created == kSuccess) result = reinterpret_cast<Key>(key);
-    return created;
+    return Noted(created);
 }
 
 long QueryValue(Key key, const std::string& name, std::uint32_t& type, void* data, std::uint32_t& size) {
@@ -59,7 +88,7 @@ long SetValue(Key key, const std::string& name, std::uint32_t type, const void* 
     // The call looks behind the end of a text, and stores a NUL that it finds there as well.
     std::string guarded(static_cast<const char*>(data), size);
     guarded += '.';
-    return RegSetValueExA(Native(key), name.c_str(), 0, type, Bytes(guarded.data()), size);
+    return Noted(RegSetValueExA(Native(key), name.c_str(), 0, type, Bytes(guarded.data()), size));
 }
 
 long EnumKey(Key key, std::uint32_t index, char* name, std::uint32_t& nameSize) {
@@ -88,16 +117,24 @@ long EnumValue(Key key, std::uint32_t index, char* name, std::uint32_t& nameSize
 }
 
 long DeleteKey(Key parent, const std::string& subKey) {
-    return RegDeleteKeyA(Native(parent), subKey.c_str());
+    return Noted(RegDeleteKeyA(Native(parent), subKey.c_str()));
 }
 
-long DeleteValue(Key key, const std::string& name) { return RegDeleteValueA(Native(key), name.c_str()); }
+long DeleteValue(Key key, const std::string& name) {
+    return Noted(RegDeleteValueA(Native(key), name.c_str()));
+}
 
 long CloseKey(Key key) { return RegCloseKey(Native(key)); }
 
-// The system's registry keeps what is written at once, call by call.
-void BeginTransaction() {}
-void EndTransaction(bool) {}
+// The registry keeps what is written at once, call by call; there is nothing to take back.
+void BeginTransaction() {
+    if (openTransactions++ == 0) firstFailure = {};
+}
+
+KeepResult EndTransaction(bool) {
+    --openTransactions;
+    return firstFailure;
+}
 
 const std::size_t kBytesOfCharacter = 1;
 

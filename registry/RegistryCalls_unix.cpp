@@ -92,8 +92,11 @@ template <class Change>
 long Write(Change change) {
     Hive().Begin();
     const long result = Hive().MayWrite() ? change() : static_cast<long>(kIoFailed);
-    const bool kept = Hive().End(true);
-    return result == kSuccess && !kept ? static_cast<long>(kIoFailed) : result;
+    KeepResult ending;
+    if (result == kAccessDenied || result == kInvalidParameter)
+        ending = {KeepFailure::Failed, "registry error " + std::to_string(result)};
+    const KeepResult end = Hive().End(ending);
+    return result == kSuccess && !end.Kept() ? static_cast<long>(kIoFailed) : result;
 }
 
 // Names end at their first NUL, as they do where they are handed over as C texts.
@@ -225,7 +228,9 @@ long CloseKey(Key key) {
 
 void BeginTransaction() { Hive().Begin(); }
 
-void EndTransaction(bool keep) { Hive().End(keep); }
+KeepResult EndTransaction(bool keep) {
+    return Hive().End(keep ? KeepResult{} : KeepResult{KeepFailure::Failed, "not committed"});
+}
 
 const std::size_t kBytesOfCharacter = 4;
 

@@ -24,9 +24,9 @@ void RegistryHive::Refresh() {
     if (state_ == kUnreadable) return;
     if (state_ == kUnopened) {
         file_ = std::make_unique<HiveFile>();
-        Take(file_->Open(HivePath()));
+        Take(file_->Open(HivePath(), usable_));
     } else if (stale_ || file_->ChangedElsewhere()) {
-        Take(file_->Load());
+        Take(file_->Load(usable_));
     }
 }
 
@@ -39,28 +39,27 @@ void RegistryHive::Take(std::unique_ptr<HiveImage> image) {
 
 void RegistryHive::Begin() {
     if (depth_++ > 0) return;
-    abandoned_ = false;
+    abandoned_ = {};
     if (state_ == kUnopened) Refresh();
-    writing_ = state_ == kUsable && file_->Begin();
-    if (!writing_) return;
+    writing_ = usable_.Kept() ? file_->Begin() : usable_;
+    if (!writing_.Kept()) return;
     Refresh();
-    if (state_ == kUsable) return;
+    if (usable_.Kept()) return;
     file_->Rollback();
-    writing_ = false;
+    writing_ = usable_;
 }
 
-bool RegistryHive::End(bool keep) {
-    if (!keep) abandoned_ = true;
-    if (--depth_ > 0) return !abandoned_;
-    if (!writing_) return false;
-    writing_ = false;
-    if (!abandoned_ && file_->Commit(*image_)) {
+KeepResult RegistryHive::End(const KeepResult& ending) {
+    if (abandoned_.Kept()) abandoned_ = ending;
+    if (--depth_ > 0 || !writing_.Kept()) return writing_;
+    const KeepResult result = abandoned_.Kept() ? file_->Commit(*image_) : abandoned_;
+    if (result.Kept()) {
         image_->ChangesAreWritten();
-        return true;
+    } else {
+        file_->Rollback();
+        stale_ = image_->IsChanged();
     }
-    file_->Rollback();
-    stale_ = true;
-    return false;
+    return result;
 }
 
 void RegistryHive::Close() {

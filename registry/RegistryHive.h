@@ -24,9 +24,10 @@ class RegistryHive {
 
     // Nestable. Writing is allowed only between the two, and only if MayWrite.
     void Begin();
-    bool MayWrite() const { return depth_ > 0 && writing_; }
-    // False when the outermost transaction ended without its changes being kept.
-    bool End(bool keep);
+    bool MayWrite() const { return depth_ > 0 && writing_.Kept(); }
+    // `ending` says whether it is to be kept. The result says why nothing of the outermost transaction is
+    // kept; of an inner one, why it could not write.
+    KeepResult End(const KeepResult& ending);
 
     // Gives the file up; the next call opens the one that the environment names then.
     void Close();
@@ -40,9 +41,10 @@ class RegistryHive {
     std::unique_ptr<HiveImage> image_ = std::make_unique<HiveImage>();
     std::uint64_t generation_ = 0;
     int depth_ = 0;
-    bool writing_ = false;
-    bool abandoned_ = false;  // something in the transaction ended without being kept
-    bool stale_ = false;      // the image holds what never reached the file
+    KeepResult usable_;     // why the file could not be opened or read
+    KeepResult writing_;    // why the transaction may not write
+    KeepResult abandoned_;  // why something in the transaction ended without being kept
+    bool stale_ = false;    // the image holds what never reached the file
 };
 
 // The hive of this process, registry.sqlite in the user's data folder.

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cstring>
-#include <exception>
 #include <string_view>
 #include <utility>
 
@@ -234,6 +233,13 @@ clsRegistry& Registry() {
     return registry;
 }
 
-RegistryTransaction::RegistryTransaction() : exceptions_(std::uncaught_exceptions()) { BeginTransaction(); }
+RegistryTransaction::RegistryTransaction() { BeginTransaction(); }
 
-RegistryTransaction::~RegistryTransaction() { EndTransaction(std::uncaught_exceptions() == exceptions_); }
+RegistryTransaction::~RegistryTransaction() {
+    if (!committed_) EndTransaction(false);
+}
+
+KeepResult RegistryTransaction::Commit() {
+    committed_ = true;
+    return EndTransaction(true);
+}

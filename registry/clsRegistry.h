@@ -8,6 +8,8 @@
 #include <variant>
 #include <vector>
 
+#include "registry/KeepResult.h"
+
 enum : std::int32_t { REG_TYPE_SZ = 1, REG_TYPE_EXPAND_SZ = 2, REG_TYPE_DWORD = 4, REG_TYPE_MULTI_SZ = 7 };
 
 // Nothing (unknown root), a number or a text.
@@ -48,16 +50,22 @@ class clsRegistry {
 // The instance that the whole program uses, created at first use.
 clsRegistry& Registry();
 
-// Everything written while such an object lives becomes durable at once when the outermost one ends, or not
-// at all: after a crash, an exception or with a full disk the image is the old one or the new one. Other
-// processes wait meanwhile. Where the platform's registry knows no such thing it does nothing.
+// Everything written while such an object lives becomes durable at once when the outermost one is committed,
+// or not at all: after a crash, an exception or with a full disk the image is the old one or the new one.
+// Other processes wait meanwhile. They nest; when an inner one ends without Commit, nothing of the outermost
+// one is kept. Where the platform's registry knows no transactions, the writes are done one by one, and
+// Commit says whether one of them failed.
 class RegistryTransaction {
   public:
     RegistryTransaction();
-    ~RegistryTransaction();
+    ~RegistryTransaction();  // without Commit: what was written is taken back
     RegistryTransaction(const RegistryTransaction&) = delete;
     RegistryTransaction& operator=(const RegistryTransaction&) = delete;
 
+    // Once. An inner transaction says only why it could not write; whether it is kept, the outermost one
+    // says.
+    KeepResult Commit();
+
   private:
-    int exceptions_;  // under way when it began
+    bool committed_ = false;
 };

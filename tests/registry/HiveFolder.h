@@ -60,8 +60,8 @@ class HiveFolder {
 inline const std::wstring kStore = L"HKLM\\Software\\Kivora\\1.5\\";
 
 // Rewrites everything as the program does: `notes` notes whose numbers and texts all tell `mark`.
-inline void SaveImage(int notes, int mark) {
-    const RegistryTransaction image;
+inline KeepResult SaveImage(int notes, int mark) {
+    RegistryTransaction image;
     clsRegistry& registry = Registry();
     registry.DeleteKey(kStore);
     registry.SetValue(kStore + L"Autostart", REG_TYPE_DWORD, mark);
@@ -71,6 +71,7 @@ inline void SaveImage(int notes, int mark) {
         registry.SetValue(note + L"Text", REG_TYPE_SZ,
                           std::to_wstring(mark) + L" " + std::wstring(300, L'ä'));
     }
+    return image.Commit();
 }
 
 // The mark of the image, or -1 when it is not one save's.

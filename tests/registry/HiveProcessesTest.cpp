@@ -71,9 +71,10 @@ TEST(HiveProcesses, WritersWaitForEachOther) {
         children.push_back(Start([process] {
             for (int turn = 0; turn < kTurns; ++turn) {
                 {
-                    const RegistryTransaction both;
+                    RegistryTransaction both;
                     const int count = AsNumber(Registry().GetValue(kStore + L"Count", REG_TYPE_DWORD));
                     Registry().SetValue(kStore + L"Count", REG_TYPE_DWORD, count + 1);
+                    both.Commit();
                 }
                 // And a key of its own in a call of its own.
                 Registry().SetValue(
@@ -125,13 +126,12 @@ TEST(HiveProcesses, AFullDiskKeepsTheOldImage) {
         bool good = MarkOfImage(10) == 1;
         const rlimit full{60'000, RLIM_INFINITY}, space{RLIM_INFINITY, RLIM_INFINITY};
         setrlimit(RLIMIT_FSIZE, &full);
-        SaveImage(2000, 2);
+        good = good && SaveImage(2000, 2).failure == KeepFailure::DiskFull;
         good = good && MarkOfImage(10) == 1;
         SaveImage(2000, 3);
         good = good && MarkOfImage(10) == 1;
         setrlimit(RLIMIT_FSIZE, &space);
-        SaveImage(20, 4);
-        return good && MarkOfImage(20) == 4;
+        return good && SaveImage(20, 4).Kept() && MarkOfImage(20) == 4;
     });
     EXPECT_TRUE(EndedWell(child));
     EXPECT_EQ(MarkOfImage(20), 4) << "and works again when there is room";

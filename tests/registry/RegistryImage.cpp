@@ -125,7 +125,7 @@ bool WriteImage(const std::string& image) {
         if (!value) return false;
         values.push_back(*value);
     }
-    const RegistryTransaction all;
+    RegistryTransaction all;
     Registry().DeleteKey(L"HKLM\\" + FromUtf8(kPlace));
     for (const Value& value : values) {
         Key key = 0;
@@ -135,5 +135,5 @@ bool WriteImage(const std::string& image) {
                      static_cast<std::uint32_t>(value.data.size()));
         CloseKey(key);
     }
-    return true;
+    return all.Commit().Kept();
 }

@@ -115,7 +115,7 @@ TEST_F(clsRegistryTest, DeletingAKeyTakesAllBelowItAndNothingBeside) {
         EXPECT_TRUE(registry.DeleteKey(kKey + L"2"));
     }
     // What comes back is empty, and in its new spelling.
-    const RegistryTransaction image;
+    RegistryTransaction image;
     registry.SetValue(kBelow + L"a\\b\\v", REG_TYPE_DWORD, 1);
     registry.SetValue(kBelow + L"a\\v", REG_TYPE_DWORD, 1);
     registry.DeleteKey(kBelow + L"a");
@@ -127,6 +127,15 @@ TEST_F(clsRegistryTest, DeletingAKeyTakesAllBelowItAndNothingBeside) {
     EXPECT_EQ(registry.EnumKeys(kBelow + L"a", names), 0);
     EXPECT_TRUE(registry.EnumValues(kBelow + L"a", names));
     EXPECT_EQ(names, Texts{L"again"});
+    EXPECT_TRUE(image.Commit().Kept());
+}
+
+TEST_F(clsRegistryTest, ATransactionSaysThatSomethingWasNotWritten) {
+    RegistryTransaction image;
+    EXPECT_TRUE(registry.CreateKey(kBelow + std::wstring(256, L'k')));
+    const KeepResult result = image.Commit();
+    EXPECT_EQ(result.failure, KeepFailure::Failed) << "the name is too long";
+    EXPECT_NE(result.detail, "");
 }
 
 TEST_F(clsRegistryTest, TextsComeBackUpToTheirLimit) {
