@@ -1,0 +1,81 @@
+// What version 1.6.1 wrote and said, against the program as it is now. README.md tells what the recordings
+// are.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+
+#include "base/basText.h"
+#include "exchange/ExportedNote.h"
+#include "net/Receiver.h"
+
+namespace {
+
+std::string Recorded(const char* name) {
+    std::ifstream file(std::filesystem::path(KIVORA_RECORDED) / name, std::ios::binary);
+    EXPECT_TRUE(file.is_open()) << name;
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::vector<ExportedNote> RecordedNotes() {
+    std::istringstream file(Recorded("notizen.kvr"));
+    ExportReader reader(file);
+    std::vector<ExportedNote> notes;
+    for (ExportedNote note = reader.Next(); !note.Text.empty(); note = reader.Next()) notes.push_back(note);
+    return notes;
+}
+
+// A dialogue line by line, each with its line end: what one side sent, and what the other replied to it.
+struct Exchange {
+    std::string sent, replied;
+};
+std::vector<Exchange> RecordedDialogue(const char* name) {
+    std::vector<Exchange> dialogue(1);  // the greeting replies to nothing
+    std::string rest = Recorded(name);
+    for (std::size_t end; (end = rest.find("\r\n")) != rest.npos; rest.erase(0, end + 2)) {
+        const std::string line = rest.substr(2, end);
+        if (rest[0] == 'S') {
+            dialogue.push_back({line, {}});
+        } else {
+            dialogue.back().replied += line;
+        }
+    }
+    return dialogue;
+}
+
+TEST(Recorded, AnExportFileIsReadAndWrittenByteForByte) {
+    std::ostringstream written;
+    for (const ExportedNote& note : RecordedNotes()) EXPECT_TRUE(WriteRecord(written, note));
+    EXPECT_EQ(written.str(), Recorded("notizen.kvr"));
+}
+
+TEST(Recorded, ASenderGetsTheSameReplies) {
+    Receiver receiver;
+    std::string replied = Receiver::GreetingLine();
+    for (const Exchange& exchange : RecordedDialogue("receiving.txt")) {
+        receiver.Append(exchange.sent);
+        while (const auto step = receiver.Next()) replied += step->reply;
+        EXPECT_EQ(replied, exchange.replied) << "to " << exchange.sent;
+        replied.clear();
+    }
+}
+
+TEST(Recorded, AReceiverGetsTheSameCommands) {
+    const std::vector<Exchange> dialogue = RecordedDialogue("sending.txt");
+    auto exchange = dialogue.begin() + 1;
+    for (const ExportedNote& record : RecordedNotes()) {
+        const NoteContent note{record.Text,           record.FontNoteSize,       record.FontNoteBold,
+                               record.FontNoteItalic, record.FontNoteUnderlined, record.FontNoteAlignment,
+                               record.Color};
+        for (const std::wstring& command : CommandsFor(note)) {
+            ASSERT_EQ(ToAnsi(command) + "\r\n", exchange->sent);
+            if (exchange++->replied != "OK\r\n") break;
+        }
+    }
+    EXPECT_EQ(exchange->sent, "QUIT\r\n");
+    EXPECT_EQ(++exchange, dialogue.end());
+}
+
+}  // namespace
