@@ -1,7 +1,6 @@
 #include "addressbook/frmAddressbook.h"
 
 #include <wx/button.h>
-#include <wx/weakref.h>
 
 #include <algorithm>
 #include <unordered_map>
@@ -11,13 +10,12 @@
 #include "addressbook/frmAddressbookEntryNew.h"
 #include "base/CaseFold.h"
 #include "dialogs/ControlNames.h"
+#include "dialogs/OneDialog.h"
 #include "dialogs/basWait.h"
 
 namespace {
 
 enum Column { kCheckBox = 0, kName, kAddress, kComment, kColumns };
-
-frmAddressbook* openList = nullptr;
 
 }  // namespace
 
@@ -172,13 +170,9 @@ void frmAddressbook::OnLöschen() {
 }
 
 std::vector<clsAddressBookEntry> ShowAddressBook(bool selecting) {
-    if (openList) {
-        openList->Raise();
-        return {};
-    }
-    openList = new frmAddressbook(selecting);
-    std::vector<clsAddressBookEntry> chosen;
-    if (openList->ShowModal() == 1) chosen = openList->CheckedEntries();
-    std::exchange(openList, nullptr)->Destroy();
-    return chosen;
+    static OneDialog once;
+    if (once.BroughtForward()) return {};
+    const OneDialog::Opened<frmAddressbook> list(once, selecting);
+    if (list->ShowModal() != 1) return {};
+    return list->CheckedEntries();
 }

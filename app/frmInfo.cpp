@@ -5,10 +5,10 @@
 #include <wx/sizer.h>
 #include <wx/statbmp.h>
 #include <wx/stattext.h>
-#include <wx/weakref.h>
 
 #include "app/Platform.h"
 #include "base/Homepage.h"
+#include "dialogs/OneDialog.h"
 #include "dialogs/OpenAddress.h"
 #include "res/Resources.h"
 
@@ -43,10 +43,9 @@ frmInfo::frmInfo() : frmDialog(Alone(), L"Info", L"index.html") {
 }
 
 void frmInfo::Open() {
-    static wxWeakRef<frmInfo> box;
-    if (!box) box = new frmInfo;
-    if (box->Tag() == L"waiting")
-        box->Raise();
-    else
-        box->Begin();
+    static OneDialog once;
+    if (once.BroughtForward()) return;
+    auto* box = new frmInfo;
+    once.Hold(*box);
+    box->Begin();
 }

@@ -1,26 +1,58 @@
 #pragma once
-// A dialog of which there is only one at a time, from its making to its end.
+// What the user can have open only once: a dialog, or an operation that shows one dialog after another. There
+// is one object of this class for each of them, as long as the program runs. Who is asked for the dialog
+// calls BroughtForward first and opens another one only when that returns false.
 
-template <class Dialog>
-class OpenDialog {
+#include <wx/weakref.h>
+
+#include <utility>
+
+#include "dialogs/frmDialog.h"
+
+class OneDialog {
   public:
-    // place: where others find the dialog while it is open.
-    OpenDialog(Dialog*& place, Dialog* dialog) : place_(place) { place_ = dialog; }
-    ~OpenDialog() {
-        place_->Destroy();
-        place_ = nullptr;
+    // Brings the dialog to the front if it is open, or else what its caller still waits for. False when it is
+    // not open and the operation not under way.
+    bool BroughtForward() const {
+        const bool open = uses_ > 0 || (dialog_ && dialog_->IsShown());
+        if (open && dialog_) dialog_->Raise();
+        return open;
     }
-    OpenDialog(const OpenDialog&) = delete;
-    OpenDialog& operator=(const OpenDialog&) = delete;
-    Dialog* operator->() const { return place_; }
+
+    // Holds a dialog that nobody waits for: it counts as open while it is on the screen.
+    void Hold(frmDialog& dialog) { dialog_ = &dialog; }
+
+    // An operation that is under way as long as this lives, also between its dialogs.
+    class Operation {
+      public:
+        explicit Operation(OneDialog& one) : one_(one) { ++one_.uses_; }
+        ~Operation() { --one_.uses_; }
+        Operation(const Operation&) = delete;
+        Operation& operator=(const Operation&) = delete;
+
+      private:
+        OneDialog& one_;
+    };
+
+    // Makes the dialog from the arguments and destroys it at the end of the scope.
+    template <class Dialog>
+    class Opened {
+      public:
+        template <class... Arguments>
+        explicit Opened(OneDialog& one, Arguments&&... arguments)
+            : operation_(one), dialog_(new Dialog(std::forward<Arguments>(arguments)...)) {
+            one.Hold(*dialog_);
+        }
+        ~Opened() { dialog_->Destroy(); }
+        Dialog* operator->() const { return dialog_; }
+        Dialog& operator*() const { return *dialog_; }
+
+      private:
+        const Operation operation_;
+        Dialog* const dialog_;
+    };
 
   private:
-    Dialog*& place_;
+    wxWeakRef<frmDialog> dialog_;  // the last one; it may have gone from the screen
+    int uses_ = 0;
 };
-
-// Brings the dialog to the front, or what its caller still waits for; false when there is none.
-template <class Dialog>
-bool BroughtForward(Dialog* dialog) {
-    if (dialog) dialog->Raise();
-    return dialog != nullptr;
-}

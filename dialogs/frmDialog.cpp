@@ -238,6 +238,7 @@ bool frmDialog::End() {
     const bool active = IsActive();
     Hide();
     if (active && !IsQuitting()) ActivateNewest();
+    if (alone_) Destroy();
     return true;
 }
 

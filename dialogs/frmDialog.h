@@ -58,8 +58,8 @@ class frmDialog : public wxDialog {
     // helpPage: the page that F1 opens, empty for none. resizable: with a border that can be dragged.
     frmDialog(const wxString& caption, const std::wstring& helpPage, bool resizable = false);
 
-    // One that nobody waits for: it is shown by Begin and goes when its user likes, so no other dialog
-    // belongs to it, nor it to another.
+    // One that nobody waits for: Begin shows it, and it destroys itself when its user closes it. No other
+    // dialog belongs to it, nor it to another.
     struct Alone {};
     frmDialog(Alone, const wxString& caption, const std::wstring& helpPage);
 

@@ -43,9 +43,9 @@ bool WriteNotes(const NoteStore& store, const std::vector<std::int32_t>& keys,
 }  // namespace
 
 void ExportNotes(const NoteStore& store) {
-    static frmExport* open = nullptr;
-    if (BroughtForward(open)) return;
-    const OpenDialog dialog(open, new frmExport(store));
+    static OneDialog once;
+    if (once.BroughtForward()) return;
+    const OneDialog::Opened<frmExport> dialog(once, store);
     dialog->OnConfirmed = [&] {
         if (WriteNotes(store, dialog->ChosenNotes(), TypedPath(dialog->Path()))) return;
         ShowMessage(

@@ -61,9 +61,9 @@ bool ImportNotes(NoteStore& store, const std::wstring& fileName) {
 }
 
 void ImportNotes(NoteStore& store) {
-    static frmImport* open = nullptr;
-    if (BroughtForward(open)) return;
-    const OpenDialog dialog(open, new frmImport);
+    static OneDialog once;
+    if (once.BroughtForward()) return;
+    const OneDialog::Opened<frmImport> dialog(once);
     dialog->OnConfirmed = [&] {
         const std::vector<bool> chosen = dialog->ChosenRecords();
         const std::filesystem::path path = dialog->File();

@@ -4,6 +4,7 @@
 
 #include <optional>
 
+#include "dialogs/OneDialog.h"
 #include "dialogs/basMessage.h"
 #include "dialogs/basWait.h"
 #include "mail/MailText.h"
@@ -12,8 +13,6 @@
 #include "notes/NoteStore.h"
 
 namespace {
-
-frmSendAsEMail* openDialog = nullptr;
 
 // What the dialog asks for; nothing when one of its notes is gone.
 std::optional<std::wstring> ChosenAddress(const frmSendAsEMail& dialog, const NoteStore& store) {
@@ -30,17 +29,15 @@ std::optional<std::wstring> ChosenAddress(const frmSendAsEMail& dialog, const No
 }  // namespace
 
 void SendNotesAsEMail(NoteStore& store, const AddressOpener& open) {
-    if (openDialog) {
-        openDialog->Raise();
-        return;
-    }
-    openDialog = new frmSendAsEMail(store);
-    const bool confirmed = openDialog->ShowModal() == 1;
+    static OneDialog once;
+    if (once.BroughtForward()) return;
     std::optional<std::wstring> address;
-    if (confirmed) address = ChosenAddress(*openDialog, store);
-    openDialog->Destroy();
-    openDialog = nullptr;
-    if (!confirmed || IsQuitting()) return;
+    {
+        const OneDialog::Opened<frmSendAsEMail> dialog(once, store);
+        if (dialog->ShowModal() != 1) return;
+        address = ChosenAddress(*dialog, store);
+    }
+    if (IsQuitting()) return;
     if (address) {
         open(*address);
     } else {

@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "dialogs/OneDialog.h"
 #include "dialogs/basMessage.h"
 #include "dialogs/basWait.h"
 #include "net/basNetworkAccess.h"
@@ -13,28 +14,8 @@
 
 namespace {
 
-// The window of the operation that is under way.
-wxWindow* openWindow = nullptr;
-
-// Creates a dialog and destroys it at the end of a scope.
-template <class Dialog>
-class Opened {
-  public:
-    template <class... Arguments>
-    explicit Opened(Arguments&&... arguments) : dialog_(new Dialog(std::forward<Arguments>(arguments)...)) {
-        openWindow = dialog_;
-    }
-    ~Opened() {
-        openWindow = nullptr;
-        dialog_->Destroy();
-    }
-    Opened(const Opened&) = delete;
-    Opened& operator=(const Opened&) = delete;
-    Dialog* operator->() { return dialog_; }
-
-  private:
-    Dialog* dialog_;
-};
+// From the dialog to the end of the progress.
+OneDialog sending;
 
 struct Order {
     std::vector<std::wstring> recipients;
@@ -52,7 +33,7 @@ NoteContent ContentOf(const frmNote& note) {
 }
 
 std::optional<Order> AskForOrder(const NoteStore& store) {
-    Opened<frmSendOverNetwork> dialog(store);
+    const OneDialog::Opened<frmSendOverNetwork> dialog(sending, store);
     if (dialog->ShowModal() != 1) return std::nullopt;
     Order order;
     order.recipients = dialog->Recipients();
@@ -73,17 +54,14 @@ std::optional<Order> AskForOrder(const NoteStore& store) {
 }  // namespace
 
 void SendNotesOverNetwork(NetworkAccess& network, const NoteStore& store) {
-    if (openWindow) {
-        openWindow->Raise();
-        return;
-    }
+    if (sending.BroughtForward()) return;
     network.Listen();
     const std::optional<Order> order = AskForOrder(store);
     if (!order || IsQuitting()) return;
 
     std::shared_ptr<clsOutgoing> session;
     bool cancelled = false;
-    Opened<frmSendOverNetworkProgress> progress([&] {
+    const OneDialog::Opened<frmSendOverNetworkProgress> progress(sending, [&] {
         cancelled = true;
         if (session) session->Abort();
         network.CancelConnect();

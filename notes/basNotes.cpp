@@ -1,6 +1,7 @@
 #include "notes/basNotes.h"
 
 #include "base/DateText.h"
+#include "dialogs/OneDialog.h"
 #include "dialogs/basMessage.h"
 #include "dialogs/basWait.h"
 #include "notes/NoteStore.h"
@@ -8,37 +9,14 @@
 
 namespace {
 
-// The dialog exists once; whoever asks for it a second time gets the one that is open.
-frmProperties* openDialog = nullptr;
-
-class PropertiesSession {
-  public:
-    explicit PropertiesSession(const wxString& caption) : dialog_(new frmProperties(caption)) {
-        openDialog = dialog_;
-    }
-    ~PropertiesSession() {
-        openDialog = nullptr;
-        dialog_->Destroy();
-    }
-    PropertiesSession(const PropertiesSession&) = delete;
-    PropertiesSession& operator=(const PropertiesSession&) = delete;
-    frmProperties* operator->() { return dialog_; }
-
-  private:
-    frmProperties* dialog_;
-};
-
-bool BringOpenDialogForward() {
-    if (!openDialog) return false;
-    openDialog->Raise();
-    return true;
-}
+// For new notes and for those that there are.
+OneDialog properties;
 
 }  // namespace
 
 void NewNote(NoteStore& store) {
-    if (BringOpenDialogForward()) return;
-    PropertiesSession dialog(L"Neue Notiz");
+    if (properties.BroughtForward()) return;
+    const OneDialog::Opened<frmProperties> dialog(properties, L"Neue Notiz");
     dialog->OnConfirmed = [&] {
         NotePtr note = store.CreateNote();
         dialog->ApplyTo(*note);
@@ -49,8 +27,8 @@ void NewNote(NoteStore& store) {
 }
 
 void EditNote(NoteStore& store, frmNote& note) {
-    if (BringOpenDialogForward()) return;
-    PropertiesSession dialog(L"Notiz bearbeiten");
+    if (properties.BroughtForward()) return;
+    const OneDialog::Opened<frmProperties> dialog(properties, L"Notiz bearbeiten");
     dialog->Fill(note);
     dialog->PlaceNear(note.GetRect());
     const std::int32_t key = note.NoteKey();

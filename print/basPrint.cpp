@@ -6,6 +6,7 @@
 #include <cmath>
 #include <optional>
 
+#include "dialogs/OneDialog.h"
 #include "dialogs/basMessage.h"
 #include "dialogs/basWait.h"
 #include "notes/NoteStore.h"
@@ -16,16 +17,8 @@ namespace {
 
 const wchar_t* const kTitle = L"Drucken";
 
-frmDialog* openDialog = nullptr;  // the dialog or the progress
-bool printing = false;
-
-class Printing {
-  public:
-    Printing() { printing = true; }
-    ~Printing() { printing = false; }
-    Printing(const Printing&) = delete;
-    Printing& operator=(const Printing&) = delete;
-};
+// From the dialog to the end of the job.
+OneDialog printing;
 
 // What the user wants printed.
 struct Order {
@@ -54,17 +47,12 @@ std::wstring TitleOf(const Order& order) {
 // Asks the user. `chosen`, the printer of this run, is one of the list's.
 std::optional<Order> AskForOrder(NoteStore& store, PrintSystem& system, PrinterSettings& chosen,
                                  const std::wstring& hint) {
-    auto* dialog = new frmPrint(store, system, chosen, hint);
-    openDialog = dialog;
-    const bool confirmed = dialog->ShowModal() == 1;
-    openDialog = nullptr;
-    const std::vector<std::int32_t> keys = dialog->NoteKeys();
-    Order order{{}, dialog->Rules(), dialog->Settings()};
-    dialog->Destroy();
-    if (!confirmed) return std::nullopt;
+    const OneDialog::Opened<frmPrint> dialog(printing, store, system, chosen, hint);
+    if (dialog->ShowModal() != 1) return std::nullopt;
 
+    Order order{{}, dialog->Rules(), dialog->Settings()};
     chosen = order.settings;
-    for (const std::int32_t key : keys) {
+    for (const std::int32_t key : dialog->NoteKeys()) {
         const frmNote* note = store.Find(key);
         if (!note) {
             ShowMessage(
@@ -104,13 +92,10 @@ void Print(const Order& order, PrintSystem& system) {
         if (!started.failure.empty()) ShowMessage(started.failure, kCritical, kTitle);
         return;
     }
-    auto* progress = new frmPrintProgress;
-    openDialog = progress;
+    const OneDialog::Opened<frmPrintProgress> progress(printing);
     progress->Show();
     const PrintEnd end = PrintPages(*started.job, order, *progress);
-    openDialog = nullptr;
     progress->Hide();
-    progress->Destroy();
     const std::wstring failure = started.job->Failure();
     started.job.reset();  // withdrawn before the message says so
     if (IsQuitting()) return;
@@ -123,10 +108,7 @@ void Print(const Order& order, PrintSystem& system) {
 }  // namespace
 
 bool PrintNotes(NoteStore& store, PrintSystem& system) {
-    if (printing) {
-        if (openDialog) openDialog->Raise();
-        return true;
-    }
+    if (printing.BroughtForward()) return true;
     const PrinterList printers = system.Printers();
     if (printers.names.empty()) {
         ShowMessage(L"Die Druckfunktion wird deaktiviert, da kein Drucker(treiber) installiert ist.",
@@ -138,7 +120,7 @@ bool PrintNotes(NoteStore& store, PrintSystem& system) {
     if (std::find(printers.names.begin(), printers.names.end(), chosen.printer) == printers.names.end()) {
         chosen.printer = printers.standard;
     }
-    const Printing once;
+    const OneDialog::Operation underWay(printing);
     const std::optional<Order> order = AskForOrder(store, system, chosen, printers.hint);
     if (order && !IsQuitting()) Print(*order, system);
     return true;

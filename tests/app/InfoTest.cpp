@@ -29,7 +29,10 @@ TEST(Info, GoesAtOnceWhateverElseIsOpen) {
         EXPECT_FALSE(info->IsShown());
         EXPECT_TRUE(dialog.IsShown());
         frmInfo::Open();
-        EXPECT_TRUE(info->IsShown());
+        frmInfo* next = OpenDialog<frmInfo>();
+        EXPECT_TRUE(next);
+        frmInfo::Open();
+        EXPECT_EQ(OpenDialog<frmInfo>(), next);  // there is only one
         dialog.txtMessage->SetValue(L"Milch");
         Press(dialog.cmdOK);
     });
