@@ -1,10 +1,13 @@
 #include "app/NoteServices.h"
 
-#include "app/KeptNotes.h"
+#include "app/KivoraApp.h"
 #include "dialogs/basWait.h"
+#include "exchange/KeptNotes.h"
 #include "notes/basNotes.h"
 
-NoteServices::NoteServices() : store_(*this) { store_.OnDelete = KeepDeletedNote; }
+NoteServices::NoteServices() : store_(*this) {
+    store_.OnDelete = [](const Note& note) { Guarded([&] { KeepDeletedNote(note); }); };
+}
 
 void NoteServices::SaveNotes() {
     if (!IsQuitting()) store_.SaveNotes();
@@ -18,12 +21,8 @@ void NoteServices::ForgetMinimizedNote(frmNote& note) {
     if (!IsQuitting()) store_.ForgetMinimizedNote(note);
 }
 
-void NoteServices::ShowPopupMenu(frmNote& note) {
-    if (!IsQuitting() && OpenMenu) OpenMenu(&note, std::nullopt);
-}
-
-void NoteServices::ShowPopupMenuAt(frmNote& note, const wxPoint& onScreen) {
-    if (!IsQuitting() && OpenMenu) OpenMenu(&note, onScreen);
+void NoteServices::ShowPopupMenu(frmNote& note, std::optional<wxPoint> at) {
+    if (!IsQuitting() && OpenMenu) OpenMenu(&note, at);
 }
 
 void NoteServices::FocusNextNote(frmNote& note, bool forward) {

@@ -25,8 +25,7 @@ class NoteServices : public NoteHost {
     void SaveNotes() override;
     void ApplyForeground() override;
     void ForgetMinimizedNote(frmNote& note) override;
-    void ShowPopupMenu(frmNote& note) override;
-    void ShowPopupMenuAt(frmNote& note, const wxPoint& onScreen) override;
+    void ShowPopupMenu(frmNote& note, std::optional<wxPoint> at) override;
     void FocusNextNote(frmNote& note, bool forward) override;
     void EditNote(frmNote& note) override;
     std::vector<TrayMenuEntry> TrayMenu(const frmNote& note) override;

@@ -8,7 +8,6 @@
 #include <optional>
 
 #include "addressbook/frmAddressbook.h"
-#include "app/KeptNotes.h"
 #include "app/KivoraApp.h"
 #include "app/Platform.h"
 #include "app/frmSplash.h"
@@ -17,6 +16,7 @@
 #include "dialogs/basMessage.h"
 #include "dialogs/basWait.h"
 #include "exchange/Association.h"
+#include "exchange/KeptNotes.h"
 #include "exchange/basExport.h"
 #include "exchange/basImport.h"
 #include "mail/basMail.h"
@@ -58,7 +58,7 @@ void Program::InitApplication() {
     services_.RunMenu = [this](frmNote& note, int id) { start_->RunFromTrayMenu(&note, id); };
     start_->notIcon.IconToolTip(L"Kivora 1.6");
     start_->notIcon.ShowIcon();
-    network_.KeepLongNote = KeepLongNote;
+    network_.KeepLongNote = [](const frmNote& note) { ::KeepLongNote(note.Content()); };
     network_.Listen();
     Store().ShowNotes(SettleDown);
     if (role_) {
@@ -67,7 +67,7 @@ void Program::InitApplication() {
 }
 
 void Program::LoadNotes() {
-    Store().OnLongText = [](const frmNote& note) { Guarded([&] { KeepLongNote(note); }); };
+    Store().OnLongText = [](const Note& note) { Guarded([&] { KeepLongNote(note); }); };
     Store().LoadNotes();
     loaded_ = true;
 }

@@ -3,6 +3,7 @@
 // is one object of this class for each of them, as long as the program runs. Who is asked for the dialog
 // calls BroughtForward first and opens another one only when that returns false.
 
+#include <wx/event.h>
 #include <wx/weakref.h>
 
 #include <utility>

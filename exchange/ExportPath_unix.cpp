@@ -16,7 +16,7 @@ bool IsOnlyWriteProtected(const std::filesystem::path& path) {
     const std::filesystem::file_status status = std::filesystem::status(path, unknown);
     if (status.type() != std::filesystem::file_type::regular) return false;
     const bool hidden = path.filename().native().starts_with('.');
-    // The mark binds also those whom the system lets write everywhere.
+    // The mark binds root, too, who may write everywhere.
     const perms anybodyWrites = perms::owner_write | perms::group_write | perms::others_write;
     const bool marked =
         (status.permissions() & anybodyWrites) == perms::none || access(path.c_str(), W_OK) != 0;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/basText.h"
+#include "base/twips.h"
 
 namespace {
 
@@ -16,7 +17,41 @@ void AddNumber(std::string& bytes, std::uint32_t number, int width) {
     for (int i = 0; i < width; ++i) bytes += static_cast<char>(number >> (8 * i) & 0xFF);
 }
 
+std::wstring UpToNul(const std::wstring& text) { return text.substr(0, text.find(L'\0')); }
+
 }  // namespace
+
+ExportedNote ToRecord(const Note& note) {
+    return {.Text = note.text,
+            .CreationTime = note.creationTime,
+            .Left = RoundToEven(note.place.left),
+            .Top = RoundToEven(note.place.top),
+            .Width = RoundToEven(note.place.width),
+            .Height = RoundToEven(note.place.height),
+            .Color = note.look.color,
+            .FontNoteAlignment = note.look.alignment,
+            .FontNoteSize = note.look.size,
+            .FontNoteBold = note.look.bold,
+            .FontNoteItalic = note.look.italic,
+            .FontNoteUnderlined = note.look.underlined,
+            .Foreground = note.foreground};
+}
+
+Note ToNote(const ExportedNote& record) {
+    return {.text = UpToNul(record.Text),
+            .creationTime = UpToNul(record.CreationTime),
+            .look = {.size = record.FontNoteSize,
+                     .bold = record.FontNoteBold,
+                     .italic = record.FontNoteItalic,
+                     .underlined = record.FontNoteUnderlined,
+                     .alignment = record.FontNoteAlignment,
+                     .color = record.Color},
+            .place = {.left = double(record.Left),
+                      .top = double(record.Top),
+                      .width = double(record.Width),
+                      .height = double(record.Height)},
+            .foreground = record.Foreground};
+}
 
 std::string ExportReader::Bytes(std::size_t count) {
     std::string bytes(count, '\0');

@@ -7,6 +7,8 @@
 #include <ostream>
 #include <string>
 
+#include "model/Note.h"
+
 struct ExportedNote {
     std::wstring Text = {};
     std::wstring CreationTime = {};
@@ -19,6 +21,11 @@ struct ExportedNote {
 
     bool operator==(const ExportedNote&) const = default;
 };
+
+// The record of a note, its place in whole twips, and the note of a record. A text ends at its first NUL in a
+// note: windows show no more of it, and the registry gives no more back.
+ExportedNote ToRecord(const Note& note);
+Note ToNote(const ExportedNote& record);
 
 // Reads records one after the other, each byte once. What lies behind the end of the file reads as zeros, so
 // the reader always delivers a record; with an empty text it was the last. Of a text that the file breaks

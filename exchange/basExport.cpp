@@ -1,28 +1,11 @@
 #include "exchange/basExport.h"
 
-#include "base/twips.h"
 #include "dialogs/OneDialog.h"
 #include "dialogs/basMessage.h"
 #include "exchange/ExportFile.h"
 #include "exchange/ExportPath.h"
 #include "exchange/frmExport.h"
 #include "notes/NoteStore.h"
-
-ExportedNote ToRecord(const frmNote& note) {
-    return {.Text = note.Text(),
-            .CreationTime = note.CreationTime(),
-            .Left = RoundToEven(note.Left()),
-            .Top = RoundToEven(note.Top()),
-            .Width = RoundToEven(note.Width()),
-            .Height = RoundToEven(note.Height()),
-            .Color = note.Color(),
-            .FontNoteAlignment = note.FontNoteAlignment(),
-            .FontNoteSize = note.FontNoteSize(),
-            .FontNoteBold = note.FontNoteBold(),
-            .FontNoteItalic = note.FontNoteItalic(),
-            .FontNoteUnderlined = note.FontNoteUnderlined(),
-            .Foreground = note.Foreground()};
-}
 
 namespace {
 
@@ -33,7 +16,7 @@ bool WriteNotes(const NoteStore& store, const std::vector<std::int32_t>& keys,
     bool written = true;
     for (std::size_t i = 0; written && i < keys.size(); ++i) {
         const frmNote* note = store.Find(keys[i]);
-        written = note && WriteRecord(file, ToRecord(*note));
+        written = note && WriteRecord(file, ToRecord(note->Content()));
     }
     // A full disk may show only now.
     file.close();

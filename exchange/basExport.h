@@ -1,13 +1,7 @@
 #pragma once
 // Taking notes out of the store into an export file.
 
-#include "exchange/ExportedNote.h"
-
 class NoteStore;
-class frmNote;
-
-// The record of a note.
-ExportedNote ToRecord(const frmNote& note);
 
 // "Exportieren": lets the user choose notes and a file and writes them. Whatever goes wrong then is told in
 // one message; the notes stay as they are. When the dialog is open already it comes to the front instead.

@@ -11,26 +11,6 @@
 
 namespace {
 
-// What a window shows of a text, and what the registry gives back of it, ends at the first NUL.
-std::wstring Shown(const std::wstring& text) { return text.substr(0, text.find(L'\0')); }
-
-// The flag is only stored, without the saving and stacking that setting it on a note in the store brings:
-// both follow once for all notes of an import.
-void TakeIn(NoteStore& store, const ExportedNote& record) {
-    NotePtr note = store.CreateNote();
-    note->Text(Shown(record.Text));
-    note->CreationTime(Shown(record.CreationTime));
-    note->Color(record.Color);
-    note->Place(record.Left, record.Top, record.Width, record.Height);
-    note->FontNoteSize(record.FontNoteSize);
-    note->FontNoteBold(record.FontNoteBold);
-    note->FontNoteItalic(record.FontNoteItalic);
-    note->FontNoteUnderlined(record.FontNoteUnderlined);
-    note->FontNoteAlignment(record.FontNoteAlignment);
-    note->HiddenForeground(record.Foreground);
-    store.AdoptNote(std::move(note));
-}
-
 // Takes in those of the first `count` records that are wanted, at most up to the first one without text.
 bool TakeInFile(NoteStore& store, const std::filesystem::path& path, std::size_t count,
                 const std::function<bool(std::size_t index)>& wanted) {
@@ -50,7 +30,8 @@ bool TakeInFile(NoteStore& store, const std::filesystem::path& path, std::size_t
         if (records.size() == kMostImportedNotes || characters > kMostImportedCharacters) return false;
         records.push_back(std::move(record));
     }
-    for (const ExportedNote& record : records) TakeIn(store, record);
+    // Neither saved nor stacked one by one: both follow once for all notes of an import.
+    for (const ExportedNote& record : records) store.AdoptNote(ToNote(record));
     return !file.bad();
 }
 

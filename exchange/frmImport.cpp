@@ -7,16 +7,14 @@
 #include <wx/statbox.h>
 #include <wx/textctrl.h>
 
-#include <algorithm>
-
 #include "dialogs/basWait.h"
 #include "exchange/ExportFile.h"
 #include "exchange/ExportPath.h"
-#include "model/NoteColor.h"
 #include "notes/NoteChoice.h"
+#include "notes/NoteFont.h"
+#include "notes/NotePaint.h"
 #include "notes/NoteWindow.h"
 #include "notes/PropertiesLook.h"
-#include "notes/frmNote.h"
 
 namespace {
 
@@ -39,10 +37,6 @@ class FileDrop : public wxFileDropTarget {
 long AlignmentStyle(std::int32_t code) {
     if (code == kAlignRight) return wxTE_RIGHT;
     return code == kAlignCentre ? wxTE_CENTRE : wxTE_LEFT;
-}
-
-wxFontInfo PreviewFont(std::int32_t size) {
-    return wxFontInfo(std::clamp(size, kSmallestFontSize, kLargestFontSize)).FaceName(L"Arial");
 }
 
 }  // namespace
@@ -139,32 +133,32 @@ void frmImport::ShowPreview(int row) {
     if (row < 0) return;
     // The file may have changed since it was listed.
     if (const std::optional<ExportedNote> record = RecordOf(File(), static_cast<std::size_t>(row))) {
-        ShowRecord(*record);
+        ShowNote(ToNote(*record));
     } else {
         ShowNoPreview();
     }
 }
 
-void frmImport::ShowRecord(const ExportedNote& record) {
-    const std::int32_t color = DisplayColor(record.Color);
-    txtNotiz->SetWindowStyleFlag((txtNotiz->GetWindowStyleFlag() & ~(wxTE_RIGHT | wxTE_CENTRE)) |
-                                 AlignmentStyle(record.FontNoteAlignment));
-    txtNotiz->SetFont(PreviewFont(record.FontNoteSize)
-                          .Bold(record.FontNoteBold)
-                          .Italic(record.FontNoteItalic)
-                          .Underlined(record.FontNoteUnderlined));
+void frmImport::ShowNote(const Note& note) {
+    const std::int32_t color = DisplayColor(note.look.color);
+    ShowLook(note.look);
     // A colour that no note has would be painted black, and so is the text.
-    txtNotiz->SetBackgroundColour(color ? wxColour(static_cast<unsigned long>(color)) : *wxWHITE);
+    txtNotiz->SetBackgroundColour(color ? ToColour(color) : *wxWHITE);
     txtNotiz->SetForegroundColour(*wxBLACK);
-    wxString text(record.Text.substr(0, std::min(record.Text.find(L'\0'), kPreviewedCharacters)));
+    wxString text(note.text.substr(0, kPreviewedCharacters));
     text.Replace(L"\r\n", L"\n");
     text.Replace(L"\r", L"\n");
     txtNotiz->ChangeValue(text);
 }
 
+void frmImport::ShowLook(const NoteLook& look) {
+    txtNotiz->SetWindowStyleFlag((txtNotiz->GetWindowStyleFlag() & ~(wxTE_RIGHT | wxTE_CENTRE)) |
+                                 AlignmentStyle(look.alignment));
+    txtNotiz->SetFont(NoteFont(look));
+}
+
 void frmImport::ShowNoPreview() {
-    txtNotiz->SetWindowStyleFlag(txtNotiz->GetWindowStyleFlag() & ~(wxTE_RIGHT | wxTE_CENTRE));
-    txtNotiz->SetFont(PreviewFont(kSmallestFontSize).Italic());
+    ShowLook({.size = kSmallestFontSize, .italic = true});
     txtNotiz->SetBackgroundColour(wxNullColour);
     txtNotiz->SetForegroundColour(wxNullColour);
     txtNotiz->ChangeValue(L"Keine Vorschau möglich.");

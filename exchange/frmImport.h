@@ -9,7 +9,8 @@
 #include "exchange/FileDialog.h"
 
 class NoteChoice;
-struct ExportedNote;
+struct Note;
+struct NoteLook;
 class wxListBox;
 class wxStaticBox;
 class wxTextCtrl;
@@ -43,7 +44,8 @@ class frmImport : public frmDialog {
     void Browse();
     void OnFileChanged();
     void ShowPreview(int row);
-    void ShowRecord(const ExportedNote& record);
+    void ShowNote(const Note& note);
+    void ShowLook(const NoteLook& look);
     void ShowNoPreview();
 
     bool browsing_ = false;

@@ -4,12 +4,8 @@
 #include <unordered_map>
 
 #include "base/CaseFold.h"
-#include "registry/clsRegistry.h"
 
 namespace {
-
-const std::wstring kSettings = L"HKLM\\Software\\Kivora\\1.5\\";
-const std::wstring kEntryPrefix = L"AddressBookEntry";
 
 struct Book {
     std::vector<clsAddressBookEntry> entries;
@@ -19,14 +15,6 @@ struct Book {
 Book& TheBook() {
     static Book book;
     return book;
-}
-
-// The subkeys that hold entries, in the registry's order.
-std::vector<std::wstring> EntryKeys() {
-    std::vector<std::wstring> names;
-    Registry().EnumKeys(kSettings, names);
-    std::erase_if(names, [](const std::wstring& name) { return !name.starts_with(kEntryPrefix); });
-    return names;
 }
 
 }  // namespace
@@ -58,28 +46,4 @@ bool RemoveAddressBookEntry(const std::wstring& pcName) {
     for (auto& [name, position] : book.positions)
         if (position > removed) --position;
     return true;
-}
-
-void LoadAddressBook() {
-    for (const std::wstring& name : EntryKeys()) {
-        const std::wstring path = kSettings + name + L"\\";
-        clsAddressBookEntry entry;
-        entry.PCName(AsText(Registry().GetValue(path + L"PCName", REG_TYPE_SZ)));
-        entry.IP(AsText(Registry().GetValue(path + L"IP", REG_TYPE_SZ)));
-        entry.Comment(AsText(Registry().GetValue(path + L"Comment", REG_TYPE_SZ)));
-        AddAddressBookEntry(entry);
-    }
-}
-
-void SaveAddressBook() {
-    RegistryTransaction image;
-    for (const std::wstring& name : EntryKeys()) Registry().DeleteKey(kSettings + name);
-    std::size_t number = 0;
-    for (const clsAddressBookEntry& entry : AddressBook()) {
-        const std::wstring path = kSettings + kEntryPrefix + std::to_wstring(number++) + L"\\";
-        Registry().SetValue(path + L"PCName", REG_TYPE_SZ, entry.PCName());
-        Registry().SetValue(path + L"IP", REG_TYPE_SZ, entry.IP());
-        Registry().SetValue(path + L"Comment", REG_TYPE_SZ, entry.Comment());
-    }
-    image.Commit();
 }

@@ -1,6 +1,6 @@
 #pragma once
 // The computers to which the user sends notes. There is one address book in a process; the note store loads
-// and saves it together with the notes.
+// and saves it together with the notes (StoredImage.h).
 
 #include <string>
 #include <vector>
@@ -33,10 +33,3 @@ bool AddAddressBookEntry(const clsAddressBookEntry& entry);
 
 // False when there is none.
 bool RemoveAddressBookEntry(const std::wstring& pcName);
-
-// Fills the address book from the registry, in the order of its subkeys; of several entries of one name the
-// first one stays.
-void LoadAddressBook();
-
-// Replaces the registry's image of the address book.
-void SaveAddressBook();

@@ -3,8 +3,11 @@
 // sends, prints or exports a note has one of these; there is no other record of a note inside the program.
 // No window, no registry.
 
+#include <compare>
+#include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "model/NoteColor.h"
 
@@ -23,20 +26,20 @@ struct NoteLook {
     std::int32_t alignment = kAlignLeft;  // any other code shows as left
     std::int32_t color = kYellow;         // colour code, 0x00BBGGRR
 
-    bool operator==(const NoteLook&) const = default;
+    auto operator<=>(const NoteLook&) const = default;
 };
 
-// A style that a text is set in or not, and the words for it. Everything that goes through the styles one by
-// one goes through this table.
+// The size in which the text is drawn.
+std::int32_t DrawnSize(const NoteLook& look);
+
+// A style that a text is set in or not, and the caption of its box in the dialog.
 struct NoteStyle {
     bool NoteLook::*flag;
-    const wchar_t* caption;    // of its box in the dialog
-    const wchar_t* valueName;  // under which it is kept
+    const wchar_t* caption;
 };
 // In the order of the dialog's boxes.
-inline constexpr NoteStyle kNoteStyles[] = {{&NoteLook::underlined, L"unterstrichen", L"FontUnderlined"},
-                                            {&NoteLook::bold, L"fett", L"FontBold"},
-                                            {&NoteLook::italic, L"kursiv", L"FontItalic"}};
+inline constexpr NoteStyle kNoteStyles[] = {
+    {&NoteLook::underlined, L"unterstrichen"}, {&NoteLook::bold, L"fett"}, {&NoteLook::italic, L"kursiv"}};
 
 // The window's place on the desktop, in twips. May be one that the screens of now cannot show.
 struct NotePlace {
@@ -46,11 +49,19 @@ struct NotePlace {
 };
 
 struct Note {
-    std::wstring text;  // CR LF between its lines
-    std::wstring creationTime;
-    NoteLook look;
-    NotePlace place;
+    std::wstring text = {};  // CR LF between its lines
+    std::wstring creationTime = {};
+    NoteLook look = {};
+    NotePlace place = {};
     bool foreground = false;  // stays above other windows
 
     bool operator==(const Note&) const = default;
 };
+
+// The beginning of a text in one line, as a tip shows it: 55 characters and " ..." at most.
+std::wstring ShortText(std::wstring_view text);
+
+// A text of up to so many bytes comes back after a restart, whatever it is made of: the registry reads it
+// through a buffer of 4096 characters that also takes a terminator.
+constexpr std::size_t kLongestStoredText = 4095;
+bool ComesBack(std::wstring_view text);

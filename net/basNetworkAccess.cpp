@@ -145,15 +145,14 @@ void NetworkAccess::Error(TcpSocket& socket, std::int32_t number, const std::wst
 }
 
 void NetworkAccess::TakeIn(const NoteContent& content) {
-    NotePtr note = store_.CreateNote();
-    note->Text(content.text);
-    note->FontNoteSize(content.fontSize);
-    note->FontNoteBold(content.bold);
-    note->FontNoteItalic(content.italic);
-    note->FontNoteUnderlined(content.underlined);
-    note->FontNoteAlignment(static_cast<std::int16_t>(content.alignment));
-    note->Color(content.color);
-    note->CreationTime(CurrentDateText() + L", " + CurrentTimeText());
-    const frmNote& added = store_.AddNote(std::move(note));
-    if (KeepLongNote && StoredLength(content.text) > kLongestStoredText) KeepLongNote(added);
+    const Note note{.text = content.text,
+                    .creationTime = CurrentDateText() + L", " + CurrentTimeText(),
+                    .look = {.size = content.fontSize,
+                             .bold = content.bold,
+                             .italic = content.italic,
+                             .underlined = content.underlined,
+                             .alignment = static_cast<std::int16_t>(content.alignment),
+                             .color = content.color}};
+    const frmNote& added = store_.AddNote(note).note;
+    if (KeepLongNote && !ComesBack(content.text)) KeepLongNote(added);
 }

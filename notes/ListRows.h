@@ -1,5 +1,5 @@
 #pragma once
-// Lists of very many rows: what the toolkit does row by row, at a cost that grows with the square of their
+// Lists of very many rows: what wxWidgets does row by row, at a cost that grows with the square of their
 // number.
 
 class wxListBox;

@@ -4,10 +4,10 @@
 
 #include "notes/ListRows.h"
 
-// The system's lists cut.
+// List boxes of Windows cut long rows off and cannot end them in dots.
 void EndInDots(wxListBox&) {}
 
-// They are alike here already.
+// Rows of a Windows list box are of one height by themselves.
 void MakeRowsAlike(wxListBox&) {}
 
 void SelectAllRows(wxListBox& list, bool on) {

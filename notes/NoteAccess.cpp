@@ -1,12 +1,10 @@
 #include "notes/NoteAccess.h"
 
-#include "notes/frmNote.h"
+std::wstring NoteAccess::Name(const Note& note) { return L"Notiz: " + ShortText(note.text); }
 
-std::wstring NoteAccess::Name(const frmNote& note) { return L"Notiz: " + note.ShortText(); }
-
-std::wstring NoteAccess::Description(const frmNote& note) {
-    std::wstring description = note.Text() + L"\r\n" + note.CreationTime();
-    if (note.Foreground()) description += L"\r\nImmer im Vordergrund";
+std::wstring NoteAccess::Description(const Note& note) {
+    std::wstring description = note.text + L"\r\n" + note.creationTime;
+    if (note.foreground) description += L"\r\nImmer im Vordergrund";
     return description;
 }
 

@@ -3,12 +3,27 @@
 // whole text with its date as the description, whether it stays above others, and which of its parts has the
 // keyboard.
 
+#include <wx/frame.h>
+
 #include <memory>
 #include <string>
 
+#include "model/Note.h"
 #include "model/NoteLayout.h"
 
-class frmNote;
+// What a note window is asked for.
+class ReadableNote {
+  public:
+    virtual const Note& Content() const = 0;
+    virtual const NoteLayout& Layout() const = 0;
+    // The part that has the keyboard; Body stands for the text.
+    virtual NotePart Focus() const = 0;
+    // Presses a control; opens the note in its dialog where the part is none.
+    virtual void PressPart(NotePart part) = 0;
+
+  protected:
+    ~ReadableNote() = default;
+};
 
 class NoteAccess {
   public:
@@ -16,11 +31,11 @@ class NoteAccess {
     virtual void Changed() = 0;             // the text, the date or a flag
     virtual void Focus(NotePart part) = 0;  // Body stands for the text
 
-    // The note must outlive it, and be created already.
-    static std::unique_ptr<NoteAccess> Of(frmNote& note);
+    // The window and its note, which are one; it must outlive this object, and be created already.
+    static std::unique_ptr<NoteAccess> Of(wxFrame& window, ReadableNote& note);
 
     // What is heard of a note and of its controls.
-    static std::wstring Name(const frmNote& note);
-    static std::wstring Description(const frmNote& note);
-    static std::wstring NameOfControl(NotePart part);  // that of its tool tip
+    static std::wstring Name(const Note& note);
+    static std::wstring Description(const Note& note);
+    static std::wstring NameOfControl(NotePart part);  // that of its tool tip; empty for other parts
 };

@@ -2,14 +2,13 @@
 
 #include "notes/NoteAccess.h"
 #include "notes/NoteWindow.h"
-#include "notes/frmNote.h"
 
 namespace {
 
 // The note itself is a text; its two controls are elements of it without windows.
 class MsaaNote : public wxAccessible {
   public:
-    explicit MsaaNote(frmNote& note) : wxAccessible(&note), note_(note) {}
+    MsaaNote(wxFrame& window, ReadableNote& note) : wxAccessible(&window), window_(window), note_(note) {}
 
     static int IdOf(NotePart part) {
         return part == NotePart::chkForeground ? 1 : part == NotePart::cmdMinimize ? 2 : wxACC_SELF;
@@ -27,17 +26,17 @@ class MsaaNote : public wxAccessible {
         return wxACC_OK;
     }
     wxAccStatus GetName(int id, wxString* name) override {
-        *name = id == wxACC_SELF ? NoteAccess::Name(note_) : NoteAccess::NameOfControl(PartOf(id));
+        *name = id == wxACC_SELF ? NoteAccess::Name(note_.Content()) : NoteAccess::NameOfControl(PartOf(id));
         return wxACC_OK;
     }
     wxAccStatus GetDescription(int id, wxString* description) override {
         if (id != wxACC_SELF) return wxACC_NOT_IMPLEMENTED;
-        *description = NoteAccess::Description(note_);
+        *description = NoteAccess::Description(note_.Content());
         return wxACC_OK;
     }
     wxAccStatus GetValue(int id, wxString* value) override {
         if (id != wxACC_SELF) return wxACC_NOT_IMPLEMENTED;
-        *value = note_.Text();
+        *value = note_.Content().text;
         return wxACC_OK;
     }
     wxAccStatus GetRole(int id, wxAccRole* role) override {
@@ -48,10 +47,10 @@ class MsaaNote : public wxAccessible {
     }
     wxAccStatus GetState(int id, long* state) override {
         *state = wxACC_STATE_SYSTEM_FOCUSABLE;
-        if (!note_.IsShown()) *state |= wxACC_STATE_SYSTEM_INVISIBLE;
-        if (note_.IsActive() && note_.Focus() == PartOf(id)) *state |= wxACC_STATE_SYSTEM_FOCUSED;
+        if (!window_.IsShown()) *state |= wxACC_STATE_SYSTEM_INVISIBLE;
+        if (window_.IsActive() && note_.Focus() == PartOf(id)) *state |= wxACC_STATE_SYSTEM_FOCUSED;
         if (id == wxACC_SELF) *state |= wxACC_STATE_SYSTEM_READONLY;
-        if (id == 1 && note_.Foreground()) *state |= wxACC_STATE_SYSTEM_CHECKED;
+        if (id == 1 && note_.Content().foreground) *state |= wxACC_STATE_SYSTEM_CHECKED;
         return wxACC_OK;
     }
     wxAccStatus GetFocus(int* id, wxAccessible** child) override {
@@ -68,22 +67,25 @@ class MsaaNote : public wxAccessible {
         return wxACC_OK;
     }
     wxAccStatus GetLocation(wxRect& rect, int id) override {
-        rect = note_.GetRect();
+        rect = window_.GetRect();
         if (id == wxACC_SELF) return wxACC_OK;
         const TwipsRect& part = id == 1 ? note_.Layout().chkForeground : note_.Layout().cmdMinimize;
-        const double x = TwipsPerPixelX(note_), y = TwipsPerPixelY(note_);
+        const double x = TwipsPerPixelX(window_), y = TwipsPerPixelY(window_);
         rect = wxRect(rect.x + static_cast<int>(part.left / x), rect.y + static_cast<int>(part.top / y),
                       static_cast<int>(part.width / x), static_cast<int>(part.height / y));
         return wxACC_OK;
     }
 
   private:
-    frmNote& note_;
+    wxFrame& window_;
+    ReadableNote& note_;
 };
 
 class MsaaAccess : public NoteAccess {
   public:
-    explicit MsaaAccess(frmNote& note) : note_(note) { note.SetAccessible(new MsaaNote(note)); }
+    MsaaAccess(wxFrame& window, ReadableNote& note) : window_(window) {
+        window.SetAccessible(new MsaaNote(window, note));
+    }
 
     void Changed() override {
         Tell(wxACC_EVENT_OBJECT_NAMECHANGE, wxACC_SELF);
@@ -91,17 +93,19 @@ class MsaaAccess : public NoteAccess {
         Tell(wxACC_EVENT_OBJECT_STATECHANGE, MsaaNote::IdOf(NotePart::chkForeground));
     }
     void Focus(NotePart part) override {
-        if (note_.IsActive()) Tell(wxACC_EVENT_OBJECT_FOCUS, MsaaNote::IdOf(part));
+        if (window_.IsActive()) Tell(wxACC_EVENT_OBJECT_FOCUS, MsaaNote::IdOf(part));
     }
 
   private:
     void Tell(int event, int id) {
-        if (note_.IsShown()) wxAccessible::NotifyEvent(event, &note_, wxOBJID_CLIENT, id);
+        if (window_.IsShown()) wxAccessible::NotifyEvent(event, &window_, wxOBJID_CLIENT, id);
     }
 
-    frmNote& note_;
+    wxFrame& window_;
 };
 
 }  // namespace
 
-std::unique_ptr<NoteAccess> NoteAccess::Of(frmNote& note) { return std::make_unique<MsaaAccess>(note); }
+std::unique_ptr<NoteAccess> NoteAccess::Of(wxFrame& window, ReadableNote& note) {
+    return std::make_unique<MsaaAccess>(window, note);
+}

@@ -3,7 +3,6 @@
 
 #include "base/basText.h"
 #include "notes/NoteAccess.h"
-#include "notes/frmNote.h"
 
 namespace {
 
@@ -12,11 +11,11 @@ const char* const kNote = "kivora-note";  // what the widgets of a note know it 
 // The window has the name. Inside, the widget that gets the keys stands for the part of the note that has the
 // keyboard: it takes on that part's role and name.
 //
-// The toolkit makes what readers ask when the first of them asks, at some cost for each window. So nothing is
-// set beforehand: the answers are put together when they are wanted.
+// GTK makes the object that a reader asks when the first reader comes, at some cost for each window. So
+// nothing is set beforehand: the answers are put together when they are wanted.
 class AtkNote : public NoteAccess {
   public:
-    explicit AtkNote(frmNote& note) : note_(note) {
+    AtkNote(wxFrame& window, ReadableNote& note) : window_(window), note_(note) {
         AnswerForNotes();
         SetData(this);
     }
@@ -24,25 +23,25 @@ class AtkNote : public NoteAccess {
 
     void Changed() override {
         if (!asked_) return;
-        AtkObject* const window = gtk_widget_get_accessible(note_.GetHandle());
+        AtkObject* const window = gtk_widget_get_accessible(window_.GetHandle());
         g_object_notify(G_OBJECT(window), "accessible-name");
         g_object_notify(G_OBJECT(window), "accessible-description");
-        g_object_notify(G_OBJECT(gtk_widget_get_accessible(note_.m_wxwindow)), "accessible-name");
+        g_object_notify(G_OBJECT(gtk_widget_get_accessible(window_.m_wxwindow)), "accessible-name");
     }
 
     void Focus(NotePart) override {
         // To readers it is another one now that has the keyboard.
         if (!asked_) return;
-        AtkObject* const part = gtk_widget_get_accessible(note_.m_wxwindow);
+        AtkObject* const part = gtk_widget_get_accessible(window_.m_wxwindow);
         g_object_notify(G_OBJECT(part), "accessible-role");
         g_object_notify(G_OBJECT(part), "accessible-name");
-        if (note_.IsActive()) atk_object_notify_state_change(part, ATK_STATE_FOCUSED, TRUE);
+        if (window_.IsActive()) atk_object_notify_state_change(part, ATK_STATE_FOCUSED, TRUE);
     }
 
   private:
     void SetData(AtkNote* note) {
-        g_object_set_data(G_OBJECT(note_.GetHandle()), kNote, note);
-        g_object_set_data(G_OBJECT(note_.m_wxwindow), kNote, note);
+        g_object_set_data(G_OBJECT(window_.GetHandle()), kNote, note);
+        g_object_set_data(G_OBJECT(window_.m_wxwindow), kNote, note);
     }
 
     // The note that the object belongs to, null for all other windows and controls.
@@ -54,19 +53,20 @@ class AtkNote : public NoteAccess {
         return note;
     }
 
-    // Notes have their answers, everything else the toolkit's.
+    // Notes have their answers, everything else GTK's.
     static void AnswerForNotes() {
-        static AtkObjectClass window, inside;  // as the toolkit answers
+        static AtkObjectClass window, inside;  // as GTK answers
         static const bool done = [] {
             auto* const windows = ATK_OBJECT_CLASS(g_type_class_ref(GTK_TYPE_WINDOW_ACCESSIBLE));
             window = *windows;
             windows->get_name = [](AtkObject* object) {
                 AtkNote* const note = Asked(object);
-                return note ? note->Answer(note->name_, Name(note->note_)) : window.get_name(object);
+                return note ? note->Answer(note->name_, Name(note->note_.Content()))
+                            : window.get_name(object);
             };
             windows->get_description = [](AtkObject* object) {
                 AtkNote* const note = Asked(object);
-                return note ? note->Answer(note->description_, Description(note->note_))
+                return note ? note->Answer(note->description_, Description(note->note_.Content()))
                             : window.get_description(object);
             };
             auto* const parts = ATK_OBJECT_CLASS(g_type_class_ref(GTK_TYPE_CONTAINER_ACCESSIBLE));
@@ -94,8 +94,8 @@ class AtkNote : public NoteAccess {
         const NotePart part = note_.Focus();
         std::wstring name = NameOfControl(part);
         if (part == NotePart::chkForeground)
-            name += note_.Foreground() ? L", aktiviert" : L", nicht aktiviert";
-        return name.empty() ? note_.Text() : name;
+            name += note_.Content().foreground ? L", aktiviert" : L", nicht aktiviert";
+        return name.empty() ? note_.Content().text : name;
     }
 
     AtkRole PartRole() const {
@@ -109,11 +109,14 @@ class AtkNote : public NoteAccess {
         }
     }
 
-    frmNote& note_;
+    wxFrame& window_;
+    ReadableNote& note_;
     bool asked_ = false;
     std::string name_, description_, part_;
 };
 
 }  // namespace
 
-std::unique_ptr<NoteAccess> NoteAccess::Of(frmNote& note) { return std::make_unique<AtkNote>(note); }
+std::unique_ptr<NoteAccess> NoteAccess::Of(wxFrame& window, ReadableNote& note) {
+    return std::make_unique<AtkNote>(window, note);
+}

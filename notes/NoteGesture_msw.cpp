@@ -1,4 +1,4 @@
-// The system moves and sizes windows itself, once it is told that a frame was pressed.
+// Windows moves and sizes windows itself, once it is told that a frame was pressed.
 #include <windows.h>
 
 #include <wx/weakref.h>
@@ -11,7 +11,7 @@ namespace {
 
 using Finished = std::function<void(const wxRect& before, const wxRect& after)>;
 
-// By the time the owner holds it, it is over.
+// The gesture is over before Begin returns, so there is nothing left for its owner to end.
 class FinishedGesture : public NoteGesture {};
 
 }  // namespace

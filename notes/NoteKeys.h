@@ -31,5 +31,5 @@ enum class NoteCommand {
     PreviousNote,
 };
 
-// keyCode and modifiers as the toolkit's key events hold them.
+// keyCode and modifiers as key events of wxWidgets hold them.
 NoteCommand CommandOfKey(int keyCode, int modifiers);

@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <cmath>
 
-#include "model/Note.h"
 #include "model/TextFlow.h"
 #include "notes/LinePen.h"
+#include "notes/NoteFont.h"
 #include "notes/NoteWindow.h"
 #include "res/Resources.h"
 
@@ -44,28 +44,29 @@ MeasureText MeasureWith(LinePen& pen) {
     return [&pen](std::wstring_view text) { return pen.Measure(text); };
 }
 
-void PaintText(wxDC& dc, const NotePicture& note, const wxRect& box) {
+void PaintText(wxDC& dc, const Note& note, const wxRect& box) {
     if (box.width <= 0 || box.height <= 0) return;
     wxDCClipper clip(dc, box);
-    const wxColour ink = ToColour(TextInk(note.color, DisplayDepth()));
-    const int height = LineHeight(dc, note.font);
+    const wxColour ink = ToColour(TextInk(note.look.color, DisplayDepth()));
+    const wxFont& font = NoteFont(note.look);
+    const int height = LineHeight(dc, font);
     const auto most = static_cast<std::size_t>(box.height / height + 1);
-    LinePen pen(dc, note.font);
+    LinePen pen(dc, font);
     int y = box.y;
     for (const FlowLine& line : FlowText(note.text, box.width, MeasureWith(pen), most)) {
         int x = box.x;
-        if (note.alignment == kAlignRight) x += box.width - line.width;
-        if (note.alignment == kAlignCentre) x += (box.width - line.width) / 2;
+        if (note.look.alignment == kAlignRight) x += box.width - line.width;
+        if (note.look.alignment == kAlignCentre) x += (box.width - line.width) / 2;
         pen.Draw(line.text, x, y, ink);
         y += height;
     }
 }
 
-void PaintTime(wxDC& dc, const NotePicture& note, const wxRect& box, const wxColour& ink) {
+void PaintTime(wxDC& dc, const Note& note, const wxRect& box, const wxColour& ink) {
     if (box.width <= 0) return;
     wxDCClipper clip(dc, box);
     const int height = LineHeight(dc, SmallFont());
-    LinePen(dc, SmallFont()).Draw(note.time, box.x, box.y + (box.height - height) / 2, ink);
+    LinePen(dc, SmallFont()).Draw(note.creationTime, box.x, box.y + (box.height - height) / 2, ink);
 }
 
 // The two controls are flat until the pointer is over them.
@@ -97,13 +98,13 @@ void PaintForeground(wxDC& dc, const wxRect& box, const wxColour& paper, const w
 }
 
 // The sign of the keyboard, around the text or around a control.
-void PaintFocus(wxDC& dc, const NotePicture& note, const NoteLayout& layout, double scaleX, double scaleY,
-                const wxColour& ink) {
-    if (!note.focus) return;
-    const bool minimize = note.focus == NotePart::cmdMinimize;
+void PaintFocus(wxDC& dc, std::optional<NotePart> focus, const NoteLayout& layout, double scaleX,
+                double scaleY, const wxColour& ink) {
+    if (!focus) return;
+    const bool minimize = focus == NotePart::cmdMinimize;
     wxRect box = ToPixels(layout.lblMessage, scaleX, scaleY).Inflate(6, 1);
     int width = 1;
-    if (minimize || note.focus == NotePart::chkForeground) {
+    if (minimize || focus == NotePart::chkForeground) {
         box = ToPixels(minimize ? layout.cmdMinimize : layout.chkForeground, scaleX, scaleY);
         width = 2;
     }
@@ -126,9 +127,10 @@ wxSize NaturalTextSize(const std::wstring& text, const wxFont& font, int width) 
     return wxSize(widest, static_cast<int>(lines.size()) * LineHeight(dc, font));
 }
 
-void PaintNote(wxDC& dc, const NotePicture& note, const NoteLayout& layout, double scaleX, double scaleY) {
-    const wxColour paper = ToColour(DisplayColor(note.color));
-    const wxColour ink = ToColour(QuietInk(note.color, DisplayDepth()));
+void PaintNote(wxDC& dc, const Note& note, const NoteHints& hints, const NoteLayout& layout, double scaleX,
+               double scaleY) {
+    const wxColour paper = ToColour(DisplayColor(note.look.color));
+    const wxColour ink = ToColour(QuietInk(note.look.color, DisplayDepth()));
     const wxRect all = ToPixels({0, 0, layout.width, layout.height}, scaleX, scaleY);
     dc.SetPen(*wxTRANSPARENT_PEN);
     dc.SetBrush(wxBrush(paper));
@@ -139,12 +141,12 @@ void PaintNote(wxDC& dc, const NotePicture& note, const NoteLayout& layout, doub
 
     const wxRect minimize = ToPixels(layout.cmdMinimize, scaleX, scaleY);
     const wxRect foreground = ToPixels(layout.chkForeground, scaleX, scaleY);
-    PaintButtonFace(dc, minimize, paper, ink, note.hovered == NotePart::cmdMinimize, note.pressed);
+    PaintButtonFace(dc, minimize, paper, ink, hints.hovered == NotePart::cmdMinimize, hints.pressed);
     PaintMinimize(dc, minimize, ink);
-    PaintButtonFace(dc, foreground, paper, ink, note.hovered == NotePart::chkForeground, note.pressed);
+    PaintButtonFace(dc, foreground, paper, ink, hints.hovered == NotePart::chkForeground, hints.pressed);
     PaintForeground(dc, foreground, paper, ink, note.foreground);
 
-    const wxBitmapBundle corner = LoadPicture(CornerBitmap(note.color, DisplayDepth()));
+    const wxBitmapBundle corner = LoadPicture(CornerBitmap(note.look.color, DisplayDepth()));
     if (corner.IsOk()) {
         const wxRect box = ToPixels(layout.picEcke, scaleX, scaleY);
         dc.DrawBitmap(corner.GetBitmapFor(dc.GetWindow()), box.x, box.y, true);
@@ -159,5 +161,5 @@ void PaintNote(wxDC& dc, const NotePicture& note, const NoteLayout& layout, doub
                             {all.width - 1, 0},
                             {all.width - 1, outline[0].y}};
     dc.DrawLines(5, edge);
-    PaintFocus(dc, note, layout, scaleX, scaleY, ink);
+    PaintFocus(dc, hints.focus, layout, scaleX, scaleY, ink);
 }

@@ -6,26 +6,22 @@
 #include <optional>
 #include <string>
 
+#include "model/Note.h"
 #include "model/NoteLayout.h"
 
 // The colour of a 0x00BBGGRR value.
 wxColour ToColour(std::int32_t bgr);
 
-// What a picture of a note depends on. The texts must outlive the call.
-struct NotePicture {
-    const std::wstring& text;
-    const std::wstring& time;
-    wxFont font;  // of the text
-    int alignment = 0;
-    std::int32_t color = 0;  // colour code
-    bool foreground = false;
+// What the pointer and the keyboard do to the picture of a note.
+struct NoteHints {
     NotePart hovered = NotePart::Body;
     bool pressed = false;                          // the hovered button is held down
     std::optional<NotePart> focus = std::nullopt;  // Body: the text
 };
 
 // Paints the whole note into its window's client area; `scale` is pixels a twip.
-void PaintNote(wxDC& dc, const NotePicture& note, const NoteLayout& layout, double scaleX, double scaleY);
+void PaintNote(wxDC& dc, const Note& note, const NoteHints& hints, const NoteLayout& layout, double scaleX,
+               double scaleY);
 
 // The size in pixels that the text needs, in lines no wider than that many pixels. 0: only its own line
 // breaks count.

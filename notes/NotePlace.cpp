@@ -10,7 +10,7 @@
 
 namespace {
 
-// The window system takes no coordinates beyond 16 bits.
+// X11 and Windows take no coordinates beyond 16 bits.
 constexpr double kFarthest = 16'000;
 // Wider or higher windows may be larger than the screen; smaller ones never are.
 constexpr int kSafePixels = 600;
@@ -43,9 +43,10 @@ wxPoint NextPlace() {
     return {area.x + offset, area.y + offset};
 }
 
-wxRect NotePixels(const wxWindow& window, double left, double top, double width, double height) {
+wxRect NotePixels(const wxWindow& window, const NotePlace& place) {
     const double x = TwipsPerPixelX(window), y = TwipsPerPixelY(window);
-    return {ToPixels(left, x), ToPixels(top, y), ToPixels(width, x), ToPixels(height, y)};
+    return {ToPixels(place.left, x), ToPixels(place.top, y), ToPixels(place.width, x),
+            ToPixels(place.height, y)};
 }
 
 wxRect OnScreens(wxRect rect) {

@@ -3,13 +3,15 @@
 
 #include <wx/gdicmn.h>
 
+#include "model/Note.h"
+
 class wxWindow;
 
 // Where the next new note goes: each a step beside the one before, in the upper left of the main screen.
 wxPoint NextPlace();
 
-// The window's rectangle for a place in twips, within what window systems can name.
-wxRect NotePixels(const wxWindow& window, double left, double top, double width, double height);
+// The window's rectangle for a note's place, within what X11 and Windows can name.
+wxRect NotePixels(const wxWindow& window, const NotePlace& place);
 
 // The rectangle as the screens of now can show it: no larger than all of them, from their left edge when it
 // would be wider, and on the nearest one where too little of it would be visible.

@@ -5,129 +5,72 @@
 #include <algorithm>
 #include <utility>
 
-#include "base/basText.h"
 #include "model/AddressBook.h"
+#include "model/StoredImage.h"
 #include "notes/NoteWindow.h"
-#include "registry/clsRegistry.h"
 #include "tray/Notification.h"
-
-const wchar_t* const kSettingsKey = L"HKLM\\Software\\Kivora\\1.5\\";
-
-namespace {
-
-const std::wstring kNotePrefix = L"Note";
-
-std::wstring NotePath(const std::wstring& name) { return kSettingsKey + name + L"\\"; }
-
-void ReadNote(frmNote& note, const std::wstring& path) {
-    auto text = [&](const wchar_t* name) { return AsText(Registry().GetValue(path + name, REG_TYPE_SZ)); };
-    auto number = [&](const wchar_t* name) {
-        return AsNumber(Registry().GetValue(path + name, REG_TYPE_DWORD));
-    };
-    note.Text(text(L"Text"));
-    note.CreationTime(text(L"CreationTime"));
-    note.Color(number(L"Color"));
-    note.FontNoteSize(number(L"FontSize"));
-    note.FontNoteBold(number(L"FontBold") != 0);
-    note.FontNoteItalic(number(L"FontItalic") != 0);
-    note.FontNoteUnderlined(number(L"FontUnderlined") != 0);
-    note.FontNoteAlignment(number(L"FontAlignment"));
-    note.HiddenForeground(number(L"Foreground") != 0);
-    const double left = number(L"X"), top = number(L"Y");
-    const double width = number(L"Width"), height = number(L"Height");
-    note.Place(left, top, width, height);
-}
-
-void WriteNote(const frmNote& note, const std::wstring& path) {
-    auto text = [&](const wchar_t* name, const std::wstring& value) {
-        Registry().SetValue(path + name, REG_TYPE_SZ, value);
-    };
-    auto number = [&](const wchar_t* name, double value) {
-        Registry().SetValue(path + name, REG_TYPE_DWORD, value);
-    };
-    number(L"X", note.Left());
-    number(L"Y", note.Top());
-    number(L"Width", note.Width());
-    number(L"Height", note.Height());
-    text(L"Text", note.Text());
-    text(L"CreationTime", note.CreationTime());
-    number(L"Color", note.Color());
-    number(L"FontSize", note.FontNoteSize());
-    number(L"FontBold", note.FontNoteBold());
-    number(L"FontItalic", note.FontNoteItalic());
-    number(L"FontUnderlined", note.FontNoteUnderlined());
-    number(L"FontAlignment", note.FontNoteAlignment());
-    number(L"Foreground", note.Foreground());
-}
-
-}  // namespace
 
 void NoteUnloader::operator()(frmNote* note) const { note->Unload(); }
 
 void NoteStore::LoadNotes() {
-    RegistryTransaction image;
-    AutostartEnabled =
-        AsNumber(Registry().GetValue(std::wstring(kSettingsKey) + L"Autostart", REG_TYPE_DWORD)) != 0;
-    std::vector<std::wstring> names;
-    if (Registry().EnumKeys(kSettingsKey, names) != 0) {
-        for (std::size_t i = 0; i < names.size(); ++i) {
-            if (names[i].compare(0, kNotePrefix.size(), kNotePrefix) != 0) continue;
-            NotePtr note = CreateNote();
-            ReadNote(*note, NotePath(names[i]));
-            lastNoteNumber_ = static_cast<std::int32_t>(i);
-            note->NoteKey(lastNoteNumber_);
-            notes_.push_back(std::move(note));
-        }
+    const StoredImage image = ReadStoredImage();
+    AutostartEnabled = image.autostart;
+    for (const StoredNote& stored : image.notes) {
+        lastNoteNumber_ = stored.key;
+        notes_.push_back(MakeNote(stored.note, stored.key));
     }
-    LoadAddressBook();
+    for (const clsAddressBookEntry& entry : image.entries) AddAddressBookEntry(entry);
 }
 
-void NoteStore::SaveNotes() {
+KeepResult NoteStore::SaveNotes() {
     Notification::MenusChanged();  // whatever a menu depends on is saved
-    RegistryTransaction image;
-    Registry().DeleteKey(kSettingsKey);
-    Registry().SetValue(std::wstring(kSettingsKey) + L"Autostart", REG_TYPE_DWORD, AutostartEnabled ? 1 : 0);
-    int number = 0;
-    for (const NotePtr& note : notes_) {
-        WriteNote(*note, NotePath(kNotePrefix + std::to_wstring(number)));
-        ++number;
-    }
-    SaveAddressBook();
-    image.Commit();
+    std::vector<const Note*> notes;
+    for (const NotePtr& note : notes_) notes.push_back(&note->Content());
+    return WriteStoredImage(AutostartEnabled, notes, AddressBook());
 }
 
-frmNote& NoteStore::AddNote(NotePtr note) {
-    note->NoteKey(++lastNoteNumber_);
-    note->PlaceAsNew();
-    note->AutoSize();
-    note->ShowStacked();
-    frmNote& added = *note;
-    notes_.push_back(std::move(note));
-    SaveNotes();
-    return added;
+NotePtr NoteStore::MakeNote(const Note& content, std::int32_t key) {
+    NotePtr note(new frmNote(host_));
+    note->NoteKey(key);
+    note->Content(content);
+    return note;
 }
 
-frmNote& NoteStore::AdoptNote(NotePtr note) {
-    note->NoteKey(++lastNoteNumber_);
-    frmNote& added = *note;
-    notes_.push_back(std::move(note));
-    if (OnLongText && StoredLength(added.Text()) > kLongestStoredText) OnLongText(added);
-    return added;
+NoteStore::AddedNote NoteStore::AddNote(const Note& content) {
+    NotePtr made = MakeNote(content, ++lastNoteNumber_);
+    made->PlaceAsNew();
+    made->AutoSize();
+    made->ShowStacked();
+    frmNote& note = *made;
+    notes_.push_back(std::move(made));
+    return {note, SaveNotes()};
 }
 
-void NoteStore::DeleteNote(frmNote& note) {
-    const auto place =
-        std::find_if(notes_.begin(), notes_.end(), [&](const NotePtr& each) { return each.get() == &note; });
-    if (place == notes_.end()) return;
-    if (OnDelete) OnDelete(note);
+frmNote& NoteStore::AdoptNote(const Note& content) {
+    notes_.push_back(MakeNote(content, ++lastNoteNumber_));
+    if (OnLongText && !ComesBack(content.text)) OnLongText(content);
+    return *notes_.back();
+}
+
+void NoteStore::Remove(frmNote& note) {
     ForgetMinimizedNote(note);
-    notes_.erase(place);
-    SaveNotes();
+    std::erase_if(notes_, [&](const NotePtr& each) { return each.get() == &note; });
+}
+
+void NoteStore::TakeBack(frmNote& note) {
+    Remove(note);
+    Notification::MenusChanged();
+}
+
+KeepResult NoteStore::DeleteNote(frmNote& note) {
+    if (OnDelete) OnDelete(note.Content());
+    Remove(note);
+    return SaveNotes();
 }
 
 void NoteStore::UnloadAllNotes() {
     toShow_.reset();
-    // Not one by one through the toolkit's list of what is to go: that is searched for every window.
+    // Not one by one through the list that wxWidgets keeps of windows to destroy: it is searched for each.
     for (NotePtr& note : notes_) note.release()->UnloadAtEnd();
     notes_.clear();
 }

@@ -17,6 +17,7 @@
 
 #include "notes/ScreenWatch.h"
 #include "notes/frmNote.h"
+#include "registry/KeepResult.h"
 
 // Unloads the window of a note that is given up: hides its icon, then destroys it.
 struct NoteUnloader {
@@ -24,28 +25,31 @@ struct NoteUnloader {
 };
 using NotePtr = std::unique_ptr<frmNote, NoteUnloader>;
 
-extern const wchar_t* const kSettingsKey;  // with its trailing backslash
-
-// Texts of up to so many bytes come back after a restart, whatever they are made of: they are read through a
-// buffer of 4096 characters that also takes a terminator.
-constexpr std::size_t kLongestStoredText = 4095;
-
 class NoteStore {
   public:
     explicit NoteStore(NoteHost& host) : host_(host) {}
 
-    // A new hidden note that is not in the store yet.
-    NotePtr CreateNote() { return NotePtr(new frmNote(host_)); }
-
+    // Makes the windows of all notes that are kept, hidden still, and fills the address book.
     void LoadNotes();
-    void SaveNotes();
+    // Keeps everything: the notes, the autostart flag and the address book.
+    KeepResult SaveNotes();
 
-    // Gives the note the next key, sizes and shows it, and saves.
-    frmNote& AddNote(NotePtr note);
-    // Takes an imported note in under the next key; neither shows nor saves it.
-    frmNote& AdoptNote(NotePtr note);
-    void DeleteNote(frmNote& note);  // also saves; the reference is dead afterwards
-    void UnloadAllNotes();           // only at the end of the program
+    // Makes the window of a new note under the next key, at the next place for new notes and in the size that
+    // the text needs, shows it and saves. A note that could not be kept is there all the same; whoever then
+    // says no to its sender takes it back.
+    struct AddedNote {
+        frmNote& note;
+        KeepResult kept;
+    };
+    AddedNote AddNote(const Note& content);
+    // Lets a note disappear that was just added: nothing is saved, and it goes into no bin.
+    void TakeBack(frmNote& note);
+    // Takes an imported note in under the next key, at its own place; neither shows nor saves it.
+    frmNote& AdoptNote(const Note& content);
+    // Also saves; the reference is dead afterwards. Not kept: the note is gone from the screen and will be
+    // back after a restart, unless a later save is kept.
+    KeepResult DeleteNote(frmNote& note);
+    void UnloadAllNotes();  // only at the end of the program
 
     void MinimizeAll();
     void UnMinimizeAll();
@@ -72,11 +76,13 @@ class NoteStore {
     bool AutostartEnabled = false;
 
     // Called for an imported note with more text than can be read back, if set.
-    std::function<void(const frmNote& note)> OnLongText;
+    std::function<void(const Note& note)> OnLongText;
     // Called for a note before DeleteNote takes it out, if set. Must not throw.
-    std::function<void(const frmNote& note)> OnDelete;
+    std::function<void(const Note& note)> OnDelete;
 
   private:
+    NotePtr MakeNote(const Note& content, std::int32_t key);
+    void Remove(frmNote& note);
     void ShowNextNotes();
     std::vector<frmNote*> InStackingOrder() const;
 

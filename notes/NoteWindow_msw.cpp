@@ -38,7 +38,7 @@ void ShapeNoteWindow(wxFrame& window, int widthPixels, int heightPixels) {
     POINT corners[outline.size()];
     for (std::size_t i = 0; i < outline.size(); ++i) corners[i] = {outline[i].x, outline[i].y};
     const HRGN region = CreatePolygonRgn(corners, static_cast<int>(outline.size()), ALTERNATE);
-    // From now on the system's, unless it does not take it.
+    // Windows owns the region from now on, unless the call failed.
     if (!SetWindowRgn(window.GetHandle(), region, TRUE)) DeleteObject(region);
 }
 

@@ -11,7 +11,7 @@
 #include "model/NoteLayout.h"
 #include "notes/NoteWindow.h"
 
-// The toolkit's pixels are logical ones: it multiplies by the scale factor itself.
+// The pixels of wxWidgets are logical ones: GTK multiplies by the scale factor itself.
 double TwipsPerPixelX(const wxWindow&) { return kTwipsPerLogicalPixel; }
 double TwipsPerPixelY(const wxWindow&) { return kTwipsPerLogicalPixel; }
 
@@ -39,8 +39,7 @@ void RaiseNoteWindow(wxFrame& window) {
 }
 
 void AcceptKeys(wxFrame& window) {
-    // Keys go to the widget in the window that has the focus there, and left to itself the toolkit chooses
-    // none.
+    // Keys go to the widget that has the focus inside the window, and GTK gives it to none by itself.
     gtk_widget_set_can_focus(window.m_wxwindow, TRUE);
     gtk_window_set_focus(GTK_WINDOW(window.GetHandle()), window.m_wxwindow);
 }
@@ -54,8 +53,8 @@ void ShowNoteWindow(wxFrame& window, bool topmost) {
     const bool hidden = !window.IsShown();
     if (hidden) window.ShowWithoutActivating();
     if (hidden) {
-        // A window that was hidden has lost all this on its way back; only a change makes the toolkit say
-        // them again.
+        // X11 window managers forget these hints of a window that was hidden, and GTK tells them again only
+        // when they change.
         gtk_window_set_skip_taskbar_hint(gtk, FALSE);
         gtk_window_set_skip_taskbar_hint(gtk, TRUE);
         gtk_window_set_skip_pager_hint(gtk, FALSE);

@@ -1,14 +1,14 @@
 #pragma once
 // Touches of the properties dialog that only the platform's own controls can give.
 
+struct NoteLook;
 class wxCheckBox;
 class wxColour;
 class wxRadioButton;
 class wxTextCtrl;
 
-// Shows the caption of a check box in the look that the box stands for.
-enum class CaptionLook { Underlined, Bold, Italic };
-void StyleCaption(wxCheckBox& box, CaptionLook look);
+// Shows the caption of a check box in the styles of a look.
+void StyleCaption(wxCheckBox& box, const NoteLook& look);
 
 // Paints an option button in a colour, its caption in another one that is readable on it. The circle stays
 // visible on either.

@@ -2,21 +2,12 @@
 #include <wx/radiobut.h>
 #include <wx/textctrl.h>
 
+#include "notes/NoteFont.h"
 #include "notes/PropertiesLook.h"
 
-void StyleCaption(wxCheckBox& box, CaptionLook look) {
+void StyleCaption(wxCheckBox& box, const NoteLook& look) {
     wxFont font = box.GetFont();
-    switch (look) {
-        case CaptionLook::Bold:
-            font.MakeBold();
-            break;
-        case CaptionLook::Italic:
-            font.MakeItalic();
-            break;
-        case CaptionLook::Underlined:
-            font.MakeUnderlined();
-            break;
-    }
+    SetStyles(font, look);
     box.SetFont(font);
     box.InvalidateBestSize();
 }

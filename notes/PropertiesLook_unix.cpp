@@ -1,13 +1,15 @@
 #include <gtk/gtk.h>
 #include <wx/checkbox.h>
+#include <wx/fontutil.h>
 #include <wx/radiobut.h>
 #include <wx/textctrl.h>
 
+#include "notes/NoteFont.h"
 #include "notes/PropertiesLook.h"
 
 namespace {
 
-// The first widget of a type at or below another one; the toolkit wraps its controls in others.
+// The first widget of a type at or below another one; wxWidgets wraps its controls in others.
 GtkWidget* FindWidget(GtkWidget* widget, GType type) {
     if (G_TYPE_CHECK_INSTANCE_TYPE(widget, type)) return widget;
     if (!GTK_IS_CONTAINER(widget)) return nullptr;
@@ -20,32 +22,27 @@ GtkWidget* FindWidget(GtkWidget* widget, GType type) {
     return found;
 }
 
-PangoAttribute* AttributeOf(CaptionLook look) {
-    switch (look) {
-        case CaptionLook::Bold:
-            return pango_attr_weight_new(PANGO_WEIGHT_BOLD);
-        case CaptionLook::Italic:
-            return pango_attr_style_new(PANGO_STYLE_ITALIC);
-        default:
-            return pango_attr_underline_new(PANGO_UNDERLINE_SINGLE);
-    }
-}
-
 }  // namespace
 
-// By attributes of the label: a font of its own does not underline, and a check box that gets one after it
-// was made is laid out too small at first.
-void StyleCaption(wxCheckBox& box, CaptionLook look) {
+// By attributes of the label: a check box that gets a font of its own after it was made is laid out too small
+// at first. wxFont gives a layout the attributes for lines under and through the text only.
+void StyleCaption(wxCheckBox& box, const NoteLook& look) {
     GtkWidget* label = FindWidget(box.GetHandle(), GTK_TYPE_LABEL);
     if (!label) return;
-    PangoAttrList* attributes = pango_attr_list_new();
-    pango_attr_list_insert(attributes, AttributeOf(look));
+    wxFont font = box.GetFont();
+    SetStyles(font, look);
+    PangoLayout* layout = gtk_widget_create_pango_layout(label, gtk_label_get_text(GTK_LABEL(label)));
+    font.GTKSetPangoAttrs(layout);
+    PangoAttrList* lines = pango_layout_get_attributes(layout);
+    PangoAttrList* attributes = lines ? pango_attr_list_copy(lines) : pango_attr_list_new();
+    pango_attr_list_insert(attributes, pango_attr_font_desc_new(font.GetNativeFontInfo()->description));
     gtk_label_set_attributes(GTK_LABEL(label), attributes);
     pango_attr_list_unref(attributes);
+    g_object_unref(layout);
     box.InvalidateBestSize();
 }
 
-// Not by the toolkit's colours: they paint over the circle, too.
+// Not by the colours of wxWidgets: they paint over the circle, too.
 void PaintButton(wxRadioButton& button, const wxColour& face, const wxColour& ink) {
     const wxString style = L"radiobutton { background: " + face.GetAsString(wxC2S_HTML_SYNTAX) +
                            L"; color: " + ink.GetAsString(wxC2S_HTML_SYNTAX) +

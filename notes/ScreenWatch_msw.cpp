@@ -1,4 +1,4 @@
-// The system tells every top-level window, also one that is never shown.
+// Windows tells every top-level window, also one that is never shown.
 #include <wx/app.h>
 #include <wx/frame.h>
 #include <wx/weakref.h>
@@ -6,7 +6,7 @@
 #include "notes/ScreenWatch.h"
 
 struct ScreenWatch::Source {
-    wxWeakRef<wxFrame> window;  // goes with the toolkit at the latest
+    wxWeakRef<wxFrame> window;  // destroyed by wxWidgets at the program's end, if not before
 
     explicit Source(std::function<void()> changed)
         : window(new wxFrame(nullptr, wxID_ANY, L"Kivora", wxDefaultPosition, wxDefaultSize,
@@ -15,7 +15,7 @@ struct ScreenWatch::Source {
         auto pending = std::make_shared<bool>(false);
         frame->Bind(wxEVT_DISPLAY_CHANGED, [=](wxDisplayChangedEvent& event) {
             event.Skip();
-            // The toolkit's own list of screens has to be renewed first.
+            // The list of screens that wxWidgets keeps has to be renewed first.
             if (!std::exchange(*pending, true)) {
                 frame->CallAfter([=] {
                     *pending = false;

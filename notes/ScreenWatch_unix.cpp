@@ -2,8 +2,9 @@
 
 #include "notes/ScreenWatch.h"
 
-// Window managers learn of a change at the same time, and one that comes second may hold a window back at the
-// border that was. So it counts, too, when they have published the new area for windows.
+// A window manager learns of a change of screens when the program does, and until it has dealt with it, it
+// may keep a window within the old screens. So it counts as a change, too, when the window manager has
+// published the new area for windows.
 struct ScreenWatch::Source {
     std::function<void()> changed;
     GdkScreen* screen = gdk_screen_get_default();

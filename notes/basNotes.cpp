@@ -18,10 +18,9 @@ void NewNote(NoteStore& store) {
     if (properties.BroughtForward()) return;
     const OneDialog::Opened<frmProperties> dialog(properties, L"Neue Notiz");
     dialog->OnConfirmed = [&] {
-        NotePtr note = store.CreateNote();
-        dialog->ApplyTo(*note);
-        note->CreationTime(CurrentDateText() + L", " + CurrentTimeText());
-        store.AddNote(std::move(note));
+        Note note = dialog->Written({});
+        note.creationTime = CurrentDateText() + L", " + CurrentTimeText();
+        store.AddNote(note);
     };
     dialog->ShowModal();
 }
@@ -29,7 +28,7 @@ void NewNote(NoteStore& store) {
 void EditNote(NoteStore& store, frmNote& note) {
     if (properties.BroughtForward()) return;
     const OneDialog::Opened<frmProperties> dialog(properties, L"Notiz bearbeiten");
-    dialog->Fill(note);
+    dialog->Fill(note.Content());
     dialog->PlaceNear(note.GetRect());
     const std::int32_t key = note.NoteKey();
     dialog->OnConfirmed = [&] {
@@ -41,7 +40,7 @@ void EditNote(NoteStore& store, frmNote& note) {
                 kCritical, L"Notiz zwischenzeitlich gelöscht");
             return;
         }
-        dialog->ApplyTo(*edited);
+        edited->Content(dialog->Written(edited->Content()));
         edited->AutoSize();
         store.SaveNotes();
     };

@@ -5,39 +5,21 @@
 #include <wx/weakref.h>
 
 #include <algorithm>
-#include <cmath>
-#include <map>
-#include <tuple>
 
 #include "base/basText.h"
-#include "notes/NoteAccess.h"
+#include "notes/NoteFont.h"
 #include "notes/NoteGesture.h"
 #include "notes/NotePaint.h"
 #include "notes/NotePlace.h"
 #include "notes/NoteWindow.h"
-#include "res/Resources.h"
 #include "tray/Notification.h"
-
-namespace {
-
-// Notes share their fonts; a hundred notes seldom need more than three.
-const wxFont& SharedFont(int size, bool bold, bool italic, bool underlined) {
-    static std::map<std::tuple<int, bool, bool, bool>, wxFont> fonts;
-    wxFont& font = fonts[{size, bold, italic, underlined}];
-    if (!font.IsOk()) {
-        font = wxFont(wxFontInfo(size).FaceName(L"Arial").Bold(bold).Italic(italic).Underlined(underlined));
-    }
-    return font;
-}
-
-}  // namespace
 
 frmNote::frmNote(NoteHost& host) : host_(host) {
     SetBackgroundStyle(wxBG_STYLE_PAINT);
     Create(nullptr, wxID_ANY, L"Kivora", wxDefaultPosition, wxSize(10, 10),
            wxFRAME_NO_TASKBAR | wxBORDER_NONE | wxFRAME_SHAPED);
     AcceptKeys(*this);
-    access_ = NoteAccess::Of(*this);
+    access_ = NoteAccess::Of(*this, *this);
 }
 
 frmNote::~frmNote() = default;
@@ -47,88 +29,47 @@ void frmNote::PlaceAsNew() {
     PlaceAt(place.x * TwipsPerPixelX(*this), place.y * TwipsPerPixelY(*this));
 }
 
+void frmNote::Content(const Note& note) {
+    note_ = note;
+    Place(note.place);
+    Changed();
+}
+
+void frmNote::Changed() {
+    Refresh();
+    access_->Changed();
+    if (minimized_) RenewIcon();
+}
+
 void frmNote::AutoSize() {
-    const wxSize label = NaturalTextSize(Text(), MessageFont());
+    const wxSize label = NaturalTextSize(Text(), NoteFont(note_.look));
     SizeTo(label.x * TwipsPerPixelX(*this) + 2 * kFrame,
            label.y * TwipsPerPixelY(*this) + 2 * kFrame + kTimeHeight);
 }
 
 void frmNote::Foreground(bool on) {
-    foreground_ = on;
-    Refresh();
-    access_->Changed();
+    Set(note_.foreground, on);
     host_.SaveNotes();
     host_.ApplyForeground();
 }
 
 bool frmNote::HiddenForeground() {
-    Foreground(foreground_);
+    Foreground(note_.foreground);
     return false;
-}
-
-void frmNote::Color(std::int32_t code) {
-    color_ = code;
-    Refresh();
-    if (minimized_) RenewIcon();
-}
-
-void frmNote::Text(const std::wstring& text) {
-    lblMessage_.caption = text;
-    Refresh();
-    access_->Changed();
-    if (minimized_) RenewIcon();
 }
 
 std::wstring frmNote::TextCleaned() const { return Flattened(Text()); }
 
-std::wstring frmNote::ShortText() const {
-    constexpr std::size_t kLongest = 55;
-    const std::wstring text = TextCleaned();
-    return text.size() > kLongest ? text.substr(0, kLongest) + L" ..." : text;
-}
+void frmNote::PlaceAt(double left, double top) { Place({left, top, Width(), Height()}); }
 
-void frmNote::FontNoteBold(bool on) {
-    lblMessage_.bold = on;
-    Refresh();
-}
+void frmNote::SizeTo(double width, double height) { Place({Left(), Top(), width, height}); }
 
-void frmNote::FontNoteItalic(bool on) {
-    lblMessage_.italic = on;
-    Refresh();
-}
-
-void frmNote::FontNoteUnderlined(bool on) {
-    lblMessage_.underlined = on;
-    Refresh();
-}
-
-void frmNote::FontNoteSize(std::int32_t points) {
-    lblMessage_.size = points;
-    Refresh();
-}
-
-void frmNote::FontNoteAlignment(std::int32_t code) {
-    lblMessage_.alignment = code;
-    Refresh();
-}
-
-void frmNote::CreationTime(const std::wstring& text) {
-    lblZeit_ = text;
-    Refresh();
-    access_->Changed();
-}
-
-void frmNote::PlaceAt(double left, double top) { Place(left, top, width_, height_); }
-
-void frmNote::SizeTo(double width, double height) { Place(left_, top_, width, height); }
-
-void frmNote::Place(double left, double top, double width, double height) {
+void frmNote::Place(const NotePlace& place) {
     // The horizontal factor bounds both, so that the smallest note is the same square everywhere.
     const double smallest = kSmallestPixels * TwipsPerPixelX(*this);
-    left_ = left;
-    top_ = top;
-    width_ = std::max(width, smallest);
-    height_ = std::max(height, smallest);
+    note_.place = place;
+    note_.place.width = std::max(place.width, smallest);
+    note_.place.height = std::max(place.height, smallest);
     const wxRect rect = ShownRect();
     SetSize(rect);
     ArrangeParts(rect.GetSize());
@@ -145,7 +86,7 @@ void frmNote::PlaceOnScreens() {
 wxVisualAttributes frmNote::GetDefaultAttributes() const {
     static const wxVisualAttributes attributes = [] {
         wxVisualAttributes values;
-        values.font = SharedFont(kDefaultFontSize, false, false, false);
+        values.font = NoteFont({});
         values.colFg = *wxBLACK;
         values.colBg = *wxWHITE;
         return values;
@@ -153,12 +94,7 @@ wxVisualAttributes frmNote::GetDefaultAttributes() const {
     return attributes;
 }
 
-wxFont frmNote::MessageFont() const {
-    const int size = std::clamp<int>(lblMessage_.size, kSmallestFontSize, kLargestFontSize);
-    return SharedFont(size, lblMessage_.bold, lblMessage_.italic, lblMessage_.underlined);
-}
-
-wxRect frmNote::StoredRect() const { return NotePixels(*this, left_, top_, width_, height_); }
+wxRect frmNote::StoredRect() const { return NotePixels(*this, note_.place); }
 
 wxRect frmNote::ShownRect() const {
     const wxRect stored = StoredRect();
@@ -166,7 +102,8 @@ wxRect frmNote::ShownRect() const {
     if (rect.width == stored.width) return rect;
     // The screens are not as wide as its lines: these are broken and need more height than is stored.
     const double framePixels = 2 * kFrame / TwipsPerPixelX(*this);
-    const wxSize text = NaturalTextSize(Text(), MessageFont(), rect.width - static_cast<int>(framePixels));
+    const wxSize text =
+        NaturalTextSize(Text(), NoteFont(note_.look), rect.width - static_cast<int>(framePixels));
     const double height = text.y + (2 * kFrame + kTimeHeight) / TwipsPerPixelY(*this);
     rect.height = std::max(rect.height, static_cast<int>(height));
     return OnScreens(rect);
@@ -183,12 +120,11 @@ void frmNote::ArrangeParts(const wxSize& pixels) {
 void frmNote::Hover(NotePart part) {
     if (part == hovered_) return;
     hovered_ = part;
-    if (part == NotePart::cmdMinimize) {
-        SetToolTip(NoteAccess::NameOfControl(part));
-    } else if (part == NotePart::chkForeground) {
-        SetToolTip(NoteAccess::NameOfControl(part));
-    } else {
+    const std::wstring tip = NoteAccess::NameOfControl(part);
+    if (tip.empty()) {
         UnsetToolTip();
+    } else {
+        SetToolTip(tip);
     }
     Refresh();
 }
@@ -220,7 +156,7 @@ void frmNote::Click(NotePart part) {
         Hover(NotePart::Body);
         Minimized(true);
     } else if (part == NotePart::chkForeground) {
-        Foreground(!foreground_);
+        Foreground(!Foreground());
     }
 }
 
@@ -234,23 +170,25 @@ void frmNote::PressPart(NotePart part) {
 
 void frmNote::FinishGesture(const wxRect& before, const wxRect& after) {
     StorePlace(before, after);
-    if (dialogsAbove_) DialogsAbove::Again();  // systems that move windows themselves raise them, too
+    // Windows and X11 window managers raise a window that they move.
+    if (dialogsAbove_) DialogsAbove::Again();
     host_.SaveNotes();
 }
 
 void frmNote::StorePlace(const wxRect& before, const wxRect& after) {
     const double x = TwipsPerPixelX(*this), y = TwipsPerPixelY(*this);
-    // Only what the user changed: a note may be stored with a place or size that this screen cannot show.
-    // But one that was shown elsewhere for that, and moved by the user, has its new place there altogether.
+    NotePlace& place = note_.place;
+    // Stored is only what the user changed, because the window may stand elsewhere than its stored place, or
+    // in another size, where the screens cannot show it otherwise. A user who moves such a window gives it
+    // a new place both ways, and who resizes it a new size both ways.
     const bool moved = after.GetPosition() != before.GetPosition();
     const bool elsewhere = moved && before.GetPosition() != StoredRect().GetPosition();
-    if (elsewhere || after.x != before.x) left_ = after.x * x;
-    if (elsewhere || after.y != before.y) top_ = after.y * y;
-    // Likewise the size of one that was shown in another size and resized.
+    if (elsewhere || after.x != before.x) place.left = after.x * x;
+    if (elsewhere || after.y != before.y) place.top = after.y * y;
     const bool resized = after.GetSize() != before.GetSize();
     const bool otherwise = resized && before.GetSize() != StoredRect().GetSize();
-    if (otherwise || after.width != before.width) width_ = after.width * x;
-    if (otherwise || after.height != before.height) height_ = after.height * y;
+    if (otherwise || after.width != before.width) place.width = after.width * x;
+    if (otherwise || after.height != before.height) place.height = after.height * y;
 }
 
 void frmNote::Later(std::function<void(NoteHost&, frmNote&)> call) {
@@ -264,13 +202,15 @@ wxPoint2DDouble frmNote::ToTwips(const wxPoint& pixels) const {
     return {pixels.x * TwipsPerPixelX(*this), pixels.y * TwipsPerPixelY(*this)};
 }
 
+void frmNote::OpenMenu() {
+    Later([](NoteHost& host, frmNote& note) { host.ShowPopupMenu(note, std::nullopt); });
+}
+
 void frmNote::OnPaint(wxPaintEvent&) {
     wxPaintDC dc(this);
-    const NotePicture picture{
-        Text(), lblZeit_,    MessageFont(), lblMessage_.alignment,
-        color_, foreground_, hovered_,      pressed_ != NotePart::Body && pressed_ == hovered_,
-        focus_};
-    PaintNote(dc, picture, layout_, 1 / TwipsPerPixelX(*this), 1 / TwipsPerPixelY(*this));
+    const bool pressed = pressed_ != NotePart::Body && pressed_ == hovered_;
+    PaintNote(dc, note_, {.hovered = hovered_, .pressed = pressed, .focus = focus_}, layout_,
+              1 / TwipsPerPixelX(*this), 1 / TwipsPerPixelY(*this));
 }
 
 void frmNote::OnSize(wxSizeEvent& event) { ArrangeParts(event.GetSize()); }
@@ -322,7 +262,7 @@ void frmNote::OnLeftDoubleClick(wxMouseEvent& event) {
             Later(&NoteHost::EditNote);
             break;
         default:
-            OnLeftDown(event);  // to a button, or to the corner, the second press is a press like the first
+            OnLeftDown(event);  // a button or the corner is pressed a second time
             break;
     }
 }
@@ -330,7 +270,7 @@ void frmNote::OnLeftDoubleClick(wxMouseEvent& event) {
 void frmNote::OnRightUp(wxMouseEvent& event) {
     const wxPoint2DDouble at = ToTwips(event.GetPosition());
     const NotePart part = layout_.PartAt(at.m_x, at.m_y);
-    if (part == NotePart::Body || part == NotePart::lblMessage) Later(&NoteHost::ShowPopupMenu);
+    if (part == NotePart::Body || part == NotePart::lblMessage) OpenMenu();
 }
 
 // clang-format off

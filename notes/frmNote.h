@@ -1,5 +1,5 @@
 #pragma once
-// A note is its window: the text, the look, the place and the flags live here and nowhere else. The window
+// A note is its window: what it says, how it looks and where it stands live here and nowhere else. The window
 // paints itself, its controls are parts of it and no windows of their own.
 //
 // It knows nothing of the store, the menu or the network; what it needs from around it is a NoteHost.
@@ -16,73 +16,58 @@
 #include "dialogs/frmDialog.h"
 #include "model/Note.h"
 #include "model/NoteLayout.h"
-#include "tray/TrayMenu.h"
+#include "notes/NoteAccess.h"
+#include "notes/NoteHost.h"
 
-class frmNote;
-class NoteAccess;
 class NoteGesture;
 class Notification;
 
-// What a note asks of the program around it.
-class NoteHost {
-  public:
-    virtual ~NoteHost() = default;
-    virtual void SaveNotes() = 0;
-    virtual void ApplyForeground() = 0;
-    virtual void ForgetMinimizedNote(frmNote& note) = 0;
-    virtual void ShowPopupMenu(frmNote& note) = 0;  // at the mouse
-    virtual void ShowPopupMenuAt(frmNote& note, const wxPoint& onScreen) = 0;
-    // Gives the keyboard to the next note that is shown, or to the one before.
-    virtual void FocusNextNote(frmNote& note, bool forward) = 0;
-    virtual void EditNote(frmNote& note) = 0;
-    // The same menu where the notification area shows it itself: as it is now, and an entry chosen from it.
-    virtual std::vector<TrayMenuEntry> TrayMenu(const frmNote&) { return {}; }
-    virtual void RunFromTrayMenu(frmNote&, int) {}
-};
-
-class frmNote : public wxFrame {
+class frmNote : public wxFrame, public ReadableNote {
   public:
     // A hidden note: yellow, empty, 12 points, left-aligned.
     explicit frmNote(NoteHost& host);
     ~frmNote() override;
 
+    // The whole note. Setting it is setting each property, with HiddenForeground for the flag.
+    const Note& Content() const override { return note_; }
+    void Content(const Note& note);
+
     // The properties. Setting one applies it at once and does not save, Foreground excepted.
     void AutoSize();  // gives the window the size that the text needs
-    bool Foreground() const { return foreground_; }
+    bool Foreground() const { return note_.foreground; }
     void Foreground(bool on);  // also saves and re-stacks all notes
     bool HiddenForeground();   // applies the stored flag by way of Foreground and returns false
-    void HiddenForeground(bool on) { foreground_ = on; }
-    std::int32_t Color() const { return color_; }
-    void Color(std::int32_t code);
-    const std::wstring& Text() const { return lblMessage_.caption; }
-    void Text(const std::wstring& text);
+    void HiddenForeground(bool on) { note_.foreground = on; }
+    std::int32_t Color() const { return note_.look.color; }
+    void Color(std::int32_t code) { Set(note_.look.color, code); }
+    const std::wstring& Text() const { return note_.text; }
+    void Text(const std::wstring& text) { Set(note_.text, text); }
     std::wstring TextCleaned() const;
-    std::wstring ShortText() const;  // its beginning, 55 characters and " ..." at most
     bool Minimized() const { return minimized_; }
     void Minimized(bool on);
-    bool FontNoteBold() const { return lblMessage_.bold; }
-    void FontNoteBold(bool on);
-    bool FontNoteItalic() const { return lblMessage_.italic; }
-    void FontNoteItalic(bool on);
-    bool FontNoteUnderlined() const { return lblMessage_.underlined; }
-    void FontNoteUnderlined(bool on);
-    std::int32_t FontNoteSize() const { return lblMessage_.size; }
-    void FontNoteSize(std::int32_t points);  // kept as it is; drawn within 8 to 25
-    std::int32_t FontNoteAlignment() const { return lblMessage_.alignment; }
-    void FontNoteAlignment(std::int32_t code);  // any other than the three shows as left
-    const std::wstring& CreationTime() const { return lblZeit_; }
-    void CreationTime(const std::wstring& text);
+    bool FontNoteBold() const { return note_.look.bold; }
+    void FontNoteBold(bool on) { Set(note_.look.bold, on); }
+    bool FontNoteItalic() const { return note_.look.italic; }
+    void FontNoteItalic(bool on) { Set(note_.look.italic, on); }
+    bool FontNoteUnderlined() const { return note_.look.underlined; }
+    void FontNoteUnderlined(bool on) { Set(note_.look.underlined, on); }
+    std::int32_t FontNoteSize() const { return note_.look.size; }
+    void FontNoteSize(std::int32_t points) { Set(note_.look.size, points); }
+    std::int32_t FontNoteAlignment() const { return note_.look.alignment; }
+    void FontNoteAlignment(std::int32_t code) { Set(note_.look.alignment, code); }
+    const std::wstring& CreationTime() const { return note_.creationTime; }
+    void CreationTime(const std::wstring& text) { Set(note_.creationTime, text); }
 
     // The note's place in twips, as stored. Where the window really stands may differ when that is impossible
     // on the screens of now; only the user's gestures and these setters change what is stored.
-    double Left() const { return left_; }
-    double Top() const { return top_; }
-    double Width() const { return width_; }
-    double Height() const { return height_; }
+    double Left() const { return note_.place.left; }
+    double Top() const { return note_.place.top; }
+    double Width() const { return note_.place.width; }
+    double Height() const { return note_.place.height; }
     void PlaceAsNew();  // at the next place for new notes, beside the one before
     void PlaceAt(double left, double top);
     void SizeTo(double width, double height);
-    void Place(double left, double top, double width, double height);  // both at once
+    void Place(const NotePlace& place);  // both at once
     // Puts the window, shown or not, where the screens of now can show it: to its stored place, or onto the
     // nearest screen while no screen shows enough of that one. Leaves a window alone that is being dragged.
     void PlaceOnScreens();
@@ -101,9 +86,8 @@ class frmNote : public wxFrame {
     // Gives the note the keyboard and shows that it has it. What the keys do stands in NoteKeys.h.
     void TakeFocus();
     // The part that has the keyboard while the note has it; Body stands for the text.
-    NotePart Focus() const { return focus_.value_or(NotePart::Body); }
-    // Presses a control; opens the note in its dialog where the part is none.
-    void PressPart(NotePart part);
+    NotePart Focus() const override { return focus_.value_or(NotePart::Body); }
+    void PressPart(NotePart part) override;
 
     // Takes the note's icon and window away and destroys the note as soon as its events are through.
     void Unload();
@@ -114,7 +98,7 @@ class frmNote : public wxFrame {
     const Notification* TrayIcon() const { return notNotizIcon_.get(); }
 
     // The parts as laid out now, for tests and for whoever describes the window.
-    const NoteLayout& Layout() const { return layout_; }
+    const NoteLayout& Layout() const override { return layout_; }
 
     // What the window inherits from its platform's theme; asking the theme anew for every paint is dear.
     wxVisualAttributes GetDefaultAttributes() const override;
@@ -122,14 +106,12 @@ class frmNote : public wxFrame {
   private:
     wxDECLARE_EVENT_TABLE();
 
-    struct Message {
-        std::wstring caption;
-        std::int32_t size = kDefaultFontSize;
-        std::int32_t alignment = kAlignLeft;
-        bool bold = false, italic = false, underlined = false;
-    };
-
-    wxFont MessageFont() const;
+    template <class Value>
+    void Set(Value& property, const Value& value) {
+        property = value;
+        Changed();
+    }
+    void Changed();  // shows what the note is now, the place excepted
     void RenewIcon();
     wxRect StoredRect() const;
     wxRect ShownRect() const;  // as the screens of now can show it
@@ -142,6 +124,7 @@ class frmNote : public wxFrame {
     // Runs it as an event of its own, when this note's handlers have returned: what it opens may delete the
     // note.
     void Later(std::function<void(NoteHost& host, frmNote& note)> call);
+    void OpenMenu();
 
     void ShowFocus(std::optional<NotePart> part);
     void StepBy(int x, int y, int width, int height);
@@ -163,13 +146,9 @@ class frmNote : public wxFrame {
     void OnClose(wxCloseEvent& event);
 
     NoteHost& host_;
-    Message lblMessage_;
-    std::wstring lblZeit_;
-    std::int32_t color_ = kYellow;
+    Note note_;
     std::int32_t noteKey_ = 0;
-    bool foreground_ = false;
     bool minimized_ = false;
-    double left_ = 0, top_ = 0, width_ = 0, height_ = 0;
     NoteLayout layout_;
     wxSize arrangedFor_;
     NotePart hovered_ = NotePart::Body;

@@ -5,7 +5,6 @@
 #include <iterator>
 #include <utility>
 
-#include "notes/NoteAccess.h"
 #include "notes/NoteKeys.h"
 #include "notes/NotePlace.h"
 #include "notes/NoteWindow.h"
@@ -23,6 +22,33 @@ NotePart Neighbour(NotePart part, int way) {
     int at = 0;
     while (kFocusOrder[at] != part) ++at;
     return kFocusOrder[(at + way + kCount) % kCount];
+}
+
+// What a key adds to the place and the size of a note, in steps.
+struct Step {
+    int x, y, width, height;
+};
+std::optional<Step> StepOf(NoteCommand command) {
+    switch (command) {
+        case NoteCommand::MoveLeft:
+            return Step{-1, 0, 0, 0};
+        case NoteCommand::MoveUp:
+            return Step{0, -1, 0, 0};
+        case NoteCommand::MoveRight:
+            return Step{1, 0, 0, 0};
+        case NoteCommand::MoveDown:
+            return Step{0, 1, 0, 0};
+        case NoteCommand::Narrower:
+            return Step{0, 0, -1, 0};
+        case NoteCommand::Lower:
+            return Step{0, 0, 0, -1};
+        case NoteCommand::Wider:
+            return Step{0, 0, 1, 0};
+        case NoteCommand::Higher:
+            return Step{0, 0, 0, 1};
+        default:
+            return std::nullopt;
+    }
 }
 
 }  // namespace
@@ -47,11 +73,15 @@ void frmNote::OnKey(wxKeyEvent& event) {
         return;
     }
     ShowFocus(part);
-    const int step = kStepPixels;
+    if (const std::optional<Step> step = StepOf(command)) {
+        StepBy(kStepPixels * step->x, kStepPixels * step->y, kStepPixels * step->width,
+               kStepPixels * step->height);
+        return;
+    }
     switch (command) {
         case NoteCommand::Menu:
             Later([](NoteHost& host, frmNote& note) {
-                host.ShowPopupMenuAt(note, note.ClientToScreen(note.MenuPoint()));
+                host.ShowPopupMenu(note, note.ClientToScreen(note.MenuPoint()));
             });
             break;
         case NoteCommand::Enter:
@@ -72,31 +102,7 @@ void frmNote::OnKey(wxKeyEvent& event) {
         case NoteCommand::PreviousNote:
             Later([](NoteHost& host, frmNote& note) { host.FocusNextNote(note, false); });
             break;
-        case NoteCommand::MoveLeft:
-            StepBy(-step, 0, 0, 0);
-            break;
-        case NoteCommand::MoveUp:
-            StepBy(0, -step, 0, 0);
-            break;
-        case NoteCommand::MoveRight:
-            StepBy(step, 0, 0, 0);
-            break;
-        case NoteCommand::MoveDown:
-            StepBy(0, step, 0, 0);
-            break;
-        case NoteCommand::Narrower:
-            StepBy(0, 0, -step, 0);
-            break;
-        case NoteCommand::Lower:
-            StepBy(0, 0, 0, -step);
-            break;
-        case NoteCommand::Wider:
-            StepBy(0, 0, step, 0);
-            break;
-        case NoteCommand::Higher:
-            StepBy(0, 0, 0, step);
-            break;
-        case NoteCommand::None:
+        default:
             break;
     }
 }

@@ -23,9 +23,9 @@ void frmNote::Minimized(bool on) {
             BringToFront();
         };
         notNotizIcon_->Events.MouseUp = [this](int button) {
-            if (button == 2) Later(&NoteHost::ShowPopupMenu);
+            if (button == 2) OpenMenu();
         };
-        notNotizIcon_->Events.ContextMenu = [this] { Later(&NoteHost::ShowPopupMenu); };
+        notNotizIcon_->Events.ContextMenu = [this] { OpenMenu(); };
         notNotizIcon_->Menu = {[this] { return host_.TrayMenu(*this); },
                                [this](int id) { host_.RunFromTrayMenu(*this, id); }};
     }
@@ -36,9 +36,9 @@ void frmNote::Minimized(bool on) {
 }
 
 void frmNote::RenewIcon() {
-    const int icon = NoteIcon(color_);
+    const int icon = NoteIcon(Color());
     notNotizIcon_->SetIconFile(ResourcePicture(icon ? icon : static_cast<int>(kProgramIcon)));
-    notNotizIcon_->IconToolTip(ShortText());
+    notNotizIcon_->IconToolTip(ShortText(Text()));
 }
 
 void frmNote::Unload() {
@@ -56,8 +56,8 @@ void frmNote::UnloadAtEnd() {
 
 void frmNote::ShowStacked() {
     if (minimized_) return;
-    ShowNoteWindow(*this, foreground_);
-    if (!foreground_) {
+    ShowNoteWindow(*this, Foreground());
+    if (!Foreground()) {
         dialogsAbove_.reset();
     } else if (!dialogsAbove_) {
         dialogsAbove_.emplace();

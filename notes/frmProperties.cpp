@@ -12,16 +12,12 @@
 
 #include "base/basText.h"
 #include "dialogs/ControlNames.h"
-#include "model/NoteColor.h"
+#include "notes/NoteFont.h"
 #include "notes/NotePaint.h"
-#include "notes/NoteStore.h"
 #include "notes/NoteWindow.h"
 #include "notes/PropertiesLook.h"
-#include "notes/frmNote.h"
 
 namespace {
-
-enum Form { kUnderlined = 0, kBold = 1, kItalic = 2 };
 
 // The buttons show the pure tones; the last one deliberately a deeper blue than its notes have.
 struct ColorButton {
@@ -74,15 +70,14 @@ wxSizer* frmProperties::CreateBoxes() {
 
 wxSizer* frmProperties::CreateForms() {
     auto* sizer = new wxStaticBoxSizer(wxVERTICAL, this, L"Form");
-    const wchar_t* const captions[] = {L"unterstrichen", L"fett", L"kursiv"};
     for (std::size_t i = 0; i < chkForm.size(); ++i) {
-        chkForm[i] = new wxCheckBox(sizer->GetStaticBox(), wxID_ANY, captions[i]);
+        chkForm[i] = new wxCheckBox(sizer->GetStaticBox(), wxID_ANY, kNoteStyles[i].caption);
         chkForm[i]->Bind(wxEVT_CHECKBOX, [this](wxCommandEvent&) { UpdateLook(); });
         sizer->Add(chkForm[i], wxSizerFlags().Border(wxALL, FromDIP(2)));
+        NoteLook look;
+        look.*kNoteStyles[i].flag = true;
+        StyleCaption(*chkForm[i], look);
     }
-    StyleCaption(*chkForm[kUnderlined], CaptionLook::Underlined);
-    StyleCaption(*chkForm[kBold], CaptionLook::Bold);
-    StyleCaption(*chkForm[kItalic], CaptionLook::Italic);
     return sizer;
 }
 
@@ -126,22 +121,20 @@ wxSizer* frmProperties::CreateSize() {
     return sizer;
 }
 
-void frmProperties::Fill(const frmNote& note) {
-    wxString text(note.Text());
+void frmProperties::Fill(const Note& note) {
+    wxString text(note.text);
     text.Replace(L"\r\n", L"\n");
     text.Replace(L"\r", L"\n");
     text_ = text.ToStdWstring();
     for (wxTextCtrl* box : boxes_) box->ChangeValue(text);
     cmdOK->Enable(!text_.empty());
 
-    const std::int32_t code = note.FontNoteAlignment();
+    const std::int32_t code = note.look.alignment;
     const std::size_t alignment = code == kAlignRight || code == kAlignCentre ? code : kAlignLeft;
     optAusrichtung[alignment]->SetValue(true);
-    chkForm[kUnderlined]->SetValue(note.FontNoteUnderlined());
-    chkForm[kBold]->SetValue(note.FontNoteBold());
-    chkForm[kItalic]->SetValue(note.FontNoteItalic());
-    updwnSchriftgrad->SetValue(std::clamp(note.FontNoteSize(), kSmallestFontSize, kLargestFontSize));
-    const auto color = std::find(kNoteColors.begin(), kNoteColors.end(), note.Color());
+    for (std::size_t i = 0; i < chkForm.size(); ++i) chkForm[i]->SetValue(note.look.*kNoteStyles[i].flag);
+    updwnSchriftgrad->SetValue(DrawnSize(note.look));
+    const auto color = std::find(kNoteColors.begin(), kNoteColors.end(), note.look.color);
     optFarbe[color == kNoteColors.end() ? 0 : static_cast<std::size_t>(color - kNoteColors.begin())]
         ->SetValue(true);
     UpdateAlignment();
@@ -150,14 +143,10 @@ void frmProperties::Fill(const frmNote& note) {
     boxes_[alignment]->SetInsertionPointEnd();
 }
 
-void frmProperties::ApplyTo(frmNote& note) const {
-    note.FontNoteBold(chkForm[kBold]->GetValue());
-    note.FontNoteItalic(chkForm[kItalic]->GetValue());
-    note.FontNoteUnderlined(chkForm[kUnderlined]->GetValue());
-    note.FontNoteAlignment(SelectedAlignment());
-    note.FontNoteSize(SelectedSize());
-    note.Text(WithCrLf(text_));
-    note.Color(kNoteColors[SelectedColor()]);
+Note frmProperties::Written(Note note) const {
+    note.text = WithCrLf(text_);
+    note.look = SelectedLook();
+    return note;
 }
 
 void frmProperties::OnText(wxTextCtrl* source) {
@@ -183,19 +172,16 @@ void frmProperties::MendBox(wxTextCtrl* box) {
 }
 
 void frmProperties::UpdateLook() {
-    const wxFont font(wxFontInfo(SelectedSize())
-                          .FaceName(L"Arial")
-                          .Bold(chkForm[kBold]->GetValue())
-                          .Italic(chkForm[kItalic]->GetValue())
-                          .Underlined(chkForm[kUnderlined]->GetValue()));
-    const wxColour paper = ToColour(DisplayColor(kNoteColors[SelectedColor()]));
+    const NoteLook look = SelectedLook();
+    const wxFont& font = NoteFont(look);
+    const wxColour paper = ToColour(DisplayColor(look.color));
     for (wxTextCtrl* box : boxes_) {
         box->SetFont(font);
         box->SetBackgroundColour(paper);
-        // Where the toolkit gives the text a background of its own, that stays as it was.
-        const wxTextAttr look(*wxBLACK, paper, font);
-        box->SetDefaultStyle(look);
-        box->SetStyle(0, box->GetLastPosition(), look);
+        // GTK gives the text a background of its own, which would stay as it was.
+        const wxTextAttr style(*wxBLACK, paper, font);
+        box->SetDefaultStyle(style);
+        box->SetStyle(0, box->GetLastPosition(), style);
         box->Refresh();
     }
 }
@@ -205,22 +191,19 @@ void frmProperties::UpdateAlignment() {
     Layout();
 }
 
-std::size_t frmProperties::SelectedColor() const {
-    for (std::size_t i = 0; i < optFarbe.size(); ++i) {
-        if (optFarbe[i]->GetValue()) return i;
-    }
-    return 0;
+NoteLook frmProperties::SelectedLook() const {
+    NoteLook look;
+    look.size = SelectedSize();
+    for (std::size_t i = 0; i < chkForm.size(); ++i) look.*kNoteStyles[i].flag = chkForm[i]->GetValue();
+    for (std::size_t i = 0; i < optAusrichtung.size(); ++i)
+        if (optAusrichtung[i]->GetValue()) look.alignment = static_cast<std::int32_t>(i);
+    for (std::size_t i = 0; i < optFarbe.size(); ++i)
+        if (optFarbe[i]->GetValue()) look.color = kNoteColors[i];
+    return look;
 }
 
-std::int32_t frmProperties::SelectedAlignment() const {
-    for (std::size_t i = 0; i < optAusrichtung.size(); ++i) {
-        if (optAusrichtung[i]->GetValue()) return static_cast<std::int32_t>(i);
-    }
-    return kAlignLeft;
-}
-
-int frmProperties::SelectedSize() const {
+std::int32_t frmProperties::SelectedSize() const {
     long typed = 0;
     if (!updwnSchriftgrad->GetTextValue().ToLong(&typed)) return updwnSchriftgrad->GetValue();
-    return static_cast<int>(std::clamp<long>(typed, kSmallestFontSize, kLargestFontSize));
+    return static_cast<std::int32_t>(std::clamp<long>(typed, kSmallestFontSize, kLargestFontSize));
 }

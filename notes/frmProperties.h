@@ -5,11 +5,12 @@
 
 #include <array>
 #include <cstdint>
+#include <iterator>
 #include <string>
 
 #include "dialogs/frmDialog.h"
+#include "model/Note.h"
 
-class frmNote;
 class wxCheckBox;
 class wxRadioButton;
 class wxSpinCtrl;
@@ -21,15 +22,15 @@ class frmProperties : public frmDialog {
     explicit frmProperties(const wxString& caption);
 
     // Fills the dialog from a note.
-    void Fill(const frmNote& note);
-    // Gives the note what the dialog holds: font, alignment, size, text and colour, in this order.
-    void ApplyTo(frmNote& note) const;
+    void Fill(const Note& note);
+    // The note with the text and the look that the dialog holds.
+    Note Written(Note note) const;
 
     // The controls, each under its name.
-    wxTextCtrl* txtMessage = nullptr;        // shown for alignment 0
-    wxTextCtrl* txtMessageRechts = nullptr;  // 1
-    wxTextCtrl* txtMessageZentr = nullptr;   // 2
-    std::array<wxCheckBox*, 3> chkForm{};    // underlined, bold, italic
+    wxTextCtrl* txtMessage = nullptr;                           // shown for alignment 0
+    wxTextCtrl* txtMessageRechts = nullptr;                     // 1
+    wxTextCtrl* txtMessageZentr = nullptr;                      // 2
+    std::array<wxCheckBox*, std::size(kNoteStyles)> chkForm{};  // in that order
     std::array<wxRadioButton*, 4> optFarbe{};
     std::array<wxRadioButton*, 3> optAusrichtung{};
     wxStaticText* Label1 = nullptr;
@@ -46,9 +47,8 @@ class frmProperties : public frmDialog {
     void OnText(wxTextCtrl* source);
     void UpdateLook();
     void UpdateAlignment();
-    std::size_t SelectedColor() const;
-    std::int32_t SelectedAlignment() const;
-    int SelectedSize() const;  // also one that is still being typed
+    NoteLook SelectedLook() const;
+    std::int32_t SelectedSize() const;  // also one that is still being typed
     void MendBox(wxTextCtrl* box);
 
     std::array<wxTextCtrl*, 3> boxes_{};

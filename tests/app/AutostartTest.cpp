@@ -2,6 +2,7 @@
 
 #include "app/Autostart.h"
 #include "base/FileName.h"
+#include "model/StoredImage.h"
 #include "notes/NoteStore.h"
 #include "registry/clsRegistry.h"
 #include "tests/notes/NoteRecorder.h"

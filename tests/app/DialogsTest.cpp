@@ -28,6 +28,7 @@
 #include "exchange/frmExport.h"
 #include "exchange/frmImport.h"
 #include "mail/frmSendAsEMail.h"
+#include "model/StoredImage.h"
 #include "net/frmSendOverNetwork.h"
 #include "net/frmSendOverNetworkProgress.h"
 #include "notes/frmProperties.h"
@@ -172,9 +173,7 @@ class Dialogs : public testing::Test {
     Dialogs() {
         Registry().DeleteKey(kSettingsKey);
         for (const wchar_t* text : {L"Käse, Brot und zwei Flaschen Wein", L"Tante anrufen"}) {
-            NotePtr note = store.CreateNote();
-            note->Text(text);
-            store.AdoptNote(std::move(note));
+            store.AdoptNote({.text = text});
         }
         for (const wchar_t* name : {L"Büro", L"Flur"}) {
             clsAddressBookEntry entry;

@@ -32,11 +32,7 @@ class StartTest : public testing::Test {
         RunEvents();
     }
 
-    frmNote& AddNote(const wchar_t* text) {
-        NotePtr note = Store().CreateNote();
-        note->Text(text);
-        return Store().AddNote(std::move(note));
-    }
+    frmNote& AddNote(const wchar_t* text) { return Store().AddNote({.text = text}).note; }
 
     NoteStore& Store() { return services_.Store(); }
 

@@ -48,21 +48,6 @@ TEST_F(ExchangeTest, ExportedNotesAreReadByAnotherReaderAndComeBack) {
     EXPECT_EQ(opened, 2);
 }
 
-TEST_F(ExchangeTest, GeometryIsRoundedToTheEvenNeighbour) {
-    frmNote& note = Add({.Text = L"x", .CreationTime = L""});
-    note.Place(2.5, 3.5, 1500.5, 1000.51);
-    Export([&](frmExport& dialog) {
-        dialog.txtPfad->SetValue(Name(L"a.kvr"));
-        Press(dialog.cmdOK);
-    });
-    const std::optional<ExportedNote> record = RecordOf(folder / "a.kvr", 0);
-    ASSERT_TRUE(record);
-    EXPECT_EQ(record->Left, 2);
-    EXPECT_EQ(record->Top, 4);
-    EXPECT_EQ(record->Width, 1500);
-    EXPECT_EQ(record->Height, 1001);
-}
-
 TEST_F(ExchangeTest, OKNeedsAPathAndANote) {
     Add({.Text = L"eins"});
     Add({.Text = L"zwei"});

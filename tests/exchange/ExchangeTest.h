@@ -14,6 +14,7 @@
 #include "exchange/basImport.h"
 #include "exchange/frmExport.h"
 #include "exchange/frmImport.h"
+#include "model/StoredImage.h"
 #include "registry/clsRegistry.h"
 #include "tests/exchange/SampleNotes.h"
 #include "tests/notes/NoteRecorder.h"
@@ -39,23 +40,10 @@ class ExchangeTest : public testing::Test, protected MessageRecorder {
         RunEvents();
     }
 
-    frmNote& Add(const ExportedNote& record) {
-        NotePtr note = store.CreateNote();
-        note->Text(record.Text);
-        note->CreationTime(record.CreationTime);
-        note->Color(record.Color);
-        note->Place(record.Left, record.Top, record.Width, record.Height);
-        note->FontNoteSize(record.FontNoteSize);
-        note->FontNoteBold(record.FontNoteBold);
-        note->FontNoteItalic(record.FontNoteItalic);
-        note->FontNoteUnderlined(record.FontNoteUnderlined);
-        note->FontNoteAlignment(static_cast<std::int16_t>(record.FontNoteAlignment));
-        note->HiddenForeground(record.Foreground);
-        return store.AdoptNote(std::move(note));
-    }
+    frmNote& Add(const ExportedNote& record) { return store.AdoptNote(ToNote(record)); }
     std::vector<ExportedNote> StoredNotes() const {
         std::vector<ExportedNote> notes;
-        for (const NotePtr& note : store.Notes()) notes.push_back(ToRecord(*note));
+        for (const NotePtr& note : store.Notes()) notes.push_back(ToRecord(note->Content()));
         return notes;
     }
 

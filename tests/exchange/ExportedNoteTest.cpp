@@ -72,6 +72,28 @@ TEST(ExportedNote, EveryFieldHasItsPlaceAndSign) {
     EXPECT_EQ(rest, "rest") << "the record ends behind its last flag";
 }
 
+TEST(ExportedNote, IsANoteAndBack) {
+    const ExportedNote record{.Text = L"Käse",
+                              .CreationTime = L"heute",
+                              .Left = -30,
+                              .Top = 45,
+                              .Width = 3000,
+                              .Height = 2000,
+                              .Color = 0x123456,
+                              .FontNoteAlignment = 77,
+                              .FontNoteSize = 99,
+                              .FontNoteItalic = true,
+                              .Foreground = true};
+    EXPECT_EQ(ToRecord(ToNote(record)), record);
+    EXPECT_EQ(ToNote({.Text = std::wstring(L"a\0b", 3)}).text, L"a");
+    // Half twips go to the even neighbour.
+    const ExportedNote rounded = ToRecord({.place = {2.5, 3.5, 1500.5, 1000.51}});
+    EXPECT_EQ(rounded.Left, 2);
+    EXPECT_EQ(rounded.Top, 4);
+    EXPECT_EQ(rounded.Width, 1500);
+    EXPECT_EQ(rounded.Height, 1001);
+}
+
 TEST(ExportedNote, ReadsZerosBehindTheEnd) {
     const std::vector<ExportedNote> notes = SampleFiles()[1].notes;
     const std::string whole = FileBytes(notes);

@@ -4,7 +4,6 @@
 
 namespace {
 
-constexpr std::int32_t kYellow = 0x00FFFF, kGreen = 0x00FF00, kRed = 0x0000FF, kLightBlue = 0xFFFF00;
 constexpr std::int32_t kLeft = 0, kRight = 1, kCentred = 2;
 
 std::int32_t Twips(int pixels) { return pixels * 15; }

@@ -6,6 +6,7 @@
 #include "mail/MailText.h"
 #include "mail/basMail.h"
 #include "mail/frmSendAsEMail.h"
+#include "model/StoredImage.h"
 #include "registry/clsRegistry.h"
 #include "tests/mail/MailProgram.h"
 #include "tests/notes/NoteRecorder.h"
@@ -23,11 +24,7 @@ class FrmSendAsEMail : public testing::Test, protected MessageRecorder {
         Registry().DeleteKey(kSettingsKey);
     }
 
-    frmNote& Add(const std::wstring& text) {
-        NotePtr note = store.CreateNote();
-        note->Text(text);
-        return store.AdoptNote(std::move(note));
-    }
+    frmNote& Add(const std::wstring& text) { return store.AdoptNote({.text = text}); }
 
     // Runs the command and does something with its dialog.
     void Run(std::function<void(frmSendAsEMail&)> act) {

@@ -1,15 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "registry/clsRegistry.h"
 #include "tests/addressbook/Entries.h"
 
 namespace {
-
-const std::wstring kSettings = L"HKLM\\Software\\Kivora\\1.5\\";
-
-void Store(const std::wstring& key, const std::wstring& name) {
-    Registry().SetValue(kSettings + key + L"\\PCName", REG_TYPE_SZ, name);
-}
 
 std::vector<std::wstring> Names() {
     std::vector<std::wstring> names;
@@ -17,21 +10,10 @@ std::vector<std::wstring> Names() {
     return names;
 }
 
-std::vector<std::wstring> Keys() {
-    std::vector<std::wstring> keys;
-    Registry().EnumKeys(kSettings, keys);
-    return keys;
-}
-
 class AddressBookTest : public testing::Test {
   protected:
-    AddressBookTest() { Clear(); }
-    ~AddressBookTest() override { Clear(); }
-
-    static void Clear() {
-        Registry().DeleteKey(kSettings);
-        EmptyAddressBook();
-    }
+    AddressBookTest() { EmptyAddressBook(); }
+    ~AddressBookTest() override { EmptyAddressBook(); }
 };
 
 using Texts = std::vector<std::wstring>;
@@ -60,40 +42,6 @@ TEST_F(AddressBookTest, RemovingKeepsTheOthersInOrder) {
     }
     EXPECT_TRUE(AddAddressBookEntry(Entry(L"Zwei")));
     EXPECT_EQ(Names(), (Texts{L"eins", L"drei", L"vier", L"Zwei"}));
-}
-
-TEST_F(AddressBookTest, LoadingTakesSubkeysInTheRegistrysOrder) {
-    LoadAddressBook();
-    EXPECT_TRUE(Names().empty()) << "no settings at all";
-
-    Store(L"AddressBookEntry2", L"c");
-    Store(L"AddressBookEntry10", L"b");
-    Store(L"AddressBookEntry0", L"Server");
-    Store(L"AddressBookEntry1", L"SERVER");
-    Store(L"AddressBookEntryX", L"x");
-    Store(L"AddressBookEntry", L"ohne Nummer");
-    Store(L"AddressbookEntry7", L"andere Schreibung");
-    Store(L"AddressBookEntr", L"zu kurz");
-    Store(L"Note0", L"Notiz");
-    LoadAddressBook();
-    EXPECT_EQ(Names(), (Texts{L"ohne Nummer", L"Server", L"b", L"c", L"x"}));
-}
-
-TEST_F(AddressBookTest, SavingReplacesTheEntriesAndNothingElse) {
-    for (int i = 0; i < 5; ++i) Store(L"AddressBookEntry" + std::to_wstring(i), L"alt");
-    Store(L"AddressbookEntry7", L"bleibt");
-    Store(L"Note0", L"Notiz");
-    AddAddressBookEntry(Entry(L"Müller", L"192.168.0.7", L"2. Stock & Flur"));
-    AddAddressBookEntry(Entry(L"B"));
-    AddAddressBookEntry(Entry(L"C"));
-    SaveAddressBook();
-    EXPECT_EQ(Keys(), (Texts{L"AddressBookEntry0", L"AddressBookEntry1", L"AddressBookEntry2",
-                             L"AddressbookEntry7", L"Note0"}));
-    EmptyAddressBook();
-    LoadAddressBook();
-    EXPECT_EQ(Names(), (Texts{L"Müller", L"B", L"C"}));
-    EXPECT_EQ(AddressBook()[0].IP(), L"192.168.0.7");
-    EXPECT_EQ(AddressBook()[0].Comment(), L"2. Stock & Flur");
 }
 
 }  // namespace

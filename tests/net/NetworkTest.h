@@ -7,6 +7,7 @@
 #include <atomic>
 #include <optional>
 
+#include "model/StoredImage.h"
 #include "net/basNetworkAccess.h"
 #include "net/clsOutgoing.h"
 #include "registry/clsRegistry.h"

@@ -39,9 +39,7 @@ class SendNotes : public NetworkTest {
   protected:
     SendNotes() {
         for (const wchar_t* text : {L"eins", L"zwei"}) {
-            NotePtr note = store.CreateNote();
-            note->Text(text);
-            store.AddNote(std::move(note));
+            store.AddNote({.text = text});
         }
     }
 

@@ -12,7 +12,7 @@ using Calls = std::vector<std::wstring>;
 class NoteKeysTest : public testing::Test {
   protected:
     NoteKeysTest() : note(new frmNote(recorder)) {
-        note->Place(3000, 3000, 3000, 2400);
+        note->Place({3000, 3000, 3000, 2400});
         note->ShowStacked();
         // It has come to its place.
         RunUntil([this] { return note->ClientToScreen(wxPoint()) == note->GetPosition(); });

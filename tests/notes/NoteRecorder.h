@@ -11,9 +11,10 @@ class NoteRecorder : public NoteHost {
     void SaveNotes() override { calls.push_back(L"save"); }
     void ApplyForeground() override { calls.push_back(L"apply"); }
     void ForgetMinimizedNote(frmNote&) override { calls.push_back(L"forget"); }
-    void ShowPopupMenu(frmNote&) override { calls.push_back(L"menu"); }
-    void ShowPopupMenuAt(frmNote& note, const wxPoint& onScreen) override {
-        calls.push_back(note.GetRect().Contains(onScreen) ? L"menu at the note" : L"menu elsewhere");
+    void ShowPopupMenu(frmNote& note, std::optional<wxPoint> at) override {
+        calls.push_back(!at                            ? L"menu"
+                        : note.GetRect().Contains(*at) ? L"menu at the note"
+                                                       : L"menu elsewhere");
     }
     void FocusNextNote(frmNote&, bool forward) override { calls.push_back(forward ? L"next" : L"previous"); }
     void EditNote(frmNote&) override { calls.push_back(L"edit"); }

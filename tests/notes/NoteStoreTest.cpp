@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
-#include "model/AddressBook.h"
+#include "model/StoredImage.h"
 #include "notes/NoteStore.h"
 #include "registry/clsRegistry.h"
+#include "tests/addressbook/Entries.h"
 #include "tests/notes/NoteRecorder.h"
-#include "tests/registry/RegistryImage.h"
 #include "tests/support/Events.h"
 
 namespace {
@@ -16,124 +16,55 @@ class NoteStoreTest : public testing::Test {
     NoteStoreTest() { Registry().DeleteKey(kSettingsKey); }
     ~NoteStoreTest() override { Registry().DeleteKey(kSettingsKey); }
 
-    frmNote& Add(NoteStore& store, const std::wstring& text) {
-        NotePtr note = store.CreateNote();
-        note->Text(text);
-        return store.AddNote(std::move(note));
-    }
-    static std::vector<std::wstring> Texts(const NoteStore& store) {
-        std::vector<std::wstring> texts;
-        for (const NotePtr& note : store.Notes()) texts.push_back(note->Text());
-        return texts;
-    }
-    static std::vector<std::wstring> Subkeys() {
-        std::vector<std::wstring> names;
-        Registry().EnumKeys(kSettingsKey, names);
-        return names;
-    }
-    static std::wstring Key(const std::wstring& name) { return kSettingsKey + name; }
+    frmNote& Add(NoteStore& store, const std::wstring& text) { return store.AddNote({.text = text}).note; }
 
     NoteRecorder recorder;
     NoteStore store{recorder};
 };
 
-using Strings = std::vector<std::wstring>;
-
 }  // namespace
 
-// What stands here is what the programs of all platforms write and read.
-TEST_F(NoteStoreTest, TheImageHoldsEveryProperty) {
-    const std::string image =
-        "Autostart\t4\t01000000\n"
-        "AddressBookEntry0\\\n"
-        "AddressBookEntry0\\Comment\t1\tim 2. Stock, „hinten“\n"
-        "AddressBookEntry0\\IP\t1\t192.168.0.17\n"
-        "AddressBookEntry0\\PCName\t1\tBüro\n"
-        "Note0\\\n"
-        "Note0\\Color\t4\t00ffff00\n"
-        "Note0\\CreationTime\t1\t21.11.2026, 09:05:00\n"
-        "Note0\\FontAlignment\t4\t02000000\n"
-        "Note0\\FontBold\t4\t01000000\n"
-        "Note0\\FontItalic\t4\t00000000\n"
-        "Note0\\FontSize\t4\t11000000\n"
-        "Note0\\FontUnderlined\t4\t01000000\n"
-        "Note0\\Foreground\t4\t01000000\n"
-        "Note0\\Height\t4\td0070000\n"
-        "Note0\\Text\t1\tKäse & „Brot“\\r\\n3 €\n"
-        "Note0\\Width\t4\t050d0000\n"
-        "Note0\\X\t4\t6affffff\n"
-        "Note0\\Y\t4\td2040000\n";
-    ASSERT_TRUE(WriteImage(image));
+TEST_F(NoteStoreTest, LoadsWhatIsKeptAndKeepsIt) {
+    const Note notes[] = {{.text = L"a", .look = {.bold = true}, .place = {-150, 30, 3000, 2000}},
+                          {.text = L"b", .foreground = true}};
+    ASSERT_TRUE(WriteStoredImage(true, {&notes[0], &notes[1]}, {Entry(L"Büro"), Entry(L"BÜRO")}).Kept());
     store.LoadNotes();
-    ASSERT_EQ(store.CountNotes(), 1u);
-    const frmNote& note = *store.Notes()[0];
-    EXPECT_EQ(note.Text(), L"Käse & „Brot“\r\n3 €");
-    EXPECT_EQ(note.CreationTime(), L"21.11.2026, 09:05:00");
-    EXPECT_EQ(note.Color(), kLightBlue);
-    EXPECT_EQ(note.FontNoteSize(), 17);
-    EXPECT_TRUE(note.FontNoteBold());
-    EXPECT_FALSE(note.FontNoteItalic());
-    EXPECT_TRUE(note.FontNoteUnderlined());
-    EXPECT_EQ(note.FontNoteAlignment(), kAlignCentre);
-    EXPECT_TRUE(note.Foreground());
-    EXPECT_EQ(note.Left(), -150);
-    EXPECT_EQ(note.Top(), 1234);
-    EXPECT_EQ(note.Width(), 3333);
-    EXPECT_EQ(note.Height(), 2000);
+    ASSERT_EQ(store.CountNotes(), 2u);
+    EXPECT_EQ(store.Notes()[0]->Content(), notes[0]);
+    EXPECT_TRUE(store.Notes()[1]->Foreground());
+    EXPECT_FALSE(store.Notes()[1]->IsShown());
     EXPECT_TRUE(store.AutostartEnabled);
-    EXPECT_FALSE(note.IsShown());
-
-    Registry().DeleteKey(kSettingsKey);
-    store.SaveNotes();
-    EXPECT_EQ(ReadImage(), image);
-    EXPECT_TRUE(RemoveAddressBookEntry(L"büro"));
-}
-
-TEST_F(NoteStoreTest, SubkeysAreRenumberedInTheirOrder) {
-    for (const wchar_t* name :
-         {L"Note0", L"Note2", L"Note10", L"NoteX", L"note7", L"Nota", L"AddressBookEntry0"}) {
-        Registry().SetValue(Key(name) + L"\\Text", REG_TYPE_SZ, std::wstring(name));
-    }
-    Registry().SetValue(Key(L"AddressBookEntry0\\PCName"), REG_TYPE_SZ, std::wstring(L"Büro"));
-    store.LoadNotes();
-    EXPECT_EQ(Texts(store), (Strings{L"Note0", L"Note10", L"Note2", L"NoteX"}));
-    // The key of a note is its position among all subkeys.
-    EXPECT_EQ(store.Notes()[0]->NoteKey(), 2);
-
-    store.SaveNotes();
-    EXPECT_EQ(Subkeys(), (Strings{L"AddressBookEntry0", L"Note0", L"Note1", L"Note2", L"Note3"}));
-    EXPECT_EQ(AsText(Registry().GetValue(Key(L"Note1\\Text"), REG_TYPE_SZ)), L"Note10");
-    EXPECT_EQ(AsText(Registry().GetValue(Key(L"AddressBookEntry0\\PCName"), REG_TYPE_SZ)), L"Büro");
+    EXPECT_EQ(AddressBook().size(), 1u);
 
     const std::int32_t last = store.Notes().back()->NoteKey();
     EXPECT_EQ(Add(store, L"neu").NoteKey(), last + 1);
-    EXPECT_TRUE(RemoveAddressBookEntry(L"büro"));
+    const StoredImage saved = ReadStoredImage();
+    EXPECT_TRUE(saved.autostart);
+    ASSERT_EQ(saved.notes.size(), 3u);
+    EXPECT_EQ(saved.notes[0].note, notes[0]);
+    EXPECT_EQ(saved.notes[2].note.text, L"neu");
+    EXPECT_EQ(saved.entries.size(), 1u);
+    EmptyAddressBook();
 }
 
-TEST_F(NoteStoreTest, StartsWithWhateverIsThere) {
-    store.LoadNotes();
-    EXPECT_EQ(store.CountNotes(), 0u);
-    EXPECT_FALSE(store.AutostartEnabled);
-    Registry().CreateKey(kSettingsKey);
-    store.LoadNotes();
-    EXPECT_EQ(store.CountNotes(), 0u);
-    Registry().CreateKey(Key(L"Note5"));
-    store.LoadNotes();
-    ASSERT_EQ(store.CountNotes(), 1u);
-    EXPECT_EQ(store.Notes()[0]->Text(), L"");
-    EXPECT_EQ(store.Notes()[0]->FontNoteSize(), 0);
+TEST_F(NoteStoreTest, WhatIsTakenBackWasNeverDeleted) {
+    store.OnDelete = [](const Note&) { ADD_FAILURE(); };
+    frmNote& note = Add(store, L"a");
+    const std::int32_t key = note.NoteKey();
+    store.TakeBack(note);
+    EXPECT_EQ(store.Find(key), nullptr);
+    EXPECT_EQ(ReadStoredImage().notes.size(), 1u);  // until the next save
 }
 
-TEST_F(NoteStoreTest, DeletingTheLastNoteLeavesTheRest) {
+TEST_F(NoteStoreTest, DeletingIsKept) {
     frmNote& note = Add(store, L"einzige");
     const std::int32_t key = note.NoteKey();
     EXPECT_EQ(store.Find(key), &note);
-    EXPECT_EQ(Subkeys(), Strings{L"Note0"});
-    store.DeleteNote(note);
+    EXPECT_EQ(ReadStoredImage().notes.size(), 1u);
+    EXPECT_TRUE(store.DeleteNote(note).Kept());
     EXPECT_EQ(store.Find(key), nullptr);
     EXPECT_EQ(store.CountNotes(), 0u);
-    EXPECT_EQ(Subkeys(), Strings{L""});
-    EXPECT_TRUE(Registry().KeyExists(kSettingsKey));
+    EXPECT_TRUE(ReadStoredImage().notes.empty());
 }
 
 TEST_F(NoteStoreTest, MinimizeAllIsUndoneForItsOwnNotesOnly) {
@@ -183,7 +114,7 @@ TEST_F(NoteStoreTest, NextShownGoesRoundAndLeavesMinimizedNotesOut) {
 
 TEST_F(NoteStoreTest, ShowNotesShowsThemAllThoughSomeGoMeanwhile) {
     std::vector<frmNote*> notes;
-    for (int i = 0; i < 40; ++i) notes.push_back(&store.AdoptNote(store.CreateNote()));
+    for (int i = 0; i < 40; ++i) notes.push_back(&store.AdoptNote({}));
     notes[1]->HiddenForeground(true);
     bool done = false;
     store.ShowNotes([&] { done = true; });

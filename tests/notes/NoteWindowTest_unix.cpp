@@ -19,7 +19,7 @@ TEST(NoteWindow, WhoWaitsForTheScreenIsCalledOnceWhateverHappens) {
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         NotePtr note(new frmNote(recorder));
-        note->Place(3000, 3000, 3000, 2400);
+        note->Place({3000, 3000, 3000, 2400});
         int calls = 0;
         WhenOnScreen(*note, [&] { ++calls; });
         EXPECT_EQ(calls, 0);

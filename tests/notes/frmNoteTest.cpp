@@ -72,7 +72,7 @@ TEST_F(FrmNote, ShowsAbsurdValuesClampedAndKeepsThem) {
     note->FontNoteSize(2'000'000'000);
     note->Color(0x123456);
     note->FontNoteAlignment(77);
-    note->Place(-2147483648.0, 2147483647.0, 2147483647.0, 2147483647.0);
+    note->Place({-2147483648.0, 2147483647.0, 2147483647.0, 2147483647.0});
     note->ShowStacked();
     RunEvents();
     EXPECT_EQ(note->FontNoteSize(), 2'000'000'000);
@@ -86,7 +86,7 @@ TEST_F(FrmNote, OutsideEveryScreenItIsShownOnTheNearestAndKeepsItsPlace) {
     const wxRect screen = wxDisplay(0u).GetGeometry();
     for (const bool minimized : {false, true}) {
         SCOPED_TRACE(minimized);
-        note->Place((screen.GetRight() + 500) * 15, -400 * 15, 3000, 2000);
+        note->Place({(screen.GetRight() + 500) * 15.0, -400 * 15, 3000, 2000});
         if (minimized) {
             note->Minimized(true);
             note->PlaceOnScreens();

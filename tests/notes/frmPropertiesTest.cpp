@@ -9,6 +9,7 @@
 #include "dialogs/basMessage.h"
 #include "dialogs/frmMessage.h"
 #include "model/Note.h"
+#include "model/StoredImage.h"
 #include "notes/NotePaint.h"
 #include "notes/NoteWindow.h"
 #include "notes/basNotes.h"
@@ -43,11 +44,7 @@ class FrmProperties : public testing::Test {
             NewNote(store);
         EXPECT_TRUE(opened);
     }
-    frmNote& Add(const std::wstring& text) {
-        NotePtr note = store.CreateNote();
-        note->Text(text);
-        return store.AddNote(std::move(note));
-    }
+    frmNote& Add(const std::wstring& text) { return store.AddNote({.text = text}).note; }
 
     NoteRecorder recorder;
     NoteStore store{recorder};
@@ -188,12 +185,10 @@ TEST_F(FrmProperties, PastingTooMuchKeepsWhatFits) {
 
 TEST_F(FrmProperties, SizeCountsWhileItIsTyped) {
     frmProperties* dialog = new frmProperties(L"Neue Notiz");
-    NotePtr note = store.CreateNote();
     const std::pair<const wchar_t*, int> rows[] = {{L"20", 20}, {L"3", 8}, {L"99", 25}};
     for (const auto& [typed, size] : rows) {
         dialog->updwnSchriftgrad->SetValue(wxString(typed));
-        dialog->ApplyTo(*note);
-        EXPECT_EQ(note->FontNoteSize(), size);
+        EXPECT_EQ(dialog->Written({}).look.size, size);
     }
     dialog->Destroy();
 }

@@ -7,6 +7,7 @@
 
 #include <functional>
 
+#include "model/StoredImage.h"
 #include "print/basPrint.h"
 #include "print/frmPrint.h"
 #include "registry/clsRegistry.h"
@@ -25,10 +26,7 @@ class PrintFixture : public testing::Test, protected MessageRecorder {
     }
 
     frmNote& Add(const std::wstring& text, const std::wstring& date = L"21.11.2026, 09:05:00") {
-        NotePtr note = store.CreateNote();
-        note->Text(text);
-        note->CreationTime(date);
-        return store.AdoptNote(std::move(note));
+        return store.AdoptNote({.text = text, .creationTime = date});
     }
 
     // Runs the command, does something with its dialog, and gives what the command gives.

@@ -1,4 +1,4 @@
-#include "app/NoteFolder.h"
+#include "exchange/NoteFolder.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <fstream>
 
-#include "app/NoteFolder.h"
 #include "base/DataFolder.h"
 #include "base/FileName.h"
 #include "base/basText.h"
 #include "exchange/ExportFile.h"
+#include "exchange/NoteFolder.h"
 
 namespace {
 

@@ -4,7 +4,6 @@
 
 #include <fstream>
 
-#include "app/KeptNotes.h"
 #include "app/NoteServices.h"
 #include "base/DataFolder.h"
 #include "base/FileName.h"
@@ -28,11 +27,7 @@ class KeptNotesTest : public testing::Test, protected MessageRecorder {
     }
 
     NoteStore& Store() { return services_.Store(); }
-    frmNote& AddNote(const std::wstring& text) {
-        NotePtr note = Store().CreateNote();
-        note->Text(text);
-        return Store().AddNote(std::move(note));
-    }
+    frmNote& AddNote(const std::wstring& text) { return Store().AddNote({.text = text}).note; }
     std::vector<fs::path> Kept() const {
         std::vector<fs::path> files;
         if (fs::is_directory(bin_)) {

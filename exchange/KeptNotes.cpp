@@ -1,15 +1,12 @@
-#include "app/KeptNotes.h"
+#include "exchange/KeptNotes.h"
 
 #include <wx/app.h>
 #include <wx/clipbrd.h>
 
-#include "app/KivoraApp.h"
-#include "app/NoteFolder.h"
 #include "base/DataFolder.h"
 #include "dialogs/basMessage.h"
 #include "dialogs/basWait.h"
-#include "exchange/basExport.h"
-#include "notes/frmNote.h"
+#include "exchange/NoteFolder.h"
 
 namespace {
 
@@ -43,17 +40,15 @@ void TellOfUnkeptTexts() {
 
 }  // namespace
 
-void KeepLongNote(const frmNote& note) { NoteFolder(FolderNamed("lange-notizen")).Keep(ToRecord(note)); }
+void KeepLongNote(const Note& note) { NoteFolder(FolderNamed("lange-notizen")).Keep(ToRecord(note)); }
 
-void KeepDeletedNote(const frmNote& note) noexcept {
-    Guarded([&] {
-        try {
-            NoteFolder(FolderNamed("papierkorb"), kDeletedNotes).Keep(ToRecord(note));
-        } catch (const std::system_error&) {
-            std::wstring& texts = UnkeptTexts();
-            if (texts.empty()) wxTheApp->CallAfter([] { Guarded(TellOfUnkeptTexts); });
-            if (!texts.empty()) texts += L"\r\n\r\n";
-            texts += note.Text();
-        }
-    });
+void KeepDeletedNote(const Note& note) {
+    try {
+        NoteFolder(FolderNamed("papierkorb"), kDeletedNotes).Keep(ToRecord(note));
+    } catch (const std::system_error&) {
+        std::wstring& texts = UnkeptTexts();
+        if (texts.empty()) wxTheApp->CallAfter([] { TellOfUnkeptTexts(); });
+        if (!texts.empty()) texts += L"\r\n\r\n";
+        texts += note.text;
+    }
 }

@@ -1,0 +1,109 @@
+#include "model/StoredImage.h"
+
+#include <string>
+
+#include "registry/clsRegistry.h"
+
+const wchar_t* const kSettingsKey = L"HKLM\\Software\\Kivora\\1.5\\";
+
+namespace {
+
+const std::wstring kSettings = kSettingsKey;
+const std::wstring kNotePrefix = L"Note";
+const std::wstring kEntryPrefix = L"AddressBookEntry";
+
+// Every value of a note, in the order of writing.
+template <class AnyNote, class Visit>
+void EachValue(AnyNote& note, const Visit& visit) {
+    visit(L"X", note.place.left);
+    visit(L"Y", note.place.top);
+    visit(L"Width", note.place.width);
+    visit(L"Height", note.place.height);
+    visit(L"Text", note.text);
+    visit(L"CreationTime", note.creationTime);
+    visit(L"Color", note.look.color);
+    visit(L"FontSize", note.look.size);
+    visit(L"FontBold", note.look.bold);
+    visit(L"FontItalic", note.look.italic);
+    visit(L"FontUnderlined", note.look.underlined);
+    visit(L"FontAlignment", note.look.alignment);
+    visit(L"Foreground", note.foreground);
+}
+
+// Reads values under a path into what is to hold them.
+struct Reader {
+    std::wstring path;
+
+    void operator()(const wchar_t* name, std::wstring& text) const {
+        text = AsText(Registry().GetValue(path + name, REG_TYPE_SZ));
+    }
+    void operator()(const wchar_t* name, bool& flag) const { flag = Number(name) != 0; }
+    void operator()(const wchar_t* name, std::int32_t& number) const { number = Number(name); }
+    void operator()(const wchar_t* name, double& number) const { number = Number(name); }
+    std::int32_t Number(const wchar_t* name) const {
+        return AsNumber(Registry().GetValue(path + name, REG_TYPE_DWORD));
+    }
+};
+
+struct Writer {
+    std::wstring path;
+
+    void operator()(const wchar_t* name, const std::wstring& text) const {
+        Registry().SetValue(path + name, REG_TYPE_SZ, text);
+    }
+    void operator()(const wchar_t* name, double number) const {
+        Registry().SetValue(path + name, REG_TYPE_DWORD, number);
+    }
+};
+
+clsAddressBookEntry ReadEntry(const Reader& read) {
+    std::wstring pcName, ip, comment;
+    read(L"PCName", pcName);
+    read(L"IP", ip);
+    read(L"Comment", comment);
+    clsAddressBookEntry entry;
+    entry.PCName(pcName);
+    entry.IP(ip);
+    entry.Comment(comment);
+    return entry;
+}
+
+void WriteEntry(const Writer& write, const clsAddressBookEntry& entry) {
+    write(L"PCName", entry.PCName());
+    write(L"IP", entry.IP());
+    write(L"Comment", entry.Comment());
+}
+
+}  // namespace
+
+StoredImage ReadStoredImage() {
+    RegistryTransaction reading;
+    StoredImage image;
+    Reader{kSettings}(L"Autostart", image.autostart);
+    std::vector<std::wstring> names;
+    Registry().EnumKeys(kSettings, names);
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        const Reader read{kSettings + names[i] + L"\\"};
+        if (names[i].starts_with(kNotePrefix)) {
+            StoredNote& stored = image.notes.emplace_back();
+            stored.key = static_cast<std::int32_t>(i);
+            EachValue(stored.note, read);
+        } else if (names[i].starts_with(kEntryPrefix)) {
+            image.entries.push_back(ReadEntry(read));
+        }
+    }
+    return image;
+}
+
+KeepResult WriteStoredImage(bool autostart, const std::vector<const Note*>& notes,
+                            const std::vector<clsAddressBookEntry>& entries) {
+    RegistryTransaction writing;
+    Registry().DeleteKey(kSettings);
+    Writer{kSettings}(L"Autostart", autostart);
+    const auto subkey = [](const std::wstring& prefix, std::size_t number) {
+        return Writer{kSettings + prefix + std::to_wstring(number) + L"\\"};
+    };
+    for (std::size_t i = 0; i < notes.size(); ++i) EachValue(*notes[i], subkey(kNotePrefix, i));
+    for (std::size_t i = 0; i < entries.size(); ++i) WriteEntry(subkey(kEntryPrefix, i), entries[i]);
+    return writing.Commit();
+}

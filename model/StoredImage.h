@@ -1,0 +1,35 @@
+#pragma once
+// All that the program keeps: the notes, the autostart flag and the address book. They lie under one key of
+// the registry and are read and written here and nowhere else, everything at once.
+//
+// The subkeys of notes are numbered without gaps in the order of writing, those of address book entries too.
+// Reading takes them in the registry's order, which is alphabetical: "Note10" comes before "Note2".
+
+#include <cstdint>
+#include <vector>
+
+#include "model/AddressBook.h"
+#include "model/Note.h"
+#include "registry/KeepResult.h"
+
+// The key in the registry, with its last backslash.
+extern const wchar_t* const kSettingsKey;
+
+struct StoredNote {
+    std::int32_t key = 0;  // that names the note in the running program: its place among all subkeys
+    Note note;
+};
+
+struct StoredImage {
+    bool autostart = false;  // the program starts with the user's session
+    std::vector<StoredNote> notes;
+    std::vector<clsAddressBookEntry> entries;  // names may be there more than once
+};
+
+// What is there; values that are missing read as empty or 0.
+StoredImage ReadStoredImage();
+
+// Replaces all there is. When it is not kept, the registry holds what it held before; only where the platform
+// knows no transactions, a part of the new image may have taken the place of the old one.
+KeepResult WriteStoredImage(bool autostart, const std::vector<const Note*>& notes,
+                            const std::vector<clsAddressBookEntry>& entries);

@@ -1,0 +1,121 @@
+#include <gtest/gtest.h>
+
+#include "model/StoredImage.h"
+#include "registry/clsRegistry.h"
+#include "tests/addressbook/Entries.h"
+#include "tests/registry/RegistryImage.h"
+
+namespace {
+
+using Strings = std::vector<std::wstring>;
+
+std::wstring Path(const std::wstring& name) { return kSettingsKey + name; }
+
+void PutText(const std::wstring& path, const std::wstring& text) {
+    Registry().SetValue(Path(path), REG_TYPE_SZ, text);
+}
+
+Strings Subkeys() {
+    Strings names;
+    Registry().EnumKeys(kSettingsKey, names);
+    return names;
+}
+
+bool Write(const StoredImage& image) {
+    std::vector<const Note*> notes;
+    for (const StoredNote& stored : image.notes) notes.push_back(&stored.note);
+    return WriteStoredImage(image.autostart, notes, image.entries).Kept();
+}
+
+class StoredImageTest : public testing::Test {
+  protected:
+    StoredImageTest() { Registry().DeleteKey(kSettingsKey); }
+    ~StoredImageTest() override { Registry().DeleteKey(kSettingsKey); }
+};
+
+}  // namespace
+
+// What stands here is what the programs of all platforms write and read.
+TEST_F(StoredImageTest, HoldsEverything) {
+    const std::string image =
+        "Autostart\t4\t01000000\n"
+        "AddressBookEntry0\\\n"
+        "AddressBookEntry0\\Comment\t1\tim 2. Stock, „hinten“\n"
+        "AddressBookEntry0\\IP\t1\t192.168.0.17\n"
+        "AddressBookEntry0\\PCName\t1\tBüro\n"
+        "Note0\\\n"
+        "Note0\\Color\t4\t00ffff00\n"
+        "Note0\\CreationTime\t1\t21.11.2026, 09:05:00\n"
+        "Note0\\FontAlignment\t4\t02000000\n"
+        "Note0\\FontBold\t4\t01000000\n"
+        "Note0\\FontItalic\t4\t00000000\n"
+        "Note0\\FontSize\t4\t11000000\n"
+        "Note0\\FontUnderlined\t4\t01000000\n"
+        "Note0\\Foreground\t4\t01000000\n"
+        "Note0\\Height\t4\td0070000\n"
+        "Note0\\Text\t1\tKäse & „Brot“\\r\\n3 €\n"
+        "Note0\\Width\t4\t050d0000\n"
+        "Note0\\X\t4\t6affffff\n"
+        "Note0\\Y\t4\td2040000\n";
+    ASSERT_TRUE(WriteImage(image));
+    StoredImage stored = ReadStoredImage();
+    EXPECT_TRUE(stored.autostart);
+    ASSERT_EQ(stored.notes.size(), 1u);
+    EXPECT_EQ(stored.notes[0].note, (Note{.text = L"Käse & „Brot“\r\n3 €",
+                                          .creationTime = L"21.11.2026, 09:05:00",
+                                          .look = {.size = 17,
+                                                   .bold = true,
+                                                   .underlined = true,
+                                                   .alignment = kAlignCentre,
+                                                   .color = kLightBlue},
+                                          .place = {.left = -150, .top = 1234, .width = 3333, .height = 2000},
+                                          .foreground = true}));
+    ASSERT_EQ(stored.entries.size(), 1u);
+    EXPECT_EQ(stored.entries[0].PCName(), L"Büro");
+    EXPECT_EQ(stored.entries[0].IP(), L"192.168.0.17");
+    EXPECT_EQ(stored.entries[0].Comment(), L"im 2. Stock, „hinten“");
+
+    Registry().DeleteKey(kSettingsKey);
+    EXPECT_TRUE(Write(stored));
+    EXPECT_EQ(ReadImage(), image);
+
+    // Without notes the flag and the address book stay, and nothing else.
+    stored.notes.clear();
+    EXPECT_TRUE(Write(stored));
+    EXPECT_EQ(ReadImage(), image.substr(0, image.find("Note0")));
+}
+
+TEST_F(StoredImageTest, TakesSubkeysInTheRegistrysOrderAndNumbersThemAnew) {
+    for (const wchar_t* name : {L"Note0", L"Note2", L"Note10", L"NoteX", L"note7", L"Nota"})
+        PutText(name + std::wstring(L"\\Text"), name);
+    for (const wchar_t* name : {L"AddressBookEntry2", L"AddressBookEntry10", L"AddressBookEntry0",
+                                L"AddressBookEntry", L"AddressbookEntry7", L"AddressBookEntr"})
+        PutText(name + std::wstring(L"\\PCName"), name);
+    StoredImage stored = ReadStoredImage();
+    Strings texts, names;
+    for (const StoredNote& each : stored.notes) texts.push_back(each.note.text);
+    for (const clsAddressBookEntry& entry : stored.entries) names.push_back(entry.PCName());
+    EXPECT_EQ(texts, (Strings{L"Note0", L"Note10", L"Note2", L"NoteX"}));
+    EXPECT_EQ(names, (Strings{L"AddressBookEntry", L"AddressBookEntry0", L"AddressBookEntry10",
+                              L"AddressBookEntry2"}));
+    // The key of a note is its position among all subkeys.
+    EXPECT_EQ(Subkeys()[static_cast<std::size_t>(stored.notes[0].key)], L"Note0");
+    EXPECT_EQ(Subkeys()[static_cast<std::size_t>(stored.notes[3].key)], L"NoteX");
+
+    EXPECT_TRUE(Write(stored));
+    EXPECT_EQ(Subkeys(), (Strings{L"AddressBookEntry0", L"AddressBookEntry1", L"AddressBookEntry2",
+                                  L"AddressBookEntry3", L"Note0", L"Note1", L"Note2", L"Note3"}));
+    EXPECT_EQ(AsText(Registry().GetValue(Path(L"Note1\\Text"), REG_TYPE_SZ)), L"Note10");
+}
+
+TEST_F(StoredImageTest, ReadsWhateverIsThere) {
+    EXPECT_TRUE(ReadStoredImage().notes.empty());
+    EXPECT_FALSE(ReadStoredImage().autostart);
+    Registry().CreateKey(kSettingsKey);
+    EXPECT_TRUE(ReadStoredImage().notes.empty());
+    Registry().CreateKey(Path(L"Note5"));
+    const StoredImage stored = ReadStoredImage();
+    ASSERT_EQ(stored.notes.size(), 1u);
+    EXPECT_EQ(stored.notes[0].note.text, L"");
+    EXPECT_EQ(stored.notes[0].note.look.size, 0);
+}
