@@ -134,7 +134,6 @@ HiveKey* HiveImage::CreateChild(HiveKey& parent, std::string_view name) {
     key->name = name;
     byId_[key->id] = key.get();
     Touch(*key);
-    ++parent.keysRevision;
     return parent.keys.emplace_hint(place, std::move(capitals), std::move(key))->second.get();
 }
 
@@ -143,7 +142,6 @@ void HiveImage::SetValue(HiveKey& key, const std::string& name, std::uint32_t ty
     auto [place, isNew] = key.values.try_emplace(Utf8InCapitals(name));
     if (isNew) {
         place->second.name = name;
-        ++key.valuesRevision;
     }
     place->second.type = type;
     place->second.data = data;
@@ -159,7 +157,6 @@ bool HiveImage::DeleteValue(HiveKey& key, const std::string& name) {
     if (found == key.values.end()) return false;
     Touch(key);
     key.values.erase(found);
-    ++key.valuesRevision;
     return true;
 }
 
@@ -173,10 +170,8 @@ void HiveImage::DeleteKey(HiveKey& key) {
     }
     key.values.clear();
     key.deleted = true;
-    ++key.valuesRevision;
     byId_.erase(key.id);
     Touch(parent);
-    ++parent.keysRevision;
     auto node = parent.keys.extract(Utf8InCapitals(key.name));
     parent.deletedKeys.insert(std::move(node));
 }

@@ -45,7 +45,6 @@ struct HiveKey {
     std::string name;
     HiveKeys keys;
     HiveValues values;
-    std::uint64_t keysRevision = 0, valuesRevision = 0;  // change whenever one comes or goes
 
     // What the file holds, as far as it may differ.
     bool touched = false;

@@ -1,4 +1,3 @@
-// The nine calls of the system.
 #include <windows.h>
 
 #include <algorithm>
@@ -10,28 +9,15 @@ namespace RegistryCalls {
 
 namespace {
 
-HKEY Native(Key key) { return reinterpret_cast<HKEY>(key); }
-
 constexpr std::ptrdiff_t kMostLevels = 512;
 constexpr std::size_t kLongestName = 255;
-
-// Looked at before anything is created: the system notices only when it has come that far.
-bool IsWithinLimits(const std::string& subKey) {
-    if (std::count(subKey.begin(), subKey.end(), '\\') >= kMostLevels) return false;
-    for (std::size_t begin = 0; begin <= subKey.size();) {
-        const std::size_t end = std::min(subKey.find('\\', begin), subKey.size());
-        if (end - begin > kLongestName) return false;
-        begin = end + 1;
-    }
-    return true;
-}
 
 int openTransactions = 0;
 KeepResult firstFailure;  // among the writing calls since the outermost transaction began
 
-// Remembers why something was not written. That what was to be deleted is not there is no failure.
-long Noted(long result) {
-    if (result == kSuccess || result == kFileNotFound || !firstFailure.Kept()) return result;
+// Remembers why something was not written. That what is to be deleted is missing is no failure.
+void Note(long result) {
+    if (result == ERROR_SUCCESS || result == ERROR_FILE_NOT_FOUND || !firstFailure.Kept()) return;
     KeepFailure failure = KeepFailure::Failed;
     switch (result) {
         case ERROR_ACCESS_DENIED:
@@ -52,79 +38,114 @@ long Noted(long result) {
             break;
     }
     firstFailure = {failure, "Windows error " + std::to_string(result)};
-    return result;
 }
 
-BYTE* Bytes(void* data) { return static_cast<BYTE*>(data); }
+// Looked at before anything is created: Windows notices only when it has come that far.
+bool IsWithinLimits(const std::string& path) {
+    if (std::count(path.begin(), path.end(), '\\') >= kMostLevels) return false;
+    for (std::size_t begin = 0; begin <= path.size();) {
+        const std::size_t end = std::min(path.find('\\', begin), path.size());
+        if (end - begin > kLongestName) return false;
+        begin = end + 1;
+    }
+    return true;
+}
+
+// An opened key that closes itself.
+class OpenedKey {
+  public:
+    enum Missing { Fail, Create };
+
+    OpenedKey(const Key& key, REGSAM access, Missing missing = Fail) {
+        const auto number = static_cast<std::int32_t>(0x80000000u + key.root);
+        const HKEY root = reinterpret_cast<HKEY>(static_cast<std::intptr_t>(number));
+        if (missing == Fail)
+            result_ = RegOpenKeyExA(root, key.path.c_str(), 0, access, &key_);
+        else if (IsWithinLimits(key.path))
+            result_ = RegCreateKeyExA(root, key.path.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, access,
+                                      nullptr, &key_, nullptr);
+        if (missing == Create || access == KEY_WRITE) Note(result_);
+    }
+    ~OpenedKey() {
+        if (key_) RegCloseKey(key_);
+    }
+    OpenedKey(const OpenedKey&) = delete;
+    OpenedKey& operator=(const OpenedKey&) = delete;
+
+    HKEY Handle() const { return key_; }
+    bool Opened() const { return result_ == ERROR_SUCCESS; }
+
+  private:
+    HKEY key_ = nullptr;
+    long result_ = ERROR_INVALID_PARAMETER;
+};
+
+// The names that an enumerating call delivers. With too little room for a name or its data it delivers none,
+// and the next one all the same; any other failure would come at every index.
+template <class Call>
+std::vector<std::string> Names(Call call) {
+    std::vector<std::string> names;
+    for (DWORD index = 0;; ++index) {
+        char name[kLongestName + 1] = "";
+        DWORD size = sizeof name;
+        const long result = call(index, name, &size);
+        if (result != ERROR_SUCCESS && result != ERROR_MORE_DATA) return names;
+        names.emplace_back(name);
+    }
+}
 
 }  // namespace
 
-long OpenKey(Key parent, const std::string& subKey, std::uint32_t access, Key& result) {
-    HKEY key = nullptr;
-    const long opened = RegOpenKeyExA(Native(parent), subKey.c_str(), 0, access, &key);
-    if (opened == kSuccess) result = reinterpret_cast<Key>(key);
-    return access & kSetValue ? Noted(opened) : opened;
+bool KeyExists(const Key& key) { return OpenedKey(key, KEY_QUERY_VALUE).Opened(); }
+
+std::optional<std::vector<std::string>> SubKeys(const Key& key) {
+    const OpenedKey opened(key, KEY_ENUMERATE_SUB_KEYS);
+    if (!opened.Opened()) return std::nullopt;
+    return Names([&](DWORD index, char* name, DWORD* size) {
+        return RegEnumKeyExA(opened.Handle(), index, name, size, nullptr, nullptr, nullptr, nullptr);
+    });
 }
 
-long CreateKey(Key parent, const std::string& subKey, std::uint32_t access, Key& result) {
-    if (!IsWithinLimits(subKey)) return Noted(kInvalidParameter);
-    HKEY key = nullptr;
-    const long created = RegCreateKeyExA(Native(parent), subKey.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE,
-                                         access, nullptr, &key, nullptr);
-    if (created == kSuccess) result = reinterpret_cast<Key>(key);
-    return Noted(created);
+std::vector<std::string> ValueNames(const Key& key) {
+    const OpenedKey opened(key, KEY_QUERY_VALUE);
+    return Names([&](DWORD index, char* name, DWORD* size) {
+        return RegEnumValueA(opened.Handle(), index, name, size, nullptr, nullptr, nullptr, nullptr);
+    });
 }
 
-long QueryValue(Key key, const std::string& name, std::uint32_t& type, void* data, std::uint32_t& size) {
-    DWORD dataType = type, dataSize = size;
-    const long result =
-        RegQueryValueExA(Native(key), name.c_str(), nullptr, &dataType, Bytes(data), &dataSize);
-    type = dataType;
-    size = dataSize;
-    return result;
+std::optional<Value> ReadValue(const Key& key, const std::string& name, std::size_t room) {
+    const OpenedKey opened(key, KEY_QUERY_VALUE);
+    Value value{0, std::string(room, ' ')};
+    DWORD type = 0, size = static_cast<DWORD>(room);
+    if (RegQueryValueExA(opened.Handle(), name.c_str(), nullptr, &type,
+                         reinterpret_cast<BYTE*>(value.bytes.data()), &size) != ERROR_SUCCESS)
+        return std::nullopt;
+    value.type = type;
+    value.bytes.resize(size);
+    return value;
 }
 
-long SetValue(Key key, const std::string& name, std::uint32_t type, const void* data, std::uint32_t size) {
+void CreateKey(const Key& key) { OpenedKey(key, KEY_QUERY_VALUE, OpenedKey::Create); }
+
+void SetValue(const Key& key, const std::string& name, const Value& value) {
+    const OpenedKey opened(key, KEY_SET_VALUE, OpenedKey::Create);
     // The call looks behind the end of a text, and stores a NUL that it finds there as well.
-    std::string guarded(static_cast<const char*>(data), size);
-    guarded += '.';
-    return Noted(RegSetValueExA(Native(key), name.c_str(), 0, type, Bytes(guarded.data()), size));
+    const std::string guarded = value.bytes + '.';
+    if (opened.Opened())
+        Note(RegSetValueExA(opened.Handle(), name.c_str(), 0, value.type,
+                            reinterpret_cast<const BYTE*>(guarded.data()),
+                            static_cast<DWORD>(value.bytes.size())));
 }
 
-long EnumKey(Key key, std::uint32_t index, char* name, std::uint32_t& nameSize) {
-    DWORD size = nameSize;
-    const long result = RegEnumKeyExA(Native(key), index, name, &size, nullptr, nullptr, nullptr, nullptr);
-    nameSize = size;
-    return result;
+void DeleteValue(const Key& key, const std::string& name) {
+    const OpenedKey opened(key, KEY_WRITE);
+    if (opened.Opened()) Note(RegDeleteValueA(opened.Handle(), name.c_str()));
 }
 
-long EnumValue(Key key, std::uint32_t index, char* name, std::uint32_t& nameSize, std::uint32_t& type,
-               void* data, std::uint32_t& dataSize) {
-    DWORD size = nameSize, dataType = type, bytes = dataSize;
-    const auto ask = [&](BYTE* buffer) {
-        return RegEnumValueA(Native(key), index, name, &size, nullptr, &dataType, buffer, &bytes);
-    };
-    const long result = ask(Bytes(data));
-    if (result == kMoreData) {
-        // Some systems then leave out the name, too.
-        size = nameSize;
-        ask(nullptr);
-    }
-    nameSize = size;
-    type = dataType;
-    dataSize = bytes;
-    return result;
+void DeleteKey(const Key& parent, const std::string& subKey) {
+    const OpenedKey opened(parent, KEY_WRITE);
+    if (opened.Opened()) Note(RegDeleteKeyA(opened.Handle(), subKey.c_str()));
 }
-
-long DeleteKey(Key parent, const std::string& subKey) {
-    return Noted(RegDeleteKeyA(Native(parent), subKey.c_str()));
-}
-
-long DeleteValue(Key key, const std::string& name) {
-    return Noted(RegDeleteValueA(Native(key), name.c_str()));
-}
-
-long CloseKey(Key key) { return RegCloseKey(Native(key)); }
 
 // The registry keeps what is written at once, call by call; there is nothing to take back.
 void BeginTransaction() {

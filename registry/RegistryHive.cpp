@@ -34,7 +34,6 @@ void RegistryHive::Take(std::unique_ptr<HiveImage> image) {
     state_ = image ? kUsable : kUnreadable;
     image_ = image ? std::move(image) : std::make_unique<HiveImage>();
     stale_ = false;
-    ++generation_;
 }
 
 void RegistryHive::Begin() {
@@ -67,7 +66,6 @@ void RegistryHive::Close() {
     image_ = std::make_unique<HiveImage>();
     state_ = kUnopened;
     stale_ = false;
-    ++generation_;
 }
 
 RegistryHive& Hive() {

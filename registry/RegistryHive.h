@@ -5,7 +5,6 @@
 // A hive that could not be opened or read looks empty and refuses every change until the process ends, so
 // that nothing empty is ever written over what could not be read.
 
-#include <cstdint>
 #include <memory>
 
 #include "registry/HiveFile.h"
@@ -16,11 +15,8 @@ class RegistryHive {
     // The image as the file is now; inside a transaction, as the transaction has made it.
     HiveImage& FreshImage();
 
-    // The image as it was last asked for.
+    // The image as it was last asked for. A fresh one may be another object.
     HiveImage& Image() { return *image_; }
-
-    // Changes whenever the image has become another object; pointers into the old one are dead then.
-    std::uint64_t Generation() const { return generation_; }
 
     // Nestable. Writing is allowed only between the two, and only if MayWrite.
     void Begin();
@@ -39,7 +35,6 @@ class RegistryHive {
     enum { kUnopened, kUsable, kUnreadable } state_ = kUnopened;
     std::unique_ptr<HiveFile> file_;
     std::unique_ptr<HiveImage> image_ = std::make_unique<HiveImage>();
-    std::uint64_t generation_ = 0;
     int depth_ = 0;
     KeepResult usable_;     // why the file could not be opened or read
     KeepResult writing_;    // why the transaction may not write

@@ -1,26 +1,27 @@
 #include "registry/clsRegistry.h"
 
-#include <array>
+#include <algorithm>
 #include <cstring>
+#include <optional>
 #include <string_view>
 #include <utility>
 
 #include "base/twips.h"
 #include "registry/RegistryCalls.h"
 
-using namespace RegistryCalls;
+using RegistryCalls::FromCodePage;
+using RegistryCalls::ToCodePage;
 
 namespace {
 
-constexpr std::size_t kNameBuffer = 256;
 constexpr std::size_t kTextBuffer = 4096;
 
-Key RootOf(std::wstring_view name) {
+std::optional<std::uint32_t> RootOf(std::wstring_view name) {
     static constexpr std::pair<std::wstring_view, std::uint32_t> roots[] = {
         {L"HKLM", 2}, {L"HKCR", 0}, {L"HKCU", 1}, {L"HKU", 3}, {L"HKCC", 5}, {L"HKDD", 6}};
     for (const auto& [abbreviation, number] : roots)
-        if (name == abbreviation) return RootKey(number);
-    return 0;
+        if (name == abbreviation) return number;
+    return std::nullopt;
 }
 
 // Counts without looking at the last character once the search has come that far.
@@ -36,89 +37,59 @@ std::size_t CountOccurrences(std::wstring_view text, std::wstring_view searched)
     return count;
 }
 
-// A registry path taken apart. For key operations `key` is all behind the root; for values, and for a key to
-// be deleted, `item` is what follows the last backslash and `key` what lies between.
+// A registry path taken apart. For key operations the key is all behind the root; for values, and for a key
+// to be deleted, `item` is what follows the last backslash and the key what lies between.
 struct Place {
-    Key root = 0;
-    std::string key;
+    RegistryCalls::Key key;
     std::string item;
 };
 
-Key RootOfPath(const std::wstring& path) {
+std::optional<RegistryCalls::Key> KeyOf(const std::wstring& path) {
     const std::size_t first = path.find(L'\\');
-    return RootOf(first == std::wstring::npos || first == 0 ? path
-                                                            : std::wstring_view(path).substr(0, first));
+    const bool isRoot = first == std::wstring::npos || first == 0;
+    const auto root = RootOf(isRoot ? path : std::wstring_view(path).substr(0, first));
+    if (!root) return std::nullopt;
+    return RegistryCalls::Key{*root, isRoot ? std::string() : ToCodePage(path.substr(first + 1))};
 }
 
-Place KeyPlace(const std::wstring& path) {
-    const std::size_t first = path.find(L'\\');
-    return {RootOfPath(path),
-            first == std::wstring::npos ? std::string() : ToCodePage(path.substr(first + 1)),
-            {}};
-}
-
-Place ItemPlace(const std::wstring& path) {
-    Place place{RootOfPath(path), {}, {}};
-    const std::size_t first = path.find(L'\\');
-    const std::size_t last = path.rfind(L'\\');
-    place.item = ToCodePage(last == std::wstring::npos ? path : path.substr(last + 1));
-    if (CountOccurrences(path, L"\\") >= 2) place.key = ToCodePage(path.substr(first + 1, last - first - 1));
+std::optional<Place> ItemOf(const std::wstring& path) {
+    const auto root = KeyOf(path);
+    if (!root) return std::nullopt;
+    const std::size_t first = path.find(L'\\'), last = path.rfind(L'\\');
+    Place place{{root->root, {}}, ToCodePage(last == std::wstring::npos ? path : path.substr(last + 1))};
+    if (CountOccurrences(path, L"\\") >= 2)
+        place.key.path = ToCodePage(path.substr(first + 1, last - first - 1));
     return place;
 }
-
-// An opened key that closes itself.
-class OpenedKey {
-  public:
-    enum Missing { Fail, Create };
-
-    OpenedKey(const Place& place, Access access, Missing missing = Fail) {
-        result_ = missing == Create ? RegistryCalls::CreateKey(place.root, place.key, access, key_)
-                                    : OpenKey(place.root, place.key, access, key_);
-    }
-    ~OpenedKey() { CloseKey(key_); }
-    OpenedKey(const OpenedKey&) = delete;
-    OpenedKey& operator=(const OpenedKey&) = delete;
-
-    Key Handle() const { return key_; }
-    bool Opened() const { return result_ == kSuccess; }
-
-  private:
-    Key key_ = 0;
-    long result_;
-};
-
-template <std::size_t size>
-std::array<char, size> Blanks() {
-    std::array<char, size> buffer;
-    buffer.fill(' ');
-    return buffer;
-}
-
-// What a call wrote into a buffer of blanks: all before the first NUL, and nothing when there is none.
-std::wstring TrimNull(std::string_view buffer) {
-    const std::size_t end = buffer.find('\0');
-    return end == std::string_view::npos ? std::wstring() : FromCodePage(std::string(buffer.substr(0, end)));
-}
-
-template <std::size_t size>
-std::wstring TrimNull(const std::array<char, size>& buffer) {
-    return TrimNull(std::string_view(buffer.data(), size));
-}
-
-// Any other result of an enumeration repeats for every index.
-bool DeliversItem(long result) { return result == kSuccess || result == kMoreData; }
 
 bool IsText(std::int32_t type) {
     return type == REG_TYPE_SZ || type == REG_TYPE_EXPAND_SZ || type == REG_TYPE_MULTI_SZ;
 }
 
-bool Write(const std::wstring& path, std::int32_t type, const void* data, std::size_t size) {
-    const Place place = ItemPlace(path);
-    if (!place.root) return false;
-    const OpenedKey key(place, kSetValue, OpenedKey::Create);
-    RegistryCalls::SetValue(key.Handle(), place.item, static_cast<std::uint32_t>(type), data,
-                            static_cast<std::uint32_t>(size));
-    return true;
+// What a reader with a buffer of blanks takes for the text: all before the first NUL, and nothing when there
+// is none. A text that was stored without one gets one where there is room.
+std::wstring TextOf(const RegistryCalls::Value& value, std::size_t room) {
+    const std::size_t end = value.bytes.find('\0');
+    if (end == std::string::npos &&
+        (!IsText(static_cast<std::int32_t>(value.type)) || value.bytes.size() == room))
+        return {};
+    std::wstring text = FromCodePage(value.bytes.substr(0, end));
+    // The limit is one of characters: what one platform gives back the others do, too.
+    return text.size() < kTextBuffer ? text : std::wstring();
+}
+
+std::vector<std::wstring> Names(const std::vector<std::string>& names) {
+    std::vector<std::wstring> texts(std::max<std::size_t>(names.size(), 1));
+    std::transform(names.begin(), names.end(), texts.begin(), FromCodePage);
+    return texts;
+}
+
+bool Write(const std::wstring& path, std::int32_t type, std::string bytes) {
+    const auto place = ItemOf(path);
+    if (place)
+        RegistryCalls::SetValue(place->key, place->item,
+                                {static_cast<std::uint32_t>(type), std::move(bytes)});
+    return place.has_value();
 }
 
 }  // namespace
@@ -134,98 +105,66 @@ std::int32_t AsNumber(const RegistryValue& value) {
 }
 
 bool clsRegistry::EnumValues(const std::wstring& path, std::vector<std::wstring>& ValArray) {
-    ValArray.assign(1, std::wstring());
-    const Place place = KeyPlace(path);
-    if (!place.root) return false;
-    const OpenedKey key(place, kQueryValue);
-    for (std::uint32_t index = 0;; ++index) {
-        auto name = Blanks<kNameBuffer>();
-        auto data = Blanks<20>();
-        std::uint32_t nameSize = kNameBuffer, dataSize = 20, type = 0;
-        if (!DeliversItem(EnumValue(key.Handle(), index, name.data(), nameSize, type, data.data(), dataSize)))
-            return true;
-        ValArray.resize(index + 1);
-        ValArray[index] = TrimNull(name);
-    }
+    const auto key = KeyOf(path);
+    ValArray = Names(key ? RegistryCalls::ValueNames(*key) : std::vector<std::string>());
+    return key.has_value();
 }
 
 std::int32_t clsRegistry::EnumKeys(const std::wstring& path, std::vector<std::wstring>& KeyArray) {
-    KeyArray.assign(1, std::wstring());
-    const Place place = KeyPlace(path);
-    if (!place.root) return -1;
-    const OpenedKey key(place, kEnumerateSubKeys);
-    if (!key.Opened()) return -1;
-    for (std::uint32_t index = 0;; ++index) {
-        auto name = Blanks<kNameBuffer>();
-        std::uint32_t nameSize = kNameBuffer;
-        if (!DeliversItem(EnumKey(key.Handle(), index, name.data(), nameSize)))
-            return static_cast<std::int32_t>(index);
-        KeyArray.resize(index + 1);
-        KeyArray[index] = TrimNull(name);
-    }
+    const auto key = KeyOf(path);
+    const auto names = key ? RegistryCalls::SubKeys(*key) : std::nullopt;
+    KeyArray = Names(names.value_or(std::vector<std::string>()));
+    return names ? static_cast<std::int32_t>(names->size()) : -1;
 }
 
 bool clsRegistry::KeyExists(const std::wstring& path) {
-    const Place place = KeyPlace(path);
-    return place.root && OpenedKey(place, kQueryValue).Opened();
+    const auto key = KeyOf(path);
+    return key && RegistryCalls::KeyExists(*key);
 }
 
 bool clsRegistry::DeleteKey(const std::wstring& path) {
-    const Place place = ItemPlace(path);
-    if (!place.root) return false;
+    const auto place = ItemOf(path);
+    if (!place) return false;
     std::vector<std::wstring> subKeys;
     EnumKeys(path, subKeys);
     const std::wstring above = path.back() == L'\\' ? path : path + L"\\";
     for (const std::wstring& name : subKeys)
         if (!name.empty()) DeleteKey(above + name);
-    const OpenedKey parent(place, kWrite);
-    RegistryCalls::DeleteKey(parent.Handle(), place.item);
+    RegistryCalls::DeleteKey(place->key, place->item);
     return true;
 }
 
 bool clsRegistry::DeleteValue(const std::wstring& PathWithValue) {
-    const Place place = ItemPlace(PathWithValue);
-    if (!place.root) return false;
-    const OpenedKey key(place, kWrite);
-    RegistryCalls::DeleteValue(key.Handle(), place.item);
-    return true;
+    const auto place = ItemOf(PathWithValue);
+    if (place) RegistryCalls::DeleteValue(place->key, place->item);
+    return place.has_value();
 }
 
 RegistryValue clsRegistry::GetValue(const std::wstring& PathWithValue, std::int32_t RegType) {
-    const Place place = ItemPlace(PathWithValue);
-    if (!place.root) return {};
-    const OpenedKey key(place, kQueryValue);
-    std::uint32_t type = 0;
-    if (IsText(RegType)) {
-        std::string text(kTextBuffer * kBytesOfCharacter, ' ');
-        auto size = static_cast<std::uint32_t>(text.size());
-        QueryValue(key.Handle(), place.item, type, text.data(), size);
-        // The limit is one of characters: what one platform gives back the others do, too.
-        std::wstring read = TrimNull(text);
-        return read.size() < kTextBuffer ? read : std::wstring();
-    }
+    const auto place = ItemOf(PathWithValue);
+    if (!place) return {};
     std::int32_t number = 0;
-    std::uint32_t size = sizeof number;
-    QueryValue(key.Handle(), place.item, type, &number, size);
+    const std::size_t room = IsText(RegType) ? kTextBuffer * RegistryCalls::kBytesOfCharacter : sizeof number;
+    const auto value = RegistryCalls::ReadValue(place->key, place->item, room);
+    if (IsText(RegType)) return value ? TextOf(*value, room) : std::wstring();
+    if (value) std::memcpy(&number, value->bytes.data(), value->bytes.size());
     return number;
 }
 
 bool clsRegistry::SetValue(const std::wstring& PathWithValue, std::int32_t RegType,
                            const std::wstring& Value) {
-    const std::string bytes = ToCodePage(Value);
-    return Write(PathWithValue, RegType, bytes.data(), bytes.size());
+    return Write(PathWithValue, RegType, ToCodePage(Value));
 }
 
 bool clsRegistry::SetValue(const std::wstring& PathWithValue, std::int32_t RegType, double Value) {
     const std::int32_t number = RoundToEven(Value);
-    return Write(PathWithValue, RegType, &number, sizeof number);
+    return Write(PathWithValue, RegType, {reinterpret_cast<const char*>(&number), sizeof number});
 }
 
 bool clsRegistry::CreateKey(const std::wstring& path) {
-    const Place place = KeyPlace(path);
-    if (!place.root) return false;
-    OpenedKey(place, kQueryValue, OpenedKey::Create);
-    return true;
+    const auto key = KeyOf(path);
+    if (key) RegistryCalls::CreateKey(*key);
+    return key.has_value();
 }
 
 clsRegistry& Registry() {
@@ -233,13 +172,13 @@ clsRegistry& Registry() {
     return registry;
 }
 
-RegistryTransaction::RegistryTransaction() { BeginTransaction(); }
+RegistryTransaction::RegistryTransaction() { RegistryCalls::BeginTransaction(); }
 
 RegistryTransaction::~RegistryTransaction() {
-    if (!committed_) EndTransaction(false);
+    if (!committed_) RegistryCalls::EndTransaction(false);
 }
 
 KeepResult RegistryTransaction::Commit() {
     committed_ = true;
-    return EndTransaction(true);
+    return RegistryCalls::EndTransaction(true);
 }

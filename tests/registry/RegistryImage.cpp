@@ -14,14 +14,13 @@ using namespace RegistryCalls;
 
 namespace {
 
-constexpr Key kMachine = RootKey(2);
+constexpr std::uint32_t kMachine = 2;
 const std::string kPlace = "Software\\Kivora\\1.5\\";
 const std::string kEscaped("\r\n\t\\\0", 5), kEscapes = "rnt\\0";
 
-struct Value {
+struct Line {
     std::string key, name;  // as the registry has them, the key with its last backslash
-    std::uint32_t type = 0;
-    std::string data;
+    Value value;            // of type 0 in the line of a key
 };
 
 bool IsText(std::uint32_t type) { return type == 1 || type == 2 || type == 7; }
@@ -29,12 +28,12 @@ bool IsText(std::uint32_t type) { return type == 1 || type == 2 || type == 7; }
 std::string Shown(const Value& value) {
     std::string shown;
     if (IsText(value.type)) {
-        for (const char c : Utf8OfStored(value.data)) {
+        for (const char c : Utf8OfStored(value.bytes)) {
             const std::size_t escape = kEscaped.find(c);
             shown += escape == std::string::npos ? std::string(1, c) : std::string("\\") + kEscapes[escape];
         }
     } else {
-        for (const char c : value.data) {
+        for (const char c : value.bytes) {
             const auto byte = static_cast<unsigned char>(c);
             shown += "0123456789abcdef"[byte >> 4];
             shown += "0123456789abcdef"[byte & 15];
@@ -67,73 +66,54 @@ std::optional<std::string> DataOf(std::uint32_t type, const std::string& shown) 
     return data;
 }
 
-std::optional<Value> ValueOf(const std::string& line) {
-    const std::size_t typeAt = line.find('\t'), dataAt = line.find('\t', typeAt + 1);
-    const std::string path = line.substr(0, typeAt);
+std::optional<Line> LineOf(const std::string& text) {
+    const std::size_t typeAt = text.find('\t'), dataAt = text.find('\t', typeAt + 1);
+    const std::string path = text.substr(0, typeAt);
     const std::size_t nameAt = path.rfind('\\') + 1;
-    Value value{StoredOfUtf8(path.substr(0, nameAt)), StoredOfUtf8(path.substr(nameAt)), 0, {}};
-    if (typeAt == std::string::npos)
-        return value.name.empty() ? std::optional(value) : std::nullopt;  // a key
+    Line line{StoredOfUtf8(path.substr(0, nameAt)), StoredOfUtf8(path.substr(nameAt)), {}};
+    if (typeAt == std::string::npos) return line.name.empty() ? std::optional(line) : std::nullopt;  // a key
     if (dataAt == std::string::npos) return std::nullopt;
-    std::from_chars(line.data() + typeAt + 1, line.data() + dataAt, value.type);
-    const auto data = DataOf(value.type, line.substr(dataAt + 1));
-    if (value.type == 0 || !data) return std::nullopt;
-    value.data = *data;
-    return value;
+    std::from_chars(text.data() + typeAt + 1, text.data() + dataAt, line.value.type);
+    const auto data = DataOf(line.value.type, text.substr(dataAt + 1));
+    if (line.value.type == 0 || !data) return std::nullopt;
+    line.value.bytes = *data;
+    return line;
 }
 
-void AddKey(Key key, const std::string& path, std::string& image) {
-    image += path.empty() ? "" : path + "\n";
-    char name[256];
-    std::string data(100'000, '\0');
-    std::uint32_t size = sizeof name, dataSize = 0, type = 0;
-    const auto next = [&] {
-        size = sizeof name;
-        dataSize = static_cast<std::uint32_t>(data.size());
-    };
-    const auto shownName = [&] { return path + Utf8OfStored(std::string(name, size)); };
-    next();
-    for (std::uint32_t i = 0; EnumValue(key, i, name, size, type, data.data(), dataSize) == kSuccess;
-         ++i, next())
-        image += shownName() + "\t" + std::to_string(type) + "\t" +
-                 Shown({{}, {}, type, data.substr(0, dataSize)}) + "\n";
-    for (std::uint32_t i = 0; EnumKey(key, i, name, size) == kSuccess; ++i, next()) {
-        Key below = 0;
-        if (OpenKey(key, std::string(name, size), kQueryValue | kEnumerateSubKeys, below) != kSuccess)
-            continue;
-        AddKey(below, shownName() + "\\", image);
-        CloseKey(below);
-    }
+void AddKey(const Key& key, const std::string& shown, std::string& image) {
+    image += shown.empty() ? "" : shown + "\n";
+    for (const std::string& name : ValueNames(key))
+        if (const auto value = ReadValue(key, name, 100'000))
+            image +=
+                shown + Utf8OfStored(name) + "\t" + std::to_string(value->type) + "\t" + Shown(*value) + "\n";
+    for (const std::string& name : SubKeys(key).value_or(std::vector<std::string>()))
+        AddKey({key.root, key.path + name + "\\"}, shown + Utf8OfStored(name) + "\\", image);
 }
 
 }  // namespace
 
 std::string ReadImage() {
     std::string image;
-    Key key = 0;
-    if (OpenKey(kMachine, kPlace, kQueryValue | kEnumerateSubKeys, key) != kSuccess) return image;
-    AddKey(key, {}, image);
-    CloseKey(key);
+    AddKey({kMachine, kPlace}, {}, image);
     return image;
 }
 
 bool WriteImage(const std::string& image) {
-    std::vector<Value> values;
-    std::istringstream lines(image);
-    for (std::string line; std::getline(lines, line);) {
-        const auto value = ValueOf(line);
-        if (!value) return false;
-        values.push_back(*value);
+    std::vector<Line> lines;
+    std::istringstream texts(image);
+    for (std::string text; std::getline(texts, text);) {
+        const auto line = LineOf(text);
+        if (!line) return false;
+        lines.push_back(*line);
     }
     RegistryTransaction all;
     Registry().DeleteKey(L"HKLM\\" + FromUtf8(kPlace));
-    for (const Value& value : values) {
-        Key key = 0;
-        if (CreateKey(kMachine, kPlace + value.key, kSetValue, key) != kSuccess) return false;
-        if (value.type != 0)
-            SetValue(key, value.name, value.type, value.data.data(),
-                     static_cast<std::uint32_t>(value.data.size()));
-        CloseKey(key);
+    for (const Line& line : lines) {
+        const Key key{kMachine, kPlace + line.key};
+        if (line.value.type == 0)
+            CreateKey(key);
+        else
+            SetValue(key, line.name, line.value);
     }
     return all.Commit().Kept();
 }

@@ -131,11 +131,21 @@ TEST_F(clsRegistryTest, DeletingAKeyTakesAllBelowItAndNothingBeside) {
 }
 
 TEST_F(clsRegistryTest, ATransactionSaysThatSomethingWasNotWritten) {
+    std::wstring deep = kKey;
+    for (int i = 0; i < 600; ++i) deep += L"\\d";
+    for (const std::wstring& key : {kBelow + L"new\\" + std::wstring(256, L'k'), deep}) {
+        RegistryTransaction image;
+        EXPECT_TRUE(registry.CreateKey(key));
+        const KeepResult result = image.Commit();
+        EXPECT_EQ(result.failure, KeepFailure::Failed);
+        EXPECT_NE(result.detail, "");
+        EXPECT_FALSE(registry.KeyExists(kKey)) << "nothing of it is made";
+    }
     RegistryTransaction image;
-    EXPECT_TRUE(registry.CreateKey(kBelow + std::wstring(256, L'k')));
-    const KeepResult result = image.Commit();
-    EXPECT_EQ(result.failure, KeepFailure::Failed) << "the name is too long";
-    EXPECT_NE(result.detail, "");
+    registry.CreateKey(kBelow + std::wstring(255, L'k'));
+    registry.DeleteKey(kBelow + L"missing");
+    EXPECT_TRUE(image.Commit().Kept());
+    EXPECT_TRUE(registry.KeyExists(kBelow + std::wstring(255, L'k')));
 }
 
 TEST_F(clsRegistryTest, TextsComeBackUpToTheirLimit) {
@@ -194,6 +204,8 @@ TEST_F(clsRegistryTest, TheStoredTypeIsNotCompared) {
     EXPECT_EQ(AsNumber(registry.GetValue(kBelow + L"v", REG_TYPE_DWORD)), 0);
     registry.SetValue(kBelow + L"v", REG_TYPE_DWORD, 0x00004241);
     EXPECT_EQ(AsText(registry.GetValue(kBelow + L"v", REG_TYPE_SZ)), L"AB");
+    registry.SetValue(kBelow + L"v", REG_TYPE_SZ, L"ab");
+    EXPECT_EQ(AsNumber(registry.GetValue(kBelow + L"v", REG_TYPE_DWORD)), 0x6261) << "the rest stays 0";
     registry.SetValue(kBelow + L"v", REG_TYPE_DWORD, 0x44434241);
     EXPECT_EQ(AsText(registry.GetValue(kBelow + L"v", REG_TYPE_SZ)), L"") << "no NUL, nothing";
 }
