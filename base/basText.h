@@ -1,7 +1,7 @@
 #pragma once
-// Text inside the program is std::wstring; bytes exist only at its borders. These are the two doors: UTF-8 for
-// what the operating system and the local store exchange with us, the ANSI code page for what leaves the program
-// as files, over the network or by mail.
+// Text inside the program is std::wstring; bytes exist only at its borders. These are the two doors: UTF-8
+// for what the operating system and the local store exchange with us, the ANSI code page for what leaves the
+// program as files, over the network or by mail.
 
 #include <string>
 #include <string_view>
@@ -25,8 +25,8 @@ std::wstring WithCrLf(std::wstring_view text);
 // with it. Nothing is trimmed.
 std::wstring Flattened(std::wstring_view text);
 
-// An edit that would make a text longer than it may be, cut so that it fits: the longest beginning of what was
-// inserted between `before` and `after` that keeps the UTF-8 length, line breaks counted as CR LF, within
+// An edit that would make a text longer than it may be, cut so that it fits: the longest beginning of what
+// was inserted between `before` and `after` that keeps the UTF-8 length, line breaks counted as CR LF, within
 // `limit` bytes. A text that was too long already may be edited as long as it does not grow.
 // `caret` receives the position behind what was kept, in characters of the result.
 std::wstring FitEdit(const std::wstring& before, const std::wstring& after, std::size_t limit,

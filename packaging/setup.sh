@@ -1,13 +1,14 @@
+# shellcheck shell=bash disable=SC2034,SC2154 # used by those who source this, who also set "root"
 # To be sourced. Brings what the project needs from the distribution (Debian 12 or a relative of it).
 
 packages_build="g++ cmake ninja-build pkg-config ccache libwxgtk3.2-dev libgtk-3-dev libsqlite3-dev
                 librsvg2-dev libcups2-dev fonts-liberation"
 packages_display="xvfb openbox trayer xdotool imagemagick x11-utils x11-xserver-utils"
-packages_windows_package="nsis zip imagemagick icoutils"
 # xserver-xorg-video-dummy: a display whose screens come and go
 packages_test="libgtest-dev dbus-daemon iproute2 sqlite3 cups-daemon cups-client poppler-utils xdg-utils
                shared-mime-info desktop-file-utils libfile-mimeinfo-perl xserver-xorg-core
                xserver-xorg-video-dummy"
+packages_check="clang-format shellcheck python3 git"
 packages_package="debhelper dpkg-dev fakeroot lintian appstream desktop-file-utils"
 packages_windows="g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix dpkg-dev googletest icoutils"
 packages_windows_package="nsis zip imagemagick icoutils"

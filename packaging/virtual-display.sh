@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # To be sourced. A display that nobody sees, with a window manager and a notification area, for machines without a
 # screen and for tests.
 
@@ -5,8 +6,7 @@ display_pids=()
 
 # Waits up to ten seconds for a command to succeed.
 wait_for() {
-    local attempt
-    for attempt in $(seq 100); do
+    for _ in $(seq 100); do
         "$@" >/dev/null 2>&1 && return 0
         sleep 0.1
     done
@@ -27,7 +27,8 @@ start_display() {
         rm -f "$number_file"
         return 1
     }
-    export DISPLAY=":$(cat "$number_file")"
+    DISPLAY=:$(cat "$number_file")
+    export DISPLAY
     rm -f "$number_file"
     # Programs on this display have nothing to say to the desktop of the user who started them.
     export NO_AT_BRIDGE=1 DBUS_SESSION_BUS_ADDRESS=disabled: GDK_BACKEND=x11
