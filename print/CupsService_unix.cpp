@@ -14,12 +14,12 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr int kConnectLimit = 500;  // milliseconds
-// For one operation. The library asks several questions in one and tries some again; each of them still costs
-// one step when the time is over.
+// For one operation. libcups sends several requests for one and repeats some; each that is sent when the time
+// is over still takes one step.
 constexpr std::chrono::milliseconds kAnswerLimit{800};
 constexpr double kStep = 0.1;  // seconds
 
-// The functions of the library by their own names.
+// The functions of libcups by their own names.
 struct Cups {
     void* library = dlopen("libcups.so.2", RTLD_NOW | RTLD_LOCAL);
     bool complete = library != nullptr;
@@ -59,7 +59,7 @@ const wchar_t* const kNoAnswer = L"Der Druckdienst antwortet nicht.";
 
 const char* NoPassword(const char*, http_t*, const char*, const char*, void*) { return nullptr; }
 
-// The library, null where there is none.
+// Null where libcups is missing or lacks one of the functions.
 const Cups* Library() {
     static const Cups cups;
     if (!cups.complete) return nullptr;
@@ -84,7 +84,7 @@ class Connection {
 
     explicit operator bool() const { return http_ != nullptr; }
     operator http_t*() const { return http_; }
-    // Another operation begins.
+    // To be called when another operation begins.
     void Renew() { deadline_ = Clock::now() + kAnswerLimit; }
 
   private:
@@ -105,8 +105,7 @@ CupsPrinters FindCupsPrinters() {
     if (!cups) return found;
     const Connection connection(*cups);
     if (!connection) return found;
-    // One question first: listing the printers asks several, and each waits a second for a service that
-    // hangs.
+    // One request first: listing the printers sends several, and each would wait for a CUPS that hangs.
     cups->ippDelete(cups->cupsDoRequest(connection, cups->ippNewRequest(IPP_OP_CUPS_GET_DEFAULT), "/"));
     const ipp_status_t answer = cups->cupsLastError();
     found.running = answer < IPP_STATUS_ERROR_BAD_REQUEST || answer == IPP_STATUS_ERROR_NOT_FOUND;
@@ -126,7 +125,7 @@ CupsPrinters FindCupsPrinters() {
 
 CupsJob::CupsJob(const std::wstring& printer, const std::wstring& title, const std::string& paper)
     : printer_(printer), queue_(ToUtf8(printer)), title_(ToUtf8(title)) {
-    // The service might take a printer of a similar name.
+    // Without such a printer CUPS might take one of a similar name.
     const CupsPrinters known = FindCupsPrinters();
     if (!known.running) {
         failure_ = kNoAnswer;

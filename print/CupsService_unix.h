@@ -1,6 +1,7 @@
 #pragma once
-// The printing service of the system: its printers, and handing it documents. Its library is loaded when it
-// is first needed. Every question is answered within two seconds, and none is asked on the terminal.
+// CUPS: its printers, and handing it documents. libcups is loaded when it is first needed. Every call waits
+// for an answer and gives up after two seconds at most; libcups never asks for a password on the terminal. It
+// keeps its last error for each thread, so everything is called on the same one, that of the windows.
 
 #include <cstdio>
 #include <functional>
@@ -13,22 +14,24 @@ struct CupsPrinters {
     std::wstring standard;  // one of them, unless there are none
 };
 
+// Not running, and without names, when libcups is missing or CUPS does not answer in time.
 CupsPrinters FindCupsPrinters();
 
-// A job at the service. Destroying it before it was sent withdraws it.
+// A job of CUPS. Destroying it before Send has succeeded withdraws it.
 class CupsJob {
   public:
-    // paper: name of the medium for the printer. Without Failure the printer has taken the job in.
+    // paper: name of the medium, such as "iso_a4_210x297mm". When Failure is empty then, CUPS has taken the
+    // job in and waits for its document.
     CupsJob(const std::wstring& printer, const std::wstring& title, const std::string& paper);
     ~CupsJob();
     CupsJob(const CupsJob&) = delete;
     CupsJob& operator=(const CupsJob&) = delete;
 
-    // Sends a PDF from where the file stands. `meanwhile` is called from time to time and ends the sending by
-    // returning false.
+    // Sends a PDF from where the file stands to its end. `meanwhile` is called after each piece of 64 KiB;
+    // when it returns false, so does Send, without a Failure.
     bool Send(std::FILE* file, const std::function<bool()>& meanwhile);
 
-    // What went wrong, as a text for the user.
+    // What went wrong, as a text for the user; else empty.
     const std::wstring& Failure() const { return failure_; }
 
   private:

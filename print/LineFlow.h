@@ -11,8 +11,8 @@
 
 class LineFlow {
   public:
-    // The text has to outlive this object. No line is wider or higher than the room; what cannot be parted
-    // and is larger is set in a smaller font.
+    // The text and the function have to outlive this object; the room is in points. No line is wider or
+    // higher than the room: what is larger and cannot be parted is set in a smaller font.
     LineFlow(std::wstring_view text, const PrintFont& font, double roomWidth, double roomHeight,
              const MeasurePrinted& measure);
 

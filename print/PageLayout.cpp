@@ -24,7 +24,7 @@ bool PageLayout::HasRoom(const PrintRules& rules, const PaperSize& paper) {
            paper.height - rules.top - rules.bottom >= kLeastRoom;
 }
 
-PageLayout::PageLayout(const std::vector<PrintNote>& notes, const PrintRules& rules, const PaperSize& paper,
+PageLayout::PageLayout(const std::vector<Note>& notes, const PrintRules& rules, const PaperSize& paper,
                        MeasurePrinted measure)
     : notes_(notes),
       rules_(rules),
@@ -34,34 +34,30 @@ PageLayout::PageLayout(const std::vector<PrintNote>& notes, const PrintRules& ru
       top_(rules.top * kPointsPerMillimetre),
       numberHeight_(Height(measure_(L"0123456789", kNumberFont))) {
     bottom_ = (paper.height - rules.bottom) * kPointsPerMillimetre - numberHeight_ - kNumberGap;
-    for (const PrintNote& note : notes_) total_ += static_cast<double>(note.text.size());
+    for (const Note& note : notes_) total_ += static_cast<double>(note.text.size());
     if (!HasRoom(rules, paper)) note_ = notes_.size();
 }
 
-PrintFont PageLayout::FontOf(const PrintNote& note) const {
-    PrintFont font{.size = static_cast<double>(std::max(rules_.size.value_or(note.size), 1))};
-    if (rules_.formatting) {
-        font.bold = note.bold;
-        font.italic = note.italic;
-        font.underlined = note.underlined;
-    }
-    return font;
+PrintFont PageLayout::FontOf(const Note& note) const {
+    const std::int32_t size =
+        std::clamp(rules_.size.value_or(note.look.size), kSmallestFontSize, kLargestFontSize);
+    return {static_cast<double>(size), rules_.formatting ? note.look : NoteLook{}};
 }
 
 void PageLayout::StartNote() {
-    const PrintNote& note = notes_[note_];
-    const PrintFont font = FontOf(note);
+    const Note& note = notes_[note_];
+    font_ = FontOf(note);
     const double width = right_ - left_, height = bottom_ - top_;
     begun_ = false;
-    if (rules_.dates && !note.date.empty()) {
-        const PrintFont small{.size = std::clamp(font.size * kDateSize, kSmallestDate, kLargestDate)};
-        LineFlow heading(note.date, small, width, height, measure_);
+    if (rules_.dates && !note.creationTime.empty()) {
+        const PrintFont small{.size = std::clamp(font_.size * kDateSize, kSmallestDate, kLargestDate)};
+        LineFlow heading(note.creationTime, small, width, height, measure_);
         while (auto line = heading.Next()) {
             line->kind = PrintedLine::Date;
             waiting_.push_back(std::move(*line));
         }
     }
-    lines_.emplace(note.text, font, width, height, measure_);
+    lines_.emplace(note.text, font_, width, height, measure_);
     for (std::size_t i = 0; i < kKeptLines && TakeLine(); ++i) continue;
 }
 
@@ -81,9 +77,9 @@ double PageLayout::WaitingHeight() const {
 void PageLayout::Put(PrintedPage& page, PrintedLine line) {
     line.note = note_;
     line.left = left_;
-    const int alignment = rules_.formatting ? notes_[note_].alignment : 0;
-    if (line.kind == PrintedLine::Text && alignment == 1) line.left = right_ - line.width;
-    if (line.kind == PrintedLine::Text && alignment == 2) line.left += (right_ - left_ - line.width) / 2;
+    const std::int32_t alignment = line.kind == PrintedLine::Text ? font_.look.alignment : kAlignLeft;
+    if (alignment == kAlignRight) line.left = right_ - line.width;
+    if (alignment == kAlignCentre) line.left += (right_ - left_ - line.width) / 2;
     line.top = y_;
     for (PrintedText& part : line.parts) {
         part.x += line.left;

@@ -5,19 +5,10 @@
 
 #include <deque>
 #include <optional>
-#include <string>
 #include <vector>
 
 #include "print/LineFlow.h"
 #include "print/PrintedText.h"
-
-struct PrintNote {
-    std::wstring text = {};
-    std::wstring date = {};
-    int size = 12;  // points
-    bool bold = false, italic = false, underlined = false;
-    int alignment = 0;  // 0 left, 1 right, 2 centred
-};
 
 // Millimetres.
 struct PaperSize {
@@ -26,15 +17,15 @@ struct PaperSize {
 
 struct PrintRules {
     double left = 15, right = 15, top = 20, bottom = 20;  // margins in millimetres
-    std::optional<int> size;                              // of all notes, in points; else each its own
-    bool formatting = true;                               // the notes' own bold, italic, underline, alignment
-    bool dates = true;                                    // print each note's date
+    std::optional<std::int32_t> size;                     // of all notes, in points; else each its own
+    bool formatting = true;  // the notes' own styles and alignment, else plain and left
+    bool dates = true;       // print each note's date
 };
 
 class PageLayout {
   public:
     // The notes have to outlive this object.
-    PageLayout(const std::vector<PrintNote>& notes, const PrintRules& rules, const PaperSize& paper,
+    PageLayout(const std::vector<Note>& notes, const PrintRules& rules, const PaperSize& paper,
                MeasurePrinted measure);
     PageLayout(const PageLayout&) = delete;
     PageLayout& operator=(const PageLayout&) = delete;
@@ -50,20 +41,21 @@ class PageLayout {
 
   private:
     void StartNote();
-    PrintFont FontOf(const PrintNote& note) const;
+    PrintFont FontOf(const Note& note) const;
     bool TakeLine();
     void Put(PrintedPage& page, PrintedLine line);
     void PutNumber(PrintedPage& page);
     double WaitingHeight() const;
 
-    const std::vector<PrintNote>& notes_;
+    const std::vector<Note>& notes_;
     PrintRules rules_;
     MeasurePrinted measure_;
-    double left_, right_, top_, bottom_;  // of the room for notes
+    double left_, right_, top_, bottom_;  // of the room for notes, in points as all below
     double numberHeight_;
-    double y_ = 0;
+    double y_ = 0;  // where the next line begins
     std::size_t note_ = 0;
-    std::optional<LineFlow> lines_;    // of the note being set
+    PrintFont font_;                   // of the note being set
+    std::optional<LineFlow> lines_;    // its text
     std::deque<PrintedLine> waiting_;  // its lines that are on no page yet
     bool begun_ = false;               // something of the note is on a page
     std::size_t pages_ = 0;

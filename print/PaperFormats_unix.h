@@ -7,8 +7,8 @@
 
 struct PaperFormat {
     const wchar_t* caption;
-    const char* medium;  // its name for printers
-    PaperSize size;      // upright
+    const char* medium;  // its name for CUPS
+    PaperSize size;      // upright, millimetres
 };
 
 inline constexpr std::array<PaperFormat, 5> kPaperFormats = {{

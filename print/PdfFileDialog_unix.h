@@ -4,6 +4,6 @@
 #include <filesystem>
 #include <optional>
 
-// Nothing when that is cancelled or the program quits. A file that exists is only chosen when the user wants
+// Nothing when the user cancels or the program quits. A file that exists is only chosen when the user wants
 // it replaced.
 std::optional<std::filesystem::path> ChoosePdfFile();

@@ -16,7 +16,7 @@ cairo_status_t WriteTo(void* file, const unsigned char* bytes, unsigned int coun
                                                                                 : CAIRO_STATUS_WRITE_ERROR;
 }
 
-// What stands for a character that would break the line or is none.
+// U+FFFD in the place of a character that would break the line or has no picture.
 wchar_t Printable(wchar_t c) {
     const bool control = c < 0x20 || (c >= 0x7F && c < 0xA0);
     return control || c == 0x2028 || c == 0x2029 ? wchar_t{0xFFFD} : c;
@@ -44,19 +44,17 @@ PdfPaper::PdfPaper(std::FILE* file, const PaperSize& paper, const std::wstring& 
     pango_layout_set_single_paragraph_mode(layout_.get(), TRUE);
 }
 
-PdfPaper::~PdfPaper() = default;
-
 void PdfPaper::SetText(std::wstring_view text, const PrintFont& font) {
     if (font != font_) {
         PangoFontDescription* description = pango_font_description_new();
         pango_font_description_set_family_static(description, "Arial");
         pango_font_description_set_size(description, static_cast<int>(font.size * PANGO_SCALE));
-        if (font.bold) pango_font_description_set_weight(description, PANGO_WEIGHT_BOLD);
-        if (font.italic) pango_font_description_set_style(description, PANGO_STYLE_ITALIC);
+        if (font.look.bold) pango_font_description_set_weight(description, PANGO_WEIGHT_BOLD);
+        if (font.look.italic) pango_font_description_set_style(description, PANGO_STYLE_ITALIC);
         pango_layout_set_font_description(layout_.get(), description);
         pango_font_description_free(description);
         PangoAttrList* attributes = pango_attr_list_new();
-        if (font.underlined) {
+        if (font.look.underlined) {
             pango_attr_list_insert(attributes, pango_attr_underline_new(PANGO_UNDERLINE_SINGLE));
         }
         pango_layout_set_attributes(layout_.get(), attributes);

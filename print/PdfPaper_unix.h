@@ -1,6 +1,6 @@
 #pragma once
-// Pages as a PDF, written piece by piece to a file of its caller. Text is set without regard to any screen,
-// so what is measured is what is printed.
+// Pages as a PDF, written piece by piece to a file of its caller. Text is set by Pango without hinting or
+// rounding for any screen, so what is measured is what is printed.
 
 #include <pango/pangocairo.h>
 
@@ -14,13 +14,13 @@ class PdfPaper {
   public:
     // The file has to be open for writing for as long as this object lives.
     PdfPaper(std::FILE* file, const PaperSize& paper, const std::wstring& title);
-    ~PdfPaper();
     PdfPaper(const PdfPaper&) = delete;
     PdfPaper& operator=(const PdfPaper&) = delete;
 
     MeasuredText Measure(std::wstring_view text, const PrintFont& font);
-    // False when the file takes no more.
+    // False when the file takes no more; errno then tells why.
     bool Put(const PrintedPage& page);
+    // Writes the end of the PDF. False as above. Nothing may be put or measured afterwards.
     bool Finish();
 
   private:

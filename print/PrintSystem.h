@@ -1,33 +1,24 @@
 #pragma once
-// The printers of the platform: which there are, setting one up, and printing pages on one. Nothing here
-// waits for a printer or a service for longer than two seconds.
+// The printers of the platform: which there are, setting one up, and printing pages on one. On Linux CUPS is
+// given up after two seconds when it does not answer. Everything is called, and calls back, on the thread of
+// the windows.
 
 #include <memory>
 #include <string>
-#include <vector>
 
-#include "print/PageLayout.h"
+#include "print/Printers.h"
 
-// Where and on what to print.
-struct PrinterSettings {
-    std::wstring printer;  // its device name, as people see it
-    PaperSize paper;       // as it is read, so wider than high in landscape format
-};
-
-struct PrinterList {
-    std::vector<std::wstring> names;
-    std::wstring standard;  // one of them, unless there are none
-    std::wstring hint;      // what the user should know when the list is short; may be empty
-};
-
-// One document on its way to one printer. Destroying it before Finish withdraws it.
+// One document on its way to one printer. Destroying it before Finish has succeeded withdraws it.
 class PrintJob {
   public:
     virtual ~PrintJob() = default;
+    // The measures of text without line breaks and tabs, as Put will print it; see MeasurePrinted.
     virtual MeasuredText Measure(std::wstring_view text, const PrintFont& font) = 0;
-    // False when the job has failed; Failure tells why.
+    // Adds a page. False when the job has failed.
     virtual bool Put(const PrintedPage& page) = 0;
+    // True when the printing service has taken the whole document, or the whole file is on the disk.
     virtual bool Finish() = 0;
+    // Why the job has failed, as a text for the user; empty when the program is quitting.
     virtual std::wstring Failure() const = 0;
 };
 
@@ -37,8 +28,8 @@ class PrintSystem {
 
     virtual PrinterList Printers() = 0;
 
-    // The printer set-up: lets the user change the settings; false when that is cancelled. It closes by
-    // itself when the program quits.
+    // The printer set-up dialog: lets the user change the settings; false, and they stay as they are, when
+    // that is cancelled. It closes by itself when the program quits.
     virtual bool SetUp(PrinterSettings& settings) = 0;
 
     // Begins a document. Without a job the failure is a text for the user, empty when the user cancelled.

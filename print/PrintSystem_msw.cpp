@@ -1,4 +1,4 @@
-// The system's spooler.
+// Printing by the spooler of Windows.
 #include <windows.h>
 
 #include <commdlg.h>
@@ -31,7 +31,8 @@ std::wstring StandardPrinter() {
 
 short Tenths(double millimetres) { return static_cast<short>(std::lround(millimetres * 10)); }
 
-// The printer's own settings with our paper in them; empty when it has none.
+// The printer's own settings (a DEVMODEW and what its driver adds) with our paper in them; empty when the
+// printer has none.
 std::vector<BYTE> DeviceModeOf(const PrinterSettings& settings) {
     std::wstring name = settings.printer;
     HANDLE printer = nullptr;
@@ -55,8 +56,8 @@ std::vector<BYTE> DeviceModeOf(const PrinterSettings& settings) {
     return bytes;
 }
 
-// Points on the printer's own grid. The printer's origin is where it can print first, ours is the paper's
-// corner.
+// Draws on the device context of a printer, which it owns. GDI counts in dots of the printer from the first
+// place where it can print; pages count in points from the corner of the paper.
 class SpoolerJob : public PrintJob {
   public:
     explicit SpoolerJob(HDC dc)
@@ -64,10 +65,7 @@ class SpoolerJob : public PrintJob {
           scaleX_(GetDeviceCaps(dc, LOGPIXELSX) / kPointsPerInch),
           scaleY_(GetDeviceCaps(dc, LOGPIXELSY) / kPointsPerInch),
           originX_(GetDeviceCaps(dc, PHYSICALOFFSETX)),
-          originY_(GetDeviceCaps(dc, PHYSICALOFFSETY)) {
-        SetBkMode(dc_, TRANSPARENT);
-        SetTextAlign(dc_, TA_BASELINE | TA_LEFT);
-    }
+          originY_(GetDeviceCaps(dc, PHYSICALOFFSETY)) {}
     ~SpoolerJob() override {
         if (!finished_) AbortDoc(dc_);
         SelectFont(nullptr);
@@ -87,14 +85,14 @@ class SpoolerJob : public PrintJob {
         GetTextMetricsW(dc_, &metric);
         measured.ascent = metric.tmAscent / scaleY_;
         measured.descent = metric.tmDescent / scaleY_;
-        // A slanted letter leans out of its box.
-        if (font.italic) measured.left = measured.right = font.size / 4;
+        // GDI does not tell how far slanted letters lean out of the width that it gives.
+        if (font.look.italic) measured.left = measured.right = font.size / 4;
         return measured;
     }
 
     bool Put(const PrintedPage& page) override {
         if (StartPage(dc_) <= 0) return Failed();
-        // A new page has forgotten what was set.
+        // StartPage sets the device context back.
         SetBkMode(dc_, TRANSPARENT);
         SetTextAlign(dc_, TA_BASELINE | TA_LEFT);
         for (const PrintedLine& line : page.lines) {
@@ -132,15 +130,15 @@ class SpoolerJob : public PrintJob {
         used_ = font;
         LOGFONTW wanted{};
         wanted.lfHeight = -static_cast<LONG>(std::lround(font.size * scaleY_));
-        wanted.lfWeight = font.bold ? FW_BOLD : FW_NORMAL;
-        wanted.lfItalic = font.italic;
-        wanted.lfUnderline = font.underlined;
+        wanted.lfWeight = font.look.bold ? FW_BOLD : FW_NORMAL;
+        wanted.lfItalic = font.look.italic;
+        wanted.lfUnderline = font.look.underlined;
         wanted.lfCharSet = DEFAULT_CHARSET;
         std::wcscpy(wanted.lfFaceName, L"Arial");
         SelectFont(CreateFontIndirectW(&wanted));
     }
 
-    // Takes the font over; without one the device gets its own back.
+    // Takes the font over, and with it the one before is deleted; null selects that of Windows.
     void SelectFont(HFONT font) {
         const HGDIOBJ before = SelectObject(dc_, font ? font : GetStockObject(SYSTEM_FONT));
         if (font_) DeleteObject(before);
@@ -195,19 +193,15 @@ bool Spooler::SetUp(PrinterSettings& settings) {
     if (!mode.empty()) dialog.hDevMode = Global(mode.data(), mode.size());
     const EndedWithWaits endedWithWaits([&] { CancelPopupOf(dialog.hwndOwner); });
     const bool confirmed = PrintDlgW(&dialog) && !IsQuitting();
-    if (confirmed && dialog.hDevMode) {
-        const auto* chosen = static_cast<const DEVMODEW*>(GlobalLock(dialog.hDevMode));
-        settings.printer = chosen->dmDeviceName;
-        GlobalUnlock(dialog.hDevMode);
-    }
     if (confirmed && dialog.hDevNames) {
-        // Here the name is whole; the one above is cut.
         const auto* names = static_cast<const DEVNAMES*>(GlobalLock(dialog.hDevNames));
         settings.printer = reinterpret_cast<const wchar_t*>(names) + names->wDeviceOffset;
         GlobalUnlock(dialog.hDevNames);
     }
     if (confirmed && dialog.hDevMode) {
         const auto* chosen = static_cast<const DEVMODEW*>(GlobalLock(dialog.hDevMode));
+        // No more than 31 characters of the name stand here.
+        if (!dialog.hDevNames) settings.printer = chosen->dmDeviceName;
         if (const HDC dc = CreateICW(L"WINSPOOL", settings.printer.c_str(), nullptr, chosen)) {
             settings.paper.width =
                 GetDeviceCaps(dc, PHYSICALWIDTH) * kMillimetresPerInch / GetDeviceCaps(dc, LOGPIXELSX);

@@ -22,7 +22,7 @@ struct CloseFile {
 };
 using File = std::unique_ptr<std::FILE, CloseFile>;
 
-// A job whose pages are collected in a PDF; what becomes of that, the derived classes know.
+// A job whose pages are collected in a PDF. Deliver brings the whole one to its place.
 class PdfJob : public PrintJob {
   public:
     PdfJob(File file, const PaperSize& paper, const std::wstring& title)
@@ -51,7 +51,7 @@ class PdfJob : public PrintJob {
     PdfPaper paper_;
 };
 
-// The name that was asked for changes hands only when the file is complete.
+// Writes to a file beside the one that was asked for, which it replaces only when it is complete.
 class FileJob : public PdfJob {
   public:
     FileJob(File file, std::filesystem::path name, std::filesystem::path unfinished, const PaperSize& paper,
@@ -103,7 +103,7 @@ PrintSystem::Started StartFile(const std::filesystem::path& name, const PaperSiz
     if (!file) {
         return Failed(L"Die Datei " + ShownFileName(FileName(name)) + L" konnte nicht angelegt werden.");
     }
-    // As other programs' files are; mkstemp makes them private.
+    // mkstemp makes the file private to the user; this one gets the access that new files usually have.
     const mode_t mask = umask(0);
     umask(mask);
     fchmod(handle, 0666 & ~mask);

@@ -1,5 +1,5 @@
 #pragma once
-// Printing by the system's printing service, or into a PDF file, which needs no printer at all.
+// Printing by CUPS, or into a PDF file, which needs no printer at all.
 
 #include <filesystem>
 #include <functional>
@@ -14,7 +14,7 @@ class UnixPrinting : public PrintSystem {
   public:
     using FileChooser = std::function<std::optional<std::filesystem::path>()>;
 
-    // chooseFile: asks for the name of a PDF.
+    // chooseFile: asks the user for the name of the PDF; nothing when that is cancelled.
     explicit UnixPrinting(FileChooser chooseFile) : chooseFile_(std::move(chooseFile)) {}
 
     PrinterList Printers() override;

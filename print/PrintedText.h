@@ -8,9 +8,13 @@
 #include <string_view>
 #include <vector>
 
+#include "model/Note.h"
+
+// How a stretch of text is set.
 struct PrintFont {
-    double size = 12;
-    bool bold = false, italic = false, underlined = false;
+    double size = kDefaultFontSize;  // in the place of the look's own
+    NoteLook look = {};
+
     bool operator==(const PrintFont&) const = default;
 };
 

@@ -22,21 +22,15 @@ OneDialog printing;
 
 // What the user wants printed.
 struct Order {
-    std::vector<PrintNote> notes;
+    std::vector<Note> notes;
     PrintRules rules;
     PrinterSettings settings;
 };
 
-PrintNote Printed(const frmNote& note) {
-    PrintNote printed;
-    printed.text = note.Text();
-    printed.date = note.CreationTime();
-    printed.size = std::clamp<int>(note.FontNoteSize(), kSmallestFontSize, kLargestFontSize);
-    printed.bold = note.FontNoteBold();
-    printed.italic = note.FontNoteItalic();
-    printed.underlined = note.FontNoteUnderlined();
-    printed.alignment = note.FontNoteAlignment();
-    return printed;
+Note Printed(const frmNote& note) {
+    const NoteLook look = {note.FontNoteSize(),       note.FontNoteBold(),      note.FontNoteItalic(),
+                           note.FontNoteUnderlined(), note.FontNoteAlignment(), note.Color()};
+    return {note.Text(), note.CreationTime(), look, {}, note.Foreground()};
 }
 
 std::wstring TitleOf(const Order& order) {

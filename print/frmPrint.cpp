@@ -69,7 +69,7 @@ wxSizer* frmPrint::CreateMargins() {
     add(L"&Oben:", txtOben, updwnOben, 20);
     add(L"&Unten:", txtUnten, updwnUnten, 20);
     frame->Add(fields, wxSizerFlags().Border(wxALL, gap));
-    // The toolkit leaves too little for the caption.
+    // wxWidgets leaves too little room for the caption.
     fields->SetMinSize({Frame6->GetTextExtent(L"Seitenränder in mm").x, -1});
     return frame;
 }

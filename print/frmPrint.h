@@ -20,8 +20,8 @@ class wxStaticText;
 
 class frmPrint : public frmDialog {
   public:
-    // Both have to outlive the dialog. settings: the current printer and its paper; hint: what is to be known
-    // of the choice of printers.
+    // Store and printing have to outlive the dialog. settings: the current printer and its paper; hint: what
+    // the user should know of the choice of printers, may be empty.
     frmPrint(const NoteStore& store, PrintSystem& printing, const PrinterSettings& settings,
              const std::wstring& hint);
 
@@ -29,8 +29,8 @@ class frmPrint : public frmDialog {
     PrintRules Rules() const;
     const PrinterSettings& Settings() const { return settings_; }
 
-    // The controls, each under its name. A text box and its up-down are one control, which brings what is
-    // typed into its range when it is left.
+    // The controls, each under its name. A text box and its up-down are one wxSpinCtrl, which brings what is
+    // typed into its range when it loses the keyboard.
     NoteChoice* fraNotes = nullptr;
     wxListBox* lstNotizen = nullptr;
     wxButton *cmdAlle = nullptr, *cmdKeine = nullptr, *cmdRefresh = nullptr;

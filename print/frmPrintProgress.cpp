@@ -14,7 +14,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// The share of the time that events get while pages are made.
+// While pages are made, events run for so long after every so long.
 constexpr auto kBetweenEvents = 80ms;
 constexpr auto kForEvents = 15ms;
 

@@ -10,8 +10,8 @@ class frmPrintProgress : public frmDialog {
   public:
     frmPrintProgress();
 
-    // 0 to 100. Setting it draws the bar at once and lets waiting events run, the first time and then often
-    // enough for the eye.
+    // 0 to 100; other numbers are brought into that range. Setting it draws the bar at once, and lets waiting
+    // events run the first time, for 100, and when the last time is 80 milliseconds ago.
     int Value() const { return value_; }
     void Value(int percent);
 

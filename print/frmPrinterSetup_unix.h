@@ -1,8 +1,8 @@
 #pragma once
-// The printer set-up: which printer, which paper, which way up.
+// The printer set-up: which printer, which paper, which way up. Windows has a dialog of its own for this.
 
 #include "dialogs/frmDialog.h"
-#include "print/PrintSystem.h"
+#include "print/Printers.h"
 
 class wxChoice;
 class wxListBox;
@@ -12,7 +12,7 @@ class frmPrinterSetup : public frmDialog {
   public:
     frmPrinterSetup(const PrinterList& printers, const PrinterSettings& settings);
 
-    // What the controls say.
+    // What the controls say; of use only after OK, which needs a printer.
     PrinterSettings Settings() const;
 
     wxListBox* lstDrucker = nullptr;
