@@ -53,14 +53,15 @@ GDBusInterfaceInfo* InterfaceInfo() {
     return info->interfaces[0];
 }
 
-// In a label an underline marks the next letter as the one to type.
+// A single underline in a label would mark the next letter as the one to type; a pair shows as one.
 std::string Label(const std::wstring& caption) {
     std::string label;
     for (const char c : ToUtf8(caption)) label.append(c == '_' ? 2 : 1, c);
     return label;
 }
 
-// What differs from an enabled item without a mark. names: those that are wanted, none for all.
+// The properties in which the entry differs from an enabled one without a mark. names: those that are wanted,
+// null or an empty list for all. The result is floating.
 GVariant* Properties(const TrayMenuEntry& entry, const char* const* names) {
     GVariantBuilder properties;
     g_variant_builder_init(&properties, G_VARIANT_TYPE("a{sv}"));

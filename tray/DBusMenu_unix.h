@@ -1,7 +1,7 @@
 #pragma once
 // The menu of one icon on the session bus (com.canonical.dbusmenu), for hosts that show it in their own way.
-// It is described anew whenever the host is about to show it. Hosts that have it on the screen then already
-// make no good picture of a menu that changes, so it should be renewed before.
+// It is described anew whenever a host is about to show it. Some hosts ask only when it is on the screen and
+// redraw it badly when it changes then, so RenewIfRead should be called as soon as the menu may have changed.
 
 #include <gio/gio.h>
 
@@ -13,9 +13,9 @@ inline constexpr char kMenuPath[] = "/MenuBar";
 
 class DBusMenu {
   public:
-    // Offers the menu on that connection, which has to live longer. clicked: called with an entry that can be
-    // chosen at that moment, and the time of the user's action (0 when the host does not tell); it must not
-    // destroy the menu.
+    // Offers the menu on that connection, which has to live longer. clicked: called, on the thread of the
+    // windows, with an entry that can be chosen at that moment and the time of the user's action in X11
+    // milliseconds (0 when the host does not tell); it must not destroy the menu.
     DBusMenu(GDBusConnection* connection, const TrayMenu& menu,
              std::function<void(int id, guint32 time)> clicked);
     ~DBusMenu();

@@ -10,7 +10,7 @@
 
 namespace {
 
-// The bus that the login session provides where it does not name one.
+// The bus of a login session whose environment does not name it.
 std::string AddressInRuntimeFolder() {
     const char* folder = std::getenv("XDG_RUNTIME_DIR");
     if (!folder || !*folder) return "";
@@ -23,7 +23,7 @@ std::string AddressInRuntimeFolder() {
     return address;
 }
 
-// Without what asks for a new bus or for none.
+// The addresses without those that ask for a new bus or for none.
 std::string Usable(const std::string& addresses) {
     std::string usable, address;
     std::istringstream list(addresses);
@@ -36,6 +36,13 @@ std::string Usable(const std::string& addresses) {
     return g_dbus_is_address(usable.c_str()) ? usable : "";
 }
 
+// Whether the error, which is freed, says that the caller has cancelled.
+bool TakeCancelled(GError* error) {
+    const bool cancelled = g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CANCELLED);
+    g_clear_error(&error);
+    return cancelled;
+}
+
 }  // namespace
 
 std::string SessionBusAddress() {
@@ -43,11 +50,19 @@ std::string SessionBusAddress() {
     return named && *named ? Usable(named) : AddressInRuntimeFolder();
 }
 
-void ConnectToSessionBus(GCancellable* cancellable, GAsyncReadyCallback callback, void* data) {
+void ConnectToSessionBus(GCancellable* cancellable, std::function<void(GDBusConnection* connection)> then) {
+    using Then = std::function<void(GDBusConnection*)>;
     constexpr auto flags = GDBusConnectionFlags(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
                                                 G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
-    g_dbus_connection_new_for_address(SessionBusAddress().c_str(), flags, nullptr, cancellable, callback,
-                                      data);
+    g_dbus_connection_new_for_address(
+        SessionBusAddress().c_str(), flags, nullptr, cancellable,
+        [](GObject*, GAsyncResult* result, void* data) {
+            const std::unique_ptr<Then> then(static_cast<Then*>(data));
+            GError* error = nullptr;
+            GDBusConnection* connection = g_dbus_connection_new_for_address_finish(result, &error);
+            if (!TakeCancelled(error)) (*then)(connection);
+        },
+        new Then(std::move(then)));
 }
 
 void CallOnBus(GDBusConnection* connection, const BusMethod& method, GVariant* parameters,
@@ -62,9 +77,7 @@ void CallOnBus(GDBusConnection* connection, const BusMethod& method, GVariant* p
             const std::unique_ptr<Then> then(static_cast<Then*>(data));
             GError* error = nullptr;
             GVariant* answer = g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, &error);
-            const bool cancelled = g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CANCELLED);
-            g_clear_error(&error);
-            if (!cancelled) (*then)(answer);
+            if (!TakeCancelled(error)) (*then)(answer);
             if (answer) g_variant_unref(answer);
         },
         new Then(std::move(then)));

@@ -92,20 +92,13 @@ std::string FreshName() {
 
 }  // namespace
 
-// Every step hands over to the next one by a callback. A cancelled step calls back, too, but touches nothing:
-// the item may be gone.
+// Every step hands over to the next one by a callback. The item may be gone before that: it has cancelled the
+// step then, which so calls nothing back.
 StatusNotifierItem::StatusNotifierItem(const TrayIcon& icon, std::function<void()> changed)
     : icon_(icon), changed_(std::move(changed)), cancel_(g_cancellable_new()) {
-    ConnectToSessionBus(
-        cancel_,
-        [](GObject*, GAsyncResult* result, void* self) {
-            GError* error = nullptr;
-            GDBusConnection* connection = g_dbus_connection_new_for_address_finish(result, &error);
-            const bool cancelled = g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CANCELLED);
-            g_clear_error(&error);
-            if (!cancelled && connection) static_cast<StatusNotifierItem*>(self)->OnConnected(connection);
-        },
-        this);
+    ConnectToSessionBus(cancel_, [this](GDBusConnection* connection) {
+        if (connection) OnConnected(connection);
+    });
 }
 
 StatusNotifierItem::~StatusNotifierItem() {
@@ -139,7 +132,7 @@ void StatusNotifierItem::OnConnected(GDBusConnection* connection) {
                                            [this](int id, guint32 time) { ChooseFromMenu(icon_, id, time); });
     }
 
-    // A bus may forbid names, as in a sandbox; then the name that the connection has anyway is announced.
+    // A sandbox may forbid names; then the unique name that D-Bus gives every connection is announced.
     const std::string name = FreshName();
     constexpr guint32 doNotQueue = 4, primaryOwner = 1;
     CallOnBus(connection_,
@@ -154,7 +147,7 @@ void StatusNotifierItem::OnConnected(GDBusConnection* connection) {
 void StatusNotifierItem::Announce(const std::string& name) {
     CallOnBus(connection_, {kWatcherName, kWatcherPath, kWatcherName, "RegisterStatusNotifierItem", nullptr},
               g_variant_new("(s)", name.c_str()), cancel_, [this](GVariant* answer) {
-                  if (!answer) GiveUp();  // lest it appear later, beside the one that stands in for it
+                  if (!answer) GiveUp();  // else a late host would show it beside the one in the strip
                   SetRegistered(answer != nullptr);
               });
 }

@@ -14,8 +14,8 @@
 
 class StatusNotifierItem {
   public:
-    // Announces the icon, which has to live longer. changed: called when Registered has changed; it must not
-    // destroy the item.
+    // Announces the icon, which has to live longer than this object. changed: called when Registered has
+    // changed; it must not destroy the item. All calls come on the thread of the windows.
     StatusNotifierItem(const TrayIcon& icon, std::function<void()> changed);
     ~StatusNotifierItem();
     StatusNotifierItem(const StatusNotifierItem&) = delete;
@@ -24,7 +24,7 @@ class StatusNotifierItem {
     // The watcher has taken the icon. It is not announced again once it has been refused or the bus has gone.
     bool Registered() const { return registered_; }
 
-    // To be called when the icon's picture or tip is another.
+    // To be called when the icon's picture or tip has changed.
     void PictureChanged();
     void ToolTipChanged();
     // Describes the menu anew for a host that has read it.

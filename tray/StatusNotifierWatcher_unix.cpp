@@ -27,13 +27,7 @@ void StatusNotifierWatcher::Connect(bool holdBack) {
         SetState(Host::Unknown);
         patience_ = g_timeout_add(kPatienceMilliseconds, noLonger, this);
     }
-    ConnectToSessionBus(
-        nullptr,
-        [](GObject*, GAsyncResult* result, void* self) {
-            static_cast<StatusNotifierWatcher*>(self)->OnConnected(
-                g_dbus_connection_new_for_address_finish(result, nullptr));
-        },
-        this);
+    ConnectToSessionBus(nullptr, [this](GDBusConnection* connection) { OnConnected(connection); });
 }
 
 void StatusNotifierWatcher::OnConnected(GDBusConnection* connection) {
@@ -66,7 +60,7 @@ void StatusNotifierWatcher::OnClosed() {
 
 void StatusNotifierWatcher::OnWatcherAppeared(const char* owner) {
     ForgetWatcher();
-    // Each signal by itself: the watcher also tells of every icon of every program.
+    // Each signal by itself, because the watcher also sends one for every icon of every program.
     const struct {
         const char *interface, *member, *argument;
     } signals[] = {
@@ -97,7 +91,7 @@ void StatusNotifierWatcher::OnWatcherVanished() {
     SetState(Host::Absent);
 }
 
-// Another host may be left when one has gone, so the signals are no answer themselves.
+// The signals do not tell whether a host exists: when one has gone, another one may be left.
 void StatusNotifierWatcher::AskForHost() {
     if (question_) {
         g_cancellable_cancel(question_);

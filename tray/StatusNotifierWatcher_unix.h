@@ -1,7 +1,8 @@
 #pragma once
-// Whether a part of the desktop shows icons that are announced on the session bus. Such hosts meet at a
-// watcher on the bus, and icons are announced to it. Watcher, hosts and the bus itself may come and go at any
-// time. Everything happens between other events; nothing waits for an answer.
+// Whether a host, most often a panel of the desktop, shows icons that are announced on the session bus. Hosts
+// and icons are announced to a watcher, another program on the bus. Watcher, hosts and the bus itself may
+// come and go at any time. Nothing here waits for an answer; everything calls back on the thread of the
+// windows.
 
 #include <gio/gio.h>
 
@@ -23,7 +24,7 @@ class StatusNotifierWatcher {
     Host State() const { return state_; }
 
     // Looks for the session bus, unless it has been found or is being looked for. holdBack: State is Unknown
-    // until the bus has answered, or has taken too long to.
+    // until the bus has answered, for one second at most.
     void Connect(bool holdBack);
 
   private:

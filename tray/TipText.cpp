@@ -3,7 +3,7 @@
 std::wstring WithMarkedAmpersands(const std::wstring& tip, std::size_t most) {
     std::wstring marked;
     for (const wchar_t character : tip) {
-        // One is dropped as a mark, and what then is a pair is drawn as one.
+        // Windows drops the first as a mark and draws the two that are left as one.
         const std::wstring shown = character == L'&' ? L"&&&" : std::wstring(1, character);
         if (marked.size() + shown.size() > most) break;
         marked += shown;

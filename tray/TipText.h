@@ -1,8 +1,8 @@
 #pragma once
-// Tips of icons on systems that take "&" for the mark of a key.
+// Tips for Windows before 11, which takes "&" in a tip for the mark of a key.
 
 #include <string>
 
-// The tip with as many "&" as make such a system show each one, cut to at most that many characters. Those of
-// one "&" stay together.
+// The tip with every "&" written so that such a Windows shows one, cut to at most that many characters, but
+// not inside what stands for one "&".
 std::wstring WithMarkedAmpersands(const std::wstring& tip, std::size_t most);

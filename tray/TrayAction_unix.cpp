@@ -16,8 +16,8 @@ namespace {
 constexpr int kLookMilliseconds = 20;
 constexpr int kMostLooks = 100;
 
-// Windows that open as a consequence of the action get the focus only when the window manager can see that
-// they are newer than what the user did elsewhere.
+// Tells the window manager when the user last did something here (0: now). It gives the focus to windows that
+// open afterwards only when that is later than what the user did in other programs.
 void NoteUserTime(guint32 time) {
     GdkDisplay* display = gdk_display_get_default();
     if (!GDK_IS_X11_DISPLAY(display)) return;
@@ -66,14 +66,15 @@ void Activate(const TrayIcon& icon) {
     const gint64 before = std::exchange(last, g_get_monotonic_time());
     int doubleClick = 0;
     g_object_get(gtk_settings_get_default(), "gtk-double-click-time", &doubleClick, nullptr);
-    // Also when the second one comes from another icon, which has moved below the pointer meanwhile.
+    // The second one may come from another icon, which has moved below the pointer after the first.
     if (before && last - before < doubleClick * gint64{1000}) return;
     Report(icon, {TrayMessage::LeftDown, TrayMessage::LeftUp, TrayMessage::LeftDoubleClick});
 }
 
 void ActivateSecondary(const TrayIcon& icon) { Report(icon, {TrayMessage::LeftDown, TrayMessage::LeftUp}); }
 
-// A host that reacts to the press still holds the pointer, and no menu opens until it lets go.
+// A host that calls when the button goes down holds the pointer until it goes up, and GTK opens no menu
+// before.
 void AskForMenu(const TrayIcon& icon) {
     if (!ButtonIsHeld()) return Report(icon, {TrayMessage::ContextMenu});
     g_timeout_add_full(G_PRIORITY_DEFAULT, kLookMilliseconds, OpenMenuWhenButtonsAreUp,

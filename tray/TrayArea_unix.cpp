@@ -10,13 +10,13 @@
 
 namespace {
 
-// How long a host may leave an icon lying before the strip shows it.
+// How long a host may take to show an icon before the strip shows it instead.
 constexpr guint kPatienceMilliseconds = 1500;
-// Offering pauses after this time, so that the program answers meanwhile.
+// Offering icons to a host pauses after this time, so that the program answers the user meanwhile.
 constexpr gint64 kOfferMicroseconds = 8000;
 
-// More icons than this stand in the strip: a panel has no room for them, and what hosts and toolkit spend on
-// an icon grows with the number of icons, so that 200 take seconds.
+// Icons beyond this number stand in the strip: a panel has no room for them, and the time that hosts and GTK
+// spend on each icon grows with the number of icons, so that 200 take seconds.
 constexpr int kMostOffered = 32;
 
 std::string TraySelection(GdkDisplay* display) {
@@ -31,7 +31,8 @@ bool EmbeddingHostExists() {
     return XGetSelectionOwner(gdk_x11_display_get_xdisplay(display), selection) != None;
 }
 
-// Where the window stands that is not inside another one and holds this one.
+// The place of the top-level window around this one, in GTK's units; nothing when X11 does not know the
+// window.
 std::optional<GdkRectangle> RectangleOnScreen(Window window) {
     GdkDisplay* display = gdk_display_get_default();
     Display* server = gdk_x11_display_get_xdisplay(display);
@@ -130,7 +131,7 @@ void TrayArea::OnBusHostChanged() {
     if (host_ != before) StartAnew();
 }
 
-// Another host in the place of the one before counts, too: it knows none of the icons.
+// A new host knows none of the icons, also when it follows at once on another one of its kind.
 void TrayArea::OnEmbeddingHostChanged() {
     const TrayHost before = std::exchange(host_, CurrentHost());
     if (host_ != before || host_ == TrayHost::Embedding) StartAnew();

@@ -1,7 +1,8 @@
 #pragma once
 // The notification area as the desktop has it at the moment. Icons are offered to a host on the session bus,
-// or without one to the host that owns the tray selection and embeds windows, a few at a time so that a
+// or without one to the X11 host that owns the tray selection and embeds windows, a few at a time so that a
 // thousand of them stall nothing; what no host takes stands in the strip. Hosts may come and go at any time.
+// Everything is called, and calls back, on the thread of the windows.
 
 #include <gdk/gdk.h>
 
@@ -21,11 +22,12 @@ enum class TrayHost {
 // An icon as the area sees it.
 class HostedIcon {
   public:
+    // Gives the icon to a host of that kind, which may take it at any later time or never.
     virtual void OfferToHost(TrayHost host) = 0;
-    virtual void TakeBack() = 0;
-    virtual void RenewMenu() = 0;              // where the host has it
-    virtual bool Embedded() const = 0;         // the host has taken it
-    virtual unsigned long Window() const = 0;  // inside the host's window, 0 when there is none
+    virtual void TakeBack() = 0;               // from the host, if it was offered to one
+    virtual void RenewMenu() = 0;              // in a host that has read it
+    virtual bool Embedded() const = 0;         // the host has taken the icon
+    virtual unsigned long Window() const = 0;  // X11 id of the icon inside the host's window, 0 for none
     const TrayIcon& Icon() const { return icon_; }
 
   protected:
@@ -39,14 +41,14 @@ class TrayArea {
     static TrayArea& Get();
 
     unsigned long NextNumber() { return ++lastNumber_; }
-    // The icon stays the caller's and is removed before it dies.
+    // The icon stays the caller's, who removes it before it dies.
     void Add(HostedIcon& hosted);
     void Remove(HostedIcon& hosted);
     // To be called when a host has taken the icon or let go of it.
     void EmbeddingChanged(const HostedIcon& hosted);
     // Renews the menus that a host has read, when events run next.
     void MenusChanged();
-    // Null when the icon has been removed.
+    // The icon of that number; null when it has been removed.
     const TrayIcon* Find(unsigned long number) const;
 
   private:
@@ -71,7 +73,6 @@ class TrayArea {
     int offered_ = 0;
     TrayHost host_ = TrayHost::Absent;
     bool progress_ = false;  // an icon was embedded since the last look
-    guint offering_ = 0;
-    guint renewing_ = 0;
-    guint overdue_ = 0;
+    // GLib sources, 0 for none.
+    guint offering_ = 0, renewing_ = 0, overdue_ = 0;
 };

@@ -1,12 +1,14 @@
 #pragma once
-// What is known of one icon, wherever it is shown.
+// What is known of one icon, wherever it is shown: in a host on the session bus, in one that embeds windows,
+// or in the program's own strip.
 
 #include <wx/bmpbndl.h>
 
 #include <functional>
 #include <string>
 
-#include "tray/TrayItem.h"
+#include "tray/TrayMenu.h"
+#include "tray/TrayMessage.h"
 
 struct TrayIcon {
     unsigned long number = 0;  // grows with every icon; icons stand in this order

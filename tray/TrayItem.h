@@ -1,6 +1,8 @@
 #pragma once
-// The platform's side of one icon in the notification area: add, modify and delete, and the mouse messages
-// that come back. One implementation per platform.
+// One icon in the notification area of the platform: add, modify and delete, and the mouse messages that come
+// back. TrayItem_msw.cpp does it with Shell_NotifyIconA; TrayItem_unix.cpp with D-Bus, X11 or a window of the
+// program. Nothing here reports a failure: an icon that one of them refuses stands in the next one.
+// Everything is called, and calls back, on the thread of the windows.
 
 #include <wx/bmpbndl.h>
 
@@ -9,17 +11,7 @@
 #include <string>
 
 #include "tray/TrayMenu.h"
-
-enum class TrayMessage {
-    MouseMove,
-    LeftDoubleClick,
-    RightDoubleClick,
-    LeftDown,
-    RightDown,
-    LeftUp,
-    RightUp,
-    ContextMenu,  // asked for otherwise than with the right button
-};
+#include "tray/TrayMessage.h"
 
 class TrayItem {
   public:
@@ -27,13 +19,14 @@ class TrayItem {
     // Replaces picture and tip (at most 63 characters) of the icon.
     virtual void Modify(const wxBitmapBundle& picture, const std::wstring& toolTip) = 0;
 
-    // Adds an icon. `report` gets every mouse message until the item is destroyed; it may destroy the item.
-    // `menu` is for areas that show the menus of icons themselves; without Describe there is none.
-    // The icon appears when events run next, so that adding many at once costs little.
+    // Adds an icon, with a tip of at most 63 characters. `report` gets every mouse message until the item is
+    // destroyed; it may destroy the item. `menu` is for areas that show the menus of icons themselves;
+    // without Describe there is none. On Linux the icon appears when events run next, so that adding many at
+    // once costs little.
     static std::unique_ptr<TrayItem> Add(const wxBitmapBundle& picture, const std::wstring& toolTip,
                                          std::function<void(TrayMessage)> report, const TrayMenu& menu);
 
-    // Some menu may be described otherwise from now on. Cheap: it is looked at later, and only where areas
-    // show menus themselves.
+    // To be called when the menu of any icon may have changed. Cheap: the menus are described anew when
+    // events run next, and only for areas that show menus themselves.
     static void MenusChanged();
 };

@@ -15,7 +15,8 @@ namespace {
 
 constexpr UINT kIconId = 1;
 constexpr std::size_t kLongestTip = 63;
-// The shell's message: to the window it looks like the mouse.
+// The message by which Windows tells of the mouse on the icon; lParam is the number of the mouse's own
+// message.
 constexpr UINT kCallback = WM_MOUSEMOVE;
 
 std::optional<TrayMessage> MessageOf(UINT message) {
@@ -41,13 +42,13 @@ std::optional<TrayMessage> MessageOf(UINT message) {
     }
 }
 
-// What the shell sends when its notification area has come anew and is empty.
+// What Explorer sends to every window when it has started again and its notification area is empty.
 UINT AreaCreated() {
     static const UINT message = RegisterWindowMessageW(L"TaskbarCreated");
     return message;
 }
 
-// Tips are drawn as they are since Windows 11; before, they had marks of keys.
+// Windows 11, which is build 22000, is the first to show "&" as it is.
 std::string TipOf(const std::wstring& toolTip) {
     static const bool asItIs = wxCheckOsVersion(10, 0, 22000);
     return ToAnsi(asItIs ? toolTip : WithMarkedAmpersands(toolTip, kLongestTip)).substr(0, kLongestTip);
@@ -107,7 +108,7 @@ class MswTrayItem : public TrayItem {
         return DefWindowProcW(window, message, wParam, lParam);
     }
 
-    // The first version of the record, which every shell knows.
+    // The first version of the record, which every Windows knows.
     void Fill(const wxBitmapBundle& picture, const std::wstring& toolTip) {
         icon_ = IconOf(picture);
         record_ = {};

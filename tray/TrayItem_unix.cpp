@@ -62,7 +62,8 @@ class UnixTrayItem : public TrayItem, private HostedIcon {
         const auto connect = [this](const char* signal, auto* handler) {
             g_signal_connect(status_, signal, G_CALLBACK(handler), this);
         };
-        // Handled here: the toolkit's own answer to the right button would ask for the menu a second time.
+        // Returning TRUE keeps GTK from its own answer to the right button, which would ask for the menu a
+        // second time.
         const auto button = +[](GtkStatusIcon*, GdkEventButton* event, UnixTrayItem* item) -> gboolean {
             if (const std::optional<TrayMessage> message = MessageOf(*event)) item->icon_.Report(*message);
             return TRUE;
@@ -123,7 +124,7 @@ class UnixTrayItem : public TrayItem, private HostedIcon {
 
     unsigned long Window() const override { return status_ ? gtk_status_icon_get_x11_window_id(status_) : 0; }
 
-    // size: edge in units of the toolkit, which are several pixels on a screen of high resolution.
+    // size: edge in GTK's units, each of which is several pixels on a screen of high resolution.
     void SetPicture(int size) {
         const int scale = gdk_monitor_get_scale_factor(gdk_display_get_monitor(gdk_display_get_default(), 0));
         if (scale > 1 && icon_.picture.IsOk()) return SetFinePicture(size, scale);
@@ -131,9 +132,9 @@ class UnixTrayItem : public TrayItem, private HostedIcon {
         gtk_status_icon_set_from_pixbuf(status_, bitmap.IsOk() ? bitmap.GetPixbuf() : nullptr);
     }
 
-    // A plain picture would be drawn with its pixels enlarged. One that stands for an icon is not, but is
-    // brought to the nearest size that the toolkit has for icons, which may not be the one that the host
-    // gives: what goes beyond is left empty.
+    // For screens where one of GTK's units is `scale` pixels: GTK enlarges the pixels of a GdkPixbuf given as
+    // a picture, but not of one given as a GIcon. That one it scales to the nearest of its own icon sizes
+    // (16, 24, 32, 48 units), so the bitmap is put unscaled into the middle of an empty picture of that size.
     void SetFinePicture(int size, int scale) {
         int nearest = 16;
         for (const int usual : {24, 32, 48})
@@ -149,7 +150,7 @@ class UnixTrayItem : public TrayItem, private HostedIcon {
         g_object_unref(picture);
     }
 
-    // At most one of the two.
+    // The icon as the host has it. At most one of the two; neither while no host has been offered it.
     GtkStatusIcon* status_ = nullptr;
     std::unique_ptr<StatusNotifierItem> notifier_;
 };
@@ -157,14 +158,6 @@ class UnixTrayItem : public TrayItem, private HostedIcon {
 }  // namespace
 
 G_GNUC_END_IGNORE_DEPRECATIONS
-
-wxBitmap TrayIcon::BitmapFor(int pixels) const {
-    if (!picture.IsOk()) return wxBitmap();
-    int best = std::min(pixels, 16);
-    for (const int drawn : {16, 22, 24, 32, 44, 48, 64})
-        if (drawn <= pixels) best = drawn;
-    return picture.GetBitmap(wxSize(best, best));
-}
 
 std::unique_ptr<TrayItem> TrayItem::Add(const wxBitmapBundle& picture, const std::wstring& toolTip,
                                         std::function<void(TrayMessage)> report, const TrayMenu& menu) {

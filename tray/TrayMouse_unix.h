@@ -5,7 +5,7 @@
 
 #include <optional>
 
-#include "tray/TrayItem.h"
+#include "tray/TrayMessage.h"
 
 // Nothing for buttons without a meaning, and for the press that GDK sends ahead of a double click.
 std::optional<TrayMessage> MessageOf(const GdkEventButton& event);

@@ -1,8 +1,9 @@
 #pragma once
-// Where the icons stand in the strip that replaces a missing notification area. Plain numbers, no window.
+// Where the icons stand in the strip that replaces a missing notification area. Plain numbers, no window;
+// lengths are pixels from the strip's top-left corner.
 
 struct StripLayout {
-    int cell = 0;  // edge of the square that an icon gets, pixels
+    int cell = 0;  // edge of the square that an icon gets
     int columns = 0;
     int rows = 0;
     int Width() const;
@@ -20,6 +21,7 @@ constexpr int kStripBorder = 3;   // between the strip's edge and its cells
 constexpr int kStripCell = 28;    // a cell as long as there is room
 constexpr int kStripPadding = 3;  // between a cell's edge and its icon
 
-// The layout of `count` icons (at least one) on a screen with that much room. Many icons first fill a quarter
-// of it, then all of it, in ever smaller cells; what does not fit even so has no place.
+// The layout of `count` icons (at least one) on a screen with that much room. Up to a quarter of the room is
+// filled with cells of full size; more icons get smaller cells and then the whole room. What does not fit
+// even so has no place: IndexAt never gives it.
 StripLayout LayoutStrip(int count, int roomWidth, int roomHeight);

@@ -76,7 +76,21 @@ void TrayStrip::CreateWindow() {
     gtk_widget_set_has_tooltip(window_, TRUE);
     gtk_widget_add_events(window_, GDK_BUTTON_PRESS_MASK | GDK_BUTTON_RELEASE_MASK | GDK_POINTER_MOTION_MASK |
                                        GDK_LEAVE_NOTIFY_MASK);
+    ConnectEvents();
 
+    // A panel that comes or goes moves the corner; another set of screens asks for a new window.
+    GdkScreen* screen = gtk_widget_get_screen(window_);
+    g_signal_connect_object(screen, "monitors-changed", G_CALLBACK(+[](GdkScreen*, GtkWidget*) {
+                                Get().DestroyWindow();
+                                Get().UpdateLater();
+                            }),
+                            window_, GConnectFlags(0));
+    g_signal_connect_object(CornerMonitor(window_), "notify::workarea",
+                            G_CALLBACK(+[](GdkMonitor*, GParamSpec*, GtkWidget*) { Get().UpdateLater(); }),
+                            window_, GConnectFlags(0));
+}
+
+void TrayStrip::ConnectEvents() {
     const auto connect = [this](const char* signal, auto* handler) {
         g_signal_connect(window_, signal, G_CALLBACK(handler), this);
     };
@@ -108,16 +122,6 @@ void TrayStrip::CreateWindow() {
         +[](GtkWidget*, int x, int y, gboolean, GtkTooltip* tip, TrayStrip* strip) -> gboolean {
             return strip->OnQueryTip(x, y, tip);
         });
-    // A panel that comes or goes moves the corner; another set of screens asks for a new window.
-    GdkScreen* screen = gtk_widget_get_screen(window_);
-    g_signal_connect_object(screen, "monitors-changed", G_CALLBACK(+[](GdkScreen*, GtkWidget*) {
-                                Get().DestroyWindow();
-                                Get().UpdateLater();
-                            }),
-                            window_, GConnectFlags(0));
-    g_signal_connect_object(CornerMonitor(window_), "notify::workarea",
-                            G_CALLBACK(+[](GdkMonitor*, GParamSpec*, GtkWidget*) { Get().UpdateLater(); }),
-                            window_, GConnectFlags(0));
 }
 
 void TrayStrip::DestroyWindow() {

@@ -1,6 +1,7 @@
 #pragma once
-// A small window in the bottom-right corner of the screen that shows the icons where no notification area
-// does. It exists only while it has icons. Changes are gathered and shown when events run next.
+// A small window in the bottom-right corner of the primary screen, free of panels, that shows the icons where
+// no notification area does. It exists only while it has icons. Changes are gathered and shown when events
+// run next. All lengths are GTK's units.
 
 #include <gtk/gtk.h>
 
@@ -23,9 +24,10 @@ class TrayStrip {
     // Picture or tip of an icon have changed; nothing happens when the strip does not show it.
     void Changed(const TrayIcon& icon);
     void Remove(const TrayIcon& icon);
-    // A place that the strip should leave free, if there is one; asked whenever the strip is placed.
+    // A rectangle of the desktop that the strip should not cover, if there is one; asked whenever the strip
+    // is placed.
     std::function<std::optional<GdkRectangle>()> KeepFree;
-    // To be called when that place is another.
+    // To be called when that rectangle has changed.
     void PlaceAgain();
 
   private:
@@ -33,6 +35,7 @@ class TrayStrip {
     void UpdateLater();
     void Update();
     void CreateWindow();
+    void ConnectEvents();
     void DestroyWindow();
     void Place();
     const TrayIcon* IconAt(double x, double y) const;
@@ -46,10 +49,10 @@ class TrayStrip {
     bool OnQueryTip(int x, int y, GtkTooltip* tip) const;
 
     std::map<unsigned long, const TrayIcon*> icons_;
-    std::vector<unsigned long> cells_;  // numbers of the icons as they are laid out
+    std::vector<unsigned long> cells_;  // numbers of the icons as they were last laid out, ascending
     StripLayout layout_;
     GtkWidget* window_ = nullptr;
-    guint update_ = 0;
+    guint update_ = 0;           // GLib source of the update to come, 0 for none
     unsigned long hovered_ = 0;  // numbers of icons, 0 for none
     unsigned long pressed_ = 0;
 };

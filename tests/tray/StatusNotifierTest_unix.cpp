@@ -19,9 +19,8 @@ void LetADoubleClickPass() { RunEvents(milliseconds(450)); }
 
 class StatusNotifier : public BusFixture {
   protected:
-    bool OnlyInTheStrip(std::size_t count) {
-        const int width = static_cast<int>(count) * kStripCell + 2 * kStripBorder;
-        return RunUntil([&] { return Strip() && ScreenRect(Strip()).width == width && Embedded().empty(); });
+    bool OnlyInTheStrip(int count) {
+        return RunUntil([&] { return IconsInStrip() == count && Embedded().empty(); });
     }
 };
 
@@ -40,9 +39,7 @@ TEST_F(StatusNotifier, AnIconHasTheseProperties) {
         {"Status", "'Active'"},
         {"WindowId", "0"},
         {"IconName", "''"},
-        {"IconThemePath", "''"},
         {"OverlayIconPixmap", "[]"},
-        {"AttentionIconPixmap", "[]"},
         {"ToolTip", "('', [], 'Käse & <b>Brot</b>', '')"},
         {"ItemIsMenu", "false"},
         {"Menu", "'/NO_DBUSMENU'"},
@@ -112,28 +109,27 @@ TEST_F(StatusNotifier, WhatHostsTellArrivesAsMouseEvents) {
     ASSERT_TRUE(OnlyOnTheBus(desktop, 1));
     const std::string item = desktop.Items().front();
     const struct {
-        std::vector<const char*> calls;
+        std::vector<const char*> calls;  // null: a while without one
         const wchar_t* reported;
     } table[] = {
         {{"Activate"}, L"Adown1 Aup1 Adouble1 "},
         {{"Activate", "Activate"}, L"Adown1 Aup1 Adouble1 "},  // a double click is one activation
+        {{"Activate", nullptr, "Activate"}, L"Adown1 Aup1 Adouble1 Adown1 Aup1 Adouble1 "},
         {{"SecondaryActivate"}, L"Adown1 Aup1 "},
         {{"ContextMenu"}, L"Amenu "},
     };
     for (const auto& row : table) {
         LetADoubleClickPass();
         log_.clear();
-        for (const char* call : row.calls) EXPECT_TRUE(desktop.Tell(item, call));
+        for (const char* call : row.calls) {
+            if (call)
+                EXPECT_TRUE(desktop.Tell(item, call));
+            else
+                LetADoubleClickPass();
+        }
         RunEvents();
         EXPECT_EQ(log_, row.reported);
     }
-    LetADoubleClickPass();
-    log_.clear();
-    EXPECT_TRUE(desktop.Tell(item, "Activate"));
-    LetADoubleClickPass();
-    EXPECT_TRUE(desktop.Tell(item, "Activate"));
-    RunEvents();
-    EXPECT_EQ(log_, L"Adown1 Aup1 Adouble1 Adown1 Aup1 Adouble1 ");
 
     icon.Enabled(false);
     icon.ShowIcon();

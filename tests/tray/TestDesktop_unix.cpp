@@ -21,7 +21,7 @@ constexpr char kIntrospection[] = R"(<node><interface name='org.kde.StatusNotifi
     <method name='RegisterStatusNotifierItem'><arg type='s' direction='in'/></method>
 </interface></node>)";
 
-// No services that could be started, no files of the system.
+// A bus that starts no services and reads no configuration of the machine.
 constexpr char kBusConfiguration[] =
     R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">

@@ -89,6 +89,10 @@ inline wxPoint InStrip(int index) {
             strip.GetBottom() - kStripBorder - kStripCell / 2};
 }
 
+inline int IconsInStrip() {
+    return Strip() ? (ScreenRect(Strip()).width - 2 * kStripBorder) / kStripCell : 0;
+}
+
 class TrayProcess {
   public:
     // edge: of the screen; trayer covers it without reserving it.
