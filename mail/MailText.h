@@ -1,6 +1,7 @@
 #pragma once
-// The address under which notes are handed to the mail program: a recipient, a subject and a body that
-// carries the notes. Only the body is escaped; recipient and subject are what the user typed.
+// The "mailto:" address with which notes are handed to the mail program: a recipient, a subject and a body
+// that carries the notes. Only the body is escaped; recipient and subject are what the user typed. Nothing
+// here fails.
 
 #include <string>
 #include <vector>
@@ -8,8 +9,8 @@
 // The body for notes of these texts: room for the user's own words, the notes, and where they come from.
 std::wstring MailBody(const std::vector<std::wstring>& notes);
 
-// The escape of one character: "%" and its code in the ANSI code page as two hexadecimal digits. Empty for a
-// text of any other length.
+// The escape of a text of one character: "%" and its code in the code page of mail (base/basText.h, ToAnsi)
+// as two hexadecimal digits. Empty for a text of any other length.
 std::wstring EncodeMailChar(const std::wstring& character);
 
 // The body with everything escaped that is no ASCII letter or digit. When the last character but one is
@@ -17,6 +18,6 @@ std::wstring EncodeMailChar(const std::wstring& character);
 // only the CR arrives.
 std::wstring EncodeMailBody(const std::wstring& body);
 
-// The whole address. Without a subject there is no word of it.
+// The whole address; an empty subject is left out.
 std::wstring MailAddress(const std::wstring& recipient, const std::wstring& subject,
                          const std::wstring& encodedBody);

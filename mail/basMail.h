@@ -10,7 +10,7 @@ class NoteStore;
 
 using AddressOpener = std::function<bool(const std::wstring& address)>;
 
-// Lets the user choose notes, a recipient and a subject, and hands the address made of them to `open`.
-// Whether a mail program opened is not asked. A chosen note that is gone is reported and nothing is sent.
-// When the dialog is open already it comes to the front instead.
+// Lets the user choose notes, a recipient and a subject, and hands the address made of them to `open`, whose
+// result is deliberately not looked at. A chosen note that is gone is reported to the user and nothing is
+// sent. When the dialog is open already it comes to the front instead.
 void SendNotesAsEMail(NoteStore& store, const AddressOpener& open = OpenAddress);

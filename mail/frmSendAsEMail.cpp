@@ -12,7 +12,7 @@ frmSendAsEMail::frmSendAsEMail(const NoteStore& store)
     auto* fields = new wxFlexGridSizer(2, wxSize(gap, gap));
     fields->AddGrowableCol(1);
     const auto add = [&](wxTextCtrl*& box, const wchar_t* label) {
-        // A key in a label moves to the control created after it.
+        // Alt with the letter behind a label's "&" leads to the control that is created next.
         fields->Add(new wxStaticText(this, wxID_ANY, label), wxSizerFlags().CentreVertical());
         box = new wxTextCtrl(this, wxID_ANY);
         fields->Add(box, wxSizerFlags().Expand());
