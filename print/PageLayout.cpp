@@ -39,8 +39,7 @@ PageLayout::PageLayout(const std::vector<Note>& notes, const PrintRules& rules, 
 }
 
 PrintFont PageLayout::FontOf(const Note& note) const {
-    const std::int32_t size =
-        std::clamp(rules_.size.value_or(note.look.size), kSmallestFontSize, kLargestFontSize);
+    const std::int32_t size = rules_.size.value_or(DrawnSize(note.look));
     return {static_cast<double>(size), rules_.formatting ? note.look : NoteLook{}};
 }
 

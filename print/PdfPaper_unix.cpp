@@ -1,10 +1,12 @@
 #include "print/PdfPaper_unix.h"
 
 #include <cairo-pdf.h>
+#include <wx/fontutil.h>
 
 #include <algorithm>
 
 #include "base/basText.h"
+#include "notes/NoteFont.h"
 
 namespace {
 
@@ -46,19 +48,15 @@ PdfPaper::PdfPaper(std::FILE* file, const PaperSize& paper, const std::wstring& 
 
 void PdfPaper::SetText(std::wstring_view text, const PrintFont& font) {
     if (font != font_) {
-        PangoFontDescription* description = pango_font_description_new();
-        pango_font_description_set_family_static(description, "Arial");
+        const wxFont& styled = NoteFont(font.look);
+        PangoFontDescription* description =
+            pango_font_description_copy(styled.GetNativeFontInfo()->description);
         pango_font_description_set_size(description, static_cast<int>(font.size * PANGO_SCALE));
-        if (font.look.bold) pango_font_description_set_weight(description, PANGO_WEIGHT_BOLD);
-        if (font.look.italic) pango_font_description_set_style(description, PANGO_STYLE_ITALIC);
         pango_layout_set_font_description(layout_.get(), description);
         pango_font_description_free(description);
-        PangoAttrList* attributes = pango_attr_list_new();
-        if (font.look.underlined) {
-            pango_attr_list_insert(attributes, pango_attr_underline_new(PANGO_UNDERLINE_SINGLE));
-        }
-        pango_layout_set_attributes(layout_.get(), attributes);
-        pango_attr_list_unref(attributes);
+        // Lines under and through the text are no part of a description.
+        pango_layout_set_attributes(layout_.get(), nullptr);
+        styled.GTKSetPangoAttrs(layout_.get());
         font_ = font;
     }
     bytes_.clear();

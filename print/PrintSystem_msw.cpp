@@ -4,6 +4,7 @@
 #include <commdlg.h>
 #include <winspool.h>
 #include <wx/app.h>
+#include <wx/fontutil.h>
 #include <wx/window.h>
 
 #include <algorithm>
@@ -12,6 +13,7 @@
 
 #include "dialogs/CancelPopup_msw.h"
 #include "dialogs/basWait.h"
+#include "notes/NoteFont.h"
 #include "print/PrintSystem.h"
 
 namespace {
@@ -128,13 +130,8 @@ class SpoolerJob : public PrintJob {
     void Use(const PrintFont& font) {
         if (font_ && font == used_) return;
         used_ = font;
-        LOGFONTW wanted{};
+        LOGFONTW wanted = NoteFont(font.look).GetNativeFontInfo()->lf;
         wanted.lfHeight = -static_cast<LONG>(std::lround(font.size * scaleY_));
-        wanted.lfWeight = font.look.bold ? FW_BOLD : FW_NORMAL;
-        wanted.lfItalic = font.look.italic;
-        wanted.lfUnderline = font.look.underlined;
-        wanted.lfCharSet = DEFAULT_CHARSET;
-        std::wcscpy(wanted.lfFaceName, L"Arial");
         SelectFont(CreateFontIndirectW(&wanted));
     }
 

@@ -27,12 +27,6 @@ struct Order {
     PrinterSettings settings;
 };
 
-Note Printed(const frmNote& note) {
-    const NoteLook look = {note.FontNoteSize(),       note.FontNoteBold(),      note.FontNoteItalic(),
-                           note.FontNoteUnderlined(), note.FontNoteAlignment(), note.Color()};
-    return {note.Text(), note.CreationTime(), look, {}, note.Foreground()};
-}
-
 std::wstring TitleOf(const Order& order) {
     return order.notes.size() == 1 ? L"Kivora: 1 Notiz"
                                    : L"Kivora: " + std::to_wstring(order.notes.size()) + L" Notizen";
@@ -54,7 +48,7 @@ std::optional<Order> AskForOrder(NoteStore& store, PrintSystem& system, PrinterS
                 kCritical, L"Notiz existiert nicht");
             return std::nullopt;
         }
-        order.notes.push_back(Printed(*note));
+        order.notes.push_back(note->Content());
     }
     return order;
 }
