@@ -10,9 +10,10 @@ packages_test="libgtest-dev dbus-daemon iproute2 sqlite3 cups-daemon cups-client
                xserver-xorg-video-dummy"
 packages_check="clang-format shellcheck python3 git"
 packages_package="debhelper dpkg-dev fakeroot lintian appstream desktop-file-utils"
-packages_windows="g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix dpkg-dev googletest icoutils"
+packages_windows="g++-mingw-w64-i686-posix dpkg-dev googletest icoutils"
 packages_windows_package="nsis zip imagemagick icoutils"
-packages_wine="wine64"
+# The C library for 32-bit programs; packaging/windows/wine brings the rest of them.
+packages_wine="libc6-i386 dpkg-dev"
 
 say() { printf '== %s\n' "$*"; }
 
@@ -41,6 +42,20 @@ install_packages() {
     "${as_root[@]}" apt-get update -qq || return 1
     "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
         apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null || return 1
+}
+
+# Sets apt_apart to the options with which apt-get keeps all that it knows in a folder, so that nothing of the system
+# changes: apt_apart FOLDER TYPE [FILTER…], with TYPE deb or deb-src. Packages come from where the system's own come
+# from, as far as the filters of apt-get indextargets let it.
+apt_apart() {
+    local folder=$1 type=$2
+    shift 2
+    mkdir -p "$folder/lists/partial" "$folder/cache/archives/partial" && : >"$folder/status" &&
+        apt-get indextargets --format "$type \$(REPO_URI) \$(RELEASE) \$(COMPONENT)" 'Created-By: Packages' \
+            'Origin: Debian' "$@" | sort -u >"$folder/sources.list" || return 1
+    apt_apart=(-o "Dir::Etc::sourcelist=$folder/sources.list" -o Dir::Etc::sourceparts=/dev/null
+        -o "Dir::State::lists=$folder/lists" -o "Dir::State::status=$folder/status" -o "Dir::Cache=$folder/cache"
+        -o APT::Sandbox::User=)
 }
 
 # Configures and builds: build PRESET [TARGET…]

@@ -1,13 +1,10 @@
 ; The installer, made by packaging/windows/installer, which defines VERSION, FOLDER (with all that is installed),
-; PREPARED (what is made for the installer alone), OUTPUT and, for a 64-bit installer, AMD64.
+; PREPARED (what is made for the installer alone) and OUTPUT.
 ;
 ; It installs for all users of the computer, because only an administrator may enter the file type: the system keeps
 ; what an ordinary user's program writes below HKEY_LOCAL_MACHINE\Software for that user, but not the classes there.
 ; It writes nothing below Software\Kivora, which is the notes' place.
 
-!ifdef AMD64
-    Target amd64-unicode
-!endif
 Unicode true
 SetCompressor /SOLID lzma
 RequestExecutionLevel admin
@@ -28,11 +25,7 @@ ManifestSupportedOS all
 Name "Kivora"
 OutFile "${OUTPUT}"
 BrandingText "Kivora ${VERSION}"
-!ifdef AMD64
-    InstallDir "$PROGRAMFILES64\Kivora"
-!else
-    InstallDir "$PROGRAMFILES32\Kivora"
-!endif
+InstallDir "$PROGRAMFILES32\Kivora"
 InstallDirRegKey HKLM "${UNINSTALL}" "InstallLocation"
 
 VIProductVersion "${VERSION}.0"

@@ -63,17 +63,27 @@ std::wstring TitleOf(HWND window) {
     return title;
 }
 
+BOOL CALLBACK AddWhenOfTheProgram(HWND window, LPARAM found) {
+    const bool shown = IsWindowVisible(window) || ClassOf(window) == L"Kivora.Notification";
+    if (shown && IsOfTheProgram(window)) reinterpret_cast<std::vector<HWND>*>(found)->push_back(window);
+    return TRUE;
+}
+
 std::vector<HWND> ProgramWindows() {
     std::vector<HWND> windows;
-    EnumWindows(
-        [](HWND window, LPARAM found) -> BOOL {
-            const bool shown = IsWindowVisible(window) || ClassOf(window) == L"Kivora.Notification";
-            if (shown && IsOfTheProgram(window))
-                reinterpret_cast<std::vector<HWND>*>(found)->push_back(window);
-            return TRUE;
-        },
-        reinterpret_cast<LPARAM>(&windows));
+    EnumWindows(AddWhenOfTheProgram, reinterpret_cast<LPARAM>(&windows));
     return windows;
+}
+
+// Windows asks every window, and then tells it.
+BOOL CALLBACK EndSession(HWND window, LPARAM process) {
+    DWORD id = 0;
+    GetWindowThreadProcessId(window, &id);
+    DWORD_PTR answer = 0;
+    if (id != static_cast<DWORD>(process) || ClassOf(window).starts_with(L"Kivora.")) return TRUE;
+    if (SendMessageTimeoutW(window, WM_QUERYENDSESSION, 0, 0, SMTO_NORMAL, 2000, &answer) && answer)
+        SendMessageTimeoutW(window, WM_ENDSESSION, TRUE, 0, SMTO_NORMAL, 2000, &answer);
+    return TRUE;
 }
 
 std::string IdOf(HWND window) { return std::to_string(reinterpret_cast<std::uintptr_t>(window)); }
@@ -106,7 +116,7 @@ struct Process::Parts {
     bool killed = false;
     fs::path output, errors;
 
-    // Calls a function of the system that is in no header.
+    // Calls a function of Windows that is in no header.
     void Call(const char* name) const {
         using Function = LONG(WINAPI*)(HANDLE);
         const auto function = reinterpret_cast<Function>(
@@ -147,20 +157,7 @@ Process::~Process() {
     CloseHandle(parts_->process.hProcess);
 }
 
-// The system asks every window, and then tells it.
-void Process::AskToEnd() const {
-    EnumWindows(
-        [](HWND window, LPARAM wanted) -> BOOL {
-            DWORD id = 0;
-            GetWindowThreadProcessId(window, &id);
-            DWORD_PTR answer = 0;
-            if (id != static_cast<DWORD>(wanted) || ClassOf(window).starts_with(L"Kivora.")) return TRUE;
-            if (SendMessageTimeoutW(window, WM_QUERYENDSESSION, 0, 0, SMTO_NORMAL, 2000, &answer) && answer)
-                SendMessageTimeoutW(window, WM_ENDSESSION, TRUE, 0, SMTO_NORMAL, 2000, &answer);
-            return TRUE;
-        },
-        static_cast<LPARAM>(parts_->process.dwProcessId));
-}
+void Process::AskToEnd() const { EnumWindows(EndSession, static_cast<LPARAM>(parts_->process.dwProcessId)); }
 
 void Process::Kill() const {
     parts_->killed = true;
