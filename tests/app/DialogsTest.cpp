@@ -341,10 +341,8 @@ TEST_F(Dialogs, TheTabKeyComesToEveryControlInOrder) {
                 continue;
             // Of several options the chosen one is a stop; the arrow keys lead to the others.
             const auto* option = dynamic_cast<const wxRadioButton*>(window);
-            if (!window->IsEnabled() || !window->AcceptsFocusFromKeyboard() ||
-                (option && !option->GetValue()))
-                continue;
-            expected.push_back(Called(window));
+            if (window->IsEnabled() && window->AcceptsFocusFromKeyboard() && (!option || option->GetValue()))
+                expected.push_back(Called(window));
         }
         for (const wxWindow* stop : TabStops(dialog, controls)) stops.push_back(stop ? Called(stop) : "?");
         EXPECT_EQ(stops, expected);
@@ -357,10 +355,9 @@ TEST_F(Dialogs, ReadersKnowEveryControl) {
         EXPECT_NE(SpokenRole(dialog), "frame");  // as which a window of the program would be announced
         for (wxWindow* window : ControlsOf(&dialog)) {
             if (HoldsControls(window)) continue;
-            // A label that is empty for now has nothing to say.
-            if (IsOneOf<wxStaticText>(window) && window->GetLabel().empty()) continue;
-            // A picture without a name is an ornament.
-            if (IsOneOf<wxStaticBitmap>(window)) continue;
+            // A label that is empty for now has nothing to say, and a picture without a name is an ornament.
+            const bool silent = IsOneOf<wxStaticText>(window) && window->GetLabel().empty();
+            if (silent || IsOneOf<wxStaticBitmap>(window)) continue;
             EXPECT_EQ(empty.count(SpokenRole(*window)), 0u) << Called(window) << ": " << SpokenRole(*window);
             EXPECT_NE(SpokenName(*window), "") << Called(window);
         }
