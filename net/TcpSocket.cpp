@@ -139,7 +139,10 @@ void TcpSocket::OnReady(const SocketPump::Readiness& readiness) {
         if (readiness.writable && wantsWrite_) Flush();
         if (readiness.readable && wantsRead_) Read();
     }
-    if (state_ == Connected && !held_) Finish();
+    if (state_ == Connected && !held_) {
+        UpdateWants();  // what was held back may be read again
+        Finish();
+    }
 }
 
 void TcpSocket::Read() {
