@@ -1,23 +1,11 @@
 #pragma once
 // Tells sockets when they can go on. Sockets get a turn of a few milliseconds between other events of the
-// program, shared fairly, so that no crowd of them keeps a window waiting. Sleeps while nothing happens.
+// program, shared fairly, so that no crowd of them keeps a window waiting. Sleeps while nothing happens. For
+// the thread that runs the events only.
 
-#include <functional>
-
-#include "net/SocketCalls.h"
+#include "net/SocketReadiness.h"
 
 namespace SocketPump {
-
-// A connection that is gone is both readable and writable.
-struct Readiness {
-    bool readable = false;
-    bool writable = false;
-    bool again = false;  // was asked for
-};
-using Ready = std::function<void(const Readiness&)>;
-
-// Names a watched socket; 0 is none. Handles are used anew by the system, these numbers never.
-using Watched = std::uint64_t;
 
 Watched Watch(SocketCalls::Handle handle, Ready ready);
 
