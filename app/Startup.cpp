@@ -58,7 +58,14 @@ void Program::InitApplication() {
     services_.RunMenu = [this](frmNote& note, int id) { start_->RunFromTrayMenu(&note, id); };
     start_->notIcon.IconToolTip(L"Kivora 1.6");
     start_->notIcon.ShowIcon();
-    network_.KeepLongNote = [](const frmNote& note) { ::KeepLongNote(note.Content()); };
+    network_.KeepLongNote = [](const Note& note) -> KeepResult {
+        try {
+            ::KeepLongNote(note);
+            return {};
+        } catch (const std::system_error& failure) {
+            return {KeepFailure::Failed, failure.what()};
+        }
+    };
     network_.Listen();
     Store().ShowNotes(SettleDown);
     if (role_) {

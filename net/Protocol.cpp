@@ -8,20 +8,18 @@ namespace {
 constexpr std::wstring_view kVersionWord = L"PROTOCOL_VERSION";
 constexpr std::wstring_view kLineEnd = L"\r\n";
 
+// The styles, each 0 or 1, in the order in which they are sent. The words are fixed by the protocol.
+constexpr struct {
+    std::wstring_view word;
+    bool NoteLook::*flag;
+} kStyleCommands[] = {{L"NOTE_FONT_BOLD", &NoteLook::bold},
+                      {L"NOTE_FONT_ITALIC", &NoteLook::italic},
+                      {L"NOTE_FONT_UNDERLINED", &NoteLook::underlined}};
+
 std::wstring Joined(std::wstring_view begin, std::wstring_view end) {
     std::wstring text(begin);
     text += end;
     return text;
-}
-
-bool IsOneOf(std::int32_t value, const std::array<std::int32_t, 4>& values) {
-    return std::find(values.begin(), values.end(), value) != values.end();
-}
-
-bool SetFlag(bool& flag, std::optional<std::int32_t> value) {
-    if (value != 0 && value != 1) return false;
-    flag = value == 1;
-    return true;
 }
 
 bool SetWithin(std::int32_t& attribute, std::optional<std::int32_t> value, int lowest, int highest) {
@@ -54,16 +52,20 @@ std::optional<std::int32_t> NumericParameter(std::wstring_view parameter) {
     return value;
 }
 
-std::optional<bool> SetAttribute(NoteContent& note, std::wstring_view word, std::wstring_view parameter) {
+std::optional<bool> SetAttribute(NoteLook& look, std::wstring_view word, std::wstring_view parameter) {
     const auto number = NumericParameter(parameter);
-    if (word == L"NOTE_FONT_SIZE") return SetWithin(note.fontSize, number, 8, 25);
-    if (word == L"NOTE_FONT_BOLD") return SetFlag(note.bold, number);
-    if (word == L"NOTE_FONT_ITALIC") return SetFlag(note.italic, number);
-    if (word == L"NOTE_FONT_UNDERLINED") return SetFlag(note.underlined, number);
-    if (word == L"NOTE_FONT_ALIGNMENT") return SetWithin(note.alignment, number, 0, 2);
+    if (word == L"NOTE_FONT_SIZE") return SetWithin(look.size, number, kSmallestFontSize, kLargestFontSize);
+    if (word == L"NOTE_FONT_ALIGNMENT") return SetWithin(look.alignment, number, kAlignLeft, kAlignCentre);
     if (word == L"NOTE_COLOR") {
-        if (!number || !IsOneOf(*number, kNoteColors)) return false;
-        note.color = *number;
+        const auto end = kNoteColors.end();
+        if (!number || std::find(kNoteColors.begin(), end, *number) == end) return false;
+        look.color = *number;
+        return true;
+    }
+    for (const auto& style : kStyleCommands) {
+        if (word != style.word) continue;
+        if (number != 0 && number != 1) return false;
+        look.*style.flag = number == 1;
         return true;
     }
     return std::nullopt;
@@ -90,18 +92,16 @@ std::wstring ExecutionErrorReply(int number, std::wstring_view description, std:
     return Joined(reply + L". Offending command: ", line);
 }
 
-std::vector<std::wstring> CommandsFor(const NoteContent& note) {
+std::vector<std::wstring> CommandsFor(const Note& note) {
     std::vector<std::wstring> commands = {L"NOTE_NEW"};
     for (const std::wstring& line : SplitText(note.text)) commands.push_back(L"NOTE_TEXT " + line);
-    const auto add = [&](const wchar_t* word, std::int32_t value) {
-        commands.push_back(word + std::to_wstring(value));
+    const auto add = [&](std::wstring_view word, std::int32_t value) {
+        commands.push_back(std::wstring(word) + L' ' + std::to_wstring(value));
     };
-    add(L"NOTE_FONT_SIZE ", note.fontSize);
-    add(L"NOTE_FONT_BOLD ", note.bold);
-    add(L"NOTE_FONT_ITALIC ", note.italic);
-    add(L"NOTE_FONT_UNDERLINED ", note.underlined);
-    add(L"NOTE_FONT_ALIGNMENT ", note.alignment);
-    add(L"NOTE_COLOR ", note.color);
+    add(L"NOTE_FONT_SIZE", note.look.size);
+    for (const auto& style : kStyleCommands) add(style.word, note.look.*style.flag);
+    add(L"NOTE_FONT_ALIGNMENT", note.look.alignment);
+    add(L"NOTE_COLOR", note.look.color);
     commands.push_back(L"NOTE_FINISHED");
     return commands;
 }

@@ -1,7 +1,8 @@
 #pragma once
 // The line protocol by which two copies of the program exchange notes: its words, its checks and its texts.
 // The sender sends one command a line and reads the reply to it before the next one; the receiver builds a
-// note from them. Everything here is text without line ends; bytes and line ends are the callers' business.
+// note from them. Everything here is text without line ends; the callers make bytes of it. No window, no
+// socket.
 
 #include <cstddef>
 #include <cstdint>
@@ -10,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-#include "model/NoteColor.h"
+#include "model/Note.h"
 
 constexpr std::uint16_t kNotePort = 5998;
 constexpr std::wstring_view kProtocolVersion = L"1.0.0";
@@ -20,17 +21,6 @@ constexpr std::wstring_view kProtocolVersion = L"1.0.0";
 constexpr std::size_t kLongestLine = std::size_t{1} << 20;
 constexpr std::size_t kLongestNoteText = std::size_t{4} << 20;
 
-// What the protocol carries of a note; as it stands here, what a new note is.
-struct NoteContent {
-    std::wstring text;  // with CR LF between its lines
-    std::int32_t fontSize = 12;
-    bool bold = false, italic = false, underlined = false;
-    std::int32_t alignment = 0;
-    std::int32_t color = kYellow;
-
-    bool operator==(const NoteContent&) const = default;
-};
-
 // Receiver: a command line in two. A line without a blank is its own parameter, too.
 std::wstring_view CommandWord(std::wstring_view line);
 std::wstring_view CommandParameter(std::wstring_view line);
@@ -39,9 +29,9 @@ std::wstring_view CommandParameter(std::wstring_view line);
 // for what does not fit 32 bits.
 std::optional<std::int32_t> NumericParameter(std::wstring_view parameter);
 
-// Sets the attribute that the command names. False when the parameter is none of the values allowed.
-// Nothing when the command sets no attribute.
-std::optional<bool> SetAttribute(NoteContent& note, std::wstring_view word, std::wstring_view parameter);
+// Sets the attribute that the command names. False when the parameter is none of the values allowed; the look
+// stays as it was then. Nothing when the command sets no attribute.
+std::optional<bool> SetAttribute(NoteLook& look, std::wstring_view word, std::wstring_view parameter);
 
 // Receiver: its replies.
 std::wstring Greeting();
@@ -49,8 +39,8 @@ std::wstring InvalidParameterReply(std::wstring_view line);
 std::wstring UnknownCommandReply(std::wstring_view line);
 std::wstring ExecutionErrorReply(int number, std::wstring_view description, std::wstring_view line);
 
-// Sender: the commands for one note, NOTE_NEW to NOTE_FINISHED.
-std::vector<std::wstring> CommandsFor(const NoteContent& note);
+// Sender: the commands for one note, NOTE_NEW to NOTE_FINISHED. They carry its text and its look.
+std::vector<std::wstring> CommandsFor(const Note& note);
 
 // The lines between the CR LFs of a text; always at least one.
 std::vector<std::wstring> SplitText(std::wstring_view text);

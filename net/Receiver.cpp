@@ -49,7 +49,7 @@ void Receiver::CarryOut(Step& step) {
         step.reply = ok;
         return;
     }
-    NoteContent unused;
+    NoteLook unused;
     const std::optional<bool> attribute = SetAttribute(note_ ? note_->look : unused, word, parameter);
     const bool known = attribute || word == L"NOTE_TEXT" || word == L"NOTE_FINISHED";
     if (!known) {
@@ -74,13 +74,12 @@ bool Receiver::AppendText(std::wstring_view parameter) {
     return true;
 }
 
-NoteContent Receiver::Finished() {
-    NoteContent content = note_->look;
+Note Receiver::Finished() {
     // A NUL would end the text for windows and registry and hide what follows it.
     std::replace(note_->text.begin(), note_->text.end(), '\0', ' ');
-    content.text = FromAnsi(note_->text);
+    Note note{.text = FromAnsi(note_->text), .creationTime = {}, .look = note_->look, .place = {}};
     note_.reset();
-    return content;
+    return note;
 }
 
 std::string Receiver::ToReply(const std::wstring& line) const {

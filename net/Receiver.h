@@ -1,6 +1,6 @@
 #pragma once
 // The receiver's half of the protocol without its connection: bytes go in, replies and finished notes come
-// out, one command at a time. It holds no more than one line and the text of one note under construction.
+// out, one command at a time. Of notes it holds no more than one line and the one under construction.
 
 #include <optional>
 #include <string>
@@ -14,8 +14,8 @@ class Receiver {
     struct Step {
         // The reply, with its line end, in the code page of the wire; empty when there is none.
         std::string reply;
-        // A note to be taken into the store before the reply goes out.
-        std::optional<NoteContent> note;
+        // A finished note, text and look, to be taken into the store before the reply goes out.
+        std::optional<Note> note;
         // The sender wants to end the session after this reply.
         bool quit = false;
     };
@@ -32,7 +32,8 @@ class Receiver {
     // There may be something for Next to do.
     bool HasLine() const { return buffer_.HasLine(); }
 
-    // The reply when the effect of the last step could not be had; what else has arrived is discarded.
+    // The reply, in place of the step's own, when the note of the last step could not be taken in. Discards
+    // what else has arrived.
     std::string Fail(int number, std::wstring_view description);
 
     // Forgets the note under construction.
@@ -42,13 +43,13 @@ class Receiver {
 
   private:
     struct Construction {
-        NoteContent look;
+        NoteLook look;
         std::string text;  // in bytes, a quarter of what characters take
     };
 
     void CarryOut(Step& step);
     bool AppendText(std::wstring_view parameter);
-    NoteContent Finished();
+    Note Finished();
     std::string ToReply(const std::wstring& line) const;
 
     LineBuffer buffer_{kLongestLine};

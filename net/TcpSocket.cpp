@@ -4,22 +4,29 @@
 #include <utility>
 
 #include "addressbook/NameLookup.h"
+#include "dialogs/basWait.h"
 
 namespace {
 
 // Read at once. Small, so that a turn of the sockets ends in time whatever the bytes cost.
 constexpr std::size_t kPiece = 8 * 1024;
 
-// With more than this unsent nothing is read: who does not take the answers gets to ask nothing more.
+// With more than this unsent nothing is read: whoever does not take the answers gets to ask nothing more.
 constexpr std::size_t kMostUnsent = 64 * 1024;
 
 constexpr int kHostNotFound = 11001;
 
 }  // namespace
 
-TcpSocket::TcpSocket(std::int16_t index, SocketEvents& events) : index_(index), events_(events) {}
+TcpSocket::TcpSocket(SocketEvents& receiver) : receiver_(receiver) {}
 
 TcpSocket::~TcpSocket() { Close(); }
+
+template <class... Parameters, class... Arguments>
+void TcpSocket::Tell(void (SocketEvents::*event)(Parameters...), const Arguments&... arguments) {
+    if (!IsQuitting()) (receiver_.*event)(arguments...);
+    WakeWaits();
+}
 
 std::uint16_t TcpSocket::LocalPort() const {
     return handle_ == SocketCalls::kNoHandle ? localPort_ : SocketCalls::LocalPort(handle_);
@@ -40,7 +47,7 @@ void TcpSocket::Connect(const std::wstring& host) {
     Close();
     state_ = Connecting;
     lookup_ = std::make_unique<NameLookup>(host, [this](const std::wstring& address) {
-        const auto self = shared_from_this();
+        const auto alive = receiver_.weak_from_this().lock();
         const std::string dotted(address.begin(), address.end());
         lookup_.reset();
         BeginConnect(dotted);
@@ -50,7 +57,7 @@ void TcpSocket::Connect(const std::wstring& host) {
 void TcpSocket::BeginConnect(const std::string& address) {
     if (address.empty()) {
         state_ = Failed;
-        events_.Error(*this, kHostNotFound, L"Host not found");
+        Tell(&SocketEvents::Socket_Error, kHostNotFound, L"Host not found");
         return;
     }
     int error = 0;
@@ -70,10 +77,9 @@ void TcpSocket::Open(SocketCalls::Handle handle, SocketState state) {
     handle_ = handle;
     state_ = state;
     watched_ = SocketPump::Watch(handle, [this](const SocketPump::Readiness& readiness) {
-        const auto self = shared_from_this();
+        const auto alive = receiver_.weak_from_this().lock();
         OnReady(readiness);
     });
-    wantsRead_ = wantsWrite_ = false;
     UpdateWants();
 }
 
@@ -97,7 +103,6 @@ void TcpSocket::AskAgain() {
 }
 
 void TcpSocket::LookForAMoment() {
-    const auto self = shared_from_this();
     if (state_ == Connected && wantsRead_ && SocketCalls::AwaitForAMoment(handle_))
         OnReady({.readable = true});
 }
@@ -113,13 +118,13 @@ void TcpSocket::Close() {
     in_.clear();
     out_.clear();
     sent_ = 0;
-    held_ = ended_ = false;
+    held_ = ended_ = wantsRead_ = wantsWrite_ = false;
     error_ = 0;
 }
 
 void TcpSocket::OnReady(const SocketPump::Readiness& readiness) {
     if (state_ == Listening) {
-        events_.ConnectionRequest(*this);
+        receiver_.ConnectionRequest();
         return;
     }
     if (state_ == Connecting) {
@@ -128,13 +133,13 @@ void TcpSocket::OnReady(const SocketPump::Readiness& readiness) {
         } else if (readiness.writable) {
             state_ = Connected;
             UpdateWants();
-            events_.Connect(*this);
+            WakeWaits();
         }
         return;
     }
     if (readiness.again && held_) {
         held_ = false;
-        events_.DataArrival(*this, static_cast<std::int32_t>(in_.size()));
+        Tell(&SocketEvents::Socket_DataArrival, static_cast<std::int32_t>(in_.size()));
     } else {
         if (readiness.writable && wantsWrite_) Flush();
         if (readiness.readable && wantsRead_) Read();
@@ -151,7 +156,7 @@ void TcpSocket::Read() {
     switch (transfer.outcome) {
         case SocketCalls::Outcome::Done:
             in_.append(piece.data(), transfer.bytes);
-            events_.DataArrival(*this, static_cast<std::int32_t>(in_.size()));
+            Tell(&SocketEvents::Socket_DataArrival, static_cast<std::int32_t>(in_.size()));
             break;
         case SocketCalls::Outcome::Ended:
             ended_ = true;
@@ -171,7 +176,7 @@ void TcpSocket::Flush() {
             SocketCalls::Send(handle_, out_.data() + sent_, out_.size() - sent_);
         if (transfer.outcome == SocketCalls::Outcome::Later) break;
         if (transfer.outcome != SocketCalls::Outcome::Done) {
-            // Told later: this may be within a call of the owner.
+            // Told later: this may be within a call of the receiver.
             error_ = transfer.error;
             out_.clear();
             sent_ = 0;
@@ -191,11 +196,9 @@ void TcpSocket::Flush() {
         UpdateWants();
         return;
     }
-    const auto sent = static_cast<std::int32_t>(sent_);
     sent_ = 0;
     UpdateWants();
-    events_.SendProgress(*this, sent, static_cast<std::int32_t>(out_.size()));
-    if (complete && state_ == Connected) events_.SendComplete(*this);
+    if (complete) Tell(&SocketEvents::Socket_SendComplete);
 }
 
 // Tells the end of the connection once everything before it has been dealt with.
@@ -204,14 +207,14 @@ void TcpSocket::Finish() {
         Fail(error_);
     } else if (ended_ && out_.empty()) {
         Close();
-        events_.Close(*this);
+        Tell(&SocketEvents::Socket_Close);
     }
 }
 
 void TcpSocket::Fail(int error) {
     Close();
     state_ = Failed;
-    events_.Error(*this, error, SocketCalls::Describe(error));
+    Tell(&SocketEvents::Socket_Error, error, SocketCalls::Describe(error));
 }
 
 void TcpSocket::UpdateWants() {

@@ -1,8 +1,10 @@
 #pragma once
-// A TCP socket as the sessions see it: properties, methods and events, and the states that go with them.
-// Everything it does happens in the program's event loop; no call waits. What is sent goes out in the order
-// given, each call in one piece where the system allows.
+// A TCP socket as the sessions see it: properties, methods and events, and the states that go with them. No
+// call waits; what happens is told by events, which come from the program's event loop, and from no other
+// thread. Nothing here may be called from another one either. What is sent goes out in the order given, each
+// call in one piece where the kernel has room for it.
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -12,32 +14,33 @@
 class NameLookup;
 class TcpSocket;
 
-// What happens to sockets. Within such a call the socket may be closed and given up.
-class SocketEvents {
+// Gets the events of its sockets. Within such a call the socket may be closed and the receiver given up: one
+// that is held by std::shared_ptr lives until the call has returned. While the program quits, nothing is told
+// but ConnectionRequest.
+class SocketEvents : public std::enable_shared_from_this<SocketEvents> {
   public:
     virtual ~SocketEvents() = default;
-    virtual void ConnectionRequest(TcpSocket& socket) = 0;
-    virtual void Connect(TcpSocket& socket) = 0;
+    // At least one connection waits at a listening socket, to be taken by NextRequest.
+    virtual void ConnectionRequest() {}
     // bytes: how many wait to be taken by GetData.
-    virtual void DataArrival(TcpSocket& socket, std::int32_t bytes) = 0;
-    virtual void SendComplete(TcpSocket& socket) = 0;
-    virtual void SendProgress(TcpSocket& socket, std::int32_t sent, std::int32_t remaining) = 0;
+    virtual void Socket_DataArrival(std::int32_t) {}
+    virtual void Socket_SendComplete() {}
     // The other side has closed the connection; everything it had sent before has been told.
-    virtual void Close(TcpSocket& socket) = 0;
-    virtual void Error(TcpSocket& socket, std::int32_t number, const std::wstring& description) = 0;
+    virtual void Socket_Close() {}
+    // The connection could not be made or has broken. The socket's state is 9.
+    virtual void Socket_Error(std::int32_t, const std::wstring&) {}
 };
 
-class TcpSocket : public std::enable_shared_from_this<TcpSocket> {
+class TcpSocket {
   public:
     enum SocketState : std::int16_t { Closed = 0, Listening = 2, Connecting = 6, Connected = 7, Failed = 9 };
 
-    // events must outlive the socket or its last Close.
-    TcpSocket(std::int16_t index, SocketEvents& events);
-    ~TcpSocket();
+    // The receiver must outlive the socket; usually it owns it.
+    explicit TcpSocket(SocketEvents& receiver);
+    ~TcpSocket();  // closes it
     TcpSocket(const TcpSocket&) = delete;
     TcpSocket& operator=(const TcpSocket&) = delete;
 
-    std::int16_t Index() const { return index_; }
     SocketState State() const { return state_; }
     std::uint16_t LocalPort() const;
     void LocalPort(std::uint16_t port) { localPort_ = port; }
@@ -47,28 +50,29 @@ class TcpSocket : public std::enable_shared_from_this<TcpSocket> {
     // Listens on LocalPort. State 9 when that is taken; no event comes.
     void Listen();
 
-    // Looks the host up and connects to its RemotePort. The event Connect or Error follows.
+    // Looks the host up, a name or a dotted address, and connects to its RemotePort. The state becomes 7, or
+    // Socket_Error comes; whoever waits is woken.
     void Connect(const std::wstring& host);
 
-    // Takes over a connection that the system has accepted; connected at once.
+    // Takes over a connection that NextRequest gave; connected at once.
     void Accept(SocketCalls::Handle request);
 
-    // Hands bytes over. SendComplete comes as soon as all of them are with the system, possibly within the
-    // call. Without effect unless connected.
+    // Hands bytes over. Socket_SendComplete comes as soon as all of them are with the kernel, possibly within
+    // the call. Without effect unless connected.
     void SendData(const std::string& bytes);
 
     // Takes everything that has arrived.
     std::string GetData();
 
-    // To be called within DataArrival by an owner that needs more time for what it has got: DataArrival comes
-    // again after other events, and until then nothing more is read.
+    // To be called within Socket_DataArrival by a receiver that needs more time for what it has got: the
+    // event comes again after other events, and until then nothing more is read.
     void AskAgain();
 
     // Sleeps for a millisecond at most and lets the events of what has arrived come within the call. For an
     // answer that is expected at once this is much faster than a loop of events.
     void LookForAMoment();
 
-    // Closes without an event. What was handed over but is not with the system yet is lost.
+    // Closes without an event. What was handed over but is not with the kernel yet is lost.
     void Close();
 
     // Of a listening socket: the next connection that waits, or kNoHandle.
@@ -77,6 +81,8 @@ class TcpSocket : public std::enable_shared_from_this<TcpSocket> {
     bool SendPending() const { return !out_.empty(); }
 
   private:
+    template <class... Parameters, class... Arguments>
+    void Tell(void (SocketEvents::*event)(Parameters...), const Arguments&... arguments);
     void Open(SocketCalls::Handle handle, SocketState state);
     void OnReady(const SocketPump::Readiness& readiness);
     void BeginConnect(const std::string& address);
@@ -86,8 +92,7 @@ class TcpSocket : public std::enable_shared_from_this<TcpSocket> {
     void Fail(int error);
     void UpdateWants();
 
-    const std::int16_t index_;
-    SocketEvents& events_;
+    SocketEvents& receiver_;
     SocketState state_ = Closed;
     std::uint16_t localPort_ = 0, remotePort_ = 0;
     SocketCalls::Handle handle_ = SocketCalls::kNoHandle;
@@ -95,8 +100,8 @@ class TcpSocket : public std::enable_shared_from_this<TcpSocket> {
     std::unique_ptr<NameLookup> lookup_;
     std::string in_, out_;
     std::size_t sent_ = 0;  // of out_
-    bool held_ = false;     // the owner was not ready for more
+    bool held_ = false;     // the receiver was not ready for more
     bool ended_ = false;    // the other side sends no more
-    int error_ = 0;         // met while sending; told when the owner has had what arrived before
+    int error_ = 0;         // met while sending; told when the receiver has had what arrived before
     bool wantsRead_ = false, wantsWrite_ = false;
 };

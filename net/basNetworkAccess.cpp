@@ -1,6 +1,6 @@
 #include "net/basNetworkAccess.h"
 
-#include <algorithm>
+#include <utility>
 
 #include "base/DateText.h"
 #include "base/basText.h"
@@ -12,53 +12,44 @@
 namespace {
 
 // More than any office has; fewer than a process may have handles.
-constexpr std::size_t kMostIncoming = 256;
-
-bool IsIncoming(const std::shared_ptr<clsSession>& session) {
-    return dynamic_cast<const clsIncoming*>(session.get()) != nullptr;
-}
+constexpr std::size_t kMostSessions = 256;
 
 }  // namespace
 
-NetworkAccess::NetworkAccess(NoteStore& store, const Options& options)
-    : store_(store), options_(options), sckSend(*this) {}
+NetworkAccess::NetworkAccess(NoteStore& store, const Options& options) : store_(store), options_(options) {}
 
 NetworkAccess::NetworkAccess(NoteStore& store) : NetworkAccess(store, Options()) {}
 
 NetworkAccess::~NetworkAccess() { Stop(); }
 
 bool NetworkAccess::Listen() {
-    TcpSocket& listener = sckSend.Listener();
-    if (listener.State() != TcpSocket::Listening) {
-        listener.LocalPort(options_.localPort);
-        listener.Listen();
+    if (sckSend.State() != TcpSocket::Listening) {
+        sckSend.LocalPort(options_.localPort);
+        sckSend.Listen();
     }
-    return listener.State() == TcpSocket::Listening;
+    return sckSend.State() == TcpSocket::Listening;
 }
 
 void NetworkAccess::Stop() {
-    sckSend.Listener().Close();
-    for (const auto& session : std::exchange(pool_, {})) {
-        if (session->Socket) session->Socket->Close();
-    }
+    sckSend.Close();
+    for (const auto& session : std::exchange(pool_, {})) session->Socket.Close();
 }
 
 std::shared_ptr<clsOutgoing> NetworkAccess::CreateOutgoing() {
-    return std::make_shared<clsOutgoing>(sckSend, options_.patience);
+    return std::make_shared<clsOutgoing>(options_.patience, [this] { RemoveClosed(); });
 }
 
-void NetworkAccess::Connect(const std::shared_ptr<clsSession>& session, const std::wstring& host) {
+void NetworkAccess::Connect(const std::shared_ptr<clsOutgoing>& session, const std::wstring& host) {
     cancelled_ = false;
-    const std::shared_ptr<TcpSocket> socket = session->Socket;
-    if (!socket) return;
     pool_.push_back(session);
-    socket->RemotePort(options_.remotePort);
-    socket->LocalPort(0);
-    socket->Connect(host);
+    TcpSocket& socket = session->Socket;
+    socket.RemotePort(options_.remotePort);
+    socket.LocalPort(0);
+    socket.Connect(host);
     const WaitEnd end =
-        WaitUntil([&] { return cancelled_ || socket->State() != TcpSocket::Connecting; }, options_.patience);
+        WaitUntil([&] { return cancelled_ || socket.State() != TcpSocket::Connecting; }, options_.patience);
     if (end == WaitEnd::Quitting) return;
-    if (cancelled_ || socket->State() != TcpSocket::Connected)
+    if (cancelled_ || !session->IsConnected())
         Shutdown(session);
     else
         session->ConnectionEstablished();
@@ -69,90 +60,35 @@ void NetworkAccess::CancelConnect() {
     WakeWaits();
 }
 
-std::shared_ptr<clsSession> NetworkAccess::FindSession(const TcpSocket& socket) const {
-    const auto found = std::find_if(pool_.begin(), pool_.end(),
-                                    [&](const auto& session) { return session->Socket.get() == &socket; });
-    return found == pool_.end() ? nullptr : *found;
-}
-
 void NetworkAccess::Shutdown(const std::shared_ptr<clsSession>& session) {
     session->PrepareConnectionShutdown();
-    if (session->Socket) session->Socket->Close();
-    Remove(session.get());
+    session->Socket.Close();
+    RemoveClosed();
 }
 
-// Takes the session out of the pool, and all that have given up their sockets.
-void NetworkAccess::Remove(const clsSession* session) {
-    std::erase_if(pool_, [&](const auto& each) { return each.get() == session || !each->Socket; });
+void NetworkAccess::RemoveClosed() {
+    std::erase_if(pool_, [](const auto& each) { return each->Socket.State() == TcpSocket::Closed; });
 }
 
-void NetworkAccess::ConnectionRequest(TcpSocket& listener) {
-    const SocketCalls::Handle request = listener.NextRequest();
+void NetworkAccess::ConnectionRequest() {
+    const SocketCalls::Handle request = sckSend.NextRequest();
     if (request == SocketCalls::kNoHandle) return;
-    const auto incoming = static_cast<std::size_t>(std::count_if(pool_.begin(), pool_.end(), IsIncoming));
-    if (IsQuitting() || incoming >= kMostIncoming) {
+    if (IsQuitting() || pool_.size() >= kMostSessions) {
         SocketCalls::Close(request);
         return;
     }
     const auto session = std::make_shared<clsIncoming>(
-        sckSend, options_.patience, [this](const NoteContent& content) { TakeIn(content); });
-    if (!session->Socket) {
-        SocketCalls::Close(request);
-        return;
-    }
-    session->Socket->Accept(request);
+        options_.patience, [this] { RemoveClosed(); }, [this](const Note& note) { return TakeIn(note); });
+    session->Socket.Accept(request);
     pool_.push_back(session);
     session->ConnectionEstablished();
 }
 
-// Calls the owner of the socket. last: no other event will come.
-template <class Call>
-void NetworkAccess::Route(TcpSocket& socket, Call call, bool last) {
-    const std::shared_ptr<clsSession> session = FindSession(socket);
-    if (!session || IsQuitting()) return;
-    call(*session);
-    if (last)
-        Shutdown(session);
-    else if (!session->Socket)
-        Remove(session.get());
-    WakeWaits();
-}
-
-void NetworkAccess::Connect(TcpSocket& socket) {
-    Route(socket, [](clsSession& session) { session.Socket_Connect(); });
-}
-
-void NetworkAccess::DataArrival(TcpSocket& socket, std::int32_t bytes) {
-    Route(socket, [=](clsSession& session) { session.Socket_DataArrival(bytes); });
-}
-
-void NetworkAccess::SendComplete(TcpSocket& socket) {
-    Route(socket, [](clsSession& session) { session.Socket_SendComplete(); });
-}
-
-void NetworkAccess::SendProgress(TcpSocket& socket, std::int32_t sent, std::int32_t remaining) {
-    Route(socket, [=](clsSession& session) { session.Socket_SendProgress(sent, remaining); });
-}
-
-void NetworkAccess::Close(TcpSocket& socket) {
-    Route(
-        socket, [](clsSession& session) { session.Socket_Close(); }, true);
-}
-
-void NetworkAccess::Error(TcpSocket& socket, std::int32_t number, const std::wstring& description) {
-    Route(
-        socket, [&](clsSession& session) { session.Socket_Error(number, description); }, true);
-}
-
-void NetworkAccess::TakeIn(const NoteContent& content) {
-    const Note note{.text = content.text,
-                    .creationTime = CurrentDateText() + L", " + CurrentTimeText(),
-                    .look = {.size = content.fontSize,
-                             .bold = content.bold,
-                             .italic = content.italic,
-                             .underlined = content.underlined,
-                             .alignment = static_cast<std::int16_t>(content.alignment),
-                             .color = content.color}};
-    const frmNote& added = store_.AddNote(note).note;
-    if (KeepLongNote && !ComesBack(content.text)) KeepLongNote(added);
+KeepResult NetworkAccess::TakeIn(const Note& received) {
+    Note note = received;
+    note.creationTime = CurrentDateText() + L", " + CurrentTimeText();
+    const KeepResult kept = store_.AddNote(note).kept;
+    if (!KeepLongNote || ComesBack(note.text)) return kept;
+    const KeepResult keptElsewhere = KeepLongNote(note);
+    return kept.Kept() ? keptElsewhere : kept;
 }

@@ -1,19 +1,21 @@
 #pragma once
-// The program's access to the network: the listening socket, the pool of live sessions in both directions,
-// and the way from a socket's event to the session that owns it. One per process.
+// The program's access to the network: the socket that listens, and the pool of live sessions in both
+// directions. One per process, for the thread that runs the events only.
 
 #include <chrono>
+#include <cstdint>
 #include <functional>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "net/Protocol.h"
-#include "net/SocketArray.h"
-#include "net/clsSession.h"
+#include "net/TcpSocket.h"
+#include "registry/KeepResult.h"
 
 class NoteStore;
 class clsOutgoing;
-class frmNote;
+class clsSession;
 
 class NetworkAccess : private SocketEvents {
   public:
@@ -31,13 +33,13 @@ class NetworkAccess : private SocketEvents {
     NetworkAccess& operator=(const NetworkAccess&) = delete;
 
     // Called with a received note whose text the registry will not give back, so that somebody keeps it
-    // elsewhere. It is in the store already.
-    std::function<void(const frmNote&)> KeepLongNote;
+    // elsewhere. It is in the store already. What it could not keep is an error for the sender.
+    std::function<KeepResult(const Note&)> KeepLongNote;
 
     // Listens, if it does not already. False while the port is taken; the program does without receiving
     // then.
     bool Listen();
-    std::uint16_t LocalPort() { return sckSend.Listener().LocalPort(); }
+    std::uint16_t LocalPort() const { return sckSend.LocalPort(); }
 
     // Ends listening and every session. Unfinished notes are dropped.
     void Stop();
@@ -47,38 +49,24 @@ class NetworkAccess : private SocketEvents {
 
     // Connects the session to the host, a name or a dotted address, and lets it read the greeting; runs
     // events meanwhile. Its socket's state tells afterwards whether that worked.
-    void Connect(const std::shared_ptr<clsSession>& session, const std::wstring& host);
+    void Connect(const std::shared_ptr<clsOutgoing>& session, const std::wstring& host);
 
     // Ends a running Connect, and whatever else waits for a session that was aborted.
     void CancelConnect();
-    bool IsCancelled() const { return cancelled_; }
-
-    // The session that owns the socket, or null.
-    std::shared_ptr<clsSession> FindSession(const TcpSocket& socket) const;
 
     // Lets the session prepare, closes its socket and takes it out of the pool.
     void Shutdown(const std::shared_ptr<clsSession>& session);
 
     std::size_t CountSessions() const { return pool_.size(); }
-    std::size_t CountSockets() const { return sckSend.Count(); }
 
   private:
-    void ConnectionRequest(TcpSocket& listener) override;
-    void Connect(TcpSocket& socket) override;
-    void DataArrival(TcpSocket& socket, std::int32_t bytes) override;
-    void SendComplete(TcpSocket& socket) override;
-    void SendProgress(TcpSocket& socket, std::int32_t sent, std::int32_t remaining) override;
-    void Close(TcpSocket& socket) override;
-    void Error(TcpSocket& socket, std::int32_t number, const std::wstring& description) override;
-
-    template <class Call>
-    void Route(TcpSocket& socket, Call call, bool last = false);
-    void Remove(const clsSession* session);
-    void TakeIn(const NoteContent& content);
+    void ConnectionRequest() override;
+    void RemoveClosed();
+    KeepResult TakeIn(const Note& received);
 
     NoteStore& store_;
     const Options options_;
-    SocketArray sckSend;
+    TcpSocket sckSend{*this};                        // listens
     std::vector<std::shared_ptr<clsSession>> pool_;  // in the order of addition
     bool cancelled_ = false;
 };

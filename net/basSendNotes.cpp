@@ -1,12 +1,12 @@
 #include "net/basSendNotes.h"
 
+#include <algorithm>
 #include <optional>
 
 #include "dialogs/OneDialog.h"
 #include "dialogs/basMessage.h"
 #include "dialogs/basWait.h"
 #include "net/basNetworkAccess.h"
-#include "net/clsOutgoing.h"
 #include "net/frmSendOverNetwork.h"
 #include "net/frmSendOverNetworkProgress.h"
 #include "notes/NoteChoice.h"
@@ -14,23 +14,19 @@
 
 namespace {
 
+// Of a note's text in messages about it.
+constexpr std::size_t kNamedCharacters = 25;
+
+// A receiver that says more than this about a note means no good.
+constexpr std::size_t kShownCharacters = 2000;
+
 // From the dialog to the end of the progress.
 OneDialog sending;
 
 struct Order {
     std::vector<std::wstring> recipients;
-    std::vector<NoteContent> notes;  // as they are now; a note may be deleted while it is being sent
+    std::vector<Note> notes;  // as they are now; a note may be deleted while it is being sent
 };
-
-NoteContent ContentOf(const frmNote& note) {
-    return {.text = note.Text(),
-            .fontSize = note.FontNoteSize(),
-            .bold = note.FontNoteBold(),
-            .italic = note.FontNoteItalic(),
-            .underlined = note.FontNoteUnderlined(),
-            .alignment = note.FontNoteAlignment(),
-            .color = note.Color()};
-}
 
 std::optional<Order> AskForOrder(const NoteStore& store) {
     const OneDialog::Opened<frmSendOverNetwork> dialog(sending, store);
@@ -46,12 +42,27 @@ std::optional<Order> AskForOrder(const NoteStore& store) {
                 kCritical, L"Notiz existiert nicht");
             return std::nullopt;
         }
-        order.notes.push_back(ContentOf(*note));
+        order.notes.push_back(note->Content());
     }
     return order;
 }
 
+std::wstring Described(const clsOutgoing::Failure& failure) {
+    if (failure.kind == clsOutgoing::Failure::NoAnswer) return L"Der Ziel-Computer antwortet nicht.";
+    const wchar_t* const unexpected =
+        failure.kind == clsOutgoing::Failure::Unexpected ? L"unerwarteter " : L"";
+    return L"Beim Versenden der Notiz \"" + failure.note.text.substr(0, kNamedCharacters) +
+           L"...\" ist ein " + unexpected + L"Fehler aufgetreten.";
+}
+
 }  // namespace
+
+void ShowSendFailure(const clsOutgoing::Failure& failure) {
+    std::wstring answer = failure.answer.substr(0, kShownCharacters);
+    std::replace(answer.begin(), answer.end(), L'\0', L' ');
+    ShowMessage(Described(failure) + L"\r\nDer Ziel-Computer sendete die Fehlermeldung: " + answer, kCritical,
+                L"Fehler beim Versenden der Notiz");
+}
 
 void SendNotesOverNetwork(NetworkAccess& network, const NoteStore& store) {
     if (sending.BroughtForward()) return;
@@ -80,7 +91,7 @@ void SendNotesOverNetwork(NetworkAccess& network, const NoteStore& store) {
                 kCritical, L"Keine Verbindung zum Ziel-Computer");
         } else if (!cancelled) {
             progress->SetStep(2);
-            session->Send(order->notes);
+            session->Send(order->notes, ShowSendFailure);
             if (IsQuitting()) return;
             progress->SetStep(3);
         }

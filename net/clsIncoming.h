@@ -1,33 +1,30 @@
 #pragma once
-// A connection from another computer: the receiver's half of the dialogue. Notes that arrive complete go into
-// the store; nothing that happens here is shown to the user.
+// A connection from another computer: the receiver's half of the dialogue. Notes that arrive complete are
+// handed on; one that is unfinished when the connection ends is dropped. Nothing is shown to the user here:
+// what goes wrong is answered to the sender.
 
 #include <wx/timer.h>
 
-#include <functional>
-
 #include "net/Receiver.h"
 #include "net/clsSession.h"
+#include "registry/KeepResult.h"
 
 class clsIncoming : public clsSession {
   public:
-    // Takes a finished note in. What it throws is answered to the sender.
-    using TakeIn = std::function<void(const NoteContent&)>;
+    // Takes a finished note in. The sender gets an error for one that was not kept.
+    using TakeIn = std::function<KeepResult(const Note&)>;
 
-    clsIncoming(SocketArray& sockets, std::chrono::milliseconds patience, TakeIn takeIn)
-        : clsSession(sockets, patience), takeIn_(std::move(takeIn)) {}
+    clsIncoming(std::chrono::milliseconds patience, Ended ended, TakeIn takeIn)
+        : clsSession(patience, std::move(ended)), takeIn_(std::move(takeIn)) {}
 
     void ConnectionEstablished() override;
     void Socket_DataArrival(std::int32_t bytes) override;
-    void Socket_Close() override { receiver_.DropNote(); }
-    void Socket_Error(std::int32_t, const std::wstring&) override { receiver_.DropNote(); }
     void Socket_SendComplete() override;
 
   private:
     void CarryOut(const Receiver::Step& step);
-    void Leave();
 
-    TakeIn takeIn_;
+    const TakeIn takeIn_;
     Receiver receiver_;
     bool leaving_ = false;  // after QUIT
     wxTimer leavingLimit_;

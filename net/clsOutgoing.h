@@ -1,8 +1,7 @@
 #pragma once
 // A connection to another computer: the sender's half of the dialogue. Every step waits for the other side
-// and runs events meanwhile; a failure is shown to the user once for each note that it costs.
+// and runs events meanwhile; what fails is told to the caller, once for each note that it costs.
 
-#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -12,14 +11,22 @@
 
 class clsOutgoing : public clsSession {
   public:
-    clsOutgoing(SocketArray& sockets, std::chrono::milliseconds patience) : clsSession(sockets, patience) {}
+    using clsSession::clsSession;
 
-    // Sends the notes one after the other; does nothing when there is no connection. A note that the receiver
-    // refuses is reported, and the next one is tried. To a receiver of another version nothing is sent, but
-    // all notes count as sent.
-    void Send(const std::vector<NoteContent>& NotesToSend);
+    // Why a note was not sent.
+    struct Failure {
+        enum Kind { Refused, NoAnswer, Unexpected };
+        const Note& note;
+        Kind kind;
+        std::wstring answer;  // what the receiver says of it; any text of any length, or none
+    };
 
-    // Ends what is running as soon as possible, without any message.
+    // Sends the notes one after the other; does nothing when there is no connection. For a note that the
+    // receiver does not take, `failed` is called, and the next one is tried. To a receiver of another version
+    // nothing is sent, but all notes count as sent.
+    void Send(const std::vector<Note>& NotesToSend, const std::function<void(const Failure&)>& failed);
+
+    // Ends what is running as soon as possible; nothing fails any more.
     void Abort();
 
     // Reads the greeting.
@@ -35,10 +42,9 @@ class clsOutgoing : public clsSession {
     void Socket_SendComplete() override { sendPending_ = false; }
 
   private:
-    bool SendNote(const NoteContent& note);
+    bool SendNote(const Note& note, const std::function<void(const Failure&)>& failed);
     void SendLine(const std::wstring& line);
     std::wstring ReadLine();
-    bool CheckReply(const std::wstring& reply, const NoteContent& note) const;
     void LetOthersRun();
 
     LineBuffer received_{kLongestLine};

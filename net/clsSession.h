@@ -1,49 +1,45 @@
 #pragma once
-// One connection, incoming or outgoing: its socket, and what happens to it. The events of the socket come by
-// way of the network access, which knows whose socket it is.
+// One connection, incoming or outgoing: its socket, and what it does when something happens to that. Whoever
+// keeps it holds it by std::shared_ptr; it then lives at least until the event that it is in has been dealt
+// with. For the thread that runs the events only.
 
 #include <chrono>
-#include <cstdint>
-#include <memory>
-#include <string>
+#include <functional>
+#include <utility>
 
-#include "net/SocketArray.h"
+#include "net/TcpSocket.h"
 
-class clsSession {
+class clsSession : public SocketEvents {
   public:
-    // Loads a socket of its own from an array that lives longer. patience: how long it waits for the other
-    // side.
-    clsSession(SocketArray& sockets, std::chrono::milliseconds patience)
-        : Socket(sockets.Load()), sockets_(sockets), patience_(patience) {}
-    virtual ~clsSession() { UnloadSocket(); }
+    // Called when the session has come to its end by itself, with its socket closed.
+    using Ended = std::function<void()>;
+
+    // patience: how long it waits for the other side.
+    clsSession(std::chrono::milliseconds patience, Ended ended)
+        : patience_(patience), ended_(std::move(ended)) {}
     clsSession(const clsSession&) = delete;
     clsSession& operator=(const clsSession&) = delete;
 
-    // Null once it was given up.
-    std::shared_ptr<TcpSocket> Socket;
+    TcpSocket Socket{*this};
 
-    bool IsConnected() const { return Socket && Socket->State() == TcpSocket::Connected; }
+    bool IsConnected() const { return Socket.State() == TcpSocket::Connected; }
 
-    // The connection stands.
+    // To be called when the connection stands.
     virtual void ConnectionEstablished() = 0;
-    // The connection is about to be closed from here.
+    // To be called before the connection is closed from here.
     virtual void PrepareConnectionShutdown() {}
 
-    virtual void Socket_DataArrival(std::int32_t bytes) = 0;
-    virtual void Socket_Connect() {}
-    virtual void Socket_Close() {}
-    virtual void Socket_Error(std::int32_t, const std::wstring&) {}
-    virtual void Socket_SendComplete() {}
-    virtual void Socket_SendProgress(std::int32_t, std::int32_t) {}
+    void Socket_Close() override { End(); }
+    void Socket_Error(std::int32_t, const std::wstring&) override { End(); }
 
   protected:
-    void UnloadSocket() {
-        if (Socket) sockets_.Unload(*Socket);
-        Socket.reset();
+    void End() {
+        Socket.Close();
+        ended_();
     }
     std::chrono::milliseconds Patience() const { return patience_; }
 
   private:
-    SocketArray& sockets_;
     const std::chrono::milliseconds patience_;
+    const Ended ended_;
 };

@@ -11,15 +11,27 @@
 #include "net/basNetworkAccess.h"
 #include "net/clsOutgoing.h"
 #include "registry/clsRegistry.h"
+#include "tests/net/RawCalls.h"
 #include "tests/net/RawPeer.h"
 #include "tests/notes/NoteRecorder.h"
 #include "tests/support/Events.h"
 #include "tests/support/Messages.h"
 
+// No test lasts so long.
+constexpr std::chrono::milliseconds kForever = std::chrono::hours(1);
+
 class NetworkTest : public testing::Test, protected MessageRecorder {
   protected:
-    NetworkTest() { Registry().DeleteKey(kSettingsKey); }
+    NetworkTest() {
+        Registry().DeleteKey(kSettingsKey);
+        tooLong.Bind(wxEVT_TIMER, [](wxTimerEvent&) {
+            ADD_FAILURE() << "waits for what does not come";
+            EndAllWaits();
+        });
+        tooLong.StartOnce(60'000);
+    }
     ~NetworkTest() override {
+        ResetWaits();
         store.UnloadAllNotes();
         RunEvents();
         Registry().DeleteKey(kSettingsKey);
@@ -48,10 +60,11 @@ class NetworkTest : public testing::Test, protected MessageRecorder {
             done = true;
             wxTheApp->CallAfter([] { WakeWaits(); });
         });
-        EXPECT_NE(WaitUntil([&] { return done.load(); }, std::chrono::seconds(60)), WaitEnd::TimedOut);
+        WaitUntil([&] { return done.load(); });
         thread.join();
     }
 
+    wxTimer tooLong;
     NoteRecorder recorder;
     NoteStore store{recorder};
     std::optional<NetworkAccess> network;

@@ -39,13 +39,26 @@ TEST(Protocol, AttributesTakeOnlyTheirValues) {
         {L"NOTE_COLOR", L"0", false},          {L"note_color", L"255", {}},
     };
     for (const auto& row : rows) {
-        NoteContent note;
-        EXPECT_EQ(SetAttribute(note, row.word, row.parameter), row.taken)
+        NoteLook look;
+        EXPECT_EQ(SetAttribute(look, row.word, row.parameter), row.taken)
             << ToUtf8(row.word) << ' ' << ToUtf8(row.parameter);
-        EXPECT_EQ(note == NoteContent(), row.taken != true || row.parameter == std::wstring(L"0") ||
-                                             row.parameter == std::wstring(L"65535"))
+        EXPECT_EQ(look == NoteLook(), row.taken != true || row.parameter == std::wstring(L"0") ||
+                                          row.parameter == std::wstring(L"65535"))
             << ToUtf8(row.word) << ' ' << ToUtf8(row.parameter);
     }
+}
+
+TEST(Protocol, CommandsOfANote) {
+    const NoteLook look{.size = 10, .bold = true, .alignment = kAlignCentre, .color = kGreen};
+    const std::vector<std::wstring> expected = {
+        L"NOTE_NEW",           L"NOTE_TEXT a\rb\nc\r",    L"NOTE_TEXT  Milch, Brot",
+        L"NOTE_TEXT ",         L"NOTE_FONT_SIZE 10",      L"NOTE_FONT_BOLD 1",
+        L"NOTE_FONT_ITALIC 0", L"NOTE_FONT_UNDERLINED 0", L"NOTE_FONT_ALIGNMENT 2",
+        L"NOTE_COLOR 65280",   L"NOTE_FINISHED"};
+    Note note;
+    note.text = L"a\rb\nc\r\r\n Milch, Brot\r\n";
+    note.look = look;
+    EXPECT_EQ(CommandsFor(note), expected);
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <string>
 #include <thread>
 
@@ -53,13 +52,3 @@ class RawServer {
 
 // A port on which nobody listens.
 std::uint16_t FreePort();
-
-// Processor time that this thread has used, in seconds. Other programs on the machine do not show in it.
-double ThreadSeconds();
-
-// Handles that the process has open.
-int CountHandles();
-
-// Seconds of the program's own time that may pass between two events of a window, however busy its sockets
-// are.
-double LongestTurn();

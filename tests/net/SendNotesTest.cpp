@@ -39,7 +39,8 @@ class SendNotes : public NetworkTest {
   protected:
     SendNotes() {
         for (const wchar_t* text : {L"eins", L"zwei"}) {
-            store.AddNote({.text = text});
+            store.AddNote(
+                {.text = text, .look = {.size = 25, .bold = true, .alignment = kAlignRight, .color = kRed}});
         }
     }
 
@@ -57,7 +58,6 @@ class SendNotes : public NetworkTest {
         RunEvents();
         EXPECT_FALSE(OpenDialog<frmSendOverNetworkProgress>());
         EXPECT_EQ(network->CountSessions(), 0u);
-        EXPECT_EQ(network->CountSockets(), 1u);
     }
 };
 
@@ -81,20 +81,21 @@ TEST_F(SendNotes, ChosenNotesGoToTheRecipient) {
         dialog.Frame1->OnChange();
         Press(dialog.cmdOK);
     });
-    ASSERT_EQ(lines.size(), 10u);
-    EXPECT_EQ(lines[1], "NOTE_TEXT zwei");
-    EXPECT_EQ(lines[9], "QUIT");
+    EXPECT_EQ(lines,
+              (std::vector<std::string>{"NOTE_NEW", "NOTE_TEXT zwei", "NOTE_FONT_SIZE 25", "NOTE_FONT_BOLD 1",
+                                        "NOTE_FONT_ITALIC 0", "NOTE_FONT_UNDERLINED 0",
+                                        "NOTE_FONT_ALIGNMENT 1", "NOTE_COLOR 255", "NOTE_FINISHED", "QUIT"}));
     EXPECT_TRUE(messages.empty());
 }
 
 TEST_F(SendNotes, RecipientsComeFromTheAddressBookAndEachIsTried) {
     AddAddressBookEntry(Entry(L"a", L"127.0.0.1"));
     AddAddressBookEntry(Entry(L"b", L"niemand.invalid"));
-    AddAddressBookEntry(Entry(L"c", L"127.0.0.1"));
+    AddAddressBookEntry(Entry(L"c", L"localhost"));
     Open();
     const std::uint16_t port = network->LocalPort();
     network.reset();
-    network.emplace(store, NetworkAccess::Options{port, port, 5s});
+    network.emplace(store, NetworkAccess::Options{port, port, kForever});
     Send([](frmSendOverNetwork& dialog) {
         wxTheApp->CallAfter([] {
             auto* book = OpenDialog<frmAddressbook>();
@@ -103,8 +104,8 @@ TEST_F(SendNotes, RecipientsComeFromTheAddressBookAndEachIsTried) {
             Press(book->cmdOK);
         });
         Press(dialog.cmdAdressbuch);
-        EXPECT_EQ(dialog.txtEmpfänger->GetValue(), L"127.0.0.1, niemand.invalid, 127.0.0.1");
-        EXPECT_EQ(dialog.Recipients(), (Texts{L"127.0.0.1", L"niemand.invalid", L"127.0.0.1"}));
+        EXPECT_EQ(dialog.txtEmpfänger->GetValue(), L"127.0.0.1, niemand.invalid, localhost");
+        EXPECT_EQ(dialog.Recipients(), (Texts{L"127.0.0.1", L"niemand.invalid", L"localhost"}));
         Press(dialog.cmdOK);
     });
     EXPECT_EQ(messages, Texts{kNoConnection});
@@ -140,7 +141,7 @@ TEST_F(SendNotes, CancellingEndsEveryPhase) {
             reached = true;
             connection.Rest(10s);
         });
-        Open(server.Port(), 8s);
+        Open(server.Port(), kForever);
         const auto inPhase = [&](frmSendOverNetworkProgress& window) {
             return reached && window.lblProtocol->GetLabelText() == (answered < 0 ? L"" : L"Vers. 1.0.0") &&
                    window.lblProgress->GetLabel() == L"0 von 2";
@@ -157,12 +158,10 @@ TEST_F(SendNotes, CancellingEndsEveryPhase) {
                 Press(window.cmdCancel);
         };
         const WhenShown<frmSendOverNetworkProgress> user(cancel, inPhase);
-        const auto begin = std::chrono::steady_clock::now();
         Send([](frmSendOverNetwork& dialog) {
             dialog.txtEmpfänger->SetValue(L"127.0.0.1, 127.0.0.1");
             Press(dialog.cmdOK);
         });
-        EXPECT_LT(std::chrono::steady_clock::now() - begin, 5s);
         EXPECT_TRUE(cancelled);
     }
     EXPECT_TRUE(messages.empty());

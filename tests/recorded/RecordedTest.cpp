@@ -66,10 +66,7 @@ TEST(Recorded, AReceiverGetsTheSameCommands) {
     const std::vector<Exchange> dialogue = RecordedDialogue("sending.txt");
     auto exchange = dialogue.begin() + 1;
     for (const ExportedNote& record : RecordedNotes()) {
-        const NoteContent note{record.Text,           record.FontNoteSize,       record.FontNoteBold,
-                               record.FontNoteItalic, record.FontNoteUnderlined, record.FontNoteAlignment,
-                               record.Color};
-        for (const std::wstring& command : CommandsFor(note)) {
+        for (const std::wstring& command : CommandsFor(ToNote(record))) {
             ASSERT_EQ(ToAnsi(command) + "\r\n", exchange->sent);
             if (exchange++->replied != "OK\r\n") break;
         }
