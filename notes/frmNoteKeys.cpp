@@ -24,32 +24,16 @@ NotePart Neighbour(NotePart part, int way) {
     return kFocusOrder[(at + way + kCount) % kCount];
 }
 
-// What a key adds to the place and the size of a note, in steps.
-struct Step {
+// What a press adds to the place and the size of the note, in steps.
+constexpr struct {
+    NoteCommand command;
     int x, y, width, height;
+} kSteps[] = {
+    {NoteCommand::MoveLeft, -1, 0, 0, 0}, {NoteCommand::MoveUp, 0, -1, 0, 0},
+    {NoteCommand::MoveRight, 1, 0, 0, 0}, {NoteCommand::MoveDown, 0, 1, 0, 0},
+    {NoteCommand::Narrower, 0, 0, -1, 0}, {NoteCommand::Lower, 0, 0, 0, -1},
+    {NoteCommand::Wider, 0, 0, 1, 0},     {NoteCommand::Higher, 0, 0, 0, 1},
 };
-std::optional<Step> StepOf(NoteCommand command) {
-    switch (command) {
-        case NoteCommand::MoveLeft:
-            return Step{-1, 0, 0, 0};
-        case NoteCommand::MoveUp:
-            return Step{0, -1, 0, 0};
-        case NoteCommand::MoveRight:
-            return Step{1, 0, 0, 0};
-        case NoteCommand::MoveDown:
-            return Step{0, 1, 0, 0};
-        case NoteCommand::Narrower:
-            return Step{0, 0, -1, 0};
-        case NoteCommand::Lower:
-            return Step{0, 0, 0, -1};
-        case NoteCommand::Wider:
-            return Step{0, 0, 1, 0};
-        case NoteCommand::Higher:
-            return Step{0, 0, 0, 1};
-        default:
-            return std::nullopt;
-    }
-}
 
 }  // namespace
 
@@ -73,10 +57,10 @@ void frmNote::OnKey(wxKeyEvent& event) {
         return;
     }
     ShowFocus(part);
-    if (const std::optional<Step> step = StepOf(command)) {
-        StepBy(kStepPixels * step->x, kStepPixels * step->y, kStepPixels * step->width,
-               kStepPixels * step->height);
-        return;
+    for (const auto& step : kSteps) {
+        if (step.command == command)
+            StepBy(kStepPixels * step.x, kStepPixels * step.y, kStepPixels * step.width,
+                   kStepPixels * step.height);
     }
     switch (command) {
         case NoteCommand::Menu:

@@ -10,6 +10,7 @@
 #include "dialogs/frmMessage.h"
 #include "model/Note.h"
 #include "model/StoredImage.h"
+#include "notes/NoteFont.h"
 #include "notes/NotePaint.h"
 #include "notes/NoteWindow.h"
 #include "notes/basNotes.h"
@@ -137,6 +138,19 @@ TEST_F(FrmProperties, EditingShowsTheNoteAndGivesItBack) {
     EXPECT_EQ(note.Text(), L"eins\r\nzwei");
     EXPECT_EQ(note.Color(), kYellow);  // the foreign colour became the one that was shown
     EXPECT_TRUE(note.FontNoteUnderlined());
+}
+
+TEST_F(FrmProperties, EachStyleHasItsBox) {
+    frmProperties* dialog = new frmProperties(L"Notiz bearbeiten");
+    for (std::size_t i = 0; i < std::size(kNoteStyles); ++i) {
+        NoteLook look;
+        look.*kNoteStyles[i].flag = true;
+        dialog->Fill({.text = L"x", .look = look});
+        EXPECT_EQ(dialog->chkForm[i]->GetLabel(), kNoteStyles[i].caption);
+        EXPECT_EQ(dialog->txtMessage->GetFont(), NoteFont(look));
+        EXPECT_EQ(dialog->Written({}).look, look);
+    }
+    dialog->Destroy();
 }
 
 TEST_F(FrmProperties, TheThreeBoxesStayAlike) {
