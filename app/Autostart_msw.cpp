@@ -6,6 +6,6 @@ std::wstring AutostartFileName() {
     return ExecutableFileName(ProgramFolder(), FileName(FilePath(ProgramPath()).filename()));
 }
 
-// The registry value is all that the system looks at.
+// The registry value is all that Windows looks at.
 void EnterInSession(const std::wstring&) {}
 void RemoveFromSession() {}

@@ -25,7 +25,7 @@ const char* const kItem = "lblDDERec";
 constexpr std::chrono::seconds kPatience{5};
 constexpr DWORD kRetryPauseMilliseconds = 20;
 
-// One side of the system's conversations.
+// One side of a DDE conversation.
 class Conversations {
   public:
     Conversations(PFNCALLBACK callback, DWORD flags) { DdeInitializeA(&instance_, callback, flags, 0); }
@@ -49,7 +49,7 @@ class Conversations {
 };
 
 class DdeCopy;
-DdeCopy* running = nullptr;  // whom the system's callback, which knows no object, calls
+DdeCopy* running = nullptr;  // whom the callback of Windows calls, which is given no object
 
 class DdeCopy : public RunningCopy {
   public:
@@ -186,7 +186,7 @@ bool Converse(const std::string& name) {
 }  // namespace
 
 bool HandOver(const std::wstring& fileName) {
-    // A copy that does not answer would keep the system's call for ever, so that waits in a thread that can
+    // A copy that does not answer would keep the call of Windows for ever, so that waits in a thread that can
     // be left behind.
     std::promise<bool> promise;
     std::future<bool> taken = promise.get_future();

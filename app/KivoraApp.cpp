@@ -8,7 +8,7 @@
 bool KivoraApp::OnInit() {
     // The hidden main window and notes come and go; only "Beenden" ends the program.
     SetExitOnFrameDelete(false);
-    // The toolkit's messages would open boxes of their own.
+    // wxWidgets' messages would open boxes of their own.
     delete wxLog::SetActiveTarget(new wxLogStderr);
     return true;
 }

@@ -1,5 +1,5 @@
 #pragma once
-// The toolkit's view of the program. What goes wrong unexpectedly is told on the error output, and the
+// What wxWidgets knows of the program. What goes wrong unexpectedly is told on the error output, and the
 // program carries on.
 
 #include <wx/app.h>
@@ -8,7 +8,7 @@
 
 class KivoraApp : public wxApp {
   public:
-    // run: what the program does, from the started toolkit to the end of the process.
+    // run: what the program does, from the start of wxWidgets to the end of the process.
     explicit KivoraApp(std::function<void()> run) : run_(std::move(run)) {}
 
     bool OnInit() override;

@@ -1,6 +1,6 @@
 #pragma once
 // Where copies of the program meet: a private folder of the user with a socket in it. Whoever holds the
-// folder's lock is the running copy. The system drops the lock of a killed process, and programs that clean
+// folder's lock is the running copy. The kernel drops the lock of a killed process, and programs that clean
 // up temporary folders leave a locked one alone.
 
 #include <sys/socket.h>

@@ -1,5 +1,5 @@
 #pragma once
-// What a program has to arrange with its platform before, while and after the toolkit runs.
+// What a program has to arrange with its platform before, while and after wxWidgets runs.
 
 #include <functional>
 #include <string>
@@ -14,17 +14,18 @@ std::vector<std::wstring> Arguments(int argc, char** argv);
 void PrintOut(const std::wstring& text);
 void PrintError(const std::wstring& text);
 
-// Language and window system, to be chosen before the toolkit starts.
+// Language and window system, to be chosen before wxWidgets starts.
 void PrepareToolkit();
 
-// How windows look, to be said when the toolkit has started and before there are any.
+// How windows look, to be said when wxWidgets has started and before there are any.
 void PrepareWindows();
 
 // To be called once, when the program has come up or does what it was started for. As soon as everything is
 // on the screen, the preparations that only made coming up cheaper are taken back.
 void SettleDown();
 
-// Calls `quit` from the event loop when the system asks the program to end, while this object lives.
+// Calls `quit` from the event loop when Windows or the session manager (by a signal) asks the program to end,
+// while this object lives.
 class EndRequests {
   public:
     explicit EndRequests(std::function<void()> quit);

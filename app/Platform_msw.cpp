@@ -45,16 +45,17 @@ std::vector<std::wstring> Arguments(int, char**) {
 void PrintOut(const std::wstring& text) { Write(STD_OUTPUT_HANDLE, text); }
 void PrintError(const std::wstring& text) { Write(STD_ERROR_HANDLE, text); }
 
-// Language and resolution are the system's and the manifest's; the toolkit only has to know where it is.
+// Windows chooses the language and the manifest says how resolutions are treated; wxWidgets only has to know
+// the module.
 void PrepareToolkit() { wxSetInstance(GetModuleHandleW(nullptr)); }
 void PrepareWindows() {}
 void SettleDown() {}
 
-// The system tells every window of the program; the first one is enough.
+// Windows tells every window of the program; the first one is enough.
 EndRequests::EndRequests(std::function<void()> quit) : quit_(std::move(quit)) {
     quitHandler = &quit_;
     static const bool bound = [] {
-        // Left to itself the toolkit would close windows while the user can still stay.
+        // Left to itself wxWidgets would close windows while the user can still decide to stay.
         wxTheApp->Bind(wxEVT_QUERY_END_SESSION, [](wxCloseEvent&) {});
         wxTheApp->Bind(wxEVT_END_SESSION, [](wxCloseEvent&) {
             if (quitHandler) (*quitHandler)();

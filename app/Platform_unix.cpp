@@ -15,7 +15,7 @@
 
 namespace {
 
-// The toolkit drops a key that no control of the window has asked for; this comes before it.
+// wxWidgets passes no key on when no control of the window has the focus; this handler is called before it.
 gboolean OnEvent(GtkWidget*, GdkEvent* event, gpointer window) {
     if (event->type != GDK_KEY_PRESS) return FALSE;
     wxKeyEvent key(wxEVT_KEY_DOWN);
@@ -42,17 +42,17 @@ void PrintOut(const std::wstring& text) { std::fputs(ToUtf8(text).c_str(), stdou
 void PrintError(const std::wstring& text) { std::fputs(ToUtf8(text).c_str(), stderr); }
 
 void PrepareToolkit() {
-    // Nobody sees the toolkit's texts while the program comes up: it asks for the names of a thousand
-    // properties, and each would be looked up in files that stay in memory.
+    // Nobody sees GTK's texts while the program comes up: it asks for the names of a thousand properties, and
+    // each would be looked up in files that stay in memory.
     setenv("LANGUAGE", "C", 1);
     // Asking the display for 3D, of which notes need none, would load the driver for it.
     if (const char* const value = std::getenv(kGl)) usersGl = value;
     setenv(kGl, "disable", 1);
-    // The few threads that the libraries start have next to nothing to keep.
+    // glibc would set memory aside for each of the few threads that the libraries start, which need next to
+    // none.
     mallopt(M_ARENA_MAX, 1);
 
-    // The toolkit's translations need a locale other than "C"; without one text input would be limited to
-    // ASCII, too.
+    // GTK's translations need a locale other than "C"; without one text input would be limited to ASCII, too.
     const char* locale = std::setlocale(LC_ALL, "");
     if (!locale || std::strcmp(std::setlocale(LC_CTYPE, nullptr), "C") == 0) setenv("LC_ALL", "C.UTF-8", 1);
     // Wayland tells no program where its windows are, and notes have to know it.
@@ -71,7 +71,7 @@ void PrepareWindows() {
 
 void SettleDown() {
     const auto settle = [](gpointer) -> gboolean {
-        // The program speaks German wherever it runs, and the toolkit's own texts must not differ. Values are
+        // The program speaks German wherever it runs, and GTK's own texts must not differ. Values are
         // only replaced here: other threads may be reading the environment.
         setenv("LANGUAGE", "de", 1);
         setenv(kGl, usersGl.c_str(), 1);

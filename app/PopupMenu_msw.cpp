@@ -21,7 +21,7 @@ int pictureHeight = 0;
 // fills the room between the two.
 constexpr int kRightEnd = 90;  // pixels
 
-// On the ground of a menu: the system copies it as it is.
+// The picture on the ground of a menu, because it is copied to the screen without regard to transparency.
 wxBitmap OnMenuGround(const wxBitmap& bitmap) {
     constexpr int kColours = 24;  // bits, so that there is no transparency
     wxBitmap opaque(bitmap.GetSize(), kColours);

@@ -29,7 +29,7 @@ EventPtr TriggerEvent(GdkWindow* window, GdkDevice* pointer) {
     return event;
 }
 
-// The toolkit's own way to open a menu needs a visible window, and the main window is none.
+// wxWidgets' PopupMenu needs a visible window, and the main window is none.
 void Open(GtkMenu* menu, std::optional<wxPoint> at) {
     GdkDevice* pointer = gdk_seat_get_pointer(gdk_display_get_default_seat(gdk_display_get_default()));
     GdkScreen* screen = nullptr;

@@ -152,7 +152,7 @@ void Program::Unload() {
 
 int RunProgram(const StartRequest& request, std::unique_ptr<RunningCopy> role, char* programName) {
     const bool runningCopy = role != nullptr;
-    // Lives longer than the windows, which the toolkit destroys at its own end.
+    // Lives longer than the windows, which wxWidgets destroys when it ends.
     std::optional<Program> program;
     auto* app = new KivoraApp([&] {
         program.emplace(std::move(role));
@@ -169,7 +169,7 @@ int RunProgram(const StartRequest& request, std::unique_ptr<RunningCopy> role, c
         }
     });
     wxApp::SetInstance(app);
-    // The arguments are read already, and the toolkit would find options of its own among them.
+    // The arguments are read already, and wxWidgets would find options of its own among them.
     int count = 1;
     char* arguments[] = {programName, nullptr};
     bool started = false;

@@ -53,5 +53,5 @@ class Program {
     bool loaded_ = false;             // the store holds what is saved, so it may be saved
 };
 
-// Starts the toolkit, does what was asked for and returns the process's exit code: 1 without a display.
+// Starts wxWidgets, does what was asked for and returns the process's exit code: 1 without a display.
 int RunProgram(const StartRequest& request, std::unique_ptr<RunningCopy> role, char* programName);

@@ -37,8 +37,8 @@ void frmSplash::ShowForAMoment() {
 
 void frmSplash::OnPaint(wxPaintEvent&) {
     wxPaintDC dc(this);
-    // In strips: pictures go to the display through memory shared with it, which stays for good and has a
-    // size that goes by the first of them.
+    // In strips: GTK hands pictures to the X server through shared memory that it keeps for good, as much as
+    // the first picture took.
     for (int top = 0; picture_.IsOk() && top < picture_.GetHeight(); top += kStrip) {
         const int height = std::min(kStrip, picture_.GetHeight() - top);
         wxBitmap strip = picture_.GetSubBitmap(wxRect(0, top, picture_.GetWidth(), height));

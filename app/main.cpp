@@ -44,7 +44,7 @@ int main(int argc, char** argv) {
             break;
     }
 
-    // Everything that another copy can do is done before the toolkit starts.
+    // Everything that another copy can do is done before wxWidgets starts.
     std::unique_ptr<RunningCopy> role;
     if (request.kind != StartRequest::Print) role = RunningCopy::Claim();
     if (!role && request.kind == StartRequest::Resident) return 0;

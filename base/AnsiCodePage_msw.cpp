@@ -1,4 +1,4 @@
-// The system's ANSI code page.
+// The ANSI code page of Windows.
 #include <windows.h>
 
 #include "base/basText.h"
@@ -11,7 +11,7 @@ bool IsPair(wchar_t left, wchar_t right) {
     return left >= 0xD800 && left <= 0xDBFF && right >= 0xDC00 && right <= 0xDFFF;
 }
 
-// No code page of bytes has characters beyond the first plane; the two halves of one are one character.
+// A character beyond U+FFFF is two units of wchar_t and is in no code page: it becomes one '?', not two.
 std::wstring WithoutPairs(std::wstring_view text) {
     std::wstring result;
     result.reserve(text.size());
@@ -26,11 +26,11 @@ std::wstring WithoutPairs(std::wstring_view text) {
 }  // namespace
 
 std::string ToAnsi(std::wstring_view text) {
-    // A system can be set to this one, which knows no replacement.
+    // Windows can be set to UTF-8 as its ANSI code page; then asking for a replacement fails.
     if (GetACP() == CP_UTF8) return ToUtf8(text);
     const std::wstring wide = WithoutPairs(text);
     const int length = static_cast<int>(wide.size());
-    // Letters that merely look alike are no replacement either.
+    // Without the flag, Windows would put letters that merely look alike.
     const auto convert = [&](char* bytes, int size) {
         return WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, wide.data(), length, bytes, size, "?",
                                    nullptr);

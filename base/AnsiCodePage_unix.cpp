@@ -1,4 +1,4 @@
-// Windows-1252, which is the ANSI code page of the systems that share files and notes with this one.
+// Windows-1252: the ANSI code page of the Windows computers that share files and notes with this one.
 #include <array>
 
 #include "base/basText.h"

@@ -14,7 +14,7 @@ std::wstring Now(const char* localForm, const char* germanForm) {
     std::tm now{};
     localtime_r(&seconds, &now);
 
-    // The locale of the environment, whatever the toolkit has made of the process's own.
+    // The locale of the environment, whatever GTK has made of the process's own.
     const locale_t locale = newlocale(LC_TIME_MASK | LC_CTYPE_MASK, "", nullptr);
     const std::unique_ptr<std::remove_pointer_t<locale_t>, decltype(&freelocale)> owner(locale, &freelocale);
     const char* variable = nullptr;

@@ -1,6 +1,6 @@
 #pragma once
-// Names of files as text. A name may hold bytes that are no text in the system's encoding; they survive the
-// way from bytes to text and back, so every file can be named.
+// Names of files as text. A name may hold bytes that are no text in UTF-8, or half characters on Windows;
+// they survive the way from bytes to text and back, so every file can be named.
 
 #include <filesystem>
 #include <string>

@@ -1,4 +1,4 @@
-// Names are text here already.
+// Names of files are text in Windows (UTF-16), so nothing has to be converted.
 #include <windows.h>
 
 #include "base/FileName.h"
@@ -7,7 +7,7 @@ std::wstring FileName(const std::filesystem::path& path) { return path.native();
 
 std::filesystem::path FilePath(const std::wstring& name) { return name; }
 
-// The library's own call takes the name of another computer for a folder.
+// std::filesystem::absolute takes the computer in "\\computer\folder" for a folder.
 std::wstring AbsoluteFileName(const std::wstring& name) {
     std::wstring absolute(GetFullPathNameW(name.c_str(), 0, nullptr, nullptr), L'\0');
     const auto room = static_cast<DWORD>(absolute.size());

@@ -68,7 +68,7 @@ std::wstring ProgramPath() {
     std::error_code failed;
     const std::filesystem::path path = std::filesystem::read_symlink("/proc/self/exe", failed);
     std::string name = path.native();
-    // What the system says when the program was replaced while it runs.
+    // What the kernel appends when the program was replaced while it runs.
     const std::string replaced = " (deleted)";
     if (name.ends_with(replaced) && !std::filesystem::exists(path, failed)) {
         name.resize(name.size() - replaced.size());

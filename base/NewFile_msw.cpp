@@ -1,4 +1,4 @@
-// The folders of a user's profile are his alone already.
+// Nothing is done to keep other users out: these files lie in the user's profile, where others cannot read.
 #include <windows.h>
 
 #include <algorithm>

@@ -19,7 +19,8 @@ bool WriteAll(int file, std::string_view bytes) {
     return fsync(file) == 0;
 }
 
-// Some file systems have no such thing for folders; what can be done is done then.
+// A new name is on the disk once its folder has been synchronized. Some file systems cannot do that for
+// folders; then the name is kept with the file system's next write, which is all that there is.
 void KeepName(const std::filesystem::path& folder) {
     const int opened = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (opened < 0) return;

@@ -41,7 +41,7 @@ class ResourceBundle : public wxBitmapBundleImpl {
         wxBitmap& bitmap = made_[{size.x, size.y}];
         if (!bitmap.IsOk()) {
             bitmap = Make(size);
-            // The same factor that the toolkit would set: it copies the pixels of a bitmap to change it.
+            // Set here, because wxWidgets would otherwise copy all pixels to set the same factor.
             bitmap.SetScaleFactor(static_cast<double>(size.y) / GetDefaultSize().y);
         }
         return bitmap;
