@@ -1,6 +1,8 @@
 #pragma once
-// Looks up the address of a network name while the program goes on with its events. One object is one
-// look-up; destroying it abandons the look-up, also from within its answer.
+// Looks up the address of a network name while the program goes on with its events: for the address book,
+// which checks what is typed, and for the sockets, which connect. One object is one look-up; destroying it
+// abandons the look-up, also from within its answer. Called, and answered, in the thread of the user
+// interface.
 
 #include <functional>
 #include <memory>
@@ -20,6 +22,8 @@ class NameLookup {
 
   private:
     struct Running;
+    static std::shared_ptr<Running> Start(const std::wstring& trimmedName, Answer answer);
+
     std::shared_ptr<Running> running_;
 };
 

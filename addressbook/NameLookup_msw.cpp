@@ -11,12 +11,7 @@ namespace {
 constexpr UINT kAnswered = WM_APP;
 const wchar_t* const kWindowClass = L"KivoraNameLookup";
 
-std::wstring Trimmed(const std::wstring& name) {
-    const std::size_t first = name.find_first_not_of(L' ');
-    return first == name.npos ? L"" : name.substr(first, name.find_last_not_of(L' ') - first + 1);
-}
-
-// The sockets of the system, in use from the first look-up to the end.
+// Windows' sockets have to be started before the first look-up; they stay in use until the program ends.
 void StartSockets() {
     static WSADATA data;
     static const int started = WSAStartup(MAKEWORD(2, 2), &data);
@@ -71,9 +66,11 @@ struct NameLookup::Running {
     }
 };
 
-NameLookup::NameLookup(const std::wstring& name, Answer answer) : running_(new Running{std::move(answer)}) {
+std::shared_ptr<NameLookup::Running> NameLookup::Start(const std::wstring& name, Answer answer) {
     StartSockets();
-    running_->Begin(ToAnsi(Trimmed(name)));
+    const std::shared_ptr<Running> started(new Running{std::move(answer)});
+    started->Begin(ToAnsi(name));
+    return started;
 }
 
 NameLookup::~NameLookup() = default;

@@ -12,11 +12,6 @@ struct NameLookup::Running {
 
 namespace {
 
-std::wstring Trimmed(const std::wstring& name) {
-    const std::size_t first = name.find_first_not_of(L' ');
-    return first == name.npos ? L"" : name.substr(first, name.find_last_not_of(L' ') - first + 1);
-}
-
 std::wstring FirstAddress(GResolver* resolver, GAsyncResult* result) {
     GList* const addresses = g_resolver_lookup_by_name_with_flags_finish(resolver, result, nullptr);
     if (!addresses) return {};
@@ -29,11 +24,11 @@ std::wstring FirstAddress(GResolver* resolver, GAsyncResult* result) {
 
 }  // namespace
 
-NameLookup::NameLookup(const std::wstring& name, Answer answer) : running_(new Running{std::move(answer)}) {
+std::shared_ptr<NameLookup::Running> NameLookup::Start(const std::wstring& name, Answer answer) {
+    const std::shared_ptr<Running> started(new Running{std::move(answer)});
     GResolver* const resolver = g_resolver_get_default();
     g_resolver_lookup_by_name_with_flags_async(
-        resolver, ToUtf8(Trimmed(name)).c_str(), G_RESOLVER_NAME_LOOKUP_FLAGS_IPV4_ONLY,
-        running_->cancellable,
+        resolver, ToUtf8(name).c_str(), G_RESOLVER_NAME_LOOKUP_FLAGS_IPV4_ONLY, started->cancellable,
         [](GObject* source, GAsyncResult* result, gpointer data) {
             const std::unique_ptr<std::shared_ptr<Running>> running(
                 static_cast<std::shared_ptr<Running>*>(data));
@@ -42,8 +37,9 @@ NameLookup::NameLookup(const std::wstring& name, Answer answer) : running_(new R
             const Answer answer = (*running)->answer;
             if (answer) answer(address);
         },
-        new std::shared_ptr<Running>(running_));
+        new std::shared_ptr<Running>(started));
     g_object_unref(resolver);
+    return started;
 }
 
 NameLookup::~NameLookup() {
