@@ -7,13 +7,13 @@
 
 #include "addressbook/AddressKeys.h"
 #include "addressbook/NameLookup.h"
+#include "dialogs/DialogLayout.h"
 #include "dialogs/basMessage.h"
 #include "dialogs/basWait.h"
-#include "dialogs/frmDialog.h"
 
 namespace {
 
-// The registry gives no longer texts back.
+// A longer text could be kept, but not read back from the registry.
 constexpr unsigned long kLongestText = 4095;
 
 void FilterKey(wxKeyEvent& event) {

@@ -1,6 +1,6 @@
 #pragma once
-// The system's own list with a check box in front of every row and a heading above every column. Column 0
-// has the check box, the columns from 1 have texts. Rows count from 0.
+// A list with a check box in front of every row and a heading above every column: GTK's tree view, or the
+// list view of Windows. Column 0 has the check box, the columns from 1 have texts. Rows count from 0.
 
 #include <functional>
 #include <memory>

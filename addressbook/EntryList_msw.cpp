@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "addressbook/EntryList.h"
-#include "dialogs/frmDialog.h"
+#include "dialogs/DialogLayout.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 
 #include "addressbook/EntryList.h"
 #include "base/basText.h"
-#include "dialogs/frmDialog.h"
+#include "dialogs/DialogLayout.h"
 
 namespace {
 
@@ -123,7 +123,8 @@ class EntryTree : public EntryList {
     static void OnToggled(GtkCellRendererToggle*, char* path, EntryTree* list) {
         list->Toggle(std::atoi(path));
     }
-    // The toolkit does not see the keys of a widget that is not its own, but the dialog has a use for some.
+    // wxWidgets does not see keys in this widget, which is GTK's own; those that the dialog has a use for are
+    // passed on.
     static gboolean OnKey(GtkWidget*, GdkEventKey* key, EntryTree* list) {
         const struct {
             unsigned pressed;

@@ -51,7 +51,7 @@ int frmAddressbookEntryEdit::ShowModal(const std::vector<clsAddressBookEntry>& E
 
 void frmAddressbookEntryEdit::OnLeave(wxTextCtrl* box) {
     // Another window of the desktop may have taken the focus, but then the box was not left.
-    if (Tag() != L"waiting" || FindFocus() == box) return;
+    if (State() != DialogState::Waiting || FindFocus() == box) return;
     TakeOver();
 }
 
@@ -69,7 +69,7 @@ void frmAddressbookEntryEdit::OnSelect() {
 void frmAddressbookEntryEdit::OnClose() {
     // While an address is looked up, closing gives that up.
     if (checking_) TakeOverComment();
-    if (checking_ || TakeOverAll()) SetTag(L"cancel");
+    if (checking_ || TakeOverAll()) End(DialogState::Cancel);
 }
 
 void frmAddressbookEntryEdit::Fill() {
@@ -106,8 +106,8 @@ bool frmAddressbookEntryEdit::TakeOverAddress() {
     if (address == GetAddressBookEntry(name_)->IP()) return true;
     // What is being checked has to stay as it is.
     txtIP->SetEditable(false);
-    const bool accepted = AcceptAddress(address, [this] { return Tag() != L"waiting"; });
-    if (IsQuitting() || Tag() != L"waiting") return false;
+    const bool accepted = AcceptAddress(address, [this] { return State() != DialogState::Waiting; });
+    if (IsQuitting() || State() != DialogState::Waiting) return false;
     txtIP->SetEditable(true);
     if (!accepted) {
         Refuse(txtIP);

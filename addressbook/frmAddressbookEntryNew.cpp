@@ -34,13 +34,13 @@ void frmAddressbookEntryNew::Confirm() {
     checking_ = true;
     fields_->Disable();
     UpdateButtons();
-    const bool accepted = AcceptAddress(entry.IP(), [this] { return Tag() != L"waiting"; });
-    if (IsQuitting() || Tag() != L"waiting") return;
+    const bool accepted = AcceptAddress(entry.IP(), [this] { return State() != DialogState::Waiting; });
+    if (IsQuitting() || State() != DialogState::Waiting) return;
     checking_ = false;
     fields_->Enable();
     UpdateButtons();
     if (accepted)
-        SetTag(L"ok");
+        End(DialogState::Ok);
     else
         txtIP->SetFocus();
 }

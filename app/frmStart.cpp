@@ -5,9 +5,9 @@
 #include "app/Autostart.h"
 #include "app/PopupMenu.h"
 #include "app/frmInfo.h"
+#include "dialogs/DialogStack.h"
 #include "dialogs/basHelp.h"
 #include "dialogs/basWait.h"
-#include "dialogs/frmDialog.h"
 #include "notes/NoteStore.h"
 #include "notes/NoteWindow.h"
 #include "notes/basNotes.h"
@@ -15,7 +15,7 @@
 
 namespace {
 
-// Menu ids of the toolkit begin behind those that it uses itself.
+// wxWidgets uses ids up to wxID_HIGHEST itself.
 int IdOf(MenuItem item) { return wxID_HIGHEST + 1 + static_cast<int>(item); }
 MenuItem ItemOf(int id) { return static_cast<MenuItem>(id - wxID_HIGHEST - 1); }
 
@@ -46,16 +46,17 @@ frmStart::frmStart(NoteStore& store, std::function<void()> quit)
     };
     notIcon.Events.MouseUp = [this](int button) {
         if (button == 1) {
-            // An open dialog keeps the keyboard, also the one that a double click has opened before its
-            // second release. Else the topmost note gets it: who came by it to the icon goes on from there.
+            // A dialog that is open gets the keyboard; it may have been opened by the same double click,
+            // which ends with another release of the button. Without a dialog the topmost note gets the
+            // keyboard, so that the notes can be reached from the icon without the mouse.
             frmNote* top = ActivateApplication();
-            if (!frmDialog::ActivateNewest() && top) ActivateNoteWindow(*top);
+            if (!ActivateNewestDialog() && top) ActivateNoteWindow(*top);
         }
         if (button == 2) notIcon.Events.ContextMenu();
     };
     notIcon.Events.ContextMenu = [this] {
         ActivateApplication();
-        frmDialog::ActivateNewest();  // it stays above the notes that have come to the front
+        ActivateNewestDialog();  // the notes that have just come to the front would cover it
         ShowPopupMenu(nullptr);
     };
     notIcon.Menu = {[this] { return DescribeMenu(nullptr); },

@@ -2,5 +2,5 @@
 
 class wxTextCtrl;
 
-// The height that a box of one line needs in the system's look and font.
+// The height in pixels that a box of one line needs in the desktop's theme and font.
 int HeightOf(const wxTextCtrl& box);

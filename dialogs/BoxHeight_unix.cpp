@@ -3,7 +3,8 @@
 
 #include "dialogs/BoxHeight.h"
 
-// The toolkit's own answer leaves the theme's padding out at first and adds it again with every question.
+// GTK is asked directly: wxWidgets' GetBestSize leaves the theme's padding out at the first call and adds it
+// once more at every further one.
 int HeightOf(const wxTextCtrl& box) {
     int least = 0, natural = 0;
     gtk_widget_get_preferred_height(box.GetHandle(), &least, &natural);

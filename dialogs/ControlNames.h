@@ -14,7 +14,7 @@ void NameControls(wxWindow& parent);
 // The same for one pair; for controls that do not follow their label.
 void JoinLabel(wxWindow& label, wxWindow& control);
 
-// Does what Alt and the key of a caption in this window mean, where the toolkit does not do so by itself:
+// Does what Alt and the key of a caption in this window mean, where GTK or Windows does not do so by itself:
 // gives the focus to the control joined with a label, presses a button. False when there is nothing to do.
 bool FollowKey(wxWindow& window, const wxKeyEvent& event);
 

@@ -19,8 +19,8 @@
 
 namespace {
 
-// Calls something with the system's service that tells readers other names and roles than it would itself. A
-// system without that service keeps its own.
+// Calls something with the service of Windows (Dynamic Annotation) by which screen readers are told other
+// names and roles than Windows would give. Where that service is missing, Windows' own names remain.
 template <class Action>
 void Annotate(const Action& action) {
     static IAccPropServices* const service = [] {
@@ -71,7 +71,7 @@ void Collect(wxWindow& parent, wchar_t key, std::vector<wxWindow*>& captions) {
     }
 }
 
-// The system's windows that stand for a control: numbers have a box beside their arrows.
+// The Windows windows of a control: a number has two, its box and the arrows beside it.
 std::vector<HWND> WindowsOf(const wxWindow& control) {
     const HWND window = control.GetHandle();
     if (!IsOneOf<wxSpinCtrl>(control)) return {window};
@@ -80,8 +80,8 @@ std::vector<HWND> WindowsOf(const wxWindow& control) {
 
 }  // namespace
 
-// The system would call a control by the label right before it, but takes no notice of frames, and would look
-// for keys in the panel alone that has the focus.
+// Windows would call a control by the label right before it, but takes no notice of frames, and would look
+// for keys only in the panel that has the focus.
 void JoinLabel(wxWindow& label, wxWindow& control) {
     label.SetClientObject(new Joined(control));
     if (!IsPressed(control)) NameControl(control, wxControl::RemoveMnemonics(label.GetLabel()));
@@ -107,7 +107,7 @@ bool FollowKey(wxWindow& window, const wxKeyEvent& event) {
     return true;
 }
 
-// The system knows dialogs, and readers read what stands in them.
+// Windows announces its dialogs as what they are, and screen readers read all that stands in them.
 void AnnounceAs(wxWindow&, DialogRole) {}
 
 void NameControl(wxWindow& control, const wxString& name) {

@@ -5,7 +5,8 @@
 
 namespace {
 
-// The first widget at or below another one that passes; the toolkit wraps its controls in others.
+// The first widget at or below another one that passes; wxWidgets wraps the widgets of its controls in
+// others.
 GtkWidget* FindWidget(GtkWidget* widget, bool (*passes)(GtkWidget*)) {
     if (passes(widget)) return widget;
     if (!GTK_IS_CONTAINER(widget)) return nullptr;
@@ -48,7 +49,7 @@ void JoinLabel(wxWindow& label, wxWindow& control) {
     if (!widget) return;
     GtkWidget* target = WidgetOf(control);
     gtk_label_set_mnemonic_widget(widget, target);
-    // When idle the toolkit joins the caption of a frame with what stands behind the frame.
+    // When idle wxWidgets joins the caption of a frame with the control that follows the frame.
     g_signal_connect_object(widget, "notify::mnemonic-widget", G_CALLBACK(KeepJoined), target,
                             static_cast<GConnectFlags>(0));
 }

@@ -3,12 +3,12 @@
 #include <memory>
 
 #include "base/basText.h"
+#include "dialogs/DialogStack.h"
 #include "dialogs/basWait.h"
-#include "dialogs/frmDialog.h"
 
 namespace {
 
-// A path that the toolkit gives away, if there is one.
+// A path that GTK has allocated for its caller, if there is one.
 std::optional<std::filesystem::path> Path(char* given) {
     const std::unique_ptr<char, decltype(&g_free)> name(given, g_free);
     if (!name) return std::nullopt;

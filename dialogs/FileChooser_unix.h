@@ -1,5 +1,5 @@
 #pragma once
-// The desktop's dialog for choosing a file. Not the toolkit's own call for it: that waits in a loop which
+// GTK's dialog for choosing a file. Not by way of wxFileDialog: that waits in a loop of GTK's own, which
 // quitting the program cannot end.
 
 #include <gtk/gtk.h>

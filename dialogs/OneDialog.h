@@ -8,7 +8,7 @@
 
 #include <utility>
 
-#include "dialogs/frmDialog.h"
+#include "dialogs/DialogWindow.h"
 
 class OneDialog {
   public:
@@ -21,7 +21,7 @@ class OneDialog {
     }
 
     // Holds a dialog that nobody waits for: it counts as open while it is on the screen.
-    void Hold(frmDialog& dialog) { dialog_ = &dialog; }
+    void Hold(DialogWindow& dialog) { dialog_ = &dialog; }
 
     // An operation that is under way as long as this lives, also between its dialogs.
     class Operation {
@@ -54,6 +54,6 @@ class OneDialog {
     };
 
   private:
-    wxWeakRef<frmDialog> dialog_;  // the last one; it may have gone from the screen
+    wxWeakRef<DialogWindow> dialog_;  // the last one; it may have gone from the screen
     int uses_ = 0;
 };

@@ -6,7 +6,7 @@
 
 namespace {
 
-// A distribution keeps pages away from programs.
+// The pages lie in a folder beside the program, or where Linux packages put them: in share/ beside bin/.
 std::filesystem::path HelpFile(const std::wstring& page) {
     const std::filesystem::path program = FilePath(ProgramFolder());
     const std::filesystem::path beside = program / "hilfe" / FilePath(page);

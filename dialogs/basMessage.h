@@ -5,13 +5,7 @@
 #include <functional>
 #include <string>
 
-// Flags: 16 critical, 48 exclamation, 64 information; +4 for the buttons Yes and No instead of OK.
-constexpr int kCritical = 16;
-constexpr int kExclamation = 48;
-constexpr int kInformation = 64;
-constexpr int kYesNo = 4;
-
-enum class MessageAnswer { OK = 1, Yes = 6, No = 7 };
+#include "dialogs/MessageFlags.h"
 
 // Shows the box and lets events run until it is answered. Closing it or Esc answers OK, or No where that is a
 // choice; so does quitting the program.

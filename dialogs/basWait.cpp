@@ -12,11 +12,11 @@ struct Wait {
     const std::function<bool()>* condition;
 };
 
-std::vector<Wait> waits;  // innermost last
-std::vector<std::function<void()>*> others;
+std::vector<Wait> waits;                           // innermost last
+std::vector<std::function<void()>*> foreignLoops;  // what ends them
 bool quitting = false;
 
-// A timer that ends its loop; which of several reasons ended it, the wait finds out by itself.
+// Ends its loop when the limit has passed. The wait then sees for itself why its loop has ended.
 class LimitTimer : public wxTimer {
   public:
     explicit LimitTimer(wxGUIEventLoop& loop) : loop_(loop) {}
@@ -57,11 +57,13 @@ void WakeWaits() {
 void EndAllWaits() {
     quitting = true;
     for (const Wait& wait : waits) wait.loop->ScheduleExit();
-    for (const auto* end : others) (*end)();
+    for (const auto* end : foreignLoops) (*end)();
 }
 
-EndedWithWaits::EndedWithWaits(std::function<void()> end) : end_(std::move(end)) { others.push_back(&end_); }
-EndedWithWaits::~EndedWithWaits() { std::erase(others, &end_); }
+EndedWithWaits::EndedWithWaits(std::function<void()> end) : end_(std::move(end)) {
+    foreignLoops.push_back(&end_);
+}
+EndedWithWaits::~EndedWithWaits() { std::erase(foreignLoops, &end_); }
 
 bool IsQuitting() { return quitting; }
 

@@ -8,7 +8,7 @@
 #include <algorithm>
 
 #include "dialogs/ControlNames.h"
-#include "dialogs/basMessage.h"
+#include "dialogs/MessageFlags.h"
 #include "res/Resources.h"
 
 namespace {
@@ -92,7 +92,7 @@ void Fill(wxStaticText& label, const std::wstring& text, int width, int mostLine
 
 }  // namespace
 
-frmMessage::frmMessage(const std::wstring& text, int flags, const wxString& title) : frmDialog(title, L"") {
+frmMessage::frmMessage(const std::wstring& text, int flags, const wxString& title) : DialogWindow(title) {
     auto* content = new wxBoxSizer(wxHORIZONTAL);
     const Kind kind = KindOf(flags);
     auto* picture = new wxStaticBitmap(this, wxID_ANY, LoadPicture(kind.picture));

@@ -78,7 +78,7 @@ void frmExport::Confirm() {
         if (IsQuitting()) return;
         asking_ = false;
         // The dialog may have been cancelled behind the question.
-        if (answer != MessageAnswer::Yes || Tag() != L"waiting") return;
+        if (answer != MessageAnswer::Yes || State() != DialogState::Waiting) return;
     }
-    SetTag(L"ok");
+    End(DialogState::Ok);
 }

@@ -6,7 +6,7 @@
 #include <wx/statbox.h>
 #include <wx/wupdlock.h>
 
-#include "dialogs/frmDialog.h"
+#include "dialogs/DialogLayout.h"
 #include "notes/ListRows.h"
 #include "notes/NoteStore.h"
 

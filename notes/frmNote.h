@@ -13,7 +13,7 @@
 #include <optional>
 #include <string>
 
-#include "dialogs/frmDialog.h"
+#include "dialogs/DialogStack.h"
 #include "model/Note.h"
 #include "model/NoteLayout.h"
 #include "notes/NoteAccess.h"

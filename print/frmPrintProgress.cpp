@@ -32,7 +32,6 @@ frmPrintProgress::frmPrintProgress() : frmDialog(L"Drucken", L"ch3_print.html") 
     content->Add(picProgress, wxSizerFlags().Expand());
     SetContent(content, CreateButtons(wxString(), L"A&bbrechen"));
     NamePicture(*picProgress, PictureRole::ProgressBar, L"0 % gedruckt");
-    SetTag(L"waiting");
 }
 
 void frmPrintProgress::PaintBar() {

@@ -16,7 +16,7 @@ class frmPrintProgress : public frmDialog {
     void Value(int percent);
 
     // The user wants the printing to stop.
-    bool Cancelled() const { return Tag() == L"cancel"; }
+    bool Cancelled() const { return State() == DialogState::Cancel; }
 
     wxWindow* picProgress = nullptr;
     using frmDialog::cmdAbbrechen;

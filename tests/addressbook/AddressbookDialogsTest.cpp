@@ -170,7 +170,7 @@ TEST_F(AddressbookDialogs, EditingTakesOverWhatIsLeft) {
         dialog->txtIP->SetValue(kNowhere);
         Press(dialog->cmdSchliessen);
         EXPECT_EQ(messages.back(), kUnreachable);
-        EXPECT_EQ(dialog->Tag(), L"waiting");
+        EXPECT_EQ(dialog->State(), DialogState::Waiting);
         answer = MessageAnswer::Yes;
         Press(dialog->cmdSchliessen);
     });
@@ -202,7 +202,7 @@ TEST_F(AddressbookDialogs, WhatIsTypedWhileAnAddressIsLookedUpIsKept) {
             dialog->txtComment->SetValue(L"inzwischen");
             if (row.impatient) {
                 wxTheApp->CallAfter([&] { Press(dialog->cmdSchliessen); });
-                WaitUntil([&] { return dialog->Tag() != L"waiting"; });
+                WaitUntil([&] { return dialog->State() != DialogState::Waiting; });
             }
             return MessageAnswer::Yes;
         });

@@ -50,7 +50,7 @@ class NoPrinting : public PrintSystem {
     Started Start(const PrinterSettings&, const std::wstring&) override { return {}; }
 };
 
-// Keys that are there twice because the captions are fixed: the toolkit leads to one after the other.
+// Keys that are there twice because the captions are fixed: they lead to one control after the other.
 const std::map<std::string, std::wstring> kSharedKeys = {
     {"address book", L"a"},  // "Be&arbeiten...", "&Alle"
     {"address book, picking", L"a"},
@@ -87,19 +87,16 @@ std::vector<wxWindow*> ControlsOf(wxWindow* dialog) {
 
 wchar_t KeyOf(const wxWindow* window) {
     if (!IsOneOf<wxButton, wxCheckBox, wxRadioButton, wxStaticText, wxStaticBox>(window)) return 0;
-    const std::wstring label = window->GetLabel().ToStdWstring();
-    for (std::size_t i = 0; i + 1 < label.size(); ++i) {
-        if (label[i] != L'&') continue;
-        if (label[i + 1] != L'&') return static_cast<wchar_t>(wxTolower(label[i + 1]));
-        ++i;
-    }
-    return 0;
+    const int place = wxControl::FindAccelIndex(window->GetLabel());
+    if (place == wxNOT_FOUND) return 0;
+    const wxString text = wxControl::RemoveMnemonics(window->GetLabel());
+    return static_cast<wchar_t>(wxTolower(text[static_cast<std::size_t>(place)]));
 }
 
 // How a failure calls a window.
 std::string Called(const wxWindow* window) {
-    const std::string label = window->GetLabel().utf8_string();
-    return std::string(wxString(window->GetClassInfo()->GetClassName()).utf8_str()) + " \"" + label + "\"";
+    return (wxString(window->GetClassInfo()->GetClassName()) + L" \"" + window->GetLabel() + L"\"")
+        .utf8_string();
 }
 
 std::string Text(const wxSize& size) { return std::to_string(size.x) + "x" + std::to_string(size.y); }
@@ -131,7 +128,7 @@ bool IsCut(wxWindow* window) {
     return false;
 }
 
-void ExpectEverythingInItsPlace(frmDialog& dialog) {
+void ExpectEverythingInItsPlace(DialogWindow& dialog) {
     const std::vector<wxWindow*> all = ControlsOf(&dialog);
     for (wxWindow* window : all) {
         wxWindow* parent = window->GetParent();
@@ -163,7 +160,7 @@ void ExpectEverythingInItsPlace(frmDialog& dialog) {
 }
 
 // Waits until the dialog is on the screen within the frame that the window manager gives it.
-void Settle(frmDialog& dialog) {
+void Settle(DialogWindow& dialog) {
     RunUntil([&] { return dialog.IsActive() && dialog.GetSize() != dialog.GetClientSize(); });
     RunEvents();
 }
@@ -223,10 +220,10 @@ class Dialogs : public testing::Test {
     }
 
     // Does something with each dialog on the screen.
-    void ForEach(const std::function<void(const std::string& name, frmDialog&)>& act) {
+    void ForEach(const std::function<void(const std::string& name, DialogWindow&)>& act) {
         for (const NamedDialog& each : all) {
             SCOPED_TRACE(each.name);
-            frmDialog* dialog = each.make();
+            DialogWindow* dialog = each.make();
             dialog->Show();
             Settle(*dialog);
             act(each.name, *dialog);
@@ -236,7 +233,7 @@ class Dialogs : public testing::Test {
     }
 
     void ExpectRoomAtEverySize() {
-        ForEach([](const std::string&, frmDialog& dialog) {
+        ForEach([](const std::string&, DialogWindow& dialog) {
             const wxSize first = dialog.GetSize();
             const auto check = [&](const char* name, const wxSize& wanted) {
                 SCOPED_TRACE(name);
@@ -264,11 +261,9 @@ class Dialogs : public testing::Test {
 };
 
 TEST_F(Dialogs, KeysAreUniqueAndLeadToTheControlBehindThem) {
-    ForEach([](const std::string& name, frmDialog& dialog) {
+    ForEach([](const std::string& name, DialogWindow& dialog) {
         const std::vector<wxWindow*> controls = ControlsOf(&dialog);
         std::map<wchar_t, wxWindow*> keys;
-        const auto allowed = kSharedKeys.find(name);
-        const std::wstring mayBeShared = allowed == kSharedKeys.end() ? std::wstring() : allowed->second;
         std::wstring shared;
         for (std::size_t i = 0; i < controls.size(); ++i) {
             wxWindow* caption = controls[i];
@@ -291,12 +286,12 @@ TEST_F(Dialogs, KeysAreUniqueAndLeadToTheControlBehindThem) {
             // Behind a label a button is pressed or gone to, as the platform has it.
             EXPECT_TRUE((moved && !isButton) || RunUntil([&] { return pressed; })) << Called(caption);
         }
-        EXPECT_EQ(shared, mayBeShared);
+        EXPECT_EQ(shared, kSharedKeys.count(name) ? kSharedKeys.at(name) : L"");
     });
 }
 
 TEST_F(Dialogs, EnterConfirmsAndEscCancels) {
-    ForEach([this](const std::string& name, frmDialog& dialog) {
+    ForEach([this](const std::string& name, DialogWindow& dialog) {
         wxWindow* button = nullptr;
         for (const int id : {wxID_OK, wxID_CANCEL}) {
             wxWindow* found = dialog.FindWindow(id);
@@ -306,19 +301,19 @@ TEST_F(Dialogs, EnterConfirmsAndEscCancels) {
         cancelled = false;
         if (kWithoutDefault.count(name)) {
             PressEnter(*button);
-            EXPECT_FALSE(RunUntil([&] { return cancelled || dialog.Tag() == L"cancel"; }, 500ms));
+            EXPECT_FALSE(RunUntil([&] { return cancelled || dialog.State() == DialogState::Cancel; }, 500ms));
         } else {
             EXPECT_TRUE(IsDefaultOf(dialog, *button));
         }
         wxKeyEvent escape(wxEVT_CHAR_HOOK);
         escape.m_keyCode = WXK_ESCAPE;
         dialog.ProcessWindowEvent(escape);
-        EXPECT_TRUE(cancelled || dialog.Tag() == L"cancel");
+        EXPECT_TRUE(cancelled || dialog.State() == DialogState::Cancel);
     });
 }
 
 TEST_F(Dialogs, EnterInAListPressesTheDefaultButton) {
-    ForEach([](const std::string&, frmDialog& dialog) {
+    ForEach([](const std::string&, DialogWindow& dialog) {
         for (wxWindow* window : ControlsOf(&dialog)) {
             if (!IsOneOf<wxListBox, wxListCtrl, wxNativeWindow>(window) || !window->IsEnabled()) continue;
             wxWindow* button = dialog.GetDefaultItem();
@@ -333,7 +328,7 @@ TEST_F(Dialogs, EnterInAListPressesTheDefaultButton) {
 }
 
 TEST_F(Dialogs, TheTabKeyComesToEveryControlInOrder) {
-    ForEach([](const std::string&, frmDialog& dialog) {
+    ForEach([](const std::string&, DialogWindow& dialog) {
         const std::vector<wxWindow*> controls = ControlsOf(&dialog);
         std::vector<std::string> expected, stops;
         for (wxWindow* window : controls) {
@@ -351,7 +346,7 @@ TEST_F(Dialogs, TheTabKeyComesToEveryControlInOrder) {
 
 TEST_F(Dialogs, ReadersKnowEveryControl) {
     const std::set<std::string> empty = {"", "unknown", "invalid", "filler", "panel", "drawing area"};
-    ForEach([&](const std::string&, frmDialog& dialog) {
+    ForEach([&](const std::string&, DialogWindow& dialog) {
         EXPECT_NE(SpokenRole(dialog), "frame");  // as which a window of the program would be announced
         for (wxWindow* window : ControlsOf(&dialog)) {
             if (HoldsControls(window)) continue;
@@ -377,7 +372,7 @@ TEST_F(Dialogs, TheSizeIsKeptForTheNextOfItsKind) {
         SCOPED_TRACE(each.name);
         wxSize sizes[2];
         const auto run = [&](wxSize& size, const wxSize& growth) {
-            frmDialog* dialog = each.make();
+            DialogWindow* dialog = each.make();
             if (!dialog->HasFlag(wxRESIZE_BORDER)) return dialog->Destroy();
             wxTheApp->CallAfter([&, dialog] {
                 Settle(*dialog);
@@ -388,7 +383,7 @@ TEST_F(Dialogs, TheSizeIsKeptForTheNextOfItsKind) {
                 size = dialog->GetClientSize();
                 dialog->Close();
             });
-            dialog->frmDialog::ShowModal();
+            dialog->DialogWindow::ShowModal();
             return dialog->Destroy();
         };
         run(sizes[0], wxSize(40, 30));

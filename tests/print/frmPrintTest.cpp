@@ -86,7 +86,7 @@ TEST_F(FrmPrint, StartsWithTheUsualRulesAndPrintsByThem) {
     EXPECT_EQ(tray.pages[0].lines.size(), 6u);  // two dates, three lines and the number of the page
     EXPECT_NEAR(tray.pages[0].lines[0].left, 15 * 72 / 25.4, 0.01);
     EXPECT_TRUE(messages.empty());
-    EXPECT_FALSE(OpenDialog<frmDialog>());
+    EXPECT_FALSE(OpenDialog<DialogWindow>());
 }
 
 TEST_F(FrmPrint, EnablesWhatMeansSomething) {
@@ -173,7 +173,7 @@ TEST_F(FrmPrint, CancelAndQuittingEndAtTheNextPage) {
         EXPECT_GT(shown, 0);  // of three pages out of many
         EXPECT_FALSE(tray.finished);
         EXPECT_TRUE(tray.ended);
-        EXPECT_FALSE(OpenDialog<frmDialog>());
+        EXPECT_FALSE(OpenDialog<DialogWindow>());
         EXPECT_EQ(messages.size(), quitting ? 0u : 1u);
     }
     EXPECT_EQ(messages.back(), L"Drucken|64|Der Druckvorgang wurde vom Benutzer abgebrochen.");

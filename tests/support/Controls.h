@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "dialogs/frmDialog.h"
+#include "dialogs/DialogWindow.h"
 
 class wxTextCtrl;
 
@@ -44,6 +44,6 @@ class LargeFont {
 // A dialog that exists on one platform only.
 struct NamedDialog {
     std::string name;
-    std::function<frmDialog*()> make;
+    std::function<DialogWindow*()> make;
 };
 std::vector<NamedDialog> DialogsOfPlatform();

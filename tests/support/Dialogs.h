@@ -10,7 +10,7 @@
 #include <functional>
 #include <utility>
 
-#include "dialogs/frmDialog.h"
+#include "dialogs/DialogWindow.h"
 
 class wxListBox;
 
@@ -20,8 +20,8 @@ template <class Dialog>
 Dialog* OpenDialog() {
     for (wxWindow* window : wxTopLevelWindows) {
         auto* dialog = dynamic_cast<Dialog*>(window);
-        if (dialog && dialog->IsShown() && !wxPendingDelete.Member(dialog) && dialog->Tag() != L"ok" &&
-            dialog->Tag() != L"cancel")
+        if (dialog && dialog->IsShown() && !wxPendingDelete.Member(dialog) &&
+            dialog->State() == DialogState::Waiting)
             return dialog;
     }
     return nullptr;

@@ -1,0 +1,31 @@
+#pragma once
+// The dialogs on the screen in the order in which they came there, and how they stand to other windows. Only
+// DialogWindow enters and takes out dialogs; everybody may ask for the newest.
+
+class wxDialog;
+
+// Puts the dialog on top of the stack, when it comes to the screen. owner: the dialogs that come after it
+// belong to it, so that window managers keep them above it.
+void EnterDialogStack(wxDialog& dialog, bool owner);
+// Takes it out, when it leaves the screen; does nothing when it is not in.
+void LeaveDialogStack(wxDialog& dialog);
+
+// The newest dialog that the next one is to belong to; null if there is none.
+wxDialog* OwnerOfNextDialog();
+
+// Brings the newest dialog on the screen to the front and gives it the keyboard; false if there is none.
+bool ActivateNewestDialog();
+
+// As long as one of these lives, dialogs stay above other windows. A window that stays above others itself,
+// such as a note with the flag for it, keeps one, since dialogs must not be behind it.
+class DialogsAbove {
+  public:
+    DialogsAbove();
+    ~DialogsAbove();
+    DialogsAbove(const DialogsAbove&) = delete;
+    DialogsAbove& operator=(const DialogsAbove&) = delete;
+
+    static bool Any();
+    // Puts the dialogs in front again; to be called when that window has come to the front.
+    static void Again();
+};
