@@ -40,11 +40,11 @@ void TellOfUnkeptTexts() {
 
 }  // namespace
 
-void KeepLongNote(const Note& note) { NoteFolder(FolderNamed("lange-notizen")).Keep(ToRecord(note)); }
+void KeepLongNote(const Note& note) { NoteFolder(FolderNamed("lange-notizen")).Keep(note); }
 
 void KeepDeletedNote(const Note& note) {
     try {
-        NoteFolder(FolderNamed("papierkorb"), kDeletedNotes).Keep(ToRecord(note));
+        NoteFolder(FolderNamed("papierkorb"), kDeletedNotes).Keep(note);
     } catch (const std::system_error&) {
         std::wstring& texts = UnkeptTexts();
         if (texts.empty()) wxTheApp->CallAfter([] { TellOfUnkeptTexts(); });

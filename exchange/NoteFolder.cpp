@@ -3,31 +3,29 @@
 #include <algorithm>
 #include <cstdio>
 #include <ctime>
-#include <sstream>
 #include <vector>
 
 #include "base/FileName.h"
 #include "base/NewFile.h"
-#include "base/basText.h"
+#include "exchange/KeptFile.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using Clock = std::chrono::system_clock;
-using std::chrono::milliseconds;
 
 const wchar_t* const kExport = L".kvr";
-const wchar_t* const kText = L".txt";
+const wchar_t* const kText = L".txt";  // what earlier versions put beside an export file
 
-// What the 16 bits of a text's length can count, with room to spare.
-constexpr std::size_t kLongestPiece = 65'000;
 constexpr std::size_t kLongestNamedText = 40;
 
 const std::wstring kStampForm = L"0000-00-00 00.00.00.000";
 
 std::wstring Stamp(Clock::time_point time) {
-    const std::time_t seconds = Clock::to_time_t(time);
-    const auto rest = std::chrono::duration_cast<milliseconds>(time.time_since_epoch()).count() % 1000;
+    // Rounded down, so that the milliseconds count up before 1970, too.
+    const auto whole = std::chrono::floor<std::chrono::seconds>(time);
+    const auto rest = std::chrono::floor<std::chrono::milliseconds>(time - whole).count();
+    const std::time_t seconds = Clock::to_time_t(whole);
     const std::tm* const local = std::localtime(&seconds);
     wchar_t stamp[64] = L"";
     const std::tm parts = local ? *local : std::tm{};
@@ -72,53 +70,11 @@ std::vector<std::wstring> KeptNames(const fs::path& folder) {
     return names;
 }
 
-// Takes as much from the text's beginning as fits one record, up to the end of a line if there is one.
-std::wstring_view TakePiece(std::wstring_view& text) {
-    constexpr std::wstring_view kLineEnd = L"\r\n";
-    std::wstring_view piece = text.substr(0, kLongestPiece);
-    std::size_t taken = piece.size();
-    const std::size_t lineEnd = taken < text.size() ? piece.rfind(kLineEnd) : piece.npos;
-    if (lineEnd != piece.npos && lineEnd > 0) {
-        piece = piece.substr(0, lineEnd);
-        taken = lineEnd + kLineEnd.size();
-    }
-    text.remove_prefix(taken);
-    return piece;
-}
-
-std::string Records(const ExportedNote& note) {
-    std::ostringstream bytes(std::ios::binary);
-    ExportedNote record = note;
-    std::wstring_view rest = note.Text;
-    while (bytes && !rest.empty()) {
-        record.Text = TakePiece(rest);
-        WriteRecord(bytes, record);
-    }
-    if (!bytes) throw std::system_error(std::make_error_code(std::errc::value_too_large));
-    return std::move(bytes).str();
-}
-
-// Writes both files of a note, or none.
-std::error_code Write(const fs::path& folder, const std::wstring& name, const std::string& records,
-                      const std::wstring& text) {
-    const fs::path file = folder / FilePath(name + kExport), whole = folder / FilePath(name + kText);
-    const bool lossy = FromAnsi(ToAnsi(text)) != text;
-    if (lossy) {
-        if (const std::error_code failed = WriteNewFile(whole, ToUtf8(text))) return failed;
-    }
-    const std::error_code failed = WriteNewFile(file, records);
-    if (failed && lossy) {
-        std::error_code ignored;
-        fs::remove(whole, ignored);
-    }
-    return failed;
-}
-
 }  // namespace
 
-void NoteFolder::Keep(const ExportedNote& note, Clock::time_point now) const {
-    if (note.Text.empty()) return;
-    const std::string records = Records(note);
+void NoteFolder::Keep(const Note& note, Clock::time_point now) const {
+    if (note.text.empty()) return;
+    const std::string bytes = KeptFileBytes({note});
     std::error_code ignored;
     if (fs::create_directories(folder_, ignored)) fs::permissions(folder_, fs::perms::owner_all, ignored);
 
@@ -126,17 +82,19 @@ void NoteFolder::Keep(const ExportedNote& note, Clock::time_point now) const {
     std::wstring stamp = Stamp(now);
     // A clock that was set back must not make the newest note look like the oldest.
     if (!names.empty() && StampOf(names.back()) >= stamp) stamp = Next(StampOf(names.back()));
-    const std::wstring words = NameFromText(note.Text, kLongestNamedText);
-    std::wstring name = words.empty() ? stamp : stamp + L" " + words;
-    std::error_code failed = Write(folder_, name, records, note.Text);
-    if (failed && name != stamp) {
+    const auto write = [&](const std::wstring& name) {
+        names.push_back(name + kExport);
+        return WriteNewFile(folder_ / FilePath(names.back()), bytes);
+    };
+    const std::wstring words = NameFromText(note.text, kLongestNamedText);
+    std::error_code failed = write(words.empty() ? stamp : stamp + L" " + words);
+    if (failed && !words.empty()) {
         // There are file systems that do not take every name.
-        name = stamp;
-        failed = Write(folder_, name, records, note.Text);
+        names.pop_back();
+        failed = write(stamp);
     }
     if (failed) throw std::system_error(failed);
 
-    names.push_back(name + kExport);
     for (std::size_t i = 0; most_ < names.size() - i; ++i) {
         fs::path file = folder_ / FilePath(names[i]);
         fs::remove(file, ignored);

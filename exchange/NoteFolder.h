@@ -1,16 +1,13 @@
 #pragma once
-// A folder in which notes are kept as export files, one file a note, from which the ordinary import reads
-// them. The names begin with the time, so that they sort by it, and go on with the beginning of the text:
-// "2026-11-21 13.05.07.123 Milch und Brot.kvr".
-//
-// An export file holds one byte a character. A text with others than the code page has lies beside it in
-// full, in a file of the same name that ends in ".txt" (UTF-8).
+// A folder in which notes are kept exactly, one file a note (KeptFile.h), from which the ordinary import
+// reads them. The names begin with the time, so that they sort by it, and go on with the beginning of the
+// text: "2026-11-21 13.05.07.123 Milch und Brot.kvr".
 
 #include <chrono>
 #include <filesystem>
 #include <limits>
 
-#include "exchange/ExportedNote.h"
+#include "model/Note.h"
 
 class NoteFolder {
   public:
@@ -20,11 +17,10 @@ class NoteFolder {
     explicit NoteFolder(std::filesystem::path folder, std::size_t most = kUnlimited)
         : folder_(std::move(folder)), most_(most) {}
 
-    // Returns when the note is on the disk, in several records where its text does not fit one; removes what
-    // is too many then. A note without text is not kept: the import would take it for the end of the file,
-    // and there is nothing of it that anybody would miss. Throws std::system_error when it cannot be written;
+    // Returns when the note is on the disk; removes what is too many then. A note without text is not kept,
+    // there is nothing of it that anybody would miss. Throws std::system_error when it cannot be written;
     // then the folder is as it was.
-    void Keep(const ExportedNote& note,
+    void Keep(const Note& note,
               std::chrono::system_clock::time_point now = std::chrono::system_clock::now()) const;
 
   private:

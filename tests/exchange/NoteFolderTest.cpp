@@ -5,8 +5,7 @@
 
 #include "base/DataFolder.h"
 #include "base/FileName.h"
-#include "base/basText.h"
-#include "exchange/ExportFile.h"
+#include "exchange/KeptFile.h"
 #include "exchange/NoteFolder.h"
 
 namespace {
@@ -43,6 +42,10 @@ class NoteFolderTest : public testing::Test {
         for (std::wstring& name : words) name.erase(0, kStamp);
         return words;
     }
+    static std::vector<Note> NotesIn(const fs::path& path) {
+        std::ifstream file(path, std::ios::binary);
+        return ExactNotes(file).value_or(std::vector<Note>());
+    }
     fs::path Path(const std::wstring& name) const { return folder_ / FilePath(name); }
 
     const Clock::time_point now_ = Clock::now();
@@ -52,24 +55,15 @@ class NoteFolderTest : public testing::Test {
 }  // namespace
 
 TEST_F(NoteFolderTest, KeepsTheWholeNote) {
-    const ExportedNote note{.Text = L"Milch\r\nund Brot €",
-                            .CreationTime = L"21.11.2026, 13:05:00",
-                            .Left = -30,
-                            .Top = 45,
-                            .Width = 3000,
-                            .Height = 2000,
-                            .Color = 0xFFFF00,
-                            .FontNoteAlignment = 2,
-                            .FontNoteSize = 25,
-                            .FontNoteBold = true,
-                            .FontNoteItalic = false,
-                            .FontNoteUnderlined = true,
-                            .Foreground = true};
+    const Note note{.text = L"Milch\r\nund Brot €",
+                    .creationTime = L"21.11.2026, 13:05:00",
+                    .look = {.size = 25, .bold = true, .underlined = true, .alignment = 2, .color = 0xFFFF00},
+                    .place = {-30, 45, 3000, 2000},
+                    .foreground = true};
     NoteFolder(folder_ / "a" / "b").Keep(note, now_);
     const auto file = *fs::directory_iterator(folder_ / "a" / "b");
     EXPECT_EQ(FileName(file.path().filename()).substr(kStamp), L" Milch und Brot €.kvr");
-    EXPECT_EQ(RecordOf(file.path(), 0), note);
-    EXPECT_EQ(RecordOf(file.path(), 1), std::nullopt);
+    EXPECT_EQ(NotesIn(file.path()), std::vector<Note>{note});
 }
 
 TEST_F(NoteFolderTest, NamesSayWhatIsInside) {
@@ -78,40 +72,14 @@ TEST_F(NoteFolderTest, NamesSayWhatIsInside) {
         {L" \r\n", {L".kvr"}},
         {L"a/b:c", {L" a b c.kvr"}},
         {std::wstring(300, L'ü'), {L" " + std::wstring(40, L'ü') + L".kvr"}},
-        // What the code page lacks stands in a file of its own.
-        {L"Ω ja", {L" Ω ja.kvr", L" Ω ja.txt"}},
+        {L"Ω ja", {L" Ω ja.kvr"}},
     };
     for (const auto& [text, words] : rows) {
         fs::create_directories(folder_);
-        NoteFolder(folder_).Keep({.Text = text}, now_);
+        NoteFolder(folder_).Keep({.text = text}, now_);
         EXPECT_EQ(Words(), words);
         fs::remove_all(folder_);
     }
-}
-
-TEST_F(NoteFolderTest, KeepsTextThatNoExportFileCanHold) {
-    const std::wstring text = L"Ω\r\nÄ 漢字";
-    NoteFolder(folder_).Keep({.Text = text}, now_);
-    std::ifstream file(Path(Files().at(1)), std::ios::binary);
-    EXPECT_EQ(FromUtf8(std::string(std::istreambuf_iterator<char>(file), {})), text);
-}
-
-TEST_F(NoteFolderTest, SplitsLongTextsAtLineEnds) {
-    std::wstring text;
-    for (int i = 0; i < 20'000; ++i) text += L"Zeile " + std::to_wstring(i) + L"\r\n";
-    NoteFolder(folder_).Keep({.Text = text}, now_);
-    std::wstring read;
-    const fs::path file = Path(Files().at(0));
-    const std::size_t records = ListExport(file).size();
-    EXPECT_GT(records, 1u);
-    for (std::size_t i = 0; i < records; ++i) {
-        if (i > 0) read += L"\r\n";
-        read += RecordOf(file, i)->Text;
-    }
-    EXPECT_EQ(read, text);
-
-    NoteFolder(folder_).Keep({.Text = std::wstring(200'000, L'x')}, now_);
-    EXPECT_EQ(ListExport(Path(Files().at(1))).size(), 4u);
 }
 
 TEST_F(NoteFolderTest, RemovesTheOldestOnly) {
@@ -119,13 +87,16 @@ TEST_F(NoteFolderTest, RemovesTheOldestOnly) {
     fs::create_directories(folder_);
     const Names foreign = {L"1999-01-01 meins.kvr", L"2000-01-01 00.00.00.000 brief.odt", L"alt.kvr"};
     for (const std::wstring& name : foreign) std::ofstream(Path(name)) << "x";
-    for (const wchar_t* text : {L"Ω 1", L"2", L"3", L"4", L"Ω 5"}) folder.Keep({.Text = text}, now_);
+    // Earlier versions put a second file with the exact text beside the first.
+    for (const wchar_t* ending : {L".kvr", L".txt"})
+        std::ofstream(Path(std::wstring(L"2020-01-01 00.00.00.000 1") + ending)) << "x";
+    for (const wchar_t* text : {L"2", L"3", L"4", L"Ω 5"}) folder.Keep({.text = text}, now_);
     Names kept;
     for (const std::wstring& name : Files()) {
         if (std::find(foreign.begin(), foreign.end(), name) == foreign.end())
             kept.push_back(name.substr(kStamp));
     }
-    EXPECT_EQ(kept, (Names{L" 3.kvr", L" 4.kvr", L" Ω 5.kvr", L" Ω 5.txt"}));
+    EXPECT_EQ(kept, (Names{L" 3.kvr", L" 4.kvr", L" Ω 5.kvr"}));
     EXPECT_EQ(Files().size(), kept.size() + foreign.size());
 }
 
@@ -135,12 +106,15 @@ TEST_F(NoteFolderTest, OrderIsThatOfKeepingWhateverTheClockSays) {
         {{now_ + hours(24 * 9000), now_, now_}, "set back from the far future"},
         {{now_, now_ - seconds(1), now_ - hours(1)}, "running backwards"},
         {{now_, now_ + milliseconds(1), now_ + hours(30)}, "as usual"},
+        {{Clock::time_point(milliseconds(-1999)), Clock::time_point(milliseconds(-1001)),
+          Clock::time_point()},
+         "before 1970"},
     };
     for (const auto& [times, name] : rows) {
         SCOPED_TRACE(name);
         const NoteFolder folder(folder_, 2);
         int number = 0;
-        for (const Clock::time_point time : times) folder.Keep({.Text = std::to_wstring(number++)}, time);
+        for (const Clock::time_point time : times) folder.Keep({.text = std::to_wstring(number++)}, time);
         EXPECT_EQ(Words(), (Names{L" 1.kvr", L" 2.kvr"}));
         fs::remove_all(folder_);
     }
@@ -148,17 +122,7 @@ TEST_F(NoteFolderTest, OrderIsThatOfKeepingWhateverTheClockSays) {
 
 TEST_F(NoteFolderTest, FailsWithoutATrace) {
     std::ofstream(folder_) << "no folder";
-    EXPECT_THROW(NoteFolder(folder_).Keep({.Text = L"a"}, now_), std::system_error);
-    EXPECT_THROW(NoteFolder(folder_ / "b").Keep({.Text = L"a"}, now_), std::system_error);
+    EXPECT_THROW(NoteFolder(folder_).Keep({.text = L"a"}, now_), std::system_error);
+    EXPECT_THROW(NoteFolder(folder_ / "b").Keep({.text = L"a"}, now_), std::system_error);
     EXPECT_EQ(fs::file_size(folder_), 9u);
-}
-
-TEST_F(NoteFolderTest, KeepsUnderAShorterNameWhereTheLongOneIsTaken) {
-    // A folder stands where the text would go.
-    NoteFolder(folder_).Keep({.Text = L"x"}, now_);
-    const std::wstring stamp = Files().at(0).substr(0, kStamp);
-    fs::remove_all(folder_);
-    fs::create_directories(Path(stamp + L" Ω.txt"));
-    NoteFolder(folder_).Keep({.Text = L"Ω"}, now_);
-    EXPECT_EQ(Words(), (Names{L" Ω.txt", L".kvr", L".txt"}));
 }
