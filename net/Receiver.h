@@ -36,9 +36,6 @@ class Receiver {
     // what else has arrived.
     std::string Fail(int number, std::wstring_view description);
 
-    // Forgets the note under construction.
-    void DropNote() { note_.reset(); }
-
     std::size_t HeldBytes() const { return buffer_.Size() + (note_ ? note_->text.size() : 0); }
 
   private:

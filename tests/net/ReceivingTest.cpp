@@ -164,7 +164,7 @@ TEST_F(Receiving, ACrowdKeepsNobodyWaiting) {
     while (bytes.size() < 120'000) bytes += " \r\n";
     bytes += "QUIT\r\n";
     std::vector<std::pair<RawConnection, std::size_t>> crowd;
-    for (int i = 0; i < 100; ++i) {
+    for (int i = 0; i < 200; ++i) {
         RawConnection connection = RawConnection::To(network->LocalPort());
         const std::size_t sent = connection.TrySend(bytes);
         crowd.emplace_back(std::move(connection), sent);
