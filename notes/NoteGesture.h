@@ -1,10 +1,10 @@
 #pragma once
 // Moving or sizing a window by the mouse, from the press of the left button to its release.
 
-#include <wx/frame.h>
-
 #include <functional>
 #include <memory>
+
+#include "notes/WindowPlace.h"
 
 class NoteGesture {
   public:
@@ -12,9 +12,9 @@ class NoteGesture {
 
     // Takes a press on the window over as if it had hit the part of a frame that hitTest names. The window
     // follows the pointer and gets no narrower or lower than `smallest` pixels. `finished` gets the window's
-    // rectangles on the screen before and after, once, also when nothing moved. The window must outlive the
-    // gesture.
+    // rectangles on the screen before and after, once, also when nothing moved. The place and its
+    // window must outlive the gesture.
     static std::unique_ptr<NoteGesture> Begin(
-        wxFrame& window, int hitTest, int smallest,
+        WindowPlace& place, int hitTest, int smallest,
         std::function<void(const wxRect& before, const wxRect& after)> finished);
 };

@@ -16,15 +16,16 @@ class FinishedGesture : public NoteGesture {};
 
 }  // namespace
 
-std::unique_ptr<NoteGesture> NoteGesture::Begin(wxFrame& window, int hitTest, int smallest,
+std::unique_ptr<NoteGesture> NoteGesture::Begin(WindowPlace& place, int hitTest, int smallest,
                                                 Finished finished) {
+    wxFrame& window = place.Window();
     window.SetMinSize(wxSize(smallest, smallest));
-    const wxRect before = window.GetRect();
+    const wxRect before = place.Now();
     // Other events run until the button is released, and the note may be deleted by one of them.
     const wxWeakRef<wxFrame> alive(&window);
     ReleaseCapture();
     SendMessageA(window.GetHandle(), WM_NCLBUTTONDOWN, static_cast<WPARAM>(hitTest), 0);
     if (!alive) return nullptr;
-    finished(before, window.GetRect());
+    finished(before, place.Now());
     return std::make_unique<FinishedGesture>();
 }

@@ -2,6 +2,7 @@
 #include <wx/utils.h>
 
 #include <cmath>
+#include <memory>
 #include <utility>
 
 #include "model/NoteLayout.h"
@@ -9,25 +10,47 @@
 
 namespace {
 
-// Where on the screen the pointer was when the event happened that is being handled. The pointer may be
-// elsewhere by now, and the event's own coordinates are those of a window that moves.
-wxPoint EventPosition() {
-    GdkEvent* event = gtk_get_current_event();
-    double x = 0, y = 0;
-    const bool known = event && gdk_event_get_root_coords(event, &x, &y);
-    if (event) gdk_event_free(event);
-    if (!known) return wxGetMousePosition();
+struct FreeEvent {
+    void operator()(GdkEvent* event) const { gdk_event_free(event); }
+};
+
+// The event that is being handled.
+std::unique_ptr<GdkEvent, FreeEvent> CurrentEvent() {
+    return std::unique_ptr<GdkEvent, FreeEvent>(gtk_get_current_event());
+}
+
+wxPoint Rounded(double x, double y) {
     return {static_cast<int>(std::lround(x)), static_cast<int>(std::lround(y))};
+}
+
+// Where on the screen the pointer was when the event happened. The pointer may be elsewhere by now, and the
+// event's own coordinates are those of a window that moves.
+wxPoint EventPosition() {
+    const auto event = CurrentEvent();
+    double x = 0, y = 0;
+    if (!event || !gdk_event_get_root_coords(event.get(), &x, &y)) return wxGetMousePosition();
+    return Rounded(x, y);
+}
+
+// The window as it was pressed. It may be on its way elsewhere, but what the user has taken hold of is the
+// point that was under the pointer.
+wxRect PressedRect(WindowPlace& place) {
+    wxRect rect = place.Now();
+    const auto event = CurrentEvent();
+    double x = 0, y = 0;
+    if (event && gdk_event_get_coords(event.get(), &x, &y)) rect.SetPosition(EventPosition() - Rounded(x, y));
+    return rect;
 }
 
 class MouseGesture : public NoteGesture {
   public:
-    MouseGesture(wxFrame& window, int hitTest, int smallest,
+    MouseGesture(WindowPlace& place, int hitTest, int smallest,
                  std::function<void(const wxRect&, const wxRect&)> finished)
-        : window_(window),
+        : place_(place),
+          window_(place.Window()),
           hitTest_(hitTest),
           smallest_(smallest),
-          before_(window.GetRect()),
+          before_(PressedRect(place)),
           after_(before_),
           press_(EventPosition()),
           finished_(std::move(finished)) {
@@ -61,7 +84,7 @@ class MouseGesture : public NoteGesture {
         }
         if (rect == after_) return;
         after_ = rect;
-        window_.SetSize(rect);
+        place_.Ask(rect);
     }
 
     // Moves the near or the far end of one dimension; the other end stays where it is.
@@ -89,6 +112,7 @@ class MouseGesture : public NoteGesture {
         if (window_.HasCapture()) window_.ReleaseMouse();
     }
 
+    WindowPlace& place_;
     wxFrame& window_;
     const int hitTest_, smallest_;
     const wxRect before_;
@@ -100,7 +124,7 @@ class MouseGesture : public NoteGesture {
 
 }  // namespace
 
-std::unique_ptr<NoteGesture> NoteGesture::Begin(wxFrame& window, int hitTest, int smallest,
+std::unique_ptr<NoteGesture> NoteGesture::Begin(WindowPlace& place, int hitTest, int smallest,
                                                 std::function<void(const wxRect&, const wxRect&)> finished) {
-    return std::make_unique<MouseGesture>(window, hitTest, smallest, std::move(finished));
+    return std::make_unique<MouseGesture>(place, hitTest, smallest, std::move(finished));
 }

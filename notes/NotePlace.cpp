@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "model/ScreenPlace.h"
 #include "notes/NoteWindow.h"
 
 namespace {
@@ -18,9 +17,6 @@ constexpr int kSafePixels = 600;
 int ToPixels(double twips, double twipsPerPixel) {
     return static_cast<int>(std::lround(std::clamp(twips / twipsPerPixel, -kFarthest, kFarthest)));
 }
-
-wxRect ToWx(const PixelRect& rect) { return {rect.x, rect.y, rect.width, rect.height}; }
-PixelRect FromWx(const wxRect& rect) { return {rect.x, rect.y, rect.width, rect.height}; }
 
 std::vector<PixelRect> Screens() {
     std::vector<PixelRect> screens;

@@ -4,8 +4,12 @@
 #include <wx/gdicmn.h>
 
 #include "model/Note.h"
+#include "model/ScreenPlace.h"
 
 class wxWindow;
+
+inline wxRect ToWx(const PixelRect& rect) { return {rect.x, rect.y, rect.width, rect.height}; }
+inline PixelRect FromWx(const wxRect& rect) { return {rect.x, rect.y, rect.width, rect.height}; }
 
 // Where the next new note goes: each a step beside the one before, in the upper left of the main screen.
 wxPoint NextPlace();

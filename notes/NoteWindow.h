@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 
 // Twips of one window pixel. 15 on a screen of 96 dots an inch.
 double TwipsPerPixelX(const wxWindow& window);
@@ -18,6 +19,13 @@ std::int32_t DisplayColor(std::int32_t code);
 
 // Cuts the window to the note's outline for its size in pixels.
 void ShapeNoteWindow(wxFrame& window, int widthPixels, int heightPixels);
+
+// Asks for a place on the desktop and a size, in pixels. The window manager may take its time.
+void PlaceWindow(wxFrame& window, const wxRect& rect);
+
+// Where the window stands on the screen at this moment, in pixels of the whole desktop, as whoever draws the
+// screen says it. Nothing while it is hidden or still on its way there.
+std::optional<wxRect> RectOnScreen(const wxFrame& window);
 
 // Puts the window above others of its kind without activating it.
 void RaiseNoteWindow(wxFrame& window);

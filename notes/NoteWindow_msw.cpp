@@ -42,6 +42,12 @@ void ShapeNoteWindow(wxFrame& window, int widthPixels, int heightPixels) {
     if (!SetWindowRgn(window.GetHandle(), region, TRUE)) DeleteObject(region);
 }
 
+void PlaceWindow(wxFrame& window, const wxRect& rect) { window.SetSize(rect, wxSIZE_ALLOW_MINUS_ONE); }
+
+std::optional<wxRect> RectOnScreen(const wxFrame& window) {
+    return window.IsShown() ? std::optional(window.GetRect()) : std::nullopt;
+}
+
 void RaiseNoteWindow(wxFrame& window) {
     SetWindowPos(window.GetHandle(), HWND_TOP, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
 }

@@ -1,3 +1,4 @@
+#include <gdk/gdkx.h>
 #include <gtk/gtk.h>
 #include <wx/gdicmn.h>
 #include <wx/region.h>
@@ -32,6 +33,29 @@ void ShapeNoteWindow(wxFrame& window, int widthPixels, int heightPixels) {
         shape.Union(0, y, std::max(right, 1), 1);
     }
     window.SetShape(shape);
+}
+
+void PlaceWindow(wxFrame& window, const wxRect& rect) {
+    // wxWidgets asks only for what differs from the place and the size that it believes the window to have,
+    // and what it believes is what the last event said.
+    window.SetSize(rect.GetSize());
+    auto* const gtk = GTK_WINDOW(window.GetHandle());
+    gtk_window_resize(gtk, rect.width, rect.height);
+    gtk_window_move(gtk, rect.x, rect.y);
+}
+
+std::optional<wxRect> RectOnScreen(const wxFrame& window) {
+    GdkWindow* const native = gtk_widget_get_window(window.GetHandle());
+    if (!native || !window.IsShown()) return std::nullopt;
+    XWindowAttributes now;
+    if (!XGetWindowAttributes(GDK_WINDOW_XDISPLAY(native), GDK_WINDOW_XID(native), &now) ||
+        now.map_state != IsViewable) {
+        return std::nullopt;
+    }
+    int x = 0, y = 0;
+    gdk_window_get_origin(native, &x, &y);
+    const int scale = gdk_window_get_scale_factor(native);
+    return wxRect(x, y, now.width / scale, now.height / scale);
 }
 
 void RaiseNoteWindow(wxFrame& window) {

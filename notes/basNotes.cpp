@@ -29,7 +29,7 @@ void EditNote(NoteStore& store, frmNote& note) {
     if (properties.BroughtForward()) return;
     const OneDialog::Opened<frmProperties> dialog(properties, L"Notiz bearbeiten");
     dialog->Fill(note.Content());
-    dialog->PlaceNear(note.GetRect());
+    dialog->PlaceNear(note.WindowRect());
     const std::int32_t key = note.NoteKey();
     dialog->OnConfirmed = [&] {
         frmNote* edited = store.Find(key);

@@ -70,16 +70,16 @@ void frmNote::Place(const NotePlace& place) {
     note_.place = place;
     note_.place.width = std::max(place.width, smallest);
     note_.place.height = std::max(place.height, smallest);
-    const wxRect rect = ShownRect();
-    SetSize(rect);
-    ArrangeParts(rect.GetSize());
+    PlaceAsStored();
 }
 
 void frmNote::PlaceOnScreens() {
-    if (HasCapture()) return;
+    if (!HasCapture()) PlaceAsStored();
+}
+
+void frmNote::PlaceAsStored() {
     const wxRect rect = ShownRect();
-    if (rect == GetRect()) return;
-    SetSize(rect);
+    windowPlace_.Ask(rect);
     ArrangeParts(rect.GetSize());
 }
 
@@ -237,7 +237,7 @@ void frmNote::OnLeftDown(wxMouseEvent& event) {
     const auto hit = PressHitTest(layout_, at.m_x, at.m_y);
     if (hit != HT_NONE) {
         gesture_ = NoteGesture::Begin(
-            *this, hit, static_cast<int>(kSmallestPixels),
+            windowPlace_, hit, static_cast<int>(kSmallestPixels),
             [this](const wxRect& before, const wxRect& after) { FinishGesture(before, after); });
     } else if (part == NotePart::lblZeit) {
         host_.SaveNotes();

@@ -18,6 +18,7 @@
 #include "model/NoteLayout.h"
 #include "notes/NoteAccess.h"
 #include "notes/NoteHost.h"
+#include "notes/WindowPlace.h"
 
 class NoteGesture;
 class Notification;
@@ -71,6 +72,9 @@ class frmNote : public wxFrame, public ReadableNote {
     // Puts the window, shown or not, where the screens of now can show it: to its stored place, or onto the
     // nearest screen while no screen shows enough of that one. Leaves a window alone that is being dragged.
     void PlaceOnScreens();
+    // Where the window stands on the desktop, in pixels, or comes to stand as soon as the window manager has
+    // done what it was asked for.
+    wxRect WindowRect() { return windowPlace_.Now(); }
 
     // The key that names the note inside the running program; the store gives it.
     std::int32_t NoteKey() const { return noteKey_; }
@@ -113,6 +117,7 @@ class frmNote : public wxFrame, public ReadableNote {
     }
     void Changed();  // shows what the note is now, the place excepted
     void RenewIcon();
+    void PlaceAsStored();
     wxRect StoredRect() const;
     wxRect ShownRect() const;  // as the screens of now can show it
     void ArrangeParts(const wxSize& pixels);
@@ -150,6 +155,7 @@ class frmNote : public wxFrame, public ReadableNote {
     std::int32_t noteKey_ = 0;
     bool minimized_ = false;
     NoteLayout layout_;
+    WindowPlace windowPlace_{*this};
     wxSize arrangedFor_;
     NotePart hovered_ = NotePart::Body;
     NotePart pressed_ = NotePart::Body;  // cmdMinimize or chkForeground while it is held down

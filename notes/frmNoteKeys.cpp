@@ -92,13 +92,13 @@ void frmNote::OnKey(wxKeyEvent& event) {
 }
 
 void frmNote::StepBy(int x, int y, int width, int height) {
-    const wxRect before = GetRect();
+    const wxRect before = windowPlace_.Now();
     wxRect after(before.x + x, before.y + y, before.width + width, before.height + height);
     after.width = std::max(after.width, static_cast<int>(kSmallestPixels));
     after.height = std::max(after.height, static_cast<int>(kSmallestPixels));
     // Not where it could not be seen.
     if (after == before || OnScreens(after) != after) return;
-    SetSize(after);
+    windowPlace_.Ask(after);
     ArrangeParts(after.GetSize());
     StorePlace(before, after);
     stepped_ = true;

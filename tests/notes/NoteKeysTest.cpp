@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "notes/NoteKeys.h"
+#include "notes/NoteWindow.h"
 #include "notes/frmNote.h"
 #include "tests/notes/NoteRecorder.h"
 #include "tests/support/Events.h"
@@ -15,8 +16,8 @@ class NoteKeysTest : public testing::Test {
         note->Place({3000, 3000, 3000, 2400});
         note->ShowStacked();
         // It has come to its place.
-        RunUntil([this] { return note->ClientToScreen(wxPoint()) == note->GetPosition(); });
-        RunEvents();
+        RunUntil([this] { return RectOnScreen(*note) == wxRect(200, 200, 200, 160); },
+                 std::chrono::seconds(10));
         Take(recorder);
     }
 
@@ -31,8 +32,13 @@ class NoteKeysTest : public testing::Test {
     }
     Calls CallsAfter(int code, int modifiers = wxMOD_NONE) {
         Key(code, modifiers);
-        RunEvents(std::chrono::milliseconds(5));
+        RunPosted();
         return Take(recorder);
+    }
+
+    // In pixels.
+    std::vector<double> Place() const {
+        return {note->Left() / 15, note->Top() / 15, note->Width() / 15, note->Height() / 15};
     }
 
     NoteRecorder recorder;
@@ -86,10 +92,6 @@ TEST_F(NoteKeysTest, TabReachesTheControlsAndSpaceAndEnterPressThem) {
 }
 
 TEST_F(NoteKeysTest, ArrowsMoveAndSizeAndAreSavedOnce) {
-    const auto place = [&] {
-        return std::vector<double>{note->Left() / 15, note->Top() / 15, note->Width() / 15,
-                                   note->Height() / 15};
-    };
     const struct {
         int code, modifiers;
         std::vector<double> place;
@@ -101,11 +103,20 @@ TEST_F(NoteKeysTest, ArrowsMoveAndSizeAndAreSavedOnce) {
     };
     for (const auto& row : rows) {
         EXPECT_EQ(CallsAfter(row.code, row.modifiers), Calls{});
-        EXPECT_EQ(place(), row.place);
+        EXPECT_EQ(Place(), row.place);
     }
     Key(WXK_UP, wxMOD_NONE, wxEVT_KEY_UP);
     Key(WXK_UP, wxMOD_NONE, wxEVT_KEY_UP);
     EXPECT_EQ(Take(recorder), Calls{L"save"});
+}
+
+TEST_F(NoteKeysTest, ArrowsBeginWhereTheWindowManagerPutTheNote) {
+    const wxRect elsewhere(333, 222, 200, 160);
+    note->Move(elsewhere.GetPosition());  // past the note
+    ASSERT_TRUE(RunUntil([&] { return RectOnScreen(*note) == elsewhere; }, std::chrono::seconds(10)));
+    EXPECT_EQ(note->WindowRect(), elsewhere);
+    Key(WXK_RIGHT);
+    EXPECT_EQ(Place(), (std::vector<double>{343, 222, 200, 160}));
 }
 
 TEST_F(NoteKeysTest, ArrowsNeitherLoseANoteNorMakeItTooSmall) {

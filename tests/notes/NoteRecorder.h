@@ -12,9 +12,9 @@ class NoteRecorder : public NoteHost {
     void ApplyForeground() override { calls.push_back(L"apply"); }
     void ForgetMinimizedNote(frmNote&) override { calls.push_back(L"forget"); }
     void ShowPopupMenu(frmNote& note, std::optional<wxPoint> at) override {
-        calls.push_back(!at                            ? L"menu"
-                        : note.GetRect().Contains(*at) ? L"menu at the note"
-                                                       : L"menu elsewhere");
+        calls.push_back(!at                               ? L"menu"
+                        : note.WindowRect().Contains(*at) ? L"menu at the note"
+                                                          : L"menu elsewhere");
     }
     void FocusNextNote(frmNote&, bool forward) override { calls.push_back(forward ? L"next" : L"previous"); }
     void EditNote(frmNote&) override { calls.push_back(L"edit"); }

@@ -2,6 +2,7 @@
 #include <wx/display.h>
 
 #include "notes/NotePaint.h"
+#include "notes/NoteWindow.h"
 #include "notes/frmNote.h"
 #include "tests/notes/NoteRecorder.h"
 #include "tests/support/Events.h"
@@ -78,8 +79,8 @@ TEST_F(FrmNote, ShowsAbsurdValuesClampedAndKeepsThem) {
     EXPECT_EQ(note->FontNoteSize(), 2'000'000'000);
     EXPECT_EQ(note->Left(), -2147483648.0);
     EXPECT_EQ(note->Width(), 2147483647.0);
-    EXPECT_LE(note->GetSize().x, wxGetDisplaySize().x);
-    EXPECT_LE(note->GetSize().y, wxGetDisplaySize().y);
+    EXPECT_LE(note->WindowRect().width, wxGetDisplaySize().x);
+    EXPECT_LE(note->WindowRect().height, wxGetDisplaySize().y);
 }
 
 TEST_F(FrmNote, OutsideEveryScreenItIsShownOnTheNearestAndKeepsItsPlace) {
@@ -95,9 +96,20 @@ TEST_F(FrmNote, OutsideEveryScreenItIsShownOnTheNearestAndKeepsItsPlace) {
             note->ShowStacked();
         }
         RunEvents();
-        EXPECT_TRUE(wxDisplay(0u).GetClientArea().Contains(note->GetRect()));
+        EXPECT_TRUE(wxDisplay(0u).GetClientArea().Contains(note->WindowRect()));
         EXPECT_EQ(note->Left(), (screen.GetRight() + 500) * 15);
         EXPECT_EQ(note->Top(), -400 * 15);
+    }
+}
+
+TEST_F(FrmNote, StandsWhereItWasPlaced) {
+    for (const wxPoint place : {wxPoint(300, 200), wxPoint(-1, -1), wxPoint(-100, 40), wxPoint(40, -1)}) {
+        SCOPED_TRACE(testing::Message() << place.x << ", " << place.y);
+        note->Place({place.x * 15.0, place.y * 15.0, 3000, 2400});
+        note->ShowStacked();
+        const wxRect rect(place, wxSize(200, 160));
+        EXPECT_TRUE(RunUntil([&] { return RectOnScreen(*note) == rect; }, std::chrono::seconds(10)));
+        EXPECT_EQ(note->WindowRect(), rect);
     }
 }
 
@@ -131,15 +143,16 @@ TEST_F(FrmNote, WiderThanTheScreensItShowsAllItsLines) {
     const double width = note->Width(), height = note->Height();
     EXPECT_GT(width, wxGetDisplaySize().x * 15);
     const wxFont font(wxFontInfo(kDefaultFontSize).FaceName(L"Arial"));
-    EXPECT_GE(note->GetSize().y, NaturalTextSize(text, font, note->GetSize().x - 32).y + 32 + 20);
-    EXPECT_TRUE(wxGetClientDisplayRect().Contains(note->GetRect()));
+    const wxRect window = note->WindowRect();
+    EXPECT_GE(window.height, NaturalTextSize(text, font, window.width - 32).y + 32 + 20);
+    EXPECT_TRUE(wxGetClientDisplayRect().Contains(note->WindowRect()));
 
     // What is stored changes with what the user does, and then both ways.
     note->ShowStacked();
     RunEvents();
     EXPECT_EQ(note->Width(), width);
     EXPECT_EQ(note->Height(), height);
-    const int shown = note->GetSize().y;
+    const int shown = note->WindowRect().height;
     wxKeyEvent narrower(wxEVT_CHAR_HOOK);
     narrower.m_keyCode = WXK_LEFT;
     narrower.SetShiftDown(true);
@@ -223,7 +236,7 @@ TEST_F(FrmNote, MouseDoesWhatThePartUnderItDoes) {
     for (const Row& row : rows) {
         SCOPED_TRACE(testing::Message() << row.x << ", " << row.y);
         Mouse(row.type, row.x, row.y);
-        RunEvents(std::chrono::milliseconds(5));
+        RunPosted();
         EXPECT_EQ(Take(recorder), row.calls);
     }
 }

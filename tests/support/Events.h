@@ -14,6 +14,16 @@ inline void RunEvents(std::chrono::milliseconds span = std::chrono::milliseconds
     WaitUntil([] { return false; }, span);
 }
 
+// Lets the events of now run, with all that they put off until after them.
+inline void RunPosted() {
+    bool done = false;
+    wxTheApp->CallAfter([&done] {
+        done = true;
+        WakeWaits();
+    });
+    WaitUntil([&done] { return done; });
+}
+
 // Lets events run until something holds; false when it does not within the limit.
 inline bool RunUntil(const std::function<bool()>& condition,
                      std::chrono::milliseconds limit = std::chrono::seconds(2)) {
