@@ -80,9 +80,12 @@ void Program::LoadNotes() {
 }
 
 void Program::ReceiveFile(const std::wstring& fileName) {
-    ImportNotes(Store(), fileName);
+    const bool imported = ImportNotes(Store(), fileName);
     Store().SaveNotes();
     Store().ApplyForeground();
+    if (imported) return;
+    // Who handed it over says nothing more once it is taken. The next file does not wait for the answer.
+    wxTheApp->CallAfter([fileName] { Guarded([&] { ShowImportFailure(fileName); }); });
 }
 
 void Program::ImportFiles(const std::vector<std::wstring>& files) {
@@ -100,16 +103,17 @@ void Program::ImportQueuedFiles() {
     while (!files_.empty()) {
         const std::wstring file = std::move(files_.front());
         files_.pop_front();
+        const std::size_t before = Store().CountNotes();
         const bool imported = ImportNotes(Store(), file);
         // Before the message, because that may stay for long and what it says has to be true meanwhile.
-        Store().SaveNotes();
-        const std::wstring shown = ShownFileName(file);
-        if (imported) {
-            ShowMessage(L"Die Notizen aus " + shown + L" wurden erfolgreich importiert.", kInformation,
-                        L"Importieren erfolgreich");
+        const bool kept = Store().SaveNotes().Kept();
+        // Notes of which the user hears that they failed must not come with those of the next file.
+        while (!kept && Store().CountNotes() > before) Store().TakeBack(*Store().Notes().back());
+        if (imported && kept) {
+            ShowMessage(L"Die Notizen aus " + ShownFileName(file) + L" wurden erfolgreich importiert.",
+                        kInformation, L"Importieren erfolgreich");
         } else {
-            ShowMessage(L"Beim Importieren der Notizen aus " + shown + L" ist ein Fehler aufgetreten.",
-                        kCritical, L"Fehler beim Importieren");
+            ShowImportFailure(file);
         }
     }
 }

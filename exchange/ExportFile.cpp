@@ -1,7 +1,5 @@
 #include "exchange/ExportFile.h"
 
-#include "base/basText.h"
-
 bool IsFile(const std::filesystem::path& path) {
     std::error_code unknown;
     return std::filesystem::is_regular_file(path, unknown);
@@ -30,28 +28,4 @@ std::fstream OpenForExport(const std::filesystem::path& path) {
     if (!IsFile(path)) std::ofstream(path, std::ios::binary | std::ios::app);
     file.open(path, std::ios::binary | std::ios::in | std::ios::out);
     return file;
-}
-
-std::vector<std::wstring> ListExport(const std::filesystem::path& path) {
-    std::vector<std::wstring> texts;
-    std::ifstream file = OpenExport(path);
-    ExportReader reader(file);
-    while (texts.size() < kMostRecords) {
-        const std::wstring text = reader.PassOver(kListedCharacters);
-        if (text.empty()) break;
-        texts.push_back(Flattened(text));
-    }
-    return texts;
-}
-
-std::optional<ExportedNote> RecordOf(const std::filesystem::path& path, std::size_t index) {
-    if (index >= kMostRecords) return std::nullopt;
-    std::ifstream file = OpenExport(path);
-    ExportReader reader(file);
-    for (std::size_t i = 0; i < index; ++i) {
-        if (reader.PassOver(1).empty()) return std::nullopt;
-    }
-    ExportedNote record = reader.Next();
-    if (record.Text.empty()) return std::nullopt;
-    return record;
 }

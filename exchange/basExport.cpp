@@ -4,6 +4,7 @@
 #include "dialogs/basMessage.h"
 #include "exchange/ExportFile.h"
 #include "exchange/ExportPath.h"
+#include "exchange/ExportedNote.h"
 #include "exchange/frmExport.h"
 #include "notes/NoteStore.h"
 

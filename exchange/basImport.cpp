@@ -6,39 +6,36 @@
 #include "dialogs/OneDialog.h"
 #include "dialogs/basMessage.h"
 #include "exchange/ExportFile.h"
+#include "exchange/ImportFile.h"
 #include "exchange/frmImport.h"
 #include "notes/NoteStore.h"
 
 namespace {
 
-// Takes in those of the first `count` records that are wanted, at most up to the first one without text.
+// Takes in those of the first `count` notes that are wanted.
 bool TakeInFile(NoteStore& store, const std::filesystem::path& path, std::size_t count,
                 const std::function<bool(std::size_t index)>& wanted) {
-    std::ifstream file = OpenExport(path);
-    if (!file) return false;
-    std::vector<ExportedNote> records;
-    std::size_t characters = 0;
-    ExportReader reader(file);
-    for (std::size_t i = 0; i < count; ++i) {
-        if (!wanted(i)) {
-            if (reader.PassOver(1).empty()) break;
-            continue;
-        }
-        ExportedNote record = reader.Next();
-        if (file.bad() || record.Text.empty()) break;
-        characters += record.Text.size() + record.CreationTime.size();
-        if (records.size() == kMostImportedNotes || characters > kMostImportedCharacters) return false;
-        records.push_back(std::move(record));
-    }
+    const ReadNotes read = ReadNotesOf(path, count, wanted);
     // Neither saved nor stacked one by one: both follow once for all notes of an import.
-    for (const ExportedNote& record : records) store.AdoptNote(ToNote(record));
-    return !file.bad();
+    for (const Note& note : read.notes) {
+        frmNote& adopted = store.AdoptNote(note);
+        if (!IsTextFile(path)) continue;
+        adopted.PlaceAsNew();
+        adopted.AutoSize();
+    }
+    return read.complete;
 }
 
 }  // namespace
 
 bool ImportNotes(NoteStore& store, const std::wstring& fileName) {
     return TakeInFile(store, FilePath(fileName), kMostRecords, [](std::size_t) { return true; });
+}
+
+void ShowImportFailure(const std::wstring& fileName) {
+    ShowMessage(
+        L"Beim Importieren der Notizen aus " + ShownFileName(fileName) + L" ist ein Fehler aufgetreten.",
+        kCritical, L"Fehler beim Importieren");
 }
 
 void ImportNotes(NoteStore& store) {
@@ -53,11 +50,7 @@ void ImportNotes(NoteStore& store) {
                                                         [&](std::size_t index) { return chosen[index]; });
         store.SaveNotes();
         store.ApplyForeground();
-        if (failed) {
-            ShowMessage(L"Beim Importieren der Notizen aus " + ShownFileName(FileName(path)) +
-                            L" ist ein Fehler aufgetreten.",
-                        kCritical, L"Fehler beim Importieren");
-        }
+        if (failed) ShowImportFailure(FileName(path));
     };
     dialog->ShowModal();
 }

@@ -8,8 +8,8 @@
 #include <wx/textctrl.h>
 
 #include "dialogs/basWait.h"
-#include "exchange/ExportFile.h"
 #include "exchange/ExportPath.h"
+#include "exchange/ImportFile.h"
 #include "notes/NoteChoice.h"
 #include "notes/NoteFont.h"
 #include "notes/NotePaint.h"
@@ -48,7 +48,7 @@ frmImport::frmImport() : frmDialog(L"Importieren", L"ch3_import.html", true) {
 
     const auto records = [this] {
         std::vector<NoteChoice::Entry> entries;
-        for (std::wstring& text : ListExport(File())) {
+        for (std::wstring& text : ListNotes(File())) {
             entries.push_back({std::move(text), static_cast<std::int32_t>(entries.size())});
         }
         return entries;
@@ -132,8 +132,8 @@ void frmImport::OnFileChanged() {
 void frmImport::ShowPreview(int row) {
     if (row < 0) return;
     // The file may have changed since it was listed.
-    if (const std::optional<ExportedNote> record = RecordOf(File(), static_cast<std::size_t>(row))) {
-        ShowNote(ToNote(*record));
+    if (const std::optional<Note> note = NoteAt(File(), static_cast<std::size_t>(row))) {
+        ShowNote(*note);
     } else {
         ShowNoPreview();
     }

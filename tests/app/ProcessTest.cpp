@@ -38,11 +38,15 @@ TEST_F(ProcessTest, HandsFilesOverToTheRunningCopy) {
     Process first({});
     WaitUntilShown(2);
     Process second(
-        {File("zwei ü.kvr", L"zwei"), File("drei.kvr", L"drei"), File("weg.kvr", L"") + ".gibt-es-nicht"});
+        {File("weg.kvr", L"") + ".gibt-es-nicht", File("zwei ü.kvr", L"zwei"), File("drei.kvr", L"drei")});
     EXPECT_EQ(second.Wait(2s), 0);
     EXPECT_TRUE(Eventually([] { return SavedTexts() == Texts{L"eins", L"zwei", L"drei"}; }));
-    WaitUntilShown(4);
+    // The copy that took the files says what is wrong with one of them, and goes on meanwhile.
+    EXPECT_FALSE(WaitForWindow("Fehler beim Importieren").empty());
+    WaitUntilShown(5);
     EXPECT_FALSE(first.Ended());
+    first.AskToEnd();
+    EXPECT_EQ(first.Wait(1s), 0);
 }
 
 TEST_F(ProcessTest, FilesOpenedTogetherAreAllTakenIn) {

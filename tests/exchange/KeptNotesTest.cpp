@@ -7,7 +7,7 @@
 #include "app/NoteServices.h"
 #include "base/DataFolder.h"
 #include "base/FileName.h"
-#include "exchange/ExportFile.h"
+#include "exchange/ImportFile.h"
 #include "exchange/basImport.h"
 #include "tests/support/Events.h"
 #include "tests/support/Messages.h"
@@ -75,8 +75,8 @@ TEST_F(KeptNotesTest, TheNewestHundredStay) {
     while (Store().CountNotes() > 0) Store().DeleteNote(*Store().Notes()[0]);
     const auto files = Kept();
     ASSERT_EQ(files.size(), 100u);
-    EXPECT_EQ(RecordOf(files.front(), 0)->Text, L"3");
-    EXPECT_EQ(RecordOf(files.back(), 0)->Text, L"102");
+    EXPECT_EQ(NoteAt(files.front(), 0)->text, L"3");
+    EXPECT_EQ(NoteAt(files.back(), 0)->text, L"102");
 }
 
 TEST_F(KeptNotesTest, WithoutABinTheTextGoesToTheClipboard) {

@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include "exchange/ExportFile.h"
+#include "exchange/ImportFile.h"
 
 namespace {
 
@@ -15,8 +16,8 @@ TEST(SpecialFiles, AreNoExportFiles) {
     for (const fs::path& path : {pipe, fs::path("/dev/full"), fs::path("/dev/zero")}) {
         EXPECT_FALSE(OpenForExport(path).good()) << path;
         EXPECT_FALSE(OpenExport(path).good()) << path;
-        EXPECT_TRUE(ListExport(path).empty()) << path;
-        EXPECT_FALSE(RecordOf(path, 0)) << path;
+        EXPECT_TRUE(ListNotes(path).empty()) << path;
+        EXPECT_FALSE(NoteAt(path, 0)) << path;
     }
     fs::remove(pipe);
 }

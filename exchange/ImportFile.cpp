@@ -1,0 +1,133 @@
+#include "exchange/ImportFile.h"
+
+#include <algorithm>
+#include <fstream>
+
+#include "base/DateText.h"
+#include "base/FileName.h"
+#include "base/basText.h"
+#include "exchange/ExportFile.h"
+#include "exchange/ExportedNote.h"
+#include "exchange/KeptFile.h"
+
+namespace {
+
+using Notes = std::vector<Note>;
+
+// The file's bytes; nothing when it cannot be read or is too large.
+std::optional<std::string> TextFileBytes(const std::filesystem::path& path) {
+    std::ifstream file = OpenExport(path);
+    std::string bytes(kMostTextFileBytes + 1, '\0');
+    file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    // The end of the file has to come before that of the room.
+    if (file.bad() || !file.eof()) return std::nullopt;
+    bytes.resize(static_cast<std::size_t>(file.gcount()));
+    return bytes;
+}
+
+// What is not read record by record: the notes of a kept file or of a text file. Nothing for any other.
+std::optional<ReadNotes> NotesAsAWhole(const std::filesystem::path& path) {
+    if (IsTextFile(path)) {
+        const std::optional<std::string> bytes = TextFileBytes(path);
+        if (!bytes) return ReadNotes{};
+        return ReadNotes{.notes = bytes->empty() ? Notes() : Notes{NoteOfText(*bytes)}, .complete = true};
+    }
+    std::ifstream file = OpenExport(path);
+    std::optional<Notes> notes = ExactNotes(file);
+    if (!notes) return std::nullopt;
+    return ReadNotes{.notes = *std::move(notes), .complete = true};
+}
+
+// Collects notes as long as they are not too many.
+class Collector {
+  public:
+    bool Add(Note note) {
+        characters_ += note.text.size() + note.creationTime.size();
+        if (read_.notes.size() == kMostImportedNotes || characters_ > kMostImportedCharacters) {
+            read_.notes.clear();
+            return false;
+        }
+        read_.notes.push_back(std::move(note));
+        return true;
+    }
+    ReadNotes Take(bool complete) {
+        read_.complete = complete;
+        return std::move(read_);
+    }
+
+  private:
+    ReadNotes read_;
+    std::size_t characters_ = 0;
+};
+
+ReadNotes ReadRecords(std::istream& file, std::size_t count, const std::function<bool(std::size_t)>& wanted) {
+    Collector collector;
+    ExportReader reader(file);
+    for (std::size_t i = 0; i < count; ++i) {
+        if (!wanted(i)) {
+            if (reader.PassOver(1).empty()) break;
+            continue;
+        }
+        const ExportedNote record = reader.Next();
+        if (file.bad() || record.Text.empty()) break;
+        if (!collector.Add(ToNote(record))) return collector.Take(false);
+    }
+    return collector.Take(!file.bad());
+}
+
+}  // namespace
+
+bool IsTextFile(const std::filesystem::path& path) {
+    std::wstring ending = FileName(path.extension());
+    for (wchar_t& c : ending) c = c >= L'A' && c <= L'Z' ? static_cast<wchar_t>(c - L'A' + L'a') : c;
+    return ending == L".txt";
+}
+
+Note NoteOfText(std::string_view bytes) {
+    constexpr std::string_view kMark = "\xEF\xBB\xBF";
+    std::wstring text = FromUtf8(bytes);
+    if (ToUtf8(text) != bytes) {
+        text = FromAnsi(bytes);
+    } else if (bytes.starts_with(kMark)) {
+        text.erase(0, 1);
+    }
+    std::replace(text.begin(), text.end(), L'\0', L' ');
+    return {.text = WithCrLf(text), .creationTime = CurrentDateText() + L", " + CurrentTimeText()};
+}
+
+std::vector<std::wstring> ListNotes(const std::filesystem::path& path) {
+    std::vector<std::wstring> texts;
+    if (const std::optional<ReadNotes> whole = NotesAsAWhole(path)) {
+        for (const Note& note : whole->notes)
+            texts.push_back(Flattened(note.text.substr(0, kListedCharacters)));
+        return texts;
+    }
+    std::ifstream file = OpenExport(path);
+    ExportReader reader(file);
+    while (texts.size() < kMostRecords) {
+        const std::wstring text = reader.PassOver(kListedCharacters);
+        if (text.empty()) break;
+        texts.push_back(Flattened(text));
+    }
+    return texts;
+}
+
+std::optional<Note> NoteAt(const std::filesystem::path& path, std::size_t index) {
+    const ReadNotes read = ReadNotesOf(path, index + 1, [&](std::size_t each) { return each == index; });
+    if (read.notes.empty()) return std::nullopt;
+    return read.notes.front();
+}
+
+ReadNotes ReadNotesOf(const std::filesystem::path& path, std::size_t count,
+                      const std::function<bool(std::size_t)>& wanted) {
+    count = std::min(count, kMostRecords);
+    std::ifstream file = OpenExport(path);
+    if (!file) return {};
+    const std::optional<ReadNotes> whole = NotesAsAWhole(path);
+    if (!whole) return ReadRecords(file, count, wanted);
+    Collector collector;
+    for (std::size_t i = 0; i < std::min(count, whole->notes.size()); ++i) {
+        if (wanted(i) && !collector.Add(whole->notes[i])) return collector.Take(false);
+    }
+    return collector.Take(whole->complete);
+}

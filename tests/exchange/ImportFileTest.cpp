@@ -1,0 +1,153 @@
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <fstream>
+#include <random>
+
+#include "base/DataFolder.h"
+#include "base/basText.h"
+#include "exchange/ExportFile.h"
+#include "exchange/ImportFile.h"
+#include "exchange/KeptFile.h"
+#include "tests/exchange/SampleNotes.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using Texts = std::vector<std::wstring>;
+
+class ImportFileTest : public testing::Test {
+  protected:
+    ImportFileTest() {
+        fs::remove_all(folder);
+        fs::create_directories(folder);
+    }
+    ~ImportFileTest() override { fs::remove_all(folder); }
+
+    fs::path Write(const std::string& bytes, const char* name = "a.kvr") const {
+        std::ofstream(folder / name, std::ios::binary) << bytes;
+        return folder / name;
+    }
+    // All notes of the file.
+    static ReadNotes Read(const fs::path& path) {
+        return ReadNotesOf(path, kMostRecords, [](std::size_t) { return true; });
+    }
+
+    const fs::path folder = SharedDataFolder() / "kivora import ü test";
+};
+
+std::vector<ExportedNote> Notes(const std::vector<std::wstring>& texts) {
+    std::vector<ExportedNote> notes;
+    for (const std::wstring& text : texts) {
+        notes.push_back({.Text = text, .CreationTime = L"21.11.2026, 09:15:00"});
+        notes.back().Left = static_cast<std::int32_t>(notes.size());
+    }
+    return notes;
+}
+
+}  // namespace
+
+TEST_F(ImportFileTest, ListAndRecordsAgree) {
+    const std::wstring longText = std::wstring(5000, L'ü');
+    const std::vector<ExportedNote> notes = Notes({L"eins\r\nzwei", L"a\rb\nc\td\n\ne", longText, L" x "});
+    const fs::path path = Write(FileBytes(notes));
+    EXPECT_EQ(ListNotes(path),
+              (Texts{L"eins zwei", L"a b c d e", longText.substr(0, kListedCharacters), L" x "}));
+    for (std::size_t i = 0; i < notes.size(); ++i) EXPECT_EQ(NoteAt(path, i), ToNote(notes[i])) << i;
+    EXPECT_FALSE(NoteAt(path, notes.size()));
+}
+
+TEST_F(ImportFileTest, AnEmptyTextEndsTheFile) {
+    const fs::path path = Write(FileBytes(Notes({L"eins", L"", L"drei"})));
+    EXPECT_EQ(ListNotes(path), Texts{L"eins"});
+    EXPECT_TRUE(NoteAt(path, 0));
+    EXPECT_FALSE(NoteAt(path, 1));
+    EXPECT_FALSE(NoteAt(path, 2));
+    Write(FileBytes(Notes({L"", L"zwei"})));
+    EXPECT_TRUE(ListNotes(path).empty());
+}
+
+TEST_F(ImportFileTest, VeryManyRecordsAreListedSoon) {
+    std::vector<ExportedNote> notes(100'000, Notes({L"Einkaufen: Milch, Brot, Käse\r\nund Butter"})[0]);
+    notes.back().Text = L"letzte";
+    const fs::path path = Write(FileBytes(notes));
+    const auto start = std::chrono::steady_clock::now();
+    const Texts texts = ListNotes(path);
+    // Were each record looked for from the beginning, it would be minutes.
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+    ASSERT_EQ(texts.size(), notes.size());
+    EXPECT_EQ(texts.back(), L"letzte");
+    EXPECT_EQ(NoteAt(path, notes.size() - 1), ToNote(notes.back()));
+}
+
+TEST_F(ImportFileTest, ForeignFilesAreListedWithinLimits) {
+    std::mt19937 random(53);
+    std::string noise(64'000'000, '\0');
+    for (std::size_t i = 0; i + 4 <= noise.size(); i += 4) {
+        const std::uint32_t four = random();
+        noise.replace(i, 4, reinterpret_cast<const char*>(&four), 4);
+    }
+    std::string ones;  // the smallest records, more than anybody has
+    for (std::size_t i = 0; i < kMostRecords + 1000; ++i)
+        ones += FileBytes({ExportedNote{.Text = L"1", .CreationTime = L""}});
+    const struct {
+        const char* name;
+        const std::string& bytes;
+        std::size_t most;
+    } rows[] = {{"noise", noise, 2 * noise.size() / 65'535 + 1000}, {"ones", ones, kMostRecords}};
+    for (const auto& row : rows) {
+        const fs::path path = Write(row.bytes);
+        const auto start = std::chrono::steady_clock::now();
+        const Texts texts = ListNotes(path);
+        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2)) << row.name;
+        EXPECT_LE(texts.size(), row.most) << row.name;
+        for (const std::wstring& text : texts) ASSERT_LE(text.size(), kListedCharacters) << row.name;
+    }
+}
+
+TEST_F(ImportFileTest, TextFilesAreOneNote) {
+    const struct {
+        const char* name;
+        std::string bytes;
+        std::wstring text;
+    } rows[] = {
+        {"UTF-8", "Käse\r\nund \xF0\x9F\x98\x80", L"Käse\r\nund \U0001F600"},
+        {"with a mark", "\xEF\xBB\xBFKäse", L"Käse"},
+        {"only a mark", "\xEF\xBB\xBF", L""},
+        {"U+FFFD itself", "\xEF\xBF\xBD", L"\uFFFD"},
+        {"Windows-1252", "K\xE4se 5 \x80", L"Käse 5 €"},
+        {"broken off", "K\xC3", L"KÃ"},
+        {"line breaks", "a\nb\rc\r\nd\n", L"a\r\nb\r\nc\r\nd\r\n"},
+        {"NUL", std::string("a\0b", 3), L"a b"},
+    };
+    for (const auto& row : rows) {
+        const ReadNotes read = Read(Write(row.bytes, "a.Txt"));
+        EXPECT_TRUE(read.complete) << row.name;
+        ASSERT_EQ(read.notes.size(), 1u) << row.name;
+        EXPECT_EQ(read.notes[0].text, row.text) << row.name;
+        EXPECT_EQ(read.notes[0].look, NoteLook()) << row.name;
+        EXPECT_FALSE(read.notes[0].creationTime.empty()) << row.name;
+        EXPECT_EQ(ListNotes(folder / "a.Txt"), Texts{Flattened(row.text)}) << row.name;
+    }
+    EXPECT_TRUE(Read(Write("", "a.Txt")).complete);
+    EXPECT_TRUE(ListNotes(folder / "a.Txt").empty());
+    Write(std::string(kMostTextFileBytes + 1, 'x'), "a.Txt");
+    EXPECT_FALSE(Read(folder / "a.Txt").complete);
+    EXPECT_TRUE(ListNotes(folder / "a.Txt").empty());
+    EXPECT_FALSE(Read(folder / "fehlt.txt").complete);
+}
+
+TEST_F(ImportFileTest, KeptFilesAreReadExactly) {
+    const std::vector<Note> notes{{.text = L"Ω\r\n\U0001F600"}, {.text = std::wstring(70'000, L'x')}};
+    const std::string bytes = KeptFileBytes(notes);
+    const fs::path path = Write(bytes);
+    EXPECT_EQ(Read(path).notes, notes);
+    EXPECT_EQ(ListNotes(path), (Texts{L"Ω \U0001F600", std::wstring(kListedCharacters, L'x')}));
+    EXPECT_EQ(NoteAt(path, 1), notes[1]);
+    EXPECT_EQ(NoteAt(path, 2), std::nullopt);
+    EXPECT_EQ(ReadNotesOf(path, 2, [](std::size_t i) { return i == 1; }).notes, std::vector<Note>{notes[1]});
+    // Without its appendix it is an export file.
+    Write(bytes.substr(0, bytes.size() - 1));
+    EXPECT_EQ(ListNotes(path).size(), 3u);
+    EXPECT_EQ(NoteAt(path, 0)->text, FromAnsi(ToAnsi(notes[0].text)));
+}
