@@ -1,6 +1,7 @@
 // Windows moves and sizes windows itself, once it is told that a frame was pressed.
 #include <windows.h>
 
+#include <wx/frame.h>
 #include <wx/weakref.h>
 
 #include <memory>
