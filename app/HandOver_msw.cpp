@@ -1,4 +1,7 @@
-// A mutex tells that there is a running copy; a DDE conversation takes the file names to it.
+// A mutex tells that there is a running copy. Its window takes the file names; a DDE conversation does too,
+// for copies and programs that know no other way. That is the second choice, because Windows lets it wait for
+// the windows of all programs, also of one that hangs, and because it carries the characters of the code page
+// only.
 #include <windows.h>
 
 #include <ddeml.h>
@@ -12,6 +15,7 @@
 
 #include "app/HandOver.h"
 #include "base/FileName.h"
+#include "base/MessageWindow_msw.h"
 #include "base/basText.h"
 
 namespace {
@@ -19,10 +23,14 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 const wchar_t* const kMutex = L"Local\\Kivora";
+const wchar_t* const kWindowClass = L"Kivora.HandOver";
+constexpr ULONG_PTR kFileName = 1;  // what a message to that window carries
 const char* const kService = "Kivora";
 const char* const kTopic = "Import";
 const char* const kItem = "lblDDERec";
 constexpr std::chrono::seconds kPatience{5};
+// A copy that has just started may not have come to opening its window.
+constexpr std::chrono::seconds kPatienceForWindow{1};
 constexpr DWORD kRetryPauseMilliseconds = 20;
 
 // One side of a DDE conversation.
@@ -55,6 +63,10 @@ class DdeCopy : public RunningCopy {
   public:
     explicit DdeCopy(HANDLE mutex)
         : mutex_(mutex), conversations_(std::make_unique<Conversations>(OnDde, APPCLASS_STANDARD)) {
+        window_ = std::make_unique<MessageWindow>(
+            kWindowClass, [this](UINT message, WPARAM, LPARAM data) { return OnMessage(message, data); });
+        // A copy that was started with an administrator's rights takes names from the others too.
+        ChangeWindowMessageFilterEx(window_->Get(), WM_COPYDATA, MSGFLT_ALLOW, nullptr);
         running = this;
         service_ = conversations_->Name(kService);
         DdeNameService(conversations_->Get(), service_, nullptr, DNS_REGISTER);
@@ -79,6 +91,7 @@ class DdeCopy : public RunningCopy {
   private:
     void StopListening() {
         if (!conversations_) return;
+        window_.reset();
         DdeNameService(conversations_->Get(), service_, nullptr, DNS_UNREGISTER);
         DdeFreeStringHandle(conversations_->Get(), service_);
         conversations_.reset();
@@ -92,16 +105,27 @@ class DdeCopy : public RunningCopy {
                 static_cast<INT_PTR>(running->conversations_->IsName(topic, kTopic)));
         if (type != XTYP_POKE || format != CF_TEXT || !running->conversations_->IsName(item, kItem))
             return nullptr;
-        running->Take(data);
+        running->Take(Caption(data));
         return reinterpret_cast<HDDEDATA>(DDE_FACK);
     }
 
-    void Take(HDDEDATA data) {
+    static std::wstring Caption(HDDEDATA data) {
         std::string bytes(DdeGetData(data, nullptr, 0, 0), '\0');
         DdeGetData(data, reinterpret_cast<BYTE*>(bytes.data()), static_cast<DWORD>(bytes.size()), 0);
         bytes.resize(std::min(bytes.find('\0'), bytes.size()));
-        if (bytes.empty()) return;
-        names_.push_back(FromAnsi(bytes));
+        return FromAnsi(bytes);
+    }
+
+    std::optional<LRESULT> OnMessage(UINT message, LPARAM lParam) {
+        const auto* data = reinterpret_cast<const COPYDATASTRUCT*>(lParam);
+        if (message != WM_COPYDATA || data->dwData != kFileName) return std::nullopt;
+        Take(std::wstring(static_cast<const wchar_t*>(data->lpData), data->cbData / sizeof(wchar_t)));
+        return TRUE;
+    }
+
+    void Take(std::wstring name) {
+        if (name.empty()) return;
+        names_.push_back(std::move(name));
         if (receive_) DeliverLater();
     }
 
@@ -120,6 +144,7 @@ class DdeCopy : public RunningCopy {
     }
 
     HANDLE mutex_;
+    std::unique_ptr<MessageWindow> window_;
     std::unique_ptr<Conversations> conversations_;
     HSZ service_ = nullptr;
     std::deque<std::wstring> names_;
@@ -127,10 +152,12 @@ class DdeCopy : public RunningCopy {
     std::shared_ptr<DdeCopy*> self_ = std::make_shared<DdeCopy*>(this);
 };
 
+// A copy with other rights may not let its mutex be opened, but it is there.
 bool IsCopyRunning() {
     const HANDLE mutex = OpenMutexW(SYNCHRONIZE, FALSE, kMutex);
-    if (mutex) CloseHandle(mutex);
-    return mutex != nullptr;
+    if (!mutex) return GetLastError() == ERROR_ACCESS_DENIED;
+    CloseHandle(mutex);
+    return true;
 }
 
 // The name in the code page; a short form of the file system's where that lacks a character.
@@ -157,7 +184,9 @@ bool Poke(const Conversations& conversations, HCONV conversation, std::string me
 
 std::unique_ptr<RunningCopy> RunningCopy::Claim() {
     const HANDLE mutex = CreateMutexW(nullptr, FALSE, kMutex);
-    if (mutex && GetLastError() == ERROR_ALREADY_EXISTS) {
+    const DWORD error = GetLastError();
+    if (!mutex && error == ERROR_ACCESS_DENIED) return nullptr;
+    if (mutex && error == ERROR_ALREADY_EXISTS) {
         CloseHandle(mutex);
         return nullptr;
     }
@@ -166,8 +195,24 @@ std::unique_ptr<RunningCopy> RunningCopy::Claim() {
 
 namespace {
 
-bool Converse(const std::string& name) {
-    const Clock::time_point deadline = Clock::now() + kPatience;
+// Null when the running copy opens none in time.
+HWND WindowOfRunningCopy(Clock::time_point deadline) {
+    HWND window = nullptr;
+    while (IsCopyRunning() && !(window = MessageWindow::Find(kWindowClass)) && Clock::now() < deadline)
+        Sleep(kRetryPauseMilliseconds);
+    return window;
+}
+
+bool Send(HWND window, std::wstring name, Clock::time_point deadline) {
+    COPYDATASTRUCT data{kFileName, static_cast<DWORD>(name.size() * sizeof(wchar_t)), name.data()};
+    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
+    DWORD_PTR taken = FALSE;
+    return SendMessageTimeoutW(window, WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&data), SMTO_BLOCK,
+                               static_cast<UINT>(std::max<long long>(left.count(), 1)), &taken) &&
+           taken;
+}
+
+bool Converse(const std::string& name, Clock::time_point deadline) {
     const Conversations conversations(IgnoreDde, APPCMD_CLIENTONLY);
     const HSZ service = conversations.Name(kService), topic = conversations.Name(kTopic);
     HCONV conversation = nullptr;
@@ -186,12 +231,16 @@ bool Converse(const std::string& name) {
 }  // namespace
 
 bool HandOver(const std::wstring& fileName) {
-    // A copy that does not answer would keep the call of Windows for ever, so that waits in a thread that can
+    const Clock::time_point start = Clock::now(), deadline = start + kPatience;
+    const std::wstring name = AbsoluteFileName(fileName);
+    if (const HWND window = WindowOfRunningCopy(start + kPatienceForWindow))
+        return Send(window, name, deadline);
+    // A window that does not answer would keep the conversation for ever, so that waits in a thread that can
     // be left behind.
     std::promise<bool> promise;
     std::future<bool> taken = promise.get_future();
-    std::thread([promise = std::move(promise), name = AnsiName(AbsoluteFileName(fileName))]() mutable {
-        promise.set_value(Converse(name));
+    std::thread([promise = std::move(promise), name = AnsiName(name), deadline]() mutable {
+        promise.set_value(Converse(name, deadline));
     }).detach();
-    return taken.wait_for(kPatience) == std::future_status::ready && taken.get();
+    return taken.wait_until(deadline) == std::future_status::ready && taken.get();
 }

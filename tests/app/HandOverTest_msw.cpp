@@ -1,0 +1,88 @@
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <future>
+#include <thread>
+
+#include "app/HandOver.h"
+#include "base/MessageWindow_msw.h"
+#include "tests/app/OtherCopy.h"
+#include "tests/support/Events.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+
+class HandOverOnWindows : public testing::Test {
+  protected:
+    // What the running copy gets when another one hands the names over.
+    std::vector<std::wstring> Taken(const std::vector<std::wstring>& names) {
+        const auto role = RunningCopy::Claim();
+        std::vector<std::wstring> taken;
+        role->Listen([&](const std::wstring& name) { taken.push_back(name); });
+        if (!hasWindow_) DestroyWindow(MessageWindow::Find(L"Kivora.HandOver"));
+        OtherCopy sender = OtherCopy::Sender(names);
+        EXPECT_TRUE(RunUntil([&] { return sender.Ended() && taken.size() >= names.size(); }, 10s));
+        EXPECT_EQ(sender.Result(), 0);
+        return taken;
+    }
+
+    bool hasWindow_ = true;
+};
+
+// Another program's window that does not answer: Windows lets DDE wait for it.
+class HungWindow {
+  public:
+    HungWindow()
+        : thread_([this] {
+              const HWND window = CreateWindowW(L"STATIC", L"", WS_OVERLAPPED, 0, 0, 10, 10, nullptr, nullptr,
+                                                GetModuleHandleW(nullptr), nullptr);
+              open_.set_value();
+              end_.get_future().wait();
+              DestroyWindow(window);
+          }) {
+        open_.get_future().wait();
+    }
+    ~HungWindow() {
+        end_.set_value();
+        thread_.join();
+    }
+
+  private:
+    std::promise<void> open_, end_;
+    std::thread thread_;
+};
+
+TEST_F(HandOverOnWindows, AnotherProgramThatHangsKeepsNothingBack) {
+    const HungWindow hung;
+    EXPECT_EQ(Taken({L"C:\\a.kvr"}), std::vector<std::wstring>{L"C:\\a.kvr"});
+}
+
+TEST_F(HandOverOnWindows, NamesMayHaveCharactersThatTheCodePageLacks) {
+    const std::vector<std::wstring> names = {L"C:\\Σημειώσεις\\одна.kvr", L"C:\\便条.kvr"};
+    EXPECT_EQ(Taken(names), names);
+}
+
+TEST_F(HandOverOnWindows, CopiesWithoutAWindowHoldDdeConversations) {
+    hasWindow_ = false;
+    EXPECT_EQ(Taken({L"C:\\ä €.kvr"}), std::vector<std::wstring>{L"C:\\ä €.kvr"});
+}
+
+// One that was started with other rights.
+TEST_F(HandOverOnWindows, ACopyThatLetsNobodyNearIsARunningOne) {
+    SECURITY_DESCRIPTOR nobody;
+    InitializeSecurityDescriptor(&nobody, SECURITY_DESCRIPTOR_REVISION);
+    ACL none;
+    InitializeAcl(&none, sizeof none, ACL_REVISION);
+    SetSecurityDescriptorDacl(&nobody, TRUE, &none, FALSE);
+    SECURITY_ATTRIBUTES attributes{sizeof attributes, &nobody, FALSE};
+    const HANDLE mutex = CreateMutexW(&attributes, FALSE, L"Local\\Kivora");
+    ASSERT_TRUE(mutex);
+    EXPECT_FALSE(RunningCopy::Claim());
+    CloseHandle(mutex);
+    EXPECT_TRUE(RunningCopy::Claim());
+}
+
+}  // namespace
