@@ -1,8 +1,9 @@
 #pragma once
 // One icon in the notification area of the platform: add, modify and delete, and the mouse messages that come
 // back. TrayItem_msw.cpp does it with Shell_NotifyIconA; TrayItem_unix.cpp with D-Bus, X11 or a window of the
-// program. Nothing here reports a failure: an icon that one of them refuses stands in the next one.
-// Everything is called, and calls back, on the thread of the windows.
+// program. Nothing here reports a failure: an icon that one of them refuses stands in the next one, and
+// Windows, while it is busy, is asked again. Everything is called, and calls back, on the thread of the
+// windows.
 
 #include <wx/bmpbndl.h>
 

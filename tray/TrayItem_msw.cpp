@@ -18,6 +18,11 @@ constexpr std::size_t kLongestTip = 63;
 // The message by which Windows tells of the mouse on the icon; lParam is the number of the mouse's own
 // message.
 constexpr UINT kCallback = WM_MOUSEMOVE;
+// While the shell is busy, as it is when the user logs on, it takes no icons. It is asked again, less and
+// less often.
+constexpr UINT_PTR kRetry = 1;
+constexpr UINT kFirstPauseMilliseconds = 250;
+constexpr UINT kLongestPauseMilliseconds = 60'000;
 
 std::optional<TrayMessage> MessageOf(UINT message) {
     switch (message) {
@@ -71,7 +76,7 @@ class MswTrayItem : public TrayItem {
           report_(std::move(report)) {
         SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
         Fill(picture, toolTip);
-        Tell(NIM_ADD);
+        if (!Tell(NIM_ADD)) Retry();
     }
 
     ~MswTrayItem() override {
@@ -104,7 +109,7 @@ class MswTrayItem : public TrayItem {
             if (const auto meaning = MessageOf(static_cast<UINT>(lParam))) report(*meaning);
             return 0;
         }
-        if (item && message == AreaCreated()) item->Tell(NIM_ADD);
+        if (item && (message == AreaCreated() || (message == WM_TIMER && wParam == kRetry))) item->PutUp();
         return DefWindowProcW(window, message, wParam, lParam);
     }
 
@@ -122,12 +127,24 @@ class MswTrayItem : public TrayItem {
         std::copy(tip.begin(), tip.end(), record_.szTip);
     }
 
-    void Tell(DWORD message) { Shell_NotifyIconA(message, &record_); }
+    // What the shell did not confirm in time may be there nevertheless.
+    void PutUp() {
+        KillTimer(window_, kRetry);
+        if (!Tell(NIM_MODIFY) && !Tell(NIM_ADD)) Retry();
+    }
+
+    void Retry() {
+        SetTimer(window_, kRetry, pause_, nullptr);
+        pause_ = std::min(2 * pause_, kLongestPauseMilliseconds);
+    }
+
+    bool Tell(DWORD message) { return Shell_NotifyIconA(message, &record_); }
 
     const HWND window_;
     std::function<void(TrayMessage)> report_;
     wxIcon icon_;
     NOTIFYICONDATAA record_{};
+    UINT pause_ = kFirstPauseMilliseconds;
 };
 
 }  // namespace

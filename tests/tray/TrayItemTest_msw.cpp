@@ -1,0 +1,90 @@
+#include <windows.h>
+
+#include <gtest/gtest.h>
+#include <shellapi.h>
+
+#include <vector>
+
+#include "res/Resources.h"
+#include "tests/support/Events.h"
+#include "tray/TrayItem.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// A shell's notification area that gets the orders before the real one does.
+class Shell {
+  public:
+    Shell() {
+        WNDCLASSW type{};
+        type.lpfnWndProc = OnMessage;
+        type.hInstance = GetModuleHandleW(nullptr);
+        type.lpszClassName = L"Shell_TrayWnd";
+        RegisterClassW(&type);
+        window_ = CreateWindowW(type.lpszClassName, L"", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr,
+                                type.hInstance, nullptr);
+        SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+        SetWindowPos(window_, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOACTIVATE);
+    }
+    ~Shell() {
+        DestroyWindow(window_);
+        UnregisterClassW(L"Shell_TrayWnd", GetModuleHandleW(nullptr));
+    }
+
+    bool busy = false;   // refuses every order
+    bool there = false;  // the icon
+    std::vector<DWORD> orders;
+
+  private:
+    static LRESULT CALLBACK OnMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+        auto* shell = reinterpret_cast<Shell*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+        if (!shell || message != WM_COPYDATA) return DefWindowProcW(window, message, wParam, lParam);
+        return shell->Obey(static_cast<DWORD>(reinterpret_cast<const COPYDATASTRUCT*>(lParam)->dwData));
+    }
+
+    bool Obey(DWORD order) {
+        orders.push_back(order);
+        if (busy || there == (order == NIM_ADD)) return false;
+        there = order != NIM_DELETE;
+        return true;
+    }
+
+    HWND window_;
+};
+
+class TrayItemOnWindows : public testing::Test {
+  protected:
+    std::unique_ptr<TrayItem> Add() {
+        return TrayItem::Add(LoadPicture(kFirstNoteIcon), L"Notiz", [](TrayMessage) {}, {});
+    }
+
+    Shell shell_;
+};
+
+TEST_F(TrayItemOnWindows, ComesWhenABusyShellHasTimeForIt) {
+    shell_.busy = true;
+    const auto item = Add();
+    EXPECT_TRUE(RunUntil([&] { return shell_.orders.size() > 1; }));
+    EXPECT_FALSE(shell_.there);
+    shell_.busy = false;
+    EXPECT_TRUE(RunUntil([&] { return shell_.there; }));
+    // Now that it is there nobody is asked any more.
+    const std::size_t orders = shell_.orders.size();
+    RunEvents(1s);
+    EXPECT_EQ(shell_.orders.size(), orders);
+}
+
+// What was not confirmed in time may be there nevertheless: then it is not added a second time.
+TEST_F(TrayItemOnWindows, IsModifiedBeforeItIsAddedAgain) {
+    const auto item = Add();
+    const HWND window = FindWindowW(L"Kivora.Notification", nullptr);
+    const UINT created = RegisterWindowMessageW(L"TaskbarCreated");
+    SendMessageW(window, created, 0, 0);
+    EXPECT_EQ(shell_.orders, (std::vector<DWORD>{NIM_ADD, NIM_MODIFY}));
+    shell_.there = false;
+    SendMessageW(window, created, 0, 0);
+    EXPECT_EQ(shell_.orders, (std::vector<DWORD>{NIM_ADD, NIM_MODIFY, NIM_MODIFY, NIM_ADD}));
+}
+
+}  // namespace
