@@ -59,10 +59,12 @@ class OpenedKey {
     OpenedKey(const Key& key, REGSAM access, Missing missing = Fail) {
         const auto number = static_cast<std::int32_t>(0x80000000u + key.root);
         const HKEY root = reinterpret_cast<HKEY>(static_cast<std::intptr_t>(number));
+        // The calls that take the code page's characters have room for a path of 260 only.
+        const std::wstring path = FromAnsi(key.path);
         if (missing == Fail)
-            result_ = RegOpenKeyExA(root, key.path.c_str(), 0, access, &key_);
+            result_ = RegOpenKeyExW(root, path.c_str(), 0, access, &key_);
         else if (IsWithinLimits(key.path))
-            result_ = RegCreateKeyExA(root, key.path.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, access,
+            result_ = RegCreateKeyExW(root, path.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, access,
                                       nullptr, &key_, nullptr);
         if (missing == Create || access == KEY_WRITE) Note(result_);
     }
