@@ -21,6 +21,7 @@
 #include "exchange/basImport.h"
 #include "mail/basMail.h"
 #include "net/basSendNotes.h"
+#include "notes/basNotes.h"
 #include "print/basPrint.h"
 
 Program::Program(std::unique_ptr<RunningCopy> role) : role_(std::move(role)), network_(Store()) {}
@@ -139,6 +140,7 @@ void Program::QuitApplication() {
     if (IsQuitting()) return;
     // The other copies have been told that these files are taken.
     if (role_) role_->Finish();
+    KeepTextBeingWritten();
     if (loaded_) Store().SaveNotes();
     EndAllWaits();
     if (wxEventLoopBase* loop = wxTheApp->GetMainLoop()) loop->ScheduleExit(0);

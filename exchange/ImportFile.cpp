@@ -14,6 +14,12 @@ namespace {
 
 using Notes = std::vector<Note>;
 
+bool IsTextFile(const std::filesystem::path& path) {
+    std::wstring ending = FileName(path.extension());
+    for (wchar_t& c : ending) c = c >= L'A' && c <= L'Z' ? static_cast<wchar_t>(c - L'A' + L'a') : c;
+    return ending == L".txt";
+}
+
 // The file's bytes; nothing when it cannot be read or is too large.
 std::optional<std::string> TextFileBytes(const std::filesystem::path& path) {
     std::ifstream file = OpenExport(path);
@@ -72,16 +78,12 @@ ReadNotes ReadRecords(std::istream& file, std::size_t count, const std::function
         if (file.bad() || record.Text.empty()) break;
         if (!collector.Add(ToNote(record))) return collector.Take(false);
     }
-    return collector.Take(!file.bad());
+    ReadNotes read = collector.Take(!file.bad());
+    read.records = true;
+    return read;
 }
 
 }  // namespace
-
-bool IsTextFile(const std::filesystem::path& path) {
-    std::wstring ending = FileName(path.extension());
-    for (wchar_t& c : ending) c = c >= L'A' && c <= L'Z' ? static_cast<wchar_t>(c - L'A' + L'a') : c;
-    return ending == L".txt";
-}
 
 Note NoteOfText(std::string_view bytes) {
     constexpr std::string_view kMark = "\xEF\xBB\xBF";

@@ -24,9 +24,6 @@ constexpr std::size_t kMostImportedCharacters = 32'000'000;
 // A larger text file is none that somebody wants as a note.
 constexpr std::size_t kMostTextFileBytes = 1'000'000;
 
-// The note of a text file tells nothing of its place and size.
-bool IsTextFile(const std::filesystem::path& path);
-
 // The note in a text file's bytes: UTF-8 with or without a mark at its beginning, or what is no UTF-8 in the
 // ANSI code page; every line break as CR LF, a NUL as a blank. It was written now and looks as a new note.
 Note NoteOfText(std::string_view bytes);
@@ -41,6 +38,7 @@ std::optional<Note> NoteAt(const std::filesystem::path& path, std::size_t index)
 struct ReadNotes {
     std::vector<Note> notes;
     bool complete = false;  // all that were wanted; else the file could not be read to its end
+    bool records = false;   // they are records of an export file, whose places count as they are
 };
 
 // Those of the first `count` notes that are wanted, in the order of the file; of one that holds more than is

@@ -19,7 +19,8 @@ bool TakeInFile(NoteStore& store, const std::filesystem::path& path, std::size_t
     // Neither saved nor stacked one by one: both follow once for all notes of an import.
     for (const Note& note : read.notes) {
         frmNote& adopted = store.AdoptNote(note);
-        if (!IsTextFile(path)) continue;
+        // Of a text, and of a note that never was on the screen, nobody knows where it stands.
+        if (read.records || note.place != NotePlace()) continue;
         adopted.PlaceAsNew();
         adopted.AutoSize();
     }

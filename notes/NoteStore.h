@@ -77,7 +77,8 @@ class NoteStore {
 
     // Called for an imported note with more text than can be read back, if set.
     std::function<void(const Note& note)> OnLongText;
-    // Called for a note before DeleteNote takes it out, if set. Must not throw.
+    // Called for a note before DeleteNote takes it out, and for a text that was written and does not become a
+    // note, if set. Must not throw.
     std::function<void(const Note& note)> OnDelete;
 
   private:

@@ -1,6 +1,8 @@
 #pragma once
 // Touches of the properties dialog that only the platform's own controls can give.
 
+#include <cstddef>
+
 struct NoteLook;
 class wxCheckBox;
 class wxColour;
@@ -13,6 +15,10 @@ void StyleCaption(wxCheckBox& box, const NoteLook& look);
 // Paints an option button in a colour, its caption in another one that is readable on it. The circle stays
 // visible on either.
 void PaintButton(wxRadioButton& button, const wxColour& face, const wxColour& ink);
+
+// Puts the caret of a multi-line box behind so many characters of its value, where a line break is one, and
+// scrolls to it.
+void PutCaret(wxTextCtrl& box, std::size_t characters);
 
 // Keeps the text of a multi-line box a little away from the box's border.
 void PadText(wxTextCtrl& box, int pixels);

@@ -54,6 +54,12 @@ void PaintButton(wxRadioButton& button, const wxColour& face, const wxColour& in
     g_object_unref(provider);
 }
 
+void PutCaret(wxTextCtrl& box, std::size_t characters) {
+    const auto position = static_cast<long>(characters);
+    box.SetInsertionPoint(position);
+    box.ShowPosition(position);
+}
+
 void PadText(wxTextCtrl& box, int pixels) {
     GtkWidget* widget = FindWidget(box.GetHandle(), GTK_TYPE_TEXT_VIEW);
     if (!widget) return;

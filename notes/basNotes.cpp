@@ -1,5 +1,7 @@
 #include "notes/basNotes.h"
 
+#include <utility>
+
 #include "base/DateText.h"
 #include "dialogs/OneDialog.h"
 #include "dialogs/basMessage.h"
@@ -12,15 +14,50 @@ namespace {
 // For new notes and for those that there are.
 OneDialog properties;
 
+// What is being written in the dialog, until it has become a note or lies in the bin.
+class Writing {
+  public:
+    Writing(const NoteStore& store, const frmProperties& dialog, Note note)
+        : store_(store), dialog_(dialog), note_(std::move(note)) {
+        current = this;
+    }
+    ~Writing() {
+        Keep();
+        current = nullptr;
+    }
+    Writing(const Writing&) = delete;
+    Writing& operator=(const Writing&) = delete;
+
+    void Done() { done_ = true; }
+    void Keep() {
+        if (std::exchange(done_, true)) return;
+        if (dialog_.TextChanged() && store_.OnDelete) store_.OnDelete(dialog_.Written(note_));
+    }
+
+    static inline Writing* current = nullptr;
+
+  private:
+    const NoteStore& store_;
+    const frmProperties& dialog_;
+    const Note note_;
+    bool done_ = false;
+};
+
+Note WrittenNow() { return {.creationTime = CurrentDateText() + L", " + CurrentTimeText()}; }
+
 }  // namespace
+
+void KeepTextBeingWritten() {
+    if (Writing::current) Writing::current->Keep();
+}
 
 void NewNote(NoteStore& store) {
     if (properties.BroughtForward()) return;
     const OneDialog::Opened<frmProperties> dialog(properties, L"Neue Notiz");
+    Writing writing(store, *dialog, WrittenNow());
     dialog->OnConfirmed = [&] {
-        Note note = dialog->Written({});
-        note.creationTime = CurrentDateText() + L", " + CurrentTimeText();
-        store.AddNote(note);
+        store.AddNote(dialog->Written(WrittenNow()));
+        writing.Done();
     };
     dialog->ShowModal();
 }
@@ -31,9 +68,11 @@ void EditNote(NoteStore& store, frmNote& note) {
     dialog->Fill(note.Content());
     dialog->PlaceNear(note.WindowRect());
     const std::int32_t key = note.NoteKey();
+    Writing writing(store, *dialog, note.Content());
     dialog->OnConfirmed = [&] {
         frmNote* edited = store.Find(key);
         if (!edited) {
+            writing.Keep();
             ShowMessage(
                 L"Die bearbeitete Notiz ist zwischenzeitlich gelöscht worden.\r\nDie Änderungen werden "
                 L"verworfen.",
@@ -43,6 +82,7 @@ void EditNote(NoteStore& store, frmNote& note) {
         edited->Content(dialog->Written(edited->Content()));
         edited->AutoSize();
         store.SaveNotes();
+        writing.Done();
     };
     dialog->ShowModal();
 }

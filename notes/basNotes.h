@@ -4,6 +4,9 @@
 class NoteStore;
 class frmNote;
 
+// A text that was written or changed in the dialog and does not become a note goes where deleted notes go
+// (NoteStore::OnDelete), with the look that the dialog shows.
+
 // "Neue Notiz": lets the user write a note and adds it to the store. When the dialog is open already it comes
 // to the front instead.
 void NewNote(NoteStore& store);
@@ -11,3 +14,6 @@ void NewNote(NoteStore& store);
 // "Notiz bearbeiten": lets the user change the note. A note that was deleted meanwhile is reported and the
 // changes are dropped.
 void EditNote(NoteStore& store, frmNote& note);
+
+// Does so at once with the text of a dialog that is open, because the program ends.
+void KeepTextBeingWritten();

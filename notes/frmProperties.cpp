@@ -9,9 +9,12 @@
 #include <wx/textctrl.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "base/basText.h"
 #include "dialogs/ControlNames.h"
+#include "dialogs/basMessage.h"
+#include "dialogs/basWait.h"
 #include "notes/NoteFont.h"
 #include "notes/NotePaint.h"
 #include "notes/NoteWindow.h"
@@ -58,6 +61,7 @@ wxSizer* frmProperties::CreateBoxes() {
         NameControl(*box, L"Text der Notiz");
         PadText(*box, FromDIP(kDialogGap));
         box->Bind(wxEVT_TEXT, [this, box](wxCommandEvent&) { OnText(box); });
+        box->Bind(wxEVT_KEY_DOWN, &frmProperties::OnBoxKey, this);
         if (i != kAlignLeft) box->Hide();
         sizer->Add(box, wxSizerFlags(1).Expand());
         boxes_[static_cast<std::size_t>(i)] = box;
@@ -125,9 +129,10 @@ void frmProperties::Fill(const Note& note) {
     wxString text(note.text);
     text.Replace(L"\r\n", L"\n");
     text.Replace(L"\r", L"\n");
-    text_ = text.ToStdWstring();
+    filled_ = text.ToStdWstring();
+    history_ = TextHistory(filled_);
     for (wxTextCtrl* box : boxes_) box->ChangeValue(text);
-    cmdOK->Enable(!text_.empty());
+    cmdOK->Enable(!filled_.empty());
 
     const std::int32_t code = note.look.alignment;
     const std::size_t alignment = code == kAlignRight || code == kAlignCentre ? code : kAlignLeft;
@@ -144,31 +149,76 @@ void frmProperties::Fill(const Note& note) {
 }
 
 Note frmProperties::Written(Note note) const {
-    note.text = WithCrLf(text_);
+    note.text = WithCrLf(history_.Text());
     note.look = SelectedLook();
     return note;
 }
+
+bool frmProperties::TextChanged() const { return !history_.Text().empty() && history_.Text() != filled_; }
 
 void frmProperties::OnText(wxTextCtrl* source) {
     if (updating_) return;
     updating_ = true;
     const std::wstring typed = source->GetValue().ToStdWstring();
-    text_ = FitEdit(text_, typed, kLongestStoredText, &caret_);
-    // The control is still busy with what was pasted and must not lose its text under its hands.
-    if (text_ != typed) CallAfter([this, source] { MendBox(source); });
-    for (wxTextCtrl* box : boxes_) {
-        if (box != source) box->ChangeValue(text_);
+    const std::wstring text = FitEdit(history_.Text(), typed, kLongestStoredText, &caret_);
+    history_.Change(text);
+    if (text != typed) {
+        cut_ += typed.size() - text.size();
+        // The control is still busy with what was pasted and must not lose its text under its hands.
+        CallAfter([this, source] { MendBox(source); });
     }
-    cmdOK->Enable(!text_.empty());
+    for (wxTextCtrl* box : boxes_) {
+        if (box != source) box->ChangeValue(text);
+    }
+    cmdOK->Enable(!text.empty());
     UpdateLook();
     updating_ = false;
 }
 
 void frmProperties::MendBox(wxTextCtrl* box) {
-    if (box->GetValue() == text_) return;
-    box->ChangeValue(text_);
-    box->SetInsertionPoint(static_cast<long>(caret_));
-    wxBell();
+    if (box->GetValue() != history_.Text()) {
+        box->ChangeValue(history_.Text());
+        PutCaret(*box, caret_);
+        UpdateLook();
+    }
+    TellOfCut();
+}
+
+void frmProperties::TellOfCut() {
+    if (std::exchange(telling_, true)) return;
+    // More may be cut while the message is on the screen.
+    while (const std::size_t cut = std::exchange(cut_, 0)) {
+        ShowMessage(cut == 1 ? std::wstring(L"Die Notiz ist voll. Ein Zeichen wurde weggelassen.")
+                             : L"Die Notiz ist voll. Die letzten " + std::to_wstring(cut) +
+                                   L" Zeichen des eingefügten Textes wurden weggelassen.",
+                    kExclamation, L"Text zu lang");
+        if (IsQuitting()) return;
+    }
+    telling_ = false;
+}
+
+void frmProperties::OnBoxKey(wxKeyEvent& event) {
+    const bool shift = event.GetModifiers() == (wxMOD_CONTROL | wxMOD_SHIFT);
+    const bool control = event.GetModifiers() == wxMOD_CONTROL;
+    const int key = event.GetKeyCode();
+    const bool undo = control && key == 'Z';
+    const bool redo = (shift && key == 'Z') || (control && key == 'Y');
+    if (!undo && !redo) {
+        event.Skip();
+    } else if (const std::optional<std::size_t> caret = undo ? history_.Undo() : history_.Redo()) {
+        ShowText(*caret);
+    } else {
+        wxBell();
+    }
+}
+
+void frmProperties::ShowText(std::size_t caret) {
+    for (wxTextCtrl* box : boxes_) {
+        box->ChangeValue(history_.Text());
+        PutCaret(*box, caret);
+    }
+    cmdOK->Enable(!history_.Text().empty());
+    UpdateLook();
 }
 
 void frmProperties::UpdateLook() {

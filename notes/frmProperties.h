@@ -10,6 +10,7 @@
 
 #include "dialogs/frmDialog.h"
 #include "model/Note.h"
+#include "model/TextHistory.h"
 
 class wxCheckBox;
 class wxRadioButton;
@@ -25,6 +26,8 @@ class frmProperties : public frmDialog {
     void Fill(const Note& note);
     // The note with the text and the look that the dialog holds.
     Note Written(Note note) const;
+    // There is a text, and it is not the one that the dialog was filled with.
+    bool TextChanged() const;
 
     // The controls, each under its name.
     wxTextCtrl* txtMessage = nullptr;                           // shown for alignment 0
@@ -50,9 +53,15 @@ class frmProperties : public frmDialog {
     NoteLook SelectedLook() const;
     std::int32_t SelectedSize() const;  // also one that is still being typed
     void MendBox(wxTextCtrl* box);
+    void TellOfCut();
+    void OnBoxKey(wxKeyEvent& event);
+    void ShowText(std::size_t caret);
 
     std::array<wxTextCtrl*, 3> boxes_{};
-    std::wstring text_;      // what all three boxes hold, line breaks as the control has them
+    TextHistory history_;    // of what all three boxes hold, line breaks as the control has them
+    std::wstring filled_;    // what they were filled with
     std::size_t caret_ = 0;  // where it belongs in a box that holds too much
+    std::size_t cut_ = 0;    // characters that did not fit and of which the user has still to be told
+    bool telling_ = false;
     bool updating_ = false;
 };

@@ -6,6 +6,7 @@
 #include <wx/spinctrl.h>
 #include <wx/textctrl.h>
 
+#include "base/basText.h"
 #include "dialogs/basMessage.h"
 #include "dialogs/frmMessage.h"
 #include "model/Note.h"
@@ -24,6 +25,15 @@
 #include "tests/support/Stacking.h"
 
 namespace {
+
+// A key as a dialog or a control in it gets it.
+void SendKey(wxWindow& window, int code, bool control = false, bool shift = false) {
+    wxKeyEvent key(dynamic_cast<wxTextCtrl*>(&window) ? wxEVT_KEY_DOWN : wxEVT_CHAR_HOOK);
+    key.m_keyCode = code;
+    key.SetControlDown(control);
+    key.SetShiftDown(shift);
+    window.ProcessWindowEvent(key);
+}
 
 class FrmProperties : public testing::Test {
   protected:
@@ -91,30 +101,54 @@ TEST_F(FrmProperties, TheTextStandsOnThePaperThatWasChosenLast) {
     });
 }
 
-TEST_F(FrmProperties, CancellingInAnyWayChangesNothing) {
+TEST_F(FrmProperties, CancellingInAnyWayChangesNothingAndKeepsTheText) {
     frmNote& note = Add(L"alt");
+    std::vector<Note> bin;
+    store.OnDelete = [&](const Note& deleted) { bin.push_back(deleted); };
     const std::function<void(frmProperties&)> ways[] = {
         [this](frmProperties& dialog) {
             NewNote(store);  // returns at once
             Press(dialog.cmdAbbrechen);
         },
         [](frmProperties& dialog) { dialog.Close(); },
-        [](frmProperties& dialog) {
-            wxKeyEvent key(wxEVT_CHAR_HOOK);
-            key.m_keyCode = WXK_ESCAPE;
-            dialog.ProcessWindowEvent(key);
+        [](frmProperties& dialog) { SendKey(dialog, WXK_ESCAPE); },
+        [&](frmProperties& dialog) {
+            KeepTextBeingWritten();
+            EXPECT_EQ(bin.size(), dialog.TextChanged() ? 1u : 0u);
+            EndAllWaits();
         },
     };
     for (const auto& way : ways) {
-        Work(&note, [&](frmProperties& dialog) {
-            dialog.txtMessage->SetValue(L"neu");
-            Choose(dialog.optFarbe[2]);
-            way(dialog);
-        });
-        EXPECT_EQ(note.Text(), L"alt");
-        EXPECT_EQ(note.Color(), kYellow);
-        EXPECT_EQ(store.CountNotes(), 1u);
+        for (const wchar_t* text : {L"neu\nΩ", L"alt", L""}) {
+            bin.clear();
+            Work(&note, [&](frmProperties& dialog) {
+                dialog.txtMessage->SetValue(text);
+                Choose(dialog.optFarbe[2]);
+                way(dialog);
+            });
+            ResetWaits();
+            EXPECT_EQ(note.Text(), L"alt");
+            EXPECT_EQ(note.Color(), kYellow);
+            EXPECT_EQ(store.CountNotes(), 1u);
+            Note expected = note.Content();
+            expected.text = L"neu\r\nΩ";
+            expected.look.color = kRed;
+            EXPECT_EQ(bin, *text == L'n' ? std::vector<Note>{expected} : std::vector<Note>()) << text;
+        }
     }
+    bin.clear();
+    Work(nullptr, [&](frmProperties& dialog) {
+        dialog.txtMessage->SetValue(L"x");
+        Press(dialog.cmdAbbrechen);
+    });
+    ASSERT_EQ(bin.size(), 1u);
+    EXPECT_EQ(bin[0].text, L"x");
+    EXPECT_FALSE(bin[0].creationTime.empty());
+    Work(nullptr, [&](frmProperties& dialog) {
+        dialog.txtMessage->SetValue(L"y");
+        Press(dialog.cmdOK);
+    });
+    EXPECT_EQ(bin.size(), 1u) << "it is a note";
 }
 
 TEST_F(FrmProperties, EditingShowsTheNoteAndGivesItBack) {
@@ -130,10 +164,7 @@ TEST_F(FrmProperties, EditingShowsTheNoteAndGivesItBack) {
         EXPECT_TRUE(dialog.chkForm[0]->GetValue());
         EXPECT_EQ(dialog.updwnSchriftgrad->GetValue(), 25);
         EXPECT_TRUE(dialog.optFarbe[0]->GetValue());
-        wxKeyEvent key(wxEVT_CHAR_HOOK);
-        key.m_keyCode = WXK_RETURN;
-        key.SetControlDown(true);
-        dialog.ProcessWindowEvent(key);
+        SendKey(dialog, WXK_RETURN, true);
     });
     EXPECT_EQ(note.Text(), L"eins\r\nzwei");
     EXPECT_EQ(note.Color(), kYellow);  // the foreign colour became the one that was shown
@@ -168,32 +199,66 @@ TEST_F(FrmProperties, TheThreeBoxesStayAlike) {
     dialog->Destroy();
 }
 
-TEST_F(FrmProperties, TakesNoMoreThanCanBeReadBack) {
-    frmProperties* dialog = new frmProperties(L"Neue Notiz");
-    const auto set = [&](const wxString& text) {
-        dialog->txtMessage->SetValue(text);
-        return RunUntil([&] { return dialog->txtMessage->GetValue().length() == 2047; });
+TEST_F(FrmProperties, TakesNoMoreThanCanBeReadBackAndSaysSo) {
+    const struct {
+        wxString before, pasted;
+        std::size_t kept;
+        const wchar_t* told;
+    } rows[] = {
+        {L"", wxString(L'b', 6000), 4095, L"Die letzten 1905 Zeichen des eingefügten Textes"},
+        {wxString(L'a', 4090), wxString(L'b', 6000), 5, L"Die letzten 5995 Zeichen des eingefügten Textes"},
+        {L"", wxString(L'ä', 3000), 2047, L"Die letzten 953 Zeichen des eingefügten Textes"},
+        {L"", wxString(L'\n', 3000), 2047, L"Die letzten 953 Zeichen des eingefügten Textes"},
+        {wxString(L'a', 4095), L"b", 0, L"Ein Zeichen"},
     };
-    EXPECT_TRUE(set(wxString(L'ä', 3000)));
-    EXPECT_EQ(dialog->txtMessageZentr->GetValue(), wxString(L'ä', 2047));
-    EXPECT_TRUE(set(wxString(L'\n', 3000)));
-    dialog->Destroy();
-}
-
-TEST_F(FrmProperties, PastingTooMuchKeepsWhatFits) {
-    // A paste goes through the control's own code, which is not to be disturbed on its way.
-    frmProperties* dialog = new frmProperties(L"Neue Notiz");
-    dialog->Show();
-    for (const std::size_t before : {std::size_t{0}, std::size_t{4090}}) {
-        dialog->txtMessage->SetValue(wxString(L'a', before));
+    for (const auto& row : rows) {
+        MessageRecorder shown;
+        frmProperties* dialog = new frmProperties(L"Neue Notiz");
+        dialog->Show();
+        dialog->txtMessage->SetValue(row.before);
         dialog->txtMessage->SetInsertionPointEnd();
+        // A paste goes through the control's own code, which is not to be disturbed on its way.
         ASSERT_TRUE(wxTheClipboard->Open());
-        wxTheClipboard->SetData(new wxTextDataObject(wxString(L'b', 6000)));
+        wxTheClipboard->SetData(new wxTextDataObject(row.pasted));
         wxTheClipboard->Close();
         dialog->txtMessage->Paste();
-        const wxString expected = wxString(L'a', before) + wxString(L'b', 4095 - before);
-        EXPECT_TRUE(RunUntil([&] { return dialog->txtMessage->GetValue() == expected; })) << before;
+        EXPECT_TRUE(RunUntil([&] { return !shown.messages.empty(); }));
+        for (wxTextCtrl* box : {dialog->txtMessage, dialog->txtMessageRechts, dialog->txtMessageZentr})
+            EXPECT_EQ(box->GetValue(), row.before + row.pasted.substr(0, row.kept));
+        const bool one = row.pasted.length() == 1;
+        EXPECT_EQ(shown.messages,
+                  std::vector<std::wstring>{L"Text zu lang|48|Die Notiz ist voll. " + std::wstring(row.told) +
+                                            (one ? L" wurde" : L" wurden") + L" weggelassen."});
+        dialog->Destroy();
     }
+}
+
+TEST_F(FrmProperties, UndoAndRedoGoOverAllBoxes) {
+    frmProperties* dialog = new frmProperties(L"Notiz bearbeiten");
+    dialog->Fill({.text = L"eins\r\nzwei"});
+    dialog->txtMessage->SetValue(L"eins\nzwei drei");
+    dialog->txtMessageRechts->SetValue(L"eins\nzwei drei vier");
+    const struct {
+        int key;
+        bool shift;
+        wxString text;
+    } rows[] = {
+        {'Z', false, L"eins\nzwei drei"},      {'Z', false, L"eins\nzwei"},
+        {'Z', false, L"eins\nzwei"},           {'Z', true, L"eins\nzwei drei"},
+        {'Y', false, L"eins\nzwei drei vier"}, {'Y', false, L"eins\nzwei drei vier"},
+        {'Z', false, L"eins\nzwei drei"},
+    };
+    const std::array<wxTextCtrl*, 3> boxes = {dialog->txtMessage, dialog->txtMessageRechts,
+                                              dialog->txtMessageZentr};
+    std::size_t step = 0;
+    for (const auto& row : rows) {
+        SendKey(*boxes[step++ % 3], row.key, true, row.shift);
+        for (wxTextCtrl* box : boxes) EXPECT_EQ(box->GetValue(), row.text) << step;
+        EXPECT_EQ(dialog->Written({}).text, WithCrLf(row.text.ToStdWstring())) << step;
+    }
+    // What is typed next comes where the caret was put.
+    dialog->txtMessage->WriteText(L"!");
+    EXPECT_EQ(dialog->Written({}).text, L"eins\r\nzwei drei!");
     dialog->Destroy();
 }
 
@@ -215,7 +280,10 @@ TEST_F(FrmProperties, NoteDeletedMeanwhileIsReported) {
         return note.IsActive();
     }));
     const MessageRecorder shown;
+    std::vector<std::wstring> bin;
+    store.OnDelete = [&](const Note& deleted) { bin.push_back(deleted.text); };
     Work(&note, [&](frmProperties& dialog) {
+        dialog.txtMessage->SetValue(L"geändert");
         store.DeleteNote(note);
         RunEvents();
         EXPECT_TRUE(IsOnScreen(dialog));
@@ -226,6 +294,7 @@ TEST_F(FrmProperties, NoteDeletedMeanwhileIsReported) {
                   L"Notiz zwischenzeitlich gelöscht|16|Die bearbeitete Notiz ist zwischenzeitlich gelöscht "
                   L"worden.\r\nDie Änderungen werden verworfen."});
     EXPECT_EQ(store.CountNotes(), 0u);
+    EXPECT_EQ(bin, (std::vector<std::wstring>{L"weg", L"geändert"}));
 }
 
 // Whoever quits while another dialog is still open must not lose what was confirmed.
