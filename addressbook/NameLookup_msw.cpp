@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "addressbook/NameLookup.h"
+#include "base/MessageWindow_msw.h"
 #include "base/basText.h"
 
 namespace {
@@ -22,13 +23,13 @@ void StartSockets() {
 
 struct NameLookup::Running {
     Answer answer;
-    HWND window = nullptr;
+    MessageWindow window{kWindowClass,
+                         [this](UINT message, WPARAM, LPARAM lParam) { return OnMessage(message, lParam); }};
     HANDLE task = nullptr;
     char host[MAXGETHOSTSTRUCT] = {};
 
     ~Running() {
         if (task) WSACancelAsyncRequest(task);
-        DestroyWindow(window);
     }
 
     std::wstring Dotted() const {
@@ -39,30 +40,20 @@ struct NameLookup::Running {
         return FromAnsi(inet_ntoa(address));
     }
 
-    static LRESULT CALLBACK OnMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-        auto* running = reinterpret_cast<Running*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-        if (message != kAnswered || !running) return DefWindowProcW(window, message, wParam, lParam);
-        running->task = nullptr;
-        const std::wstring address = WSAGETASYNCERROR(lParam) == 0 ? running->Dotted() : L"";
+    std::optional<LRESULT> OnMessage(UINT message, LPARAM lParam) {
+        if (message != kAnswered) return std::nullopt;
+        task = nullptr;
+        const std::wstring address = WSAGETASYNCERROR(lParam) == 0 ? Dotted() : L"";
         // A copy, because the look-up may be destroyed by its own answer.
-        const Answer answer = running->answer;
-        answer(address);
+        const Answer told = answer;
+        told(address);
         return 0;
     }
 
     void Begin(const std::string& name) {
-        static const ATOM registered = [] {
-            WNDCLASSW type{};
-            type.lpfnWndProc = OnMessage;
-            type.hInstance = GetModuleHandleW(nullptr);
-            type.lpszClassName = kWindowClass;
-            return RegisterClassW(&type);
-        }();
-        window = CreateWindowW(MAKEINTATOM(registered), L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
-                               GetModuleHandleW(nullptr), nullptr);
-        SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-        if (!name.empty()) task = WSAAsyncGetHostByName(window, kAnswered, name.c_str(), host, sizeof host);
-        if (!task) PostMessageW(window, kAnswered, 0, WSAMAKEASYNCREPLY(0, WSAHOST_NOT_FOUND));
+        if (!name.empty())
+            task = WSAAsyncGetHostByName(window.Get(), kAnswered, name.c_str(), host, sizeof host);
+        if (!task) PostMessageW(window.Get(), kAnswered, 0, WSAMAKEASYNCREPLY(0, WSAHOST_NOT_FOUND));
     }
 };
 

@@ -3,10 +3,12 @@
 // anew.
 #include <winsock2.h>
 
+#include <optional>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
+#include "base/MessageWindow_msw.h"
 #include "net/SocketReadiness.h"
 
 namespace SocketPump::System {
@@ -22,10 +24,11 @@ constexpr UINT kMessages = 0x3FFE;
 
 UINT MessageOf(Watched watched) { return kFirstMessage + static_cast<UINT>(watched % kMessages); }
 
-LRESULT CALLBACK OnMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+std::optional<LRESULT> OnMessage(UINT message, WPARAM wParam, LPARAM lParam);
 
 struct State {
-    HWND window = nullptr;
+    const MessageWindow messages{L"KivoraSocketPump", OnMessage};
+    const HWND window = messages.Get();
     std::unordered_map<UINT, Watched> ofMessage;
     std::deque<Watched> toLookAt;
     std::unordered_set<Watched> queued;  // those in toLookAt
@@ -34,17 +37,7 @@ struct State {
 
 State& The() {
     // Never destroyed: messages for it may come later than static objects end.
-    static State& state = *[] {
-        WNDCLASSW type{};
-        type.lpfnWndProc = OnMessage;
-        type.hInstance = GetModuleHandleW(nullptr);
-        type.lpszClassName = L"KivoraSocketPump";
-        RegisterClassW(&type);
-        auto* made = new State;
-        made->window = CreateWindowW(type.lpszClassName, L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
-                                     type.hInstance, nullptr);
-        return made;
-    }();
+    static State& state = *new State;
     return state;
 }
 
@@ -74,9 +67,9 @@ void OnReady(UINT message) {
     BeginTurnOrLater();
 }
 
-LRESULT CALLBACK OnMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+std::optional<LRESULT> OnMessage(UINT message, WPARAM wParam, LPARAM) {
     if (message == WM_TIMER && wParam == kTurnTimer) {
-        KillTimer(window, kTurnTimer);
+        KillTimer(The().window, kTurnTimer);
         The().asked = false;
         BeginTurn();
     } else if (message == kTurnMessage) {
@@ -85,7 +78,7 @@ LRESULT CALLBACK OnMessage(HWND window, UINT message, WPARAM wParam, LPARAM lPar
     } else if (message >= kFirstMessage && message < kFirstMessage + kMessages) {
         OnReady(message);
     } else {
-        return DefWindowProcW(window, message, wParam, lParam);
+        return std::nullopt;
     }
     return 0;
 }
