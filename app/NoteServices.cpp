@@ -1,12 +1,20 @@
 #include "app/NoteServices.h"
 
-#include "app/KivoraApp.h"
+#include "dialogs/basMessage.h"
 #include "dialogs/basWait.h"
 #include "exchange/KeptNotes.h"
+#include "model/KeepReason.h"
 #include "notes/basNotes.h"
 
 NoteServices::NoteServices() : store_(*this) {
-    store_.OnDelete = [](const Note& note) { Guarded([&] { KeepDeletedNote(note); }); };
+    store_.OnDelete = KeepDeletedNote;
+    store_.OnUnbinned = [](const Note& note, bool gone, const KeepResult& why) {
+        if (gone) return TellOfUnkeptNote(note);
+        TellMessage(
+            L"Die Notiz wurde nicht gelöscht, denn sie konnte nicht im Papierkorb aufgehoben werden.\r\n" +
+                ReasonText(why),
+            kCritical, L"Papierkorb");
+    };
 }
 
 void NoteServices::SaveNotes() {

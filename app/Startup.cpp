@@ -59,14 +59,7 @@ void Program::InitApplication() {
     services_.RunMenu = [this](frmNote& note, int id) { start_->RunFromTrayMenu(&note, id); };
     start_->notIcon.IconToolTip(L"Kivora 1.6");
     start_->notIcon.ShowIcon();
-    network_.KeepLongNote = [](const Note& note) -> KeepResult {
-        try {
-            ::KeepLongNote(note);
-            return {};
-        } catch (const std::system_error& failure) {
-            return {KeepFailure::Failed, failure.what()};
-        }
-    };
+    network_.KeepLongNote = KeepLongNote;
     network_.Listen();
     Store().ShowNotes(SettleDown);
     if (role_) {
@@ -75,7 +68,7 @@ void Program::InitApplication() {
 }
 
 void Program::LoadNotes() {
-    Store().OnLongText = [](const Note& note) { Guarded([&] { KeepLongNote(note); }); };
+    Store().OnLongText = [](const Note& note) { KeepLongNote(note); };
     Store().LoadNotes();
     loaded_ = true;
 }

@@ -7,7 +7,8 @@
 
 namespace {
 
-std::error_code LastError() { return {errno, std::generic_category()}; }
+// A user whose share of the disk is used up has no more room than one whose disk is full.
+std::error_code LastError() { return {errno == EDQUOT ? ENOSPC : errno, std::generic_category()}; }
 
 bool WriteAll(int file, std::string_view bytes) {
     while (!bytes.empty()) {

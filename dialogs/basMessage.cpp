@@ -22,4 +22,11 @@ MessageAnswer ShowMessage(const std::wstring& text, int flags, const std::wstrin
     return confirmed ? MessageAnswer::Yes : MessageAnswer::No;
 }
 
+void TellMessage(const std::wstring& text, int flags, const std::wstring& title) {
+    if (Observer())
+        Observer()(text, flags, title);
+    else
+        frmMessage::Tell(text, flags, title);
+}
+
 void SetMessageObserver(MessageObserver observer) { Observer() = std::move(observer); }

@@ -11,6 +11,10 @@
 // choice; so does quitting the program.
 MessageAnswer ShowMessage(const std::wstring& text, int flags, const std::wstring& title);
 
+// The same for what its user has not asked for and nobody waits for: shows the box and returns at once. No
+// dialog that is open has to wait until it is answered.
+void TellMessage(const std::wstring& text, int flags, const std::wstring& title);
+
 using MessageObserver =
     std::function<MessageAnswer(const std::wstring& text, int flags, const std::wstring& title)>;
 

@@ -80,7 +80,7 @@ std::size_t EndOfLines(const std::wstring& text, int count) {
 }
 
 // The label with what would not fit on the screen left out at the end.
-void Fill(wxStaticText& label, const std::wstring& text, int width, int mostLines) {
+void FillLabel(wxStaticText& label, const std::wstring& text, int width, int mostLines) {
     // No line has more characters than pixels: what lies beyond need not be measured.
     const auto most = static_cast<std::size_t>(mostLines) * static_cast<std::size_t>(width);
     label.SetLabelText(WithBrokenWords(text.substr(0, most), width, label));
@@ -93,6 +93,19 @@ void Fill(wxStaticText& label, const std::wstring& text, int width, int mostLine
 }  // namespace
 
 frmMessage::frmMessage(const std::wstring& text, int flags, const wxString& title) : DialogWindow(title) {
+    Fill(text, flags, title);
+}
+
+frmMessage::frmMessage(Alone alone, const std::wstring& text, int flags, const wxString& title)
+    : DialogWindow(alone, title) {
+    Fill(text, flags, title);
+}
+
+void frmMessage::Tell(const std::wstring& text, int flags, const wxString& title) {
+    (new frmMessage(Alone(), text, flags, title))->Begin();
+}
+
+void frmMessage::Fill(const std::wstring& text, int flags, const wxString& title) {
     auto* content = new wxBoxSizer(wxHORIZONTAL);
     const Kind kind = KindOf(flags);
     auto* picture = new wxStaticBitmap(this, wxID_ANY, LoadPicture(kind.picture));
@@ -111,7 +124,7 @@ frmMessage::frmMessage(const std::wstring& text, int flags, const wxString& titl
     SetContent(content, CreateButtons(question ? L"&Ja" : L"OK", question ? L"&Nein" : L""));
     // What the box needs beside its text is known now.
     const int room = Area().height - GetSize().y - kFreeLines * GetCharHeight();
-    Fill(*label, text, width, std::max(room / label->GetCharHeight(), kLeastLines));
+    FillLabel(*label, text, width, std::max(room / label->GetCharHeight(), kLeastLines));
     GetSizer()->SetSizeHints(this);
     SetEscapeId(question ? wxID_CANCEL : wxID_OK);
     cmdOK->SetFocus();

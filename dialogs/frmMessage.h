@@ -9,6 +9,13 @@ class frmMessage : public DialogWindow {
     // flags: those of MessageFlags.h.
     frmMessage(const std::wstring& text, int flags, const wxString& title);
 
+    // A box that nobody waits for: it goes when it is answered.
+    static void Tell(const std::wstring& text, int flags, const wxString& title);
+
     using DialogWindow::cmdAbbrechen;  // Yes and No of a question
     using DialogWindow::cmdOK;
+
+  private:
+    frmMessage(Alone alone, const std::wstring& text, int flags, const wxString& title);
+    void Fill(const std::wstring& text, int flags, const wxString& title);
 };

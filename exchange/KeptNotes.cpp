@@ -7,15 +7,21 @@
 #include "dialogs/basMessage.h"
 #include "dialogs/basWait.h"
 #include "exchange/NoteFolder.h"
+#include "model/KeepReason.h"
 
 namespace {
 
 constexpr std::size_t kDeletedNotes = 100;
 
-std::filesystem::path FolderNamed(const char* name) {
+KeepResult Keep(const Note& note, const char* folder, std::size_t most) {
     const std::filesystem::path data = DataFolder();
-    if (data.empty()) throw std::system_error(std::make_error_code(std::errc::no_such_file_or_directory));
-    return data / name;
+    if (data.empty()) return {KeepFailure::NoAccess};
+    try {
+        NoteFolder(data / folder, most).Keep(note);
+        return {};
+    } catch (const std::system_error& failure) {
+        return FailureOf(failure.code());
+    }
 }
 
 // The texts of deleted notes that could not be kept, until the user has been told.
@@ -40,15 +46,13 @@ void TellOfUnkeptTexts() {
 
 }  // namespace
 
-void KeepLongNote(const Note& note) { NoteFolder(FolderNamed("lange-notizen")).Keep(note); }
+KeepResult KeepLongNote(const Note& note) { return Keep(note, "lange-notizen", NoteFolder::kUnlimited); }
 
-void KeepDeletedNote(const Note& note) {
-    try {
-        NoteFolder(FolderNamed("papierkorb"), kDeletedNotes).Keep(note);
-    } catch (const std::system_error&) {
-        std::wstring& texts = UnkeptTexts();
-        if (texts.empty()) wxTheApp->CallAfter([] { TellOfUnkeptTexts(); });
-        if (!texts.empty()) texts += L"\r\n\r\n";
-        texts += note.text;
-    }
+KeepResult KeepDeletedNote(const Note& note) { return Keep(note, "papierkorb", kDeletedNotes); }
+
+void TellOfUnkeptNote(const Note& note) {
+    std::wstring& texts = UnkeptTexts();
+    if (texts.empty()) wxTheApp->CallAfter([] { TellOfUnkeptTexts(); });
+    if (!texts.empty()) texts += L"\r\n\r\n";
+    texts += note.text;
 }

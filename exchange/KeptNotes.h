@@ -2,13 +2,18 @@
 // Notes that would be lost otherwise are kept as export files in folders of the user's data, from which they
 // can be imported.
 
+#include "registry/KeepResult.h"
+
 struct Note;
 
 // For a note that came over the network or from a file with more text than the store reads back after a
-// restart: writes it to "lange-notizen". Throws std::system_error when that fails.
-void KeepLongNote(const Note& note);
+// restart: writes it to "lange-notizen".
+KeepResult KeepLongNote(const Note& note);
 
 // For a note that is about to be deleted: writes it to "papierkorb", where the newest 100 stay, and returns
-// when it is on the disk. A note without text is not kept. Deleting goes on when that fails, and no question
-// is asked: a little later a message says so, and the text lies in the clipboard then.
-void KeepDeletedNote(const Note& note);
+// when it is on the disk. A note without text needs no keeping.
+KeepResult KeepDeletedNote(const Note& note);
+
+// For one that was deleted and is not there: a little later a message says so, and the text lies in the
+// clipboard then.
+void TellOfUnkeptNote(const Note& note);

@@ -87,8 +87,10 @@ void NetworkAccess::ConnectionRequest() {
 KeepResult NetworkAccess::TakeIn(const Note& received) {
     Note note = received;
     note.creationTime = CurrentDateText() + L", " + CurrentTimeText();
-    const KeepResult kept = store_.AddNote(note).kept;
-    if (!KeepLongNote || ComesBack(note.text)) return kept;
-    const KeepResult keptElsewhere = KeepLongNote(note);
-    return kept.Kept() ? keptElsewhere : kept;
+    // First the text, of which the store keeps only a part: what is left over when the store then refuses the
+    // note is a file too many, not a note too few.
+    if (KeepLongNote && !ComesBack(note.text)) {
+        if (KeepResult failed = KeepLongNote(note); !failed.Kept()) return failed;
+    }
+    return store_.AddNoteIfKept(note);
 }

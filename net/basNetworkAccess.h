@@ -33,7 +33,7 @@ class NetworkAccess : private SocketEvents {
     NetworkAccess& operator=(const NetworkAccess&) = delete;
 
     // Called with a received note whose text the registry will not give back, so that somebody keeps it
-    // elsewhere. It is in the store already. What it could not keep is an error for the sender.
+    // elsewhere. What it could not keep is an error for the sender, and the note is not taken in.
     std::function<KeepResult(const Note&)> KeepLongNote;
 
     // Listens, if it does not already. False while the port is taken; the program does without receiving

@@ -15,18 +15,31 @@ void NoteUnloader::operator()(frmNote* note) const { note->Unload(); }
 void NoteStore::LoadNotes() {
     const StoredImage image = ReadStoredImage();
     AutostartEnabled = image.autostart;
+    std::vector<NotePtr> added = std::exchange(notes_, {});
     for (const StoredNote& stored : image.notes) {
-        lastNoteNumber_ = stored.key;
-        notes_.push_back(MakeNote(stored.note, stored.key));
+        // Keys of windows do not change any more.
+        lastNoteNumber_ = added.empty() ? stored.key : lastNoteNumber_ + 1;
+        notes_.push_back(MakeNote(stored.note, lastNoteNumber_));
     }
+    std::move(added.begin(), added.end(), std::back_inserter(notes_));
     for (const clsAddressBookEntry& entry : image.entries) AddAddressBookEntry(entry);
 }
 
 KeepResult NoteStore::SaveNotes() {
-    Notification::MenusChanged();  // whatever a menu depends on is saved
+    const KeepResult result = WriteImage();
+    Heard(result);
+    return result;
+}
+
+KeepResult NoteStore::WriteImage() {
     std::vector<const Note*> notes;
     for (const NotePtr& note : notes_) notes.push_back(&note->Content());
     return WriteStoredImage(AutostartEnabled, notes, AddressBook());
+}
+
+void NoteStore::Heard(const KeepResult& result) {
+    Notification::MenusChanged();  // whatever a menu depends on is saved
+    if (OnSaved) OnSaved(result);
 }
 
 NotePtr NoteStore::MakeNote(const Note& content, std::int32_t key) {
@@ -36,14 +49,29 @@ NotePtr NoteStore::MakeNote(const Note& content, std::int32_t key) {
     return note;
 }
 
-NoteStore::AddedNote NoteStore::AddNote(const Note& content) {
+NotePtr NoteStore::MakeNewNote(const Note& content) {
     NotePtr made = MakeNote(content, ++lastNoteNumber_);
     made->PlaceAsNew();
     made->AutoSize();
-    made->ShowStacked();
-    frmNote& note = *made;
-    notes_.push_back(std::move(made));
+    return made;
+}
+
+NoteStore::AddedNote NoteStore::AddNote(const Note& content) {
+    frmNote& note = *notes_.emplace_back(MakeNewNote(content));
+    note.ShowStacked();
     return {note, SaveNotes()};
+}
+
+KeepResult NoteStore::AddNoteIfKept(const Note& content) {
+    frmNote& note = *notes_.emplace_back(MakeNewNote(content));
+    KeepResult result = WriteImage();
+    if (result.Kept()) {
+        note.ShowStacked();
+        Heard(result);
+    } else {
+        Remove(note);
+    }
+    return result;
 }
 
 frmNote& NoteStore::AdoptNote(const Note& content) {
@@ -62,10 +90,29 @@ void NoteStore::TakeBack(frmNote& note) {
     Notification::MenusChanged();
 }
 
-KeepResult NoteStore::DeleteNote(frmNote& note) {
-    if (OnDelete) OnDelete(note.Content());
-    Remove(note);
-    return SaveNotes();
+bool NoteStore::DeleteNote(frmNote& note) {
+    const Note content = note.Content();
+    const KeepResult binned = OnDelete ? OnDelete(content) : KeepResult();
+    const auto place =
+        std::find_if(notes_.begin(), notes_.end(), [&](const NotePtr& each) { return each.get() == &note; });
+    NotePtr taken = std::move(*place);
+    const auto after = notes_.erase(place);
+    const KeepResult saved = WriteImage();
+    const bool gone = binned.Kept() || saved.Kept();
+    if (gone) {
+        ForgetMinimizedNote(note);
+        taken.reset();
+        Heard(saved);
+    } else {
+        notes_.insert(after, std::move(taken));
+    }
+    if (!binned.Kept() && OnUnbinned) OnUnbinned(content, gone, binned);
+    return gone;
+}
+
+void NoteStore::PutIntoBin(const Note& written) const {
+    const KeepResult binned = OnDelete ? OnDelete(written) : KeepResult();
+    if (!binned.Kept() && OnUnbinned) OnUnbinned(written, true, binned);
 }
 
 void NoteStore::UnloadAllNotes() {

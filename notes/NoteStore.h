@@ -29,26 +29,34 @@ class NoteStore {
   public:
     explicit NoteStore(NoteHost& host) : host_(host) {}
 
-    // Makes the windows of all notes that are kept, hidden still, and fills the address book.
+    // Makes the windows of all notes that are kept, hidden still, and fills the address book. When nothing
+    // could be read at first and it is called again later, notes and entries that were made meanwhile follow
+    // those that were kept.
     void LoadNotes();
-    // Keeps everything: the notes, the autostart flag and the address book.
+    // Keeps everything: the notes, the autostart flag and the address book. OnSaved hears the result, too.
     KeepResult SaveNotes();
 
     // Makes the window of a new note under the next key, at the next place for new notes and in the size that
-    // the text needs, shows it and saves. A note that could not be kept is there all the same; whoever then
-    // says no to its sender takes it back.
+    // the text needs, shows it and saves. A note that could not be kept is there all the same, as unsaved
+    // work.
     struct AddedNote {
         frmNote& note;
         KeepResult kept;
     };
     AddedNote AddNote(const Note& content);
+    // The same for a note whose sender waits for the answer: one that could not be kept does not stay, and
+    // whatever else is unsaved stays so.
+    KeepResult AddNoteIfKept(const Note& content);
     // Lets a note disappear that was just added: nothing is saved, and it goes into no bin.
     void TakeBack(frmNote& note);
     // Takes an imported note in under the next key, at its own place; neither shows nor saves it.
     frmNote& AdoptNote(const Note& content);
-    // Also saves; the reference is dead afterwards. Not kept: the note is gone from the screen and will be
-    // back after a restart, unless a later save is kept.
-    KeepResult DeleteNote(frmNote& note);
+    // Also saves; the reference is dead afterwards. A note that went neither into the bin nor out of what is
+    // kept stays, and false is the result. One of the two is enough: the user wants it gone, and with the
+    // second alone it is back after a restart, unless a later save is kept.
+    bool DeleteNote(frmNote& note);
+    // For a text that was written and does not become a note.
+    void PutIntoBin(const Note& written) const;
     void UnloadAllNotes();  // only at the end of the program
 
     void MinimizeAll();
@@ -77,12 +85,20 @@ class NoteStore {
 
     // Called for an imported note with more text than can be read back, if set.
     std::function<void(const Note& note)> OnLongText;
-    // Called for a note before DeleteNote takes it out, and for a text that was written and does not become a
-    // note, if set. Must not throw.
-    std::function<void(const Note& note)> OnDelete;
+    // The bin: called for what goes into it, before it is gone, if set. Must not throw.
+    std::function<KeepResult(const Note& note)> OnDelete;
+    // Called, if set, for a note that did not get into the bin: it has gone all the same, or it stays, and
+    // why.
+    std::function<void(const Note& note, bool gone, const KeepResult& why)> OnUnbinned;
+    // Called with the result of every save, if set, except where somebody else is told that it failed and no
+    // work of the user is concerned.
+    std::function<void(const KeepResult& result)> OnSaved;
 
   private:
     NotePtr MakeNote(const Note& content, std::int32_t key);
+    NotePtr MakeNewNote(const Note& content);
+    KeepResult WriteImage();
+    void Heard(const KeepResult& result);
     void Remove(frmNote& note);
     void ShowNextNotes();
     std::vector<frmNote*> InStackingOrder() const;

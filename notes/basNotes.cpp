@@ -31,7 +31,7 @@ class Writing {
     void Done() { done_ = true; }
     void Keep() {
         if (std::exchange(done_, true)) return;
-        if (dialog_.TextChanged() && store_.OnDelete) store_.OnDelete(dialog_.Written(note_));
+        if (dialog_.TextChanged()) store_.PutIntoBin(dialog_.Written(note_));
     }
 
     static inline Writing* current = nullptr;

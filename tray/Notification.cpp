@@ -42,7 +42,8 @@ void RaiseEvent(const NotificationEvents& events, TrayMessage message) {
 Picture ResourcePicture(int id) {
     Picture picture;
     picture.bitmap = LoadPicture(id);
-    const bool icon = id == kProgramIcon || (id >= kFirstNoteIcon && id <= kLastNoteIcon);
+    const bool icon =
+        id == kProgramIcon || id == kUnsavedIcon || (id >= kFirstNoteIcon && id <= kLastNoteIcon);
     if (picture.bitmap.IsOk()) picture.type = icon ? Picture::Icon : Picture::Bitmap;
     return picture;
 }

@@ -195,6 +195,10 @@ void RenderAll(const std::string& folder, const std::string& sourceFile, const s
                        Read(Render({folder + "/message-" + name + ".svg", ""}, size, size, 0).get()));
         ++message;
     }
+    const std::string unsavedStyle = programStyle + ".warning{display:inline !important}";
+    for (const int size : {16, 22, 24, 32, 44, 48, 64})
+        source.Add(7,
+                   Read(Render({folder + IconFile(size), unsavedStyle}, size, size, IconBorder(size)).get()));
     for (std::size_t i = 0; i < kPapers.size(); ++i) {
         const Paper& paper = kPapers[i];
         const int index = static_cast<int>(i);

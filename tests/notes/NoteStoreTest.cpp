@@ -48,7 +48,7 @@ TEST_F(NoteStoreTest, LoadsWhatIsKeptAndKeepsIt) {
 }
 
 TEST_F(NoteStoreTest, WhatIsTakenBackWasNeverDeleted) {
-    store.OnDelete = [](const Note&) { ADD_FAILURE(); };
+    store.OnDelete = [](const Note&) -> KeepResult { return ADD_FAILURE(), KeepResult(); };
     frmNote& note = Add(store, L"a");
     const std::int32_t key = note.NoteKey();
     store.TakeBack(note);
@@ -61,7 +61,7 @@ TEST_F(NoteStoreTest, DeletingIsKept) {
     const std::int32_t key = note.NoteKey();
     EXPECT_EQ(store.Find(key), &note);
     EXPECT_EQ(ReadStoredImage().notes.size(), 1u);
-    EXPECT_TRUE(store.DeleteNote(note).Kept());
+    EXPECT_TRUE(store.DeleteNote(note));
     EXPECT_EQ(store.Find(key), nullptr);
     EXPECT_EQ(store.CountNotes(), 0u);
     EXPECT_TRUE(ReadStoredImage().notes.empty());

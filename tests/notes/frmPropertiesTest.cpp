@@ -104,7 +104,7 @@ TEST_F(FrmProperties, TheTextStandsOnThePaperThatWasChosenLast) {
 TEST_F(FrmProperties, CancellingInAnyWayChangesNothingAndKeepsTheText) {
     frmNote& note = Add(L"alt");
     std::vector<Note> bin;
-    store.OnDelete = [&](const Note& deleted) { bin.push_back(deleted); };
+    store.OnDelete = [&](const Note& deleted) { return bin.push_back(deleted), KeepResult(); };
     const std::function<void(frmProperties&)> ways[] = {
         [this](frmProperties& dialog) {
             NewNote(store);  // returns at once
@@ -281,7 +281,7 @@ TEST_F(FrmProperties, NoteDeletedMeanwhileIsReported) {
     }));
     const MessageRecorder shown;
     std::vector<std::wstring> bin;
-    store.OnDelete = [&](const Note& deleted) { bin.push_back(deleted.text); };
+    store.OnDelete = [&](const Note& deleted) { return bin.push_back(deleted.text), KeepResult(); };
     Work(&note, [&](frmProperties& dialog) {
         dialog.txtMessage->SetValue(L"geändert");
         store.DeleteNote(note);

@@ -12,6 +12,7 @@ TEST(Resources, EveryPictureHasItsSizes) {
         {2, 2, {{240, 34}, {480, 68}}},
         {3, 3, {{360, 220}, {720, 440}}},
         {4, 6, {{32, 32}, {64, 64}, {48, 48}}},
+        {7, 7, {{16, 16}, {22, 22}, {24, 24}, {32, 32}, {44, 44}, {48, 48}, {64, 64}}},
         {100, 103, {{30, 32}, {60, 64}}},
         {110, 113, {{30, 32}, {60, 64}}},
         {120, 123, {{16, 16}, {22, 22}, {24, 24}, {32, 32}, {44, 44}, {48, 48}, {64, 64}, {20, 20}}},
@@ -26,7 +27,7 @@ TEST(Resources, EveryPictureHasItsSizes) {
             for (const wxSize& size : row.sizes) EXPECT_EQ(picture.GetBitmap(size).GetSize(), size);
         }
     }
-    for (const int id : {0, -1, 7, 99, 104, 114, 119, 124}) EXPECT_FALSE(LoadPicture(id).IsOk()) << id;
+    for (const int id : {0, -1, 8, 99, 104, 114, 119, 124}) EXPECT_FALSE(LoadPicture(id).IsOk()) << id;
 }
 
 // The program has the pixels that were drawn: the build leaves the program icon as files, too.
