@@ -36,12 +36,17 @@ void ShapeNoteWindow(wxFrame& window, int widthPixels, int heightPixels) {
 }
 
 void PlaceWindow(wxFrame& window, const wxRect& rect) {
-    // wxWidgets asks only for what differs from the place and the size that it believes the window to have,
-    // and what it believes is what the last event said.
     window.SetSize(rect.GetSize());
     auto* const gtk = GTK_WINDOW(window.GetHandle());
     gtk_window_resize(gtk, rect.width, rect.height);
-    gtk_window_move(gtk, rect.x, rect.y);
+    if (!gtk_widget_get_mapped(window.GetHandle())) {
+        gtk_window_move(gtk, rect.x, rect.y);
+        return;
+    }
+    // wxWidgets and GTK ask only for what differs from the place and the size that they believe the window to
+    // have, and what they believe is what the last event said.
+    gdk_window_move_resize(gtk_widget_get_window(window.GetHandle()), rect.x, rect.y, rect.width,
+                           rect.height);
 }
 
 std::optional<wxRect> RectOnScreen(const wxFrame& window) {
