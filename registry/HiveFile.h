@@ -1,64 +1,73 @@
 #pragma once
 // The file that holds the hive: an SQLite database that several processes may have open. Its tables are
-// described in docs/hive.md. This is the only place that knows SQLite.
-//
-// A file that is no database or a damaged one is moved aside under another name, never deleted, and a new one
-// takes its place.
+// described in docs/hive.md. Nothing is repaired here: what is damaged is said to be, and nothing is written
+// to it.
 
 #include <cstdint>
 #include <filesystem>
 #include <memory>
 
+#include "registry/HiveDatabase.h"
 #include "registry/HiveImage.h"
+#include "registry/HivePlace.h"
 #include "registry/KeepResult.h"
-
-struct sqlite3;
-struct sqlite3_stmt;
 
 class HiveFile : private HiveWriter {
   public:
     HiveFile() = default;
-    ~HiveFile() override;
+    ~HiveFile() override { Close(); }
     HiveFile(const HiveFile&) = delete;
     HiveFile& operator=(const HiveFile&) = delete;
 
-    // Opens the file, making it and its folder (readable for the user alone), and reads it. Null when that is
-    // impossible, and `result` says why; the file is as it was then.
-    std::unique_ptr<HiveImage> Open(const std::filesystem::path& file, KeepResult& result);
+    // Makes a file of this image, as yet under another name than its own. A failure leaves none.
+    static KeepResult Make(const std::filesystem::path& file, HiveImage& image);
 
-    // Reads the whole file; null when that fails, and `result` says why.
-    std::unique_ptr<HiveImage> Load(KeepResult& result);
+    // Opens the file, checks it from end to end and reads it.
+    KeepResult Open(const std::filesystem::path& file, std::unique_ptr<HiveImage>& image,
+                    HiveDeadline deadline);
+
+    // Another file, or none, lies where the opened one lay: what is written to it is lost.
+    bool HasMoved() const;
+
+    // Reads the whole file, which holds what other processes have written meanwhile.
+    KeepResult Load(std::unique_ptr<HiveImage>& image);
 
     // True when another process has written since the last Load, or when that cannot be told.
     bool ChangedElsewhere();
 
-    // From here to Commit or Rollback nobody else writes. Waits for other writers, half a minute at most; the
-    // result says when that did not help or the file cannot be written.
-    KeepResult Begin();
+    // From here to Commit or Rollback nobody else writes.
+    KeepResult Begin(HiveDeadline deadline);
     // Writes the changes down durably, or, when the result says so, nothing.
-    KeepResult Commit(const HiveImage& image);
+    KeepResult Commit(HiveImage& image);
     void Rollback();
+
+    bool InTransaction() const { return database_.InTransaction(); }
+
+    // Closing it writes nothing any more.
+    void LeaveAsItIs() { database_.LeaveAsItIs(true); }
+
+    // Copies all of it into an empty file.
+    KeepResult CopyTo(const std::filesystem::path& file) { return database_.CopyTo(file); }
 
   private:
     enum Query {
         kDataVersion,
         kReadKeys,
         kReadValues,
+        kReadChecksums,
         kAddKey,
         kRenameKey,
         kRemoveKey,
         kRemoveValues,
         kPutValue,
         kRemoveValue,
+        kPutChecksum,
         kQueries
     };
     class Run;
 
-    KeepResult TryOpen(const std::filesystem::path& file);
-    int CreateTables();
-    int ReadInto(HiveImage& image);
-    bool Execute(const char* sql);
-    KeepResult ResultOf(int code) const;
+    KeepResult CheckAndRead(HiveImage& image);
+    KeepResult ReadInto(HiveImage& image);
     void Close();
 
     bool AddKey(std::int64_t id, std::int64_t parent, const std::string& name) override;
@@ -66,8 +75,16 @@ class HiveFile : private HiveWriter {
     bool RemoveKey(std::int64_t id) override;
     bool PutValue(std::int64_t key, const HiveValue& value) override;
     bool RemoveValue(std::int64_t key, const std::string& name) override;
+    bool PutChecksum(std::int64_t key, std::uint64_t checksum) override;
+    bool Noted(Run& run);
 
-    sqlite3* db_ = nullptr;
+    HiveDatabase database_;
     sqlite3_stmt* queries_[kQueries] = {};
+    KeepResult failure_;  // of the first query of a Commit that failed
     std::int64_t dataVersion_ = 0;
+    std::filesystem::path file_;
+    FileIdentity identity_, logIdentity_;
 };
+
+// A number of 32 bits as the registry's bytes.
+std::string RegistryBytes(std::int64_t number);

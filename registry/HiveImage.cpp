@@ -7,8 +7,6 @@
 
 namespace {
 
-constexpr std::int64_t kRoots = 7;
-
 // Takes the first component off a path; empty ones are skipped. An empty result is the end.
 std::string_view TakeComponent(std::string_view& path) {
     const std::size_t start = std::min(path.find_first_not_of('\\'), path.size());
@@ -17,6 +15,24 @@ std::string_view TakeComponent(std::string_view& path) {
     path.remove_prefix(component.size());
     return component;
 }
+
+// FNV-1a, 64 bits: every step maps different states to different states, so a changed byte is never lost.
+class Hash {
+  public:
+    void Add(std::string_view bytes) {
+        AddNumber(static_cast<std::int64_t>(bytes.size()));
+        for (const char c : bytes) AddByte(static_cast<unsigned char>(c));
+    }
+    void AddNumber(std::int64_t number) {
+        for (int shift = 0; shift < 64; shift += 8)
+            AddByte(static_cast<unsigned char>(static_cast<std::uint64_t>(number) >> shift));
+    }
+    std::uint64_t Value() const { return state_; }
+
+  private:
+    void AddByte(unsigned char byte) { state_ = (state_ ^ byte) * 0x100000001B3u; }
+    std::uint64_t state_ = 0xCBF29CE484222325u;
+};
 
 bool WriteValues(const HiveKey& key, HiveWriter& writer) {
     auto stored = key.storedValues.begin();
@@ -48,6 +64,22 @@ bool WriteKey(const HiveKey& key, HiveWriter& writer) {
 }
 
 }  // namespace
+
+std::uint64_t ChecksumOf(const HiveKey& key) {
+    Hash place;
+    place.AddNumber(key.id);
+    place.AddNumber(key.parent ? key.parent->id : -1);
+    place.Add(key.name);
+    std::uint64_t sum = place.Value();
+    for (const auto& [capitals, value] : key.values) {
+        Hash row;
+        row.Add(value.name);
+        row.AddNumber(value.type);
+        row.Add(value.data);
+        sum += row.Value();
+    }
+    return sum;
+}
 
 HiveImage::HiveImage() {
     top_.depth = -1;
@@ -81,6 +113,34 @@ void HiveImage::LoadKey(std::int64_t id, std::int64_t parent, std::string name) 
 void HiveImage::LoadValue(std::int64_t keyId, HiveValue value) {
     if (HiveKey* const key = Find(keyId))
         key->values.try_emplace(Utf8InCapitals(value.name), std::move(value));
+}
+
+void HiveImage::LoadChecksum(std::int64_t id, std::uint64_t checksum) {
+    if (id == kTotal)
+        total_ = checksum;
+    else if (HiveKey* const key = Find(id))
+        key->checksum = checksum;
+    else
+        missing_[id] = checksum;
+}
+
+bool HiveImage::IsIntact() const {
+    return missing_.empty() && std::all_of(byId_.begin(), byId_.end(), [](const auto& key) {
+               return !key.second->checksum || *key.second->checksum == ChecksumOf(*key.second);
+           });
+}
+
+bool HiveImage::IsWhole() const {
+    std::uint64_t total = 0;
+    for (const auto& [id, key] : byId_) total += ChecksumOf(*key);
+    return total_ == total && IsIntact();
+}
+
+std::vector<HiveKey*> HiveImage::Keys() const {
+    std::vector<HiveKey*> keys;
+    for (const auto& [id, key] : byId_) keys.push_back(key);
+    std::sort(keys.begin(), keys.end(), [](const HiveKey* a, const HiveKey* b) { return a->id < b->id; });
+    return keys;
 }
 
 HiveKey* HiveImage::Find(std::int64_t id) const {
@@ -183,9 +243,36 @@ void HiveImage::Touch(HiveKey& key) {
     key.storedValues = key.values;
 }
 
-bool HiveImage::WriteChanges(HiveWriter& writer) const {
-    return std::all_of(touched_.begin(), touched_.end(),
-                       [&writer](const HiveKey* key) { return WriteKey(*key, writer); });
+bool HiveImage::RenameKey(HiveKey& key, const std::string& name) {
+    HiveKeys& siblings = key.parent->keys;
+    std::string capitals = Utf8InCapitals(name);
+    const auto taken = siblings.find(capitals);
+    if (taken != siblings.end() && taken->second.get() != &key) return false;
+    lastFound_ = nullptr;
+    Touch(key);
+    auto node = siblings.extract(Utf8InCapitals(key.name));
+    node.key() = std::move(capitals);
+    siblings.insert(std::move(node));
+    key.name = name;
+    return true;
+}
+
+bool HiveImage::WriteChanges(HiveWriter& writer) {
+    for (HiveKey* key : touched_) {
+        if (!WriteKey(*key, writer)) return false;
+        if (key->deleted || key->checksum != ChecksumOf(*key)) key->checksum.reset();
+    }
+    std::uint64_t total = 0;
+    for (const auto& [id, key] : byId_) {
+        if (!key->checksum) {
+            key->checksum = ChecksumOf(*key);
+            if (!writer.PutChecksum(id, *key->checksum)) return false;
+        }
+        total += *key->checksum;
+    }
+    if (total_ != total && !writer.PutChecksum(kTotal, total)) return false;
+    total_ = total;
+    return true;
 }
 
 void HiveImage::ChangesAreWritten() {
@@ -199,4 +286,16 @@ void HiveImage::ChangesAreWritten() {
         key->deletedKeys.clear();
     }
     touched_.clear();
+}
+
+void HiveImage::ForgetFile() {
+    ChangesAreWritten();
+    total_.reset();
+    missing_.clear();
+    for (const auto& [id, key] : byId_) {
+        key->inFile = id < kRoots;
+        key->checksum.reset();
+        key->touched = true;
+        touched_.push_back(key);
+    }
 }

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -31,6 +32,7 @@ class HiveWriter {
     virtual bool RemoveKey(std::int64_t id) = 0;  // with its values
     virtual bool PutValue(std::int64_t key, const HiveValue& value) = 0;
     virtual bool RemoveValue(std::int64_t key, const std::string& name) = 0;
+    virtual bool PutChecksum(std::int64_t key, std::uint64_t checksum) = 0;
 };
 
 // Keys and values by their names in capitals.
@@ -53,12 +55,20 @@ struct HiveKey {
     std::string storedName;
     HiveValues storedValues;
     HiveKeys deletedKeys;
+    std::optional<std::uint64_t> checksum;  // none: somebody else has changed the key
 };
+
+// Of a key and its values; a single changed byte always makes another one. The values' order does not matter.
+std::uint64_t ChecksumOf(const HiveKey& key);
 
 class HiveImage {
   public:
+    static constexpr std::int64_t kRoots = 7;
     static constexpr std::size_t kLongestKeyName = 255;
     static constexpr int kDeepestKey = 512;
+    // Under this number stands the sum of all keys' checksums. Whoever changes rows without writing checksums
+    // takes it away.
+    static constexpr std::int64_t kTotal = -1;
 
     HiveImage();
 
@@ -66,9 +76,22 @@ class HiveImage {
     // name of another is left out, and so are values of such keys.
     void LoadKey(std::int64_t id, std::int64_t parent, std::string name);
     void LoadValue(std::int64_t key, HiveValue value);
+    void LoadChecksum(std::int64_t key, std::uint64_t checksum);
+
+    // After loading: false when a checksum belongs to something else than what was loaded.
+    bool IsIntact() const;
+    // After loading: true when nothing is missing, nothing is too much and all of it is intact.
+    bool IsWhole() const;
+    // The sum of all checksums in the file; 0 when somebody took it away.
+    std::uint64_t Total() const { return total_.value_or(0); }
+    // The checksums of keys that were not loaded.
+    const std::map<std::int64_t, std::uint64_t>& ChecksumsOfMissing() const { return missing_; }
 
     // The key with this number, or null; roots have the numbers 0 to 6.
     HiveKey* Find(std::int64_t id) const;
+
+    // All keys with the roots, by their numbers.
+    std::vector<HiveKey*> Keys() const;
 
     // The key below, null when it is missing. Empty components of the path do not count.
     HiveKey* Find(HiveKey& from, std::string_view path);
@@ -84,13 +107,20 @@ class HiveImage {
     // Deletes a key without subkeys that is no root.
     void DeleteKey(HiveKey& key);
 
+    // Another name for a key that is no root. False when there is one of that name beside it.
+    bool RenameKey(HiveKey& key, const std::string& name);
+
     bool IsChanged() const { return !touched_.empty(); }
 
-    // Writes what differs from the file. False as soon as the writer fails.
-    bool WriteChanges(HiveWriter& writer) const;
+    // Writes what differs from the file, and the checksums that are missing. False as soon as the writer
+    // fails.
+    bool WriteChanges(HiveWriter& writer);
 
     // From now on the file holds what the image holds.
     void ChangesAreWritten();
+
+    // From now on the file holds nothing but the roots.
+    void ForgetFile();
 
   private:
     void Touch(HiveKey& key);
@@ -100,6 +130,8 @@ class HiveImage {
     std::unordered_map<std::int64_t, HiveKey*> byId_;
     std::vector<HiveKey*> touched_;
     std::int64_t lastId_ = 0;
+    std::optional<std::uint64_t> total_;  // in the file
+    std::map<std::int64_t, std::uint64_t> missing_;
 
     // What was found last: values are read and written one after the other under the same key.
     const HiveKey* lastFrom_ = nullptr;

@@ -1,13 +1,18 @@
 #pragma once
 // A hive of a test's own, and what a save of the whole store writes into it.
 
+#include <fcntl.h>
+#include <gtest/gtest.h>
 #include <sqlite3.h>
 #include <stdlib.h>
+#include <sys/file.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <vector>
 
 #include "registry/RegistryHive.h"
 #include "registry/clsRegistry.h"
@@ -52,10 +57,46 @@ class HiveFolder {
         return result;
     }
 
+    // Executes SQL and keeps the connection, until it is called with null.
+    void Hold(const char* sql) const {
+        if (sql) {
+            sqlite3_open(File().c_str(), &held_);
+            EXPECT_EQ(sqlite3_exec(held_, sql, nullptr, nullptr, nullptr), SQLITE_OK);
+        } else {
+            sqlite3_close(held_);
+        }
+    }
+    // As another process does that opens the hive.
+    void HoldLock(bool hold) const {
+        if (hold) {
+            lock_ = open((File().string() + ".lock").c_str(), O_RDWR | O_CREAT, 0600);
+            EXPECT_EQ(flock(lock_, LOCK_EX | LOCK_NB), 0);
+        } else {
+            close(lock_);
+        }
+    }
+
   private:
     std::string before_;
     std::filesystem::path data_;
+    mutable sqlite3* held_ = nullptr;
+    mutable int lock_ = -1;
 };
+
+inline std::string Content(const std::filesystem::path& file) {
+    if (!std::filesystem::is_regular_file(file)) return {};
+    std::ifstream in(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+// The files that were set aside.
+inline std::vector<std::filesystem::path> Defective(const HiveFolder& hive) {
+    std::vector<std::filesystem::path> files;
+    for (const auto& entry : std::filesystem::directory_iterator(hive.Folder()))
+        if (entry.path().filename().string().starts_with("registry.sqlite.defekt-"))
+            files.push_back(entry.path());
+    return files;
+}
 
 inline const std::wstring kStore = L"HKLM\\Software\\Kivora\\1.5\\";
 

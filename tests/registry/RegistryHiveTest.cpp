@@ -2,9 +2,10 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include <set>
 #include <stdexcept>
 
+#include "base/FileName.h"
+#include "registry/RegistryHealth.h"
 #include "registry/RegistryHive.h"
 #include "tests/registry/HiveFolder.h"
 
@@ -16,21 +17,6 @@ const std::wstring kText = kStore + L"Note0\\Text";
 
 void Write(const std::wstring& text) { Registry().SetValue(kText, REG_TYPE_SZ, text); }
 std::wstring Read() { return AsText(Registry().GetValue(kText, REG_TYPE_SZ)); }
-
-std::string Content(const fs::path& file) {
-    if (!fs::is_regular_file(file)) return {};
-    std::ifstream in(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
-
-// The files that were moved aside.
-std::vector<fs::path> Defective(const HiveFolder& hive) {
-    std::vector<fs::path> files;
-    for (const auto& entry : fs::directory_iterator(hive.Folder()))
-        if (entry.path().filename().string().starts_with("registry.sqlite.defekt-"))
-            files.push_back(entry.path());
-    return files;
-}
 
 int Rights(const fs::path& path) {
     struct stat status {};
@@ -200,77 +186,160 @@ TEST(RegistryHive, SavingTheSameAgainWritesNothing) {
     EXPECT_NE(Content(hive.File()) + Content(log), before);
 }
 
-TEST(RegistryHive, ADamagedFileIsMovedAside) {
-    const HiveFolder sound;
-    SaveImage(200, 1);
-    Hive().Close();
-    const std::string good = Content(sound.File());
-    ASSERT_GT(good.size(), 40'000u);
-    const struct {
-        const char* what;
-        std::string bytes;
-    } cases[] = {
-        {"text", "das ist keine Datenbank"},
-        {"much text", std::string(100'000, 'x')},
-        {"zeros", std::string(8192, '\0')},
-        {"cut off", good.substr(0, 20'000)},
-        {"overwritten", good.substr(0, 4096) + std::string(good.size() - 4096, '\x55')},
-    };
-    // All in one second, and none is lost for another.
-    const HiveFolder hive;
-    fs::create_directories(hive.Folder());
-    std::multiset<std::string> aside;
-    for (const auto& row : cases) {
-        SCOPED_TRACE(row.what);
-        for (const char* end : {"-wal", "-shm"}) fs::remove(hive.File().string() + end);
-        std::ofstream(hive.File(), std::ios::binary | std::ios::trunc) << row.bytes;
-        EXPECT_EQ(Registry().KeyExists(kStore), false);
-        Write(L"neu");
-        Hive().Close();
-        EXPECT_EQ(Read(), L"neu");
-        Hive().Close();
-        aside.insert(row.bytes);
-        std::multiset<std::string> found;
-        for (const fs::path& file : Defective(hive)) found.insert(Content(file));
-        EXPECT_TRUE(found == aside);
-    }
-}
-
-// What could not be read must not be overwritten with an empty image.
-TEST(RegistryHive, AHiveThatCannotBeReadRefusesChanges) {
+// For now, or for good; what is there is shown where it can be read, and nothing is written.
+TEST(RegistryHive, AHiveThatCannotBeUsedIsNotAnEmptyOne) {
     const struct {
         const char* what;
         void (*spoil)(const HiveFolder&);
+        void (*mend)(const HiveFolder&);
+        KeepFailure failure;
+        bool isReadable;
     } cases[] = {
-        {"a folder in its place", [](const HiveFolder& hive) { fs::create_directories(hive.File() / "x"); }},
-        {"a later version's",
+        {"a folder in its place",
          [](const HiveFolder& hive) {
-             Write(L"alt");
-             Hive().Close();
-             hive.Sql("PRAGMA user_version = 99");
-         }},
-        {"its folder is a file", [](const HiveFolder& hive) { std::ofstream file(hive.Folder()); }},
-        {"other tables",
+             fs::rename(hive.File(), hive.File().string() + "-weg");
+             fs::create_directories(hive.File() / "x");
+         },
          [](const HiveFolder& hive) {
-             fs::create_directories(hive.Folder());
-             hive.Sql("CREATE TABLE key_value(something); PRAGMA user_version = 1");
-         }},
+             fs::remove_all(hive.File());
+             fs::rename(hive.File().string() + "-weg", hive.File());
+         },
+         KeepFailure::Failed, false},
+        {"a link to nowhere",
+         [](const HiveFolder& hive) {
+             fs::rename(hive.File(), hive.File().string() + "-weg");
+             fs::create_symlink("nirgends", hive.File());
+         },
+         [](const HiveFolder& hive) { fs::rename(hive.File().string() + "-weg", hive.File()); },
+         KeepFailure::Failed, false},
+        {"a later version's", [](const HiveFolder& hive) { hive.Sql("PRAGMA user_version = 99"); },
+         [](const HiveFolder& hive) { hive.Sql("PRAGMA user_version = 1"); }, KeepFailure::TooNew, true},
+        {"held by another program",
+         [](const HiveFolder& hive) {
+             hive.Sql("PRAGMA journal_mode = DELETE");
+             hive.Hold("PRAGMA locking_mode = EXCLUSIVE; BEGIN EXCLUSIVE");
+         },
+         [](const HiveFolder& hive) { hive.Hold(nullptr); }, KeepFailure::Locked, true},
+        {"being opened by another program", [](const HiveFolder& hive) { hive.HoldLock(true); },
+         [](const HiveFolder& hive) { hive.HoldLock(false); }, KeepFailure::Locked, true},
     };
     for (const auto& row : cases) {
         SCOPED_TRACE(row.what);
         const HiveFolder hive;
+        Write(L"alt");
+        Hive().Close();
         row.spoil(hive);
         const std::string before = Content(hive.File());
-        EXPECT_FALSE(Registry().KeyExists(kStore));
-        EXPECT_TRUE(Registry().KeyExists(L"HKLM"));
-        EXPECT_FALSE(SaveImage(2, 1).Kept());
-        Write(L"neu");
-        EXPECT_EQ(Read(), L"");
-        EXPECT_EQ(Content(hive.File()), before);
-        if (fs::is_directory(hive.Folder())) {
-            EXPECT_TRUE(Defective(hive).empty());
+        EXPECT_EQ(HealthOfRegistry().reading.Kept(), row.isReadable);
+        EXPECT_EQ(HealthOfRegistry().writing.failure, row.failure);
+        EXPECT_EQ(Read(), row.isReadable ? L"alt" : L"");
+        EXPECT_EQ(SaveImage(2, 1).failure, row.failure);
+        EXPECT_EQ(Read(), row.isReadable ? L"alt" : L"");
+        EXPECT_TRUE(Content(hive.File()) == before);
+        EXPECT_TRUE(Defective(hive).empty());
+        row.mend(hive);
+        if (!row.isReadable) {
+            EXPECT_FALSE(SaveImage(2, 1).Kept()) << "nothing is written over what was never read";
+            EXPECT_TRUE(ReadRegistryAgain().Kept());
         }
+        EXPECT_EQ(Read(), L"alt");
+        EXPECT_TRUE(SaveImage(2, 1).Kept());
+        EXPECT_TRUE(HealthOfRegistry().reading.Kept() && HealthOfRegistry().writing.Kept());
+        EXPECT_FALSE(TakeRecoveryReport());
+        Hive().Close();
+        EXPECT_EQ(MarkOfImage(2), 1);
     }
+}
+
+TEST(RegistryHive, AnotherProgramsWritingHoldsNobodyUpForLong) {
+    const HiveFolder hive;
+    SaveImage(2, 1);
+    hive.Hold("BEGIN IMMEDIATE");
+    EXPECT_EQ(SaveImage(2, 2).failure, KeepFailure::Locked);
+    EXPECT_EQ(MarkOfImage(2), 1) << "what the file holds";
+    EXPECT_EQ(HealthOfRegistry().writing.failure, KeepFailure::Locked);
+    hive.Hold(nullptr);
+    EXPECT_TRUE(SaveImage(2, 2).Kept());
+    EXPECT_TRUE(HealthOfRegistry().writing.Kept());
+}
+
+TEST(RegistryHive, WhatWasRemovedOrExchangedIsWrittenAnew) {
+    const struct {
+        const char* what;
+        void (*change)(const HiveFolder&);
+        bool isSetAside;
+    } cases[] = {
+        {"the folder", [](const HiveFolder& hive) { fs::remove_all(hive.Folder()); }, false},
+        {"the file", [](const HiveFolder& hive) { fs::remove(hive.File()); }, true},
+        {"the log", [](const HiveFolder& hive) { fs::remove(hive.File().string() + "-wal"); }, true},
+        {"another in its place",
+         [](const HiveFolder& hive) {
+             const fs::path other = hive.File().string() + "-andere";
+             fs::copy_file(hive.File(), other);
+             fs::rename(other, hive.File());
+         },
+         true},
+    };
+    for (const auto& row : cases) {
+        SCOPED_TRACE(row.what);
+        const HiveFolder hive;
+        SaveImage(20, 1);
+        row.change(hive);
+        EXPECT_TRUE(SaveImage(20, 2).Kept());
+        const auto report = TakeRecoveryReport();
+        ASSERT_TRUE(report);
+        EXPECT_EQ(report->event, RecoveryReport::Replaced);
+        EXPECT_EQ(!report->setAside.empty(), row.isSetAside);
+        EXPECT_TRUE(SaveImage(20, 3).Kept());
+        EXPECT_FALSE(TakeRecoveryReport());
+        Hive().Close();
+        EXPECT_EQ(MarkOfImage(20), 3);
+    }
+}
+
+TEST(RegistryHive, ALinkLeadsToTheFile) {
+    const HiveFolder hive;
+    SaveImage(2, 1);
+    Hive().Close();
+    const fs::path real = hive.Folder().parent_path() / "anderswo.sqlite";
+    fs::rename(hive.File(), real);
+    fs::create_symlink(real, hive.File());
+    fs::permissions(real, fs::perms(0664));
+    EXPECT_EQ(MarkOfImage(2), 1);
+    EXPECT_EQ(Rights(real), 0600);
+    Hive().Close();
+    std::ofstream(real, std::ios::binary | std::ios::trunc) << "keine Datenbank";
+    EXPECT_TRUE(SaveImage(2, 2).Kept());
+    EXPECT_TRUE(fs::is_symlink(hive.File()));
+    const auto report = TakeRecoveryReport();
+    ASSERT_TRUE(report);
+    EXPECT_TRUE(Content(FilePath(report->setAside)) == "keine Datenbank");
+    Hive().Close();
+    EXPECT_EQ(MarkOfImage(2), 2);
+}
+
+TEST(RegistryHive, AnOlderProgramsHiveIsReadAndMayBeChangedByIt) {
+    const HiveFolder hive;
+    SaveImage(5, 1);
+    Hive().Close();
+    hive.Sql(
+        "DROP TABLE key_checksum; DROP TRIGGER key_added; DROP TRIGGER key_changed;"
+        "DROP TRIGGER key_removed; DROP TRIGGER value_added; DROP TRIGGER value_changed;"
+        "DROP TRIGGER value_removed");
+    EXPECT_EQ(MarkOfImage(5), 1);
+    EXPECT_EQ(hive.Sql("SELECT count(*) > 10 FROM key_checksum"), "1");
+    Hive().Close();
+    // As one that knows no checksums writes.
+    hive.Sql(
+        "UPDATE key_value SET data = 7 WHERE name = 'X'; DELETE FROM key_value WHERE name = 'Autostart';"
+        "INSERT INTO key_value SELECT id, 'Neu', 4, 9 FROM registry_key WHERE name = 'Note3'");
+    EXPECT_EQ(AsNumber(Registry().GetValue(kStore + L"Note3\\Neu", REG_TYPE_DWORD)), 9);
+    EXPECT_EQ(AsNumber(Registry().GetValue(kStore + L"Note4\\X", REG_TYPE_DWORD)), 7);
+    EXPECT_FALSE(TakeRecoveryReport());
+    EXPECT_TRUE(SaveImage(5, 2).Kept());
+    Hive().Close();
+    EXPECT_EQ(MarkOfImage(5), 2);
+    EXPECT_FALSE(TakeRecoveryReport());
 }
 
 }  // namespace

@@ -1,0 +1,161 @@
+#include "registry/HivePlace.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <ctime>
+#include <thread>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+KeepResult LastFailure(const fs::path& path) { return SystemFailure(errno, path.filename().string()); }
+
+// Brings a file or a folder's names to the disk.
+bool Sync(const fs::path& path) {
+    const int opened = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (opened < 0) return false;
+    const bool synced = fsync(opened) == 0;
+    const int error = errno;
+    close(opened);
+    errno = error;
+    return synced;
+}
+
+void TakeRights(const fs::path& path) {
+    struct stat status {};
+    if (stat(path.c_str(), &status) == 0 && (status.st_mode & 077) != 0)
+        (void)!chmod(path.c_str(), status.st_mode & 0700);
+}
+
+std::string Stamp() {
+    char stamp[32];
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&now, &local);
+    std::strftime(stamp, sizeof stamp, "-%Y%m%d-%H%M%S", &local);
+    return stamp;
+}
+
+}  // namespace
+
+KeepResult SystemFailure(int error, const std::string& context) {
+    KeepFailure failure = KeepFailure::Failed;
+    switch (error) {
+        case EACCES:
+        case EPERM:
+            failure = KeepFailure::NoAccess;
+            break;
+        case EROFS:
+            failure = KeepFailure::ReadOnly;
+            break;
+        case ENOSPC:
+        case EDQUOT:
+        case EFBIG:
+            failure = KeepFailure::DiskFull;
+            break;
+        default:
+            break;
+    }
+    return {failure, error ? context + ": " + std::strerror(error) : context};
+}
+
+fs::path Beside(const fs::path& file, const std::string& end) { return file.native() + end; }
+
+KeepResult MakePrivateFolder(const fs::path& folder) {
+    std::error_code failed;
+    fs::create_directories(folder.parent_path(), failed);
+    if (mkdir(folder.c_str(), 0700) == 0) return {};
+    if (errno != EEXIST) return LastFailure(folder);
+    if (!fs::is_directory(folder, failed)) return SystemFailure(ENOTDIR, folder.filename().string());
+    TakeRights(folder);
+    return {};
+}
+
+void MakePrivateFile(const fs::path& file) { TakeRights(file); }
+
+KeepResult MakeEmptyFile(const fs::path& file) {
+    unlink(file.c_str());
+    const int made = open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
+    if (made < 0) return LastFailure(file);
+    close(made);
+    return {};
+}
+
+KeepResult FindFile(const fs::path& path, fs::path& file) {
+    file = path;
+    struct stat status {};
+    if (lstat(path.c_str(), &status) != 0) return errno == ENOENT ? KeepResult{} : LastFailure(path);
+    if (stat(path.c_str(), &status) != 0) return LastFailure(path);
+    if (S_ISDIR(status.st_mode)) return SystemFailure(EISDIR, path.filename().string());
+    if (!S_ISREG(status.st_mode))
+        return {KeepFailure::Failed, path.filename().string() + ": no regular file"};
+    std::error_code failed;
+    file = fs::canonical(path, failed);
+    return failed ? SystemFailure(failed.value(), path.filename().string()) : KeepResult{};
+}
+
+FileIdentity IdentityOf(const fs::path& file) {
+    struct stat status {};
+    if (stat(file.c_str(), &status) != 0) return {};
+    return {status.st_dev, status.st_ino};
+}
+
+HiveLock::HiveLock(const fs::path& file, HiveDeadline deadline) {
+    const fs::path name = Beside(file, ".lock");
+    lock_ = open(name.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600);
+    if (lock_ < 0) {
+        result_ = LastFailure(name);
+        return;
+    }
+    constexpr auto kPause = std::chrono::milliseconds(2);
+    // A file system without locks refuses nobody.
+    while (flock(lock_, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
+        if (std::chrono::steady_clock::now() + kPause > deadline) {
+            result_ = {KeepFailure::Locked, "another program opens the file"};
+            return;
+        }
+        std::this_thread::sleep_for(kPause);
+    }
+}
+
+HiveLock::~HiveLock() {
+    if (lock_ >= 0) close(lock_);
+}
+
+KeepResult PutInPlace(const fs::path& finished, const fs::path& file) {
+    if (!Sync(finished) || std::rename(finished.c_str(), file.c_str()) != 0) {
+        const KeepResult failed = LastFailure(file);
+        unlink(finished.c_str());
+        return failed;
+    }
+    Sync(file.parent_path());
+    return {};
+}
+
+KeepResult SetAside(const fs::path& file, const std::string& word, fs::path& aside) {
+    const std::string stamp = "." + word + Stamp();
+    aside = Beside(file, stamp);
+    for (int number = 2; link(file.c_str(), aside.c_str()) != 0; ++number) {
+        if (errno == ENOENT) break;  // its log alone is there
+        if (errno != EEXIST) {
+            // File systems without such names can only move it.
+            if (std::rename(file.c_str(), aside.c_str()) == 0) break;
+            return LastFailure(aside);
+        }
+        aside = Beside(file, stamp + "-" + std::to_string(number));
+    }
+    const fs::path log = Beside(file, "-wal"), logAside = Beside(aside, "-wal");
+    struct stat status {};
+    if (stat(log.c_str(), &status) == 0 && status.st_size > 0) std::rename(log.c_str(), logAside.c_str());
+    unlink(log.c_str());
+    unlink(Beside(file, "-shm").c_str());  // SQLite makes it anew from the log
+    if (lstat(aside.c_str(), &status) != 0) aside = logAside;
+    return {};
+}

@@ -1,0 +1,90 @@
+#include "registry/HiveSeal.h"
+
+#include <algorithm>
+#include <cinttypes>
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "registry/HivePlace.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::size_t kHeader = 100;
+
+struct Seal {
+    std::uint64_t bytes = 0, image = 0;  // a hash of the file, and the image's total
+    std::uint32_t changes = 0;           // SQLite's count of transactions that changed the first page
+
+    std::string Text() const {
+        char text[64];
+        std::snprintf(text, sizeof text, "%016" PRIx64 " %016" PRIx64 " %08" PRIx32 "\n", bytes, image,
+                      changes);
+        return text;
+    }
+};
+
+std::string Content(const fs::path& file) {
+    std::ifstream in(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+// FNV-1a over words of eight bytes: no changed byte is lost.
+std::uint64_t HashOf(const std::string& bytes) {
+    std::uint64_t state = 0xCBF29CE484222325u ^ bytes.size();
+    for (std::size_t at = 0; at < bytes.size(); at += 8) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, bytes.data() + at, std::min<std::size_t>(8, bytes.size() - at));
+        state = (state ^ word) * 0x100000001B3u;
+    }
+    return state;
+}
+
+std::uint32_t Number(const std::string& bytes, std::size_t at) {
+    std::uint32_t number = 0;
+    for (std::size_t i = at; i < at + 4; ++i) number = number << 8 | static_cast<unsigned char>(bytes[i]);
+    return number;
+}
+
+// A log that has not been brought into the file: what it is to be is not known from the file alone.
+bool HasLog(const fs::path& file) {
+    std::error_code none;
+    const auto size = fs::file_size(Beside(file, "-wal"), none);
+    return !none && size > 0;
+}
+
+fs::path SealOf(const fs::path& file) { return Beside(file, ".siegel"); }
+
+}  // namespace
+
+void SealHive(const fs::path& file, const HiveImage& image) {
+    const std::string bytes = Content(file);
+    if (bytes.size() < kHeader || HasLog(file) || !MakeEmptyFile(SealOf(file)).Kept()) return;
+    std::ofstream(SealOf(file), std::ios::binary)
+        << Seal{HashOf(bytes), image.Total(), Number(bytes, 24)}.Text();
+}
+
+bool IsSealBroken(const fs::path& file, const HiveImage& image) {
+    const std::string text = Content(SealOf(file));
+    Seal seal;
+    if (text.empty() || HasLog(file) ||
+        std::sscanf(text.c_str(), "%" SCNx64 " %" SCNx64 " %" SCNx32, &seal.bytes, &seal.image,
+                    &seal.changes) != 3 ||
+        seal.Text() != text)
+        return false;
+    const std::string bytes = Content(file);
+    if (bytes.size() < kHeader) return true;
+    if (HashOf(bytes) == seal.bytes) return false;
+    // SQLite keeps the count in two places.
+    if (Number(bytes, 24) != Number(bytes, 92)) return true;
+    return Number(bytes, 24) == seal.changes && image.IsWhole() && image.Total() == seal.image;
+}
+
+void RemoveSeal(const fs::path& file) {
+    std::error_code ignored;
+    fs::remove(SealOf(file), ignored);
+}

@@ -1,0 +1,137 @@
+// Damaged hives: every change is noticed, the notes come back, and what was found is set aside as it was.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <cstdlib>
+#include <random>
+#include <set>
+
+#include "base/FileName.h"
+#include "registry/RegistryHealth.h"
+#include "registry/RegistryHive.h"
+#include "tests/registry/HiveFolder.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kNotes = 50;
+
+// All faults when KIVORA_FAULTS is "full", else a sample.
+bool AllFaults() {
+    const char* const faults = getenv("KIVORA_FAULTS");
+    return faults && std::string(faults) == "full";
+}
+
+std::wstring TextOf(int note) {
+    return L"Notiz " + std::to_wstring(note) + L": " +
+           std::wstring(static_cast<std::size_t>(40 + note * note % 1500),
+                        static_cast<wchar_t>(L'a' + note % 26));
+}
+
+// Notes as the program writes them.
+KeepResult SaveNotes(int notes = kNotes) {
+    RegistryTransaction image;
+    clsRegistry& registry = Registry();
+    registry.DeleteKey(kStore);
+    registry.SetValue(kStore + L"Autostart", REG_TYPE_DWORD, 1);
+    for (int i = 0; i < notes; ++i) {
+        const std::wstring note = kStore + L"Note" + std::to_wstring(i) + L"\\";
+        for (const auto* number : {L"X", L"Y", L"Width", L"Height", L"Color", L"FontSize", L"FontBold",
+                                   L"FontItalic", L"FontUnderlined", L"FontAlignment", L"Foreground"})
+            registry.SetValue(note + number, REG_TYPE_DWORD, 1000 + i);
+        registry.SetValue(note + L"Text", REG_TYPE_SZ, TextOf(i));
+        registry.SetValue(note + L"CreationTime", REG_TYPE_SZ, L"22.11.2026 10:00");
+    }
+    return image.Commit();
+}
+
+// The texts of all notes, whatever their keys are called.
+std::multiset<std::wstring> Texts() {
+    std::multiset<std::wstring> texts;
+    std::vector<std::wstring> names;
+    Registry().EnumKeys(kStore, names);
+    for (const std::wstring& name : names)
+        if (name.starts_with(L"Note"))
+            texts.insert(AsText(Registry().GetValue(kStore + name + L"\\Text", REG_TYPE_SZ)));
+    return texts;
+}
+
+int CountRight(int notes = kNotes) {
+    const std::multiset<std::wstring> texts = Texts();
+    int right = 0;
+    for (int i = 0; i < notes; ++i) right += texts.contains(TextOf(i));
+    return right;
+}
+
+struct Outcome {
+    int runs = 0, right = 0, noticed = 0, named = 0, worst = kNotes;
+
+    double Right() const { return static_cast<double>(right) / runs; }
+};
+
+// Starts on a hive with these bytes, with nothing beside it or with the seal and the state that lay there.
+void Try(const HiveFolder& hive, const std::string& bytes, const std::string& seal, const std::string& state,
+         Outcome& outcome) {
+    Hive().Close();
+    fs::remove_all(hive.Folder());
+    fs::create_directories(hive.Folder());
+    std::ofstream(hive.File(), std::ios::binary) << bytes;
+    if (!seal.empty()) std::ofstream(hive.File().string() + ".siegel", std::ios::binary) << seal;
+    if (!state.empty()) std::ofstream(hive.File().string() + ".stand", std::ios::binary) << state;
+    const int right = CountRight();
+    const auto report = TakeRecoveryReport();
+    ++outcome.runs;
+    outcome.right += right;
+    outcome.worst = std::min(outcome.worst, right);
+    outcome.noticed += report.has_value();
+    const bool saysSo = right == kNotes || (report && !report->doubtful.empty()) ||
+                        (report && (report->lost > 0 || !report->isComplete));
+    outcome.named += saysSo;
+    if (!report) return;
+    EXPECT_TRUE(Content(FilePath(report->setAside)) == bytes) << "what was found is kept as it was";
+    // And it goes on from there.
+    EXPECT_TRUE(HealthOfRegistry().writing.Kept());
+    const std::multiset<std::wstring> before = Texts();
+    Hive().Close();
+    EXPECT_TRUE(Texts() == before);
+    EXPECT_FALSE(TakeRecoveryReport());
+}
+
+TEST(RegistryRecovery, ChangedBytesAndCutFiles) {
+    const HiveFolder hive;
+    ASSERT_TRUE(SaveNotes().Kept());
+    ASSERT_TRUE(KeepState().Kept());
+    Hive().Close();
+    const std::string good = Content(hive.File()), seal = Content(hive.File().string() + ".siegel"),
+                      state = Content(hive.File().string() + ".stand");
+    ASSERT_FALSE(seal.empty());
+    ASSERT_FALSE(state.empty());
+    const int bytes = AllFaults() ? 300 : 30, cuts = AllFaults() ? 60 : 8;
+    std::mt19937 random(26);
+    Outcome changed[2], cut[2];
+    for (int i = 0; i < bytes; ++i) {
+        std::string damaged = good;
+        char& byte = damaged[random() % damaged.size()];
+        byte = static_cast<char>(byte ^ (1 + random() % 255));
+        Try(hive, damaged, seal, {}, changed[0]);
+        Try(hive, damaged, seal, state, changed[1]);
+    }
+    for (int i = 0; i < cuts; ++i) {
+        const std::string damaged = good.substr(0, random() % good.size());
+        if (damaged.empty()) continue;
+        Try(hive, damaged, seal, {}, cut[0]);
+        Try(hive, damaged, seal, state, cut[1]);
+    }
+    for (const Outcome* outcome : {&changed[0], &changed[1], &cut[0], &cut[1]}) {
+        EXPECT_EQ(outcome->noticed, outcome->runs);
+        EXPECT_EQ(outcome->named, outcome->runs) << "what is not right is named";
+        std::printf("%d runs: noticed %d, %.3f of %d notes right, at worst %d\n", outcome->runs,
+                    outcome->noticed, outcome->Right(), kNotes, outcome->worst);
+    }
+    EXPECT_GE(changed[0].Right(), 49.5) << "from the file alone";
+    EXPECT_EQ(changed[1].worst, kNotes);
+    EXPECT_EQ(cut[1].worst, kNotes);
+}
+
+}  // namespace
