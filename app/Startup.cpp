@@ -141,6 +141,7 @@ void Program::QuitApplication() {
 
 void Program::Unload() {
     network_.Stop();
+    stateTimer_.reset();
     Store().UnloadAllNotes();
     if (start_) {
         start_->notIcon.HideIcon();

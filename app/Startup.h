@@ -4,12 +4,14 @@
 
 #include <deque>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "app/CommandLine.h"
 #include "app/HandOver.h"
 #include "app/NoteServices.h"
+#include "app/StateTimer.h"
 #include "net/basNetworkAccess.h"
 
 class frmStart;
@@ -46,6 +48,7 @@ class Program {
     void Unload();
 
     std::unique_ptr<RunningCopy> role_;
+    std::optional<StateTimer> stateTimer_{std::in_place};
     NoteServices services_;
     NetworkAccess network_;
     frmStart* start_ = nullptr;
