@@ -32,3 +32,9 @@ std::error_code WriteNewFile(const std::filesystem::path& file, std::string_view
     if (failed) DeleteFileW(file.c_str());
     return failed;
 }
+
+std::error_code MakeFolder(const std::filesystem::path& folder) {
+    std::error_code failed;
+    std::filesystem::create_directories(folder, failed);
+    return failed;
+}

@@ -1,4 +1,5 @@
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -7,8 +8,7 @@
 
 namespace {
 
-// A user whose share of the disk is used up has no more room than one whose disk is full.
-std::error_code LastError() { return {errno == EDQUOT ? ENOSPC : errno, std::generic_category()}; }
+std::error_code LastError() { return {errno, std::generic_category()}; }
 
 bool WriteAll(int file, std::string_view bytes) {
     while (!bytes.empty()) {
@@ -43,4 +43,15 @@ std::error_code WriteNewFile(const std::filesystem::path& file, std::string_view
         KeepName(file.parent_path());
     }
     return failed;
+}
+
+std::error_code MakeFolder(const std::filesystem::path& folder) {
+    std::error_code failed;
+    if (std::filesystem::is_directory(folder, failed)) return {};
+    const std::filesystem::path above = folder.parent_path();
+    if (above != folder) failed = MakeFolder(above);
+    if (failed) return failed;
+    if (mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST) return LastError();
+    KeepName(above);
+    return {};
 }

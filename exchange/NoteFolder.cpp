@@ -75,8 +75,8 @@ std::vector<std::wstring> KeptNames(const fs::path& folder) {
 void NoteFolder::Keep(const Note& note, Clock::time_point now) const {
     if (note.text.empty()) return;
     const std::string bytes = KeptFileBytes({note});
-    std::error_code ignored;
-    if (fs::create_directories(folder_, ignored)) fs::permissions(folder_, fs::perms::owner_all, ignored);
+    std::error_code failed = MakeFolder(folder_);
+    if (failed) throw std::system_error(failed);
 
     std::vector<std::wstring> names = KeptNames(folder_);
     std::wstring stamp = Stamp(now);
@@ -87,7 +87,7 @@ void NoteFolder::Keep(const Note& note, Clock::time_point now) const {
         return WriteNewFile(folder_ / FilePath(names.back()), bytes);
     };
     const std::wstring words = NameFromText(note.text, kLongestNamedText);
-    std::error_code failed = write(words.empty() ? stamp : stamp + L" " + words);
+    failed = write(words.empty() ? stamp : stamp + L" " + words);
     if (failed && !words.empty()) {
         // There are file systems that do not take every name.
         names.pop_back();
@@ -95,6 +95,7 @@ void NoteFolder::Keep(const Note& note, Clock::time_point now) const {
     }
     if (failed) throw std::system_error(failed);
 
+    std::error_code ignored;
     for (std::size_t i = 0; most_ < names.size() - i; ++i) {
         fs::path file = folder_ / FilePath(names[i]);
         fs::remove(file, ignored);
