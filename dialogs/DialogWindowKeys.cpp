@@ -50,7 +50,7 @@ void DialogWindow::OnKey(wxKeyEvent& event) {
     } else if (FollowKey(*this, event)) {
         // Done.
     } else if (event.GetKeyCode() == WXK_ESCAPE) {
-        End(DialogState::Cancel);
+        Close();  // as by the close box
     } else {
         event.Skip();
     }

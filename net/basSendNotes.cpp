@@ -28,7 +28,7 @@ struct Order {
     std::vector<Note> notes;  // as they are now; a note may be deleted while it is being sent
 };
 
-std::optional<Order> AskForOrder(const NoteStore& store) {
+std::optional<Order> AskForOrder(NoteStore& store) {
     const OneDialog::Opened<frmSendOverNetwork> dialog(sending, store);
     if (dialog->ShowModal() != 1) return std::nullopt;
     Order order;
@@ -64,7 +64,7 @@ void ShowSendFailure(const clsOutgoing::Failure& failure) {
                 L"Fehler beim Versenden der Notiz");
 }
 
-void SendNotesOverNetwork(NetworkAccess& network, const NoteStore& store) {
+void SendNotesOverNetwork(NetworkAccess& network, NoteStore& store) {
     if (sending.BroughtForward()) return;
     network.Listen();
     const std::optional<Order> order = AskForOrder(store);

@@ -8,9 +8,10 @@
 #include "addressbook/frmAddressbook.h"
 #include "dialogs/basWait.h"
 #include "notes/NoteChoice.h"
+#include "notes/NoteStore.h"
 
-frmSendOverNetwork::frmSendOverNetwork(const NoteStore& store)
-    : frmDialog(L"Notizen im Netzwerk versenden", L"ch4_network.html", true) {
+frmSendOverNetwork::frmSendOverNetwork(NoteStore& store)
+    : frmDialog(L"Notizen im Netzwerk versenden", L"ch4_network.html", true), store_(store) {
     auto* content = new wxBoxSizer(wxVERTICAL);
     const int gap = FromDIP(kDialogGap);
     Label1 = new wxStaticText(this, wxID_ANY, L"&Empfänger (Netzwerkname oder IP-Adresse)");
@@ -51,8 +52,11 @@ std::vector<std::wstring> frmSendOverNetwork::Recipients() const {
 void frmSendOverNetwork::OnAdressbuch() {
     // The button leads to a dialog of its own, during which this one may come to its end.
     const wxWeakRef<frmSendOverNetwork> alive(this);
+    NoteStore& store = store_;
     const std::vector<clsAddressBookEntry> chosen = ShowAddressBook(true);
-    if (!alive || IsQuitting() || chosen.empty()) return;
+    if (IsQuitting()) return;
+    store.SaveNotes();
+    if (!alive || chosen.empty()) return;
     wxString recipients;
     for (const clsAddressBookEntry& entry : chosen) {
         if (!recipients.empty()) recipients += L", ";

@@ -13,8 +13,8 @@ class wxTextCtrl;
 
 class frmSendOverNetwork : public frmDialog {
   public:
-    // The store must outlive the dialog.
-    explicit frmSendOverNetwork(const NoteStore& store);
+    // The store must outlive the dialog. It saves what was changed in the address book from here.
+    explicit frmSendOverNetwork(NoteStore& store);
 
     // Names or addresses of the computers, at least one once the dialog was confirmed.
     std::vector<std::wstring> Recipients() const;
@@ -30,4 +30,6 @@ class frmSendOverNetwork : public frmDialog {
   private:
     void OnAdressbuch();
     void Changed();
+
+    NoteStore& store_;
 };

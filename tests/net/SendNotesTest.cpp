@@ -7,10 +7,12 @@
 #include "addressbook/frmAddressbook.h"
 #include "dialogs/basMessage.h"
 #include "dialogs/frmMessage.h"
+#include "model/StoredImage.h"
 #include "net/basSendNotes.h"
 #include "net/frmSendOverNetwork.h"
 #include "net/frmSendOverNetworkProgress.h"
 #include "notes/NoteChoice.h"
+#include "registry/clsRegistry.h"
 #include "tests/addressbook/Entries.h"
 #include "tests/net/NetworkTest.h"
 #include "tests/support/Dialogs.h"
@@ -103,7 +105,9 @@ TEST_F(SendNotes, RecipientsComeFromTheAddressBookAndEachIsTried) {
             Press(book->cmdAlle);
             Press(book->cmdOK);
         });
+        Registry().DeleteKey(kSettingsKey);
         Press(dialog.cmdAdressbuch);
+        EXPECT_EQ(ReadStoredImage().entries.size(), 3u) << "the address book is saved";
         EXPECT_EQ(dialog.txtEmpfänger->GetValue(), L"127.0.0.1, niemand.invalid, localhost");
         EXPECT_EQ(dialog.Recipients(), (Texts{L"127.0.0.1", L"niemand.invalid", L"localhost"}));
         Press(dialog.cmdOK);
