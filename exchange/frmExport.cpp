@@ -9,10 +9,12 @@
 #include "dialogs/basWait.h"
 #include "exchange/ExportFile.h"
 #include "exchange/ExportPath.h"
+#include "notes/LossQuestion.h"
 #include "notes/NoteChoice.h"
 #include "notes/NoteStore.h"
 
-frmExport::frmExport(const NoteStore& store) : frmDialog(L"Exportieren", L"ch3_export.html", true) {
+frmExport::frmExport(const NoteStore& store)
+    : frmDialog(L"Exportieren", L"ch3_export.html", true), store_(store) {
     Frame1 = new NoteChoice(this, NoteChoice::NotesOf(store), {});
     lstNotizen = Frame1->lstNotizen;
     cmdAlle = Frame1->cmdAlle;
@@ -70,15 +72,19 @@ void frmExport::Search() {
 
 void frmExport::Confirm() {
     if (asking_) return;
-    if (IsFile(TypedPath(Path()))) {
-        asking_ = true;
-        const MessageAnswer answer = ShowMessage(
-            L"Die Datei " + ShownFileName(Path()) + L" existiert bereits.\r\nSoll sie überschrieben werden?",
-            kExclamation | kYesNo, L"Datei existiert bereits");
-        if (IsQuitting()) return;
-        asking_ = false;
-        // The dialog may have been cancelled behind the question.
-        if (answer != MessageAnswer::Yes || State() != DialogState::Waiting) return;
-    }
-    End(DialogState::Ok);
+    asking_ = true;
+    // The dialog may be cancelled behind each of the questions.
+    const auto open = [this] { return State() == DialogState::Waiting; };
+    const bool confirmed =
+        MayLoseCharacters(store_, ChosenNotes(), L"exportieren") && open() && MayOverwrite() && open();
+    if (IsQuitting()) return;
+    asking_ = false;
+    if (confirmed) frmDialog::Confirm();
+}
+
+bool frmExport::MayOverwrite() const {
+    return !IsFile(TypedPath(Path())) ||
+           ShowMessage(L"Die Datei " + ShownFileName(Path()) +
+                           L" existiert bereits.\r\nSoll sie überschrieben werden?",
+                       kExclamation | kYesNo, L"Datei existiert bereits") == MessageAnswer::Yes;
 }

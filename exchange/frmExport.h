@@ -38,13 +38,15 @@ class frmExport : public frmDialog {
     using frmDialog::cmdOK;
 
   protected:
-    // Asks before an existing file is overwritten.
+    // Asks before characters get lost and before an existing file is overwritten.
     void Confirm() override;
 
   private:
     wxSizer* CreateFile();
     void UpdateOK();
     void Search();
+    bool MayOverwrite() const;
 
+    const NoteStore& store_;
     bool asking_ = false;  // a question or the file dialog is open
 };

@@ -4,10 +4,11 @@
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
 
+#include "notes/LossQuestion.h"
 #include "notes/NoteChoice.h"
 
 frmSendAsEMail::frmSendAsEMail(const NoteStore& store)
-    : frmDialog(L"Per E-Mail versenden", L"ch4_email.html", true) {
+    : frmDialog(L"Per E-Mail versenden", L"ch4_email.html", true), store_(store) {
     const int gap = FromDIP(kDialogGap);
     auto* fields = new wxFlexGridSizer(2, wxSize(gap, gap));
     fields->AddGrowableCol(1);
@@ -39,5 +40,7 @@ frmSendAsEMail::frmSendAsEMail(const NoteStore& store)
 }
 
 void frmSendAsEMail::Confirm() {
-    if (Frame1->AnyMarked()) frmDialog::Confirm();
+    if (!Frame1->AnyMarked() || !MayLoseCharacters(store_, Frame1->Marked(), L"per E-Mail senden")) return;
+    // It may have been cancelled behind the question.
+    if (State() == DialogState::Waiting) frmDialog::Confirm();
 }

@@ -26,5 +26,9 @@ class frmSendAsEMail : public frmDialog {
     using frmDialog::cmdOK;
 
   protected:
+    // Asks before characters get lost.
     void Confirm() override;
+
+  private:
+    const NoteStore& store_;
 };

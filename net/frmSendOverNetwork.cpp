@@ -7,6 +7,7 @@
 
 #include "addressbook/frmAddressbook.h"
 #include "dialogs/basWait.h"
+#include "notes/LossQuestion.h"
 #include "notes/NoteChoice.h"
 #include "notes/NoteStore.h"
 
@@ -63,6 +64,12 @@ void frmSendOverNetwork::OnAdressbuch() {
         recipients += entry.IP();
     }
     txtEmpfänger->SetValue(recipients);
+}
+
+void frmSendOverNetwork::Confirm() {
+    if (!MayLoseCharacters(store_, Frame1->Marked(), L"über das Netzwerk senden")) return;
+    // It may have been cancelled behind the question.
+    if (State() == DialogState::Waiting) frmDialog::Confirm();
 }
 
 void frmSendOverNetwork::Changed() { cmdOK->Enable(!Recipients().empty() && Frame1->AnyMarked()); }

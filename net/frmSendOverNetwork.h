@@ -27,6 +27,10 @@ class frmSendOverNetwork : public frmDialog {
     using frmDialog::cmdAbbrechen;
     using frmDialog::cmdOK;
 
+  protected:
+    // Asks before characters get lost.
+    void Confirm() override;
+
   private:
     void OnAdressbuch();
     void Changed();

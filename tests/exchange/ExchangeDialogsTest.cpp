@@ -10,6 +10,7 @@
 #include "base/basText.h"
 #include "exchange/ImportFile.h"
 #include "exchange/KeptFile.h"
+#include "model/LostCharacters.h"
 #include "notes/NoteWindow.h"
 #include "tests/exchange/ExchangeTest.h"
 #include "tests/support/Support.h"
@@ -97,6 +98,25 @@ TEST_F(ExchangeTest, OverwritingIsAskedForAndKeepsTheRest) {
     EXPECT_EQ(content.size(), old.size());
     EXPECT_EQ(content.substr(0, 5), record.substr(0, 5));
     EXPECT_EQ(content.substr(record.size()), old.substr(record.size()));
+}
+
+TEST_F(ExchangeTest, WhatAnExportCannotCarryIsAskedForFirst) {
+    Add({.Text = L"Käse"});
+    Add({.Text = L"Ω ja"});
+    const fs::path path = Write(L"alt.kvr", "");
+    answer = MessageAnswer::No;
+    Export([&](frmExport& dialog) {
+        dialog.txtPfad->SetValue(FileName(path));
+        Press(dialog.cmdOK);
+        EXPECT_EQ(messages,
+                  Messages{L"Zeichen gehen verloren|52|" + LossQuestion({L"Ω ja"}, L"exportieren")});
+        EXPECT_EQ(dialog.Tag(), L"waiting");
+        EXPECT_EQ(fs::file_size(path), 0u);
+        answer = MessageAnswer::Yes;
+        Press(dialog.cmdOK);
+        EXPECT_EQ(messages.size(), 3u) << "and may the file be overwritten";
+    });
+    EXPECT_EQ(ListNotes(path), (std::vector<std::wstring>{L"Käse", L"? ja"}));
 }
 
 TEST_F(ExchangeTest, TheQuestionStaysAboveTheDialog) {

@@ -6,6 +6,7 @@
 #include "mail/MailText.h"
 #include "mail/basMail.h"
 #include "mail/frmSendAsEMail.h"
+#include "model/LostCharacters.h"
 #include "model/StoredImage.h"
 #include "registry/clsRegistry.h"
 #include "tests/mail/MailProgram.h"
@@ -96,6 +97,20 @@ TEST_F(FrmSendAsEMail, HandsTheChosenNotesOverInListOrder) {
         L"%2D%2D%0D%0ANotizen%20aus%20Kivora%201%2E6%0D%0A%28";
     EXPECT_EQ(addresses[0].substr(0, start.size()), start);
     EXPECT_TRUE(addresses[0].ends_with(L"%29%0D%0A%2D%2D%0D"));
+}
+
+TEST_F(FrmSendAsEMail, WhatMailCannotCarryIsAskedForFirst) {
+    Add(L"Ω");
+    answer = MessageAnswer::No;
+    Run([&](frmSendAsEMail& dialog) {
+        Press(dialog.cmdAlle);
+        Press(dialog.cmdOK);
+        EXPECT_EQ(dialog.State(), DialogState::Waiting);
+        EXPECT_EQ(messages, std::vector<std::wstring>{L"Zeichen gehen verloren|52|" +
+                                                      LossQuestion({L"Ω"}, L"per E-Mail senden")});
+        Press(dialog.cmdAbbrechen);
+    });
+    EXPECT_TRUE(addresses.empty());
 }
 
 TEST_F(FrmSendAsEMail, ANoteThatIsGoneIsReportedAndNothingIsSent) {

@@ -7,6 +7,7 @@
 #include "addressbook/frmAddressbook.h"
 #include "dialogs/basMessage.h"
 #include "dialogs/frmMessage.h"
+#include "model/LostCharacters.h"
 #include "model/StoredImage.h"
 #include "net/basSendNotes.h"
 #include "net/frmSendOverNetwork.h"
@@ -115,6 +116,20 @@ TEST_F(SendNotes, RecipientsComeFromTheAddressBookAndEachIsTried) {
     EXPECT_EQ(messages, Texts{kNoConnection});
     EXPECT_EQ(store.CountNotes(), 6u);
     EmptyAddressBook();
+}
+
+TEST_F(SendNotes, WhatTheProtocolCannotCarryIsAskedForFirst) {
+    Open(FreePort());
+    store.AddNote({.text = L"Ω"});
+    answer = MessageAnswer::No;
+    Send([this](frmSendOverNetwork& dialog) {
+        dialog.txtEmpfänger->SetValue(L"127.0.0.1");
+        Press(dialog.cmdOK);
+        EXPECT_EQ(dialog.State(), DialogState::Waiting);
+        EXPECT_EQ(messages,
+                  Texts{L"Zeichen gehen verloren|52|" + LossQuestion({L"Ω"}, L"über das Netzwerk senden")});
+        Press(dialog.cmdAbbrechen);
+    });
 }
 
 TEST_F(SendNotes, ANoteDeletedMeanwhileStopsEverything) {
