@@ -40,7 +40,7 @@ void TellOfUnkeptTexts() {
     if (IsQuitting() || texts.empty()) return;
     const std::wstring where = PutIntoClipboard(texts) ? L"Ihr Text liegt jetzt in der Zwischenablage."
                                                        : L"Ihr Text war:\r\n\r\n" + texts;
-    ShowMessage(L"Die gelöschte Notiz konnte nicht im Papierkorb aufgehoben werden.\r\n" + where, kCritical,
+    ShowMessage(L"Die Notiz konnte nicht im Papierkorb aufgehoben werden.\r\n" + where, kCritical,
                 L"Papierkorb");
 }
 

@@ -90,9 +90,8 @@ TEST_F(KeptNotesTest, WithoutABinTheTextGoesToTheClipboard) {
     EXPECT_TRUE(messages.empty());  // not before the notes are gone
     EXPECT_TRUE(RunUntil([&] { return !messages.empty(); }));
     RunEvents();
-    EXPECT_EQ(messages,
-              std::vector<std::wstring>{
-                  L"Papierkorb|16|Die gelöschte Notiz konnte nicht im Papierkorb aufgehoben werden.\r\n"
-                  L"Ihr Text liegt jetzt in der Zwischenablage."});
+    EXPECT_EQ(messages, std::vector<std::wstring>{
+                            L"Papierkorb|16|Die Notiz konnte nicht im Papierkorb aufgehoben werden.\r\n"
+                            L"Ihr Text liegt jetzt in der Zwischenablage."});
     EXPECT_EQ(Clipboard(), L"eins\r\n\r\nzwei Ω");
 }
