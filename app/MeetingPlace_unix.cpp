@@ -29,8 +29,12 @@ Descriptor OpenPrivateFolder(const std::string& path) {
     return folder;
 }
 
+Descriptor OpenDataFolder() {
+    const std::string data = DataFolder().string();
+    return Descriptor(data.empty() ? -1 : open(data.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+}
+
 Descriptor OpenMeetingFolder() {
-    // A folder in the data folder: the hive locks that one itself while it is being opened.
     if (const std::string data = DataFolder().string(); !data.empty()) {
         g_mkdir_with_parents(data.c_str(), 0700);
         if (Descriptor folder = OpenPrivateFolder(data + "/running")) return folder;
@@ -40,6 +44,11 @@ Descriptor OpenMeetingFolder() {
         if (Descriptor folder = OpenPrivateFolder(std::string(runtime) + "/kivora")) return folder;
     }
     return OpenPrivateFolder("/tmp/kivora-" + std::to_string(geteuid()));
+}
+
+// True as well where there is nothing to lock.
+bool TakeLock(const Descriptor& folder) {
+    return flock(folder.Get(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
 }
 
 }  // namespace
@@ -53,21 +62,24 @@ Descriptor& Descriptor::operator=(Descriptor&& other) noexcept {
     return *this;
 }
 
-MeetingPlace::MeetingPlace() : folder_(OpenMeetingFolder()) {}
+MeetingPlace::MeetingPlace() : folder_(OpenMeetingFolder()), data_(OpenDataFolder()) {}
 
 bool MeetingPlace::Lock() {
     // Somebody who only looks whether the folder is locked has it for a moment, too.
     for (int attempt = 0; attempt < 4; ++attempt) {
         if (attempt > 0) std::this_thread::sleep_for(std::chrono::milliseconds(10));
-        if (flock(folder_.Get(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK) return true;
+        if (TakeLock(folder_) && TakeLock(data_)) return true;
     }
     return false;
 }
 
 bool MeetingPlace::IsLocked() const {
-    // The lock belongs to the opening of the folder, so an opening of its own is needed to see it.
-    const Descriptor other(openat(folder_.Get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    return flock(other.Get(), LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+    for (const Descriptor* const folder : {&folder_, &data_}) {
+        // The lock belongs to the opening of the folder, so an opening of its own is needed to see it.
+        const Descriptor other(openat(folder->Get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        if (flock(other.Get(), LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK) return true;
+    }
+    return false;
 }
 
 sockaddr_un MeetingPlace::SocketAddress() const {

@@ -1,7 +1,8 @@
 #pragma once
 // Where copies of the program meet: a private folder of the user with a socket in it. Whoever holds the
-// folder's lock is the running copy. The kernel drops the lock of a killed process, and programs that clean
-// up temporary folders leave a locked one alone.
+// folder's lock is the running copy, and it holds that of the folder with the notes as well: when the first
+// folder is removed, there is still no second copy on the same notes. The kernel drops the locks of a killed
+// process, and programs that clean up temporary folders leave a locked one alone.
 
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -43,4 +44,5 @@ class MeetingPlace {
 
   private:
     Descriptor folder_;
+    Descriptor data_;  // where the notes are kept; none if that cannot be opened
 };

@@ -16,23 +16,33 @@ std::string_view TakeComponent(std::string_view& path) {
     return component;
 }
 
-// FNV-1a, 64 bits: every step maps different states to different states, so a changed byte is never lost.
-class Hash {
-  public:
-    void Add(std::string_view bytes) {
-        AddNumber(static_cast<std::int64_t>(bytes.size()));
-        for (const char c : bytes) AddByte(static_cast<unsigned char>(c));
-    }
-    void AddNumber(std::int64_t number) {
-        for (int shift = 0; shift < 64; shift += 8)
-            AddByte(static_cast<unsigned char>(static_cast<std::uint64_t>(number) >> shift));
-    }
-    std::uint64_t Value() const { return state_; }
+// FNV-1a, 64 bits: every step maps different states to different states, so a changed byte is never lost, and
+// each can be taken back.
+constexpr std::uint64_t kStart = 0xCBF29CE484222325u, kPrime = 0x100000001B3u;
 
-  private:
-    void AddByte(unsigned char byte) { state_ = (state_ ^ byte) * 0x100000001B3u; }
-    std::uint64_t state_ = 0xCBF29CE484222325u;
-};
+std::uint64_t HashOf(std::string_view bytes) {
+    std::uint64_t state = kStart;
+    for (const char c : bytes) state = (state ^ static_cast<unsigned char>(c)) * kPrime;
+    return state;
+}
+
+void AddNumber(std::string& bytes, std::int64_t number) {
+    for (int shift = 0; shift < 64; shift += 8)
+        bytes += static_cast<char>(static_cast<std::uint64_t>(number) >> shift & 0xFF);
+}
+
+void AddText(std::string& bytes, std::string_view text) {
+    AddNumber(bytes, static_cast<std::int64_t>(text.size()));
+    bytes += text;
+}
+
+std::uint64_t HashOf(const HiveValue& value) {
+    std::string bytes;
+    AddText(bytes, value.name);
+    AddNumber(bytes, value.type);
+    AddText(bytes, value.data);
+    return HashOf(bytes);
+}
 
 bool WriteValues(const HiveKey& key, HiveWriter& writer) {
     auto stored = key.storedValues.begin();
@@ -66,19 +76,46 @@ bool WriteKey(const HiveKey& key, HiveWriter& writer) {
 }  // namespace
 
 std::uint64_t ChecksumOf(const HiveKey& key) {
-    Hash place;
-    place.AddNumber(key.id);
-    place.AddNumber(key.parent ? key.parent->id : -1);
-    place.Add(key.name);
-    std::uint64_t sum = place.Value();
-    for (const auto& [capitals, value] : key.values) {
-        Hash row;
-        row.Add(value.name);
-        row.AddNumber(value.type);
-        row.Add(value.data);
-        sum += row.Value();
-    }
+    std::string place;
+    AddNumber(place, key.id);
+    AddNumber(place, key.parent ? key.parent->id : -1);
+    AddText(place, key.name);
+    std::uint64_t sum = HashOf(place);
+    for (const auto& [capitals, value] : key.values) sum += HashOf(value);
     return sum;
+}
+
+std::optional<HiveValue> RepairedValue(const HiveKey& key, std::uint64_t checksum) {
+    const std::uint64_t difference = checksum - ChecksumOf(key);
+    // The inverse of the prime takes a step back: modulo 2^64 both make 1.
+    constexpr std::uint64_t kInverse = 0xCE965057AFF6957Bu;
+    static_assert(kPrime * kInverse == 1);
+    for (const auto& [capitals, value] : key.values) {
+        std::string start;
+        AddText(start, value.name);
+        AddNumber(start, value.type);
+        AddNumber(start, static_cast<std::int64_t>(value.data.size()));
+        // The states before each byte of the data, from the front; then back from what the hash should be.
+        std::vector<std::uint64_t> states;
+        std::uint64_t state = kStart;
+        const auto step = [&](char c) { state = (state ^ static_cast<unsigned char>(c)) * kPrime; };
+        for (const char c : start) step(c);
+        for (const char c : value.data) {
+            states.push_back(state);
+            step(c);
+        }
+        state += difference;
+        for (std::size_t i = value.data.size(); i-- > 0;) {
+            state *= kInverse;
+            if (const std::uint64_t byte = state ^ states[i]; byte < 256) {
+                HiveValue repaired = value;
+                repaired.data[i] = static_cast<char>(byte);
+                return repaired;
+            }
+            state ^= static_cast<unsigned char>(value.data[i]);
+        }
+    }
+    return std::nullopt;
 }
 
 HiveImage::HiveImage() {

@@ -61,6 +61,10 @@ struct HiveKey {
 // Of a key and its values; a single changed byte always makes another one. The values' order does not matter.
 std::uint64_t ChecksumOf(const HiveKey& key);
 
+// A value of the key with one byte of its data as it must have been for this checksum; nothing when no single
+// byte explains it.
+std::optional<HiveValue> RepairedValue(const HiveKey& key, std::uint64_t checksum);
+
 class HiveImage {
   public:
     static constexpr std::int64_t kRoots = 7;

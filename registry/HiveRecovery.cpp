@@ -51,8 +51,13 @@ class Recovering {
             image_->SetValue(key, value.name, value.type, value.data);
     }
 
-    // A key that is not what it was. The state has it as it was, or fills its gaps.
+    // A key that is not what it was. Its checksum tells a single wrong byte; else the state has it as it was,
+    // or fills its gaps.
     void Repair(HiveKey& damaged, std::uint64_t checksum) {
+        if (const auto value = RepairedValue(damaged, checksum)) {
+            image_->SetValue(damaged, value->name, value->type, value->data);
+            return;
+        }
         const HiveKey* const before = state_ ? state_->Find(damaged.id) : nullptr;
         HiveKey* const key = before ? MoveTo(*before, damaged) : &damaged;
         if (before && before->values == key->values) return;

@@ -198,6 +198,15 @@ TEST_F(MeetingPlaceTest, LiesWithTheNotesHoweverTheProgramWasStarted) {
     }
 }
 
+TEST_F(MeetingPlaceTest, IsTakenAlsoWhenItsFolderIsRemoved) {
+    MeetingPlace first;
+    ASSERT_TRUE(first.Lock());
+    std::filesystem::remove_all(Folder(first));
+    MeetingPlace second;
+    EXPECT_FALSE(second.Lock());
+    EXPECT_TRUE(second.IsLocked());
+}
+
 TEST_F(MeetingPlaceTest, WithoutAFolderForDataIsAPrivateFolderOfTheUser) {
     setenv("XDG_DATA_HOME", "/proc/nowhere", 1);
     const std::filesystem::path root = runtime_;
