@@ -1,12 +1,19 @@
 #include "app/MenuModel.h"
 
-#include <map>
+namespace {
 
-const std::vector<MenuEntry>& MenuTree() {
-    using enum MenuItem;
-    using enum MenuKind;
-    static const std::vector<MenuEntry> tree = {
-        {mnuNotizPicture, Picture},
+using enum MenuItem;
+using enum TrayMenuEntry::Kind;
+
+struct Entry {
+    MenuItem item;
+    TrayMenuEntry::Kind kind;
+    const wchar_t* caption = L"";
+    std::vector<Entry> submenu = {};
+};
+
+const std::vector<Entry>& Tree() {
+    static const std::vector<Entry> tree = {
         {mnuNotizNeu, Command, L"Neue Notiz..."},
         {mnuNotizBearbeiten, Command, L"Notiz bearbeiten..."},
         {mnuNotizTrenn1, Separator},
@@ -38,61 +45,51 @@ const std::vector<MenuEntry>& MenuTree() {
     return tree;
 }
 
-MenuItemState StateOf(const MenuEntry& entry, const MenuSituation& situation,
-                      const std::set<MenuItem>& available) {
-    using enum MenuItem;
-    MenuItemState state;
-    if (entry.kind == MenuKind::Command || entry.kind == MenuKind::Check) {
-        state.enabled = available.contains(entry.item);
-    }
-    switch (entry.item) {
+bool IsShown(MenuItem item, const MenuSituation& situation) {
+    switch (item) {
         case mnuNotizVordergrund:
-            state.checked = situation.forNote && situation.noteForeground;
-            [[fallthrough]];
         case mnuNotizLöschen:
         case mnuNotizBearbeiten:
-            state.visible = situation.forNote;
-            break;
-        case mnuMinimizeAll:
-            state.enabled = state.enabled && situation.visibleNotes > 0;
-            break;
-        case mnuUnMinimizeAll:
-            state.enabled = state.enabled && situation.minimizedByCommand > 0;
-            break;
+            return situation.forNote;
         case mnuNotizDruck:
         case mnuNotizExport:
-            state.visible = situation.notes > 0;
-            break;
-        case mnuNotizWindowsStart:
-            state.checked = situation.autostart;
-            break;
+            return situation.notes > 0;
         default:
-            break;
+            return true;
     }
-    return state;
 }
 
-std::vector<TrayMenuEntry> TrayMenuOf(const std::vector<MenuEntry>& entries, const MenuSituation& situation,
-                                      const std::set<MenuItem>& available) {
-    static const std::map<MenuKind, TrayMenuEntry::Kind> kinds = {
-        {MenuKind::Command, TrayMenuEntry::Command},
-        {MenuKind::Check, TrayMenuEntry::Check},
-        {MenuKind::Separator, TrayMenuEntry::Separator},
-        {MenuKind::Submenu, TrayMenuEntry::Submenu},
-    };
+// Whether there is something for the item's command to do.
+bool HasUse(MenuItem item, const MenuSituation& situation) {
+    if (item == mnuMinimizeAll) return situation.visibleNotes > 0;
+    if (item == mnuUnMinimizeAll) return situation.minimizedByCommand > 0;
+    return true;
+}
+
+std::vector<TrayMenuEntry> Describe(const std::vector<Entry>& entries, const MenuSituation& situation,
+                                    const std::set<MenuItem>& available) {
     std::vector<TrayMenuEntry> menu;
-    for (const MenuEntry& entry : entries) {
-        const MenuItemState state = StateOf(entry, situation, available);
-        const auto kind = kinds.find(entry.kind);
-        if (!state.visible || kind == kinds.end()) continue;
-        menu.push_back({.id = static_cast<int>(entry.item) + 1,
-                        .kind = kind->second,
-                        .caption = entry.caption,
-                        .enabled = state.enabled,
-                        .checked = state.checked,
-                        .submenu = TrayMenuOf(entry.submenu, situation, available)});
+    for (const Entry& entry : entries) {
+        if (!IsShown(entry.item, situation)) continue;
+        const bool command = entry.kind == Command || entry.kind == Check;
+        const bool flag = entry.item == mnuNotizVordergrund ? situation.noteForeground : situation.autostart;
+        menu.push_back(
+            {.id = IdOf(entry.item),
+             .kind = entry.kind,
+             .caption = entry.caption,
+             .enabled = !command || (available.contains(entry.item) && HasUse(entry.item, situation)),
+             .checked = entry.kind == Check && flag,
+             .submenu = Describe(entry.submenu, situation, available)});
     }
     return menu;
 }
 
-MenuItem ItemOfTrayMenu(int id) { return static_cast<MenuItem>(id - 1); }
+}  // namespace
+
+std::vector<TrayMenuEntry> DescribeMenu(const MenuSituation& situation, const std::set<MenuItem>& available) {
+    return Describe(Tree(), situation, available);
+}
+
+int IdOf(MenuItem item) { return static_cast<int>(item) + 1; }
+
+MenuItem ItemOf(int id) { return static_cast<MenuItem>(id - 1); }

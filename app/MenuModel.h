@@ -1,6 +1,7 @@
 #pragma once
 // The program's menu as data: which items there are, in which order, and how each of them looks in a given
-// situation. Whoever shows the menu asks here; what a command does is not known here.
+// situation. Whoever shows the menu asks here, be it the program or a notification area that shows the menus
+// of its icons itself; what a command does is not known here.
 
 #include <cstddef>
 #include <set>
@@ -37,18 +38,6 @@ enum class MenuItem {
     mnuNotizEnde,
 };
 
-enum class MenuKind { Picture, Command, Check, Separator, Submenu };
-
-struct MenuEntry {
-    MenuItem item;
-    MenuKind kind;
-    const wchar_t* caption = L"";
-    std::vector<MenuEntry> submenu = {};
-};
-
-// The tree in the order in which it is shown.
-const std::vector<MenuEntry>& MenuTree();
-
 constexpr int kMenuPictureHeight = 34;  // pixels
 
 // What the menu depends on.
@@ -61,20 +50,10 @@ struct MenuSituation {
     bool autostart = false;
 };
 
-struct MenuItemState {
-    bool visible = true;
-    bool enabled = true;
-    bool checked = false;
-    bool operator==(const MenuItemState&) const = default;
-};
+// The items that show in a situation, in their order and without the picture, which stands above them. A
+// command that is not among the available ones is there but disabled.
+std::vector<TrayMenuEntry> DescribeMenu(const MenuSituation& situation, const std::set<MenuItem>& available);
 
-// The state of an item. A command that is not among the available ones is there but disabled.
-MenuItemState StateOf(const MenuEntry& entry, const MenuSituation& situation,
-                      const std::set<MenuItem>& available);
-
-// The menu in a situation, for notification areas that show it themselves. The picture is left out: they show
-// captions only.
-std::vector<TrayMenuEntry> TrayMenuOf(const std::vector<MenuEntry>& entries, const MenuSituation& situation,
-                                      const std::set<MenuItem>& available);
-// The item behind an id of that menu.
-MenuItem ItemOfTrayMenu(int id);
+// The number of an item in that description, above 0, and the item of a number.
+int IdOf(MenuItem item);
+MenuItem ItemOf(int id);

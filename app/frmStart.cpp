@@ -15,9 +15,32 @@
 
 namespace {
 
-// wxWidgets uses ids up to wxID_HIGHEST itself.
-int IdOf(MenuItem item) { return wxID_HIGHEST + 1 + static_cast<int>(item); }
-MenuItem ItemOf(int id) { return static_cast<MenuItem>(id - wxID_HIGHEST - 1); }
+// Added to the items' numbers: wxWidgets uses ids up to this itself.
+constexpr int kIdOffset = wxID_HIGHEST;
+
+void Fill(wxMenu& menu, const std::vector<TrayMenuEntry>& entries) {
+    for (const TrayMenuEntry& entry : entries) {
+        const int id = kIdOffset + entry.id;
+        switch (entry.kind) {
+            case TrayMenuEntry::Separator:
+                menu.AppendSeparator();
+                continue;
+            case TrayMenuEntry::Submenu: {
+                auto* submenu = new wxMenu;
+                Fill(*submenu, entry.submenu);
+                menu.Append(id, entry.caption, submenu);
+                break;
+            }
+            case TrayMenuEntry::Check:
+                menu.AppendCheckItem(id, entry.caption)->Check(entry.checked);
+                break;
+            case TrayMenuEntry::Command:
+                menu.Append(id, entry.caption);
+                break;
+        }
+        menu.Enable(id, entry.enabled);
+    }
+}
 
 }  // namespace
 
@@ -68,11 +91,13 @@ void frmStart::ShowPopupMenu(frmNote* note, std::optional<wxPoint> at) {
     popupNoteKey_.reset();
     if (note) popupNoteKey_ = note->NoteKey();
     wxMenu menu;
-    Fill(menu, MenuTree(), Situation());
+    AppendPicture(menu, kIdOffset + IdOf(MenuItem::mnuNotizPicture), LoadPicture(kMenuBanner),
+                  kMenuPictureHeight);
+    Fill(menu, DescribeMenu(note));
     menuOpen_ = true;
     const std::optional<int> chosen = OpenPopupMenu(*this, menu, at);
     menuOpen_ = false;
-    if (chosen && !IsQuitting()) RunCommand(ItemOf(*chosen));
+    if (chosen && !IsQuitting()) RunCommand(ItemOf(*chosen - kIdOffset));
 }
 
 frmNote* frmStart::PopupNote() const { return popupNoteKey_ ? store_.Find(*popupNoteKey_) : nullptr; }
@@ -95,59 +120,22 @@ void frmStart::RemoveCommand(MenuItem item) {
 }
 
 std::vector<TrayMenuEntry> frmStart::DescribeMenu(const frmNote* note) const {
-    return TrayMenuOf(MenuTree(), SituationOf(note), Available());
+    std::set<MenuItem> available;
+    for (const auto& [item, command] : commands_) available.insert(item);
+    return ::DescribeMenu({.forNote = note != nullptr,
+                           .noteForeground = note && note->Foreground(),
+                           .notes = store_.CountNotes(),
+                           .visibleNotes = store_.CountVisibleNotes(),
+                           .minimizedByCommand = store_.CountMinimizedByCommand(),
+                           .autostart = store_.AutostartEnabled},
+                          available);
 }
 
 void frmStart::RunFromTrayMenu(frmNote* note, int id) {
     if (menuOpen_ || IsQuitting()) return;
     popupNoteKey_.reset();
     if (note) popupNoteKey_ = note->NoteKey();
-    RunCommand(ItemOfTrayMenu(id));
-}
-
-MenuSituation frmStart::SituationOf(const frmNote* note) const {
-    return {.forNote = note != nullptr,
-            .noteForeground = note && note->Foreground(),
-            .notes = store_.CountNotes(),
-            .visibleNotes = store_.CountVisibleNotes(),
-            .minimizedByCommand = store_.CountMinimizedByCommand(),
-            .autostart = store_.AutostartEnabled};
-}
-
-std::set<MenuItem> frmStart::Available() const {
-    std::set<MenuItem> available;
-    for (const auto& [item, command] : commands_) available.insert(item);
-    return available;
-}
-
-void frmStart::Fill(wxMenu& menu, const std::vector<MenuEntry>& entries, const MenuSituation& situation) {
-    const std::set<MenuItem> available = Available();
-    for (const MenuEntry& entry : entries) {
-        const MenuItemState state = StateOf(entry, situation, available);
-        if (!state.visible) continue;
-        const int id = IdOf(entry.item);
-        switch (entry.kind) {
-            case MenuKind::Separator:
-                menu.AppendSeparator();
-                continue;
-            case MenuKind::Picture:
-                AppendPicture(menu, id, LoadPicture(kMenuBanner), kMenuPictureHeight);
-                continue;
-            case MenuKind::Submenu: {
-                auto* submenu = new wxMenu;
-                Fill(*submenu, entry.submenu, situation);
-                menu.Append(id, entry.caption, submenu);
-                continue;
-            }
-            case MenuKind::Check:
-                menu.AppendCheckItem(id, entry.caption)->Check(state.checked);
-                break;
-            case MenuKind::Command:
-                menu.Append(id, entry.caption);
-                break;
-        }
-        menu.Enable(id, state.enabled);
-    }
+    RunCommand(ItemOf(id));
 }
 
 frmNote* frmStart::ActivateApplication() {

@@ -8,14 +8,12 @@
 #include <functional>
 #include <map>
 #include <optional>
-#include <set>
 
 #include "app/MenuModel.h"
 #include "tray/Notification.h"
 
 class frmNote;
 class NoteStore;
-class wxMenu;
 
 class frmStart : public wxFrame {
   public:
@@ -32,8 +30,8 @@ class frmStart : public wxFrame {
     // Does what choosing the item does. Without effect for one that is no available command.
     void RunCommand(MenuItem item);
 
-    // The menu for a note, or for the program's icon, where the notification area shows it itself, and what
-    // choosing an entry of it does. Nothing is done while the program's own menu is open.
+    // The menu for a note, or for the program's icon, as it is now, and what choosing an entry of it does
+    // where the notification area shows it itself. Nothing is done while the program's own menu is open.
     std::vector<TrayMenuEntry> DescribeMenu(const frmNote* note) const;
     void RunFromTrayMenu(frmNote* note, int id);
 
@@ -42,15 +40,9 @@ class frmStart : public wxFrame {
     // Takes it away again.
     void RemoveCommand(MenuItem item);
 
-    // What the menu shows now.
-    MenuSituation Situation() const { return SituationOf(PopupNote()); }
-    std::set<MenuItem> Available() const;
-
     Notification notIcon;
 
   private:
-    MenuSituation SituationOf(const frmNote* note) const;
-    void Fill(wxMenu& menu, const std::vector<MenuEntry>& entries, const MenuSituation& situation);
     frmNote* ActivateApplication();  // the note that is on top then, if any
     void DeletePopupNote();
     void TogglePopupNoteForeground();

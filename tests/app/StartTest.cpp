@@ -115,7 +115,7 @@ TEST_F(StartTest, MinimizesAllAndTakesItBack) {
     frmNote& note = AddNote(L"eins");
     WithMenu(nullptr, [](MenuOnScreen& menu) { menu.Choose(L"Alle Notizen minimieren"); });
     EXPECT_TRUE(note.Minimized());
-    EXPECT_EQ(start_->Situation().minimizedByCommand, 1u);
+    EXPECT_EQ(Store().CountMinimizedByCommand(), 1u);
     WithMenu(&note, [](MenuOnScreen& menu) { menu.Choose(L"\"Alle Notizen minimieren\" rückgängig"); });
     EXPECT_FALSE(note.Minimized());
 }
