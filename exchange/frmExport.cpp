@@ -10,16 +10,12 @@
 #include "exchange/ExportFile.h"
 #include "exchange/ExportPath.h"
 #include "notes/LossQuestion.h"
-#include "notes/NoteChoice.h"
 #include "notes/NoteStore.h"
 
 frmExport::frmExport(const NoteStore& store)
     : frmDialog(L"Exportieren", L"ch3_export.html", true), store_(store) {
     Frame1 = new NoteChoice(this, NoteChoice::NotesOf(store), {});
-    lstNotizen = Frame1->lstNotizen;
-    cmdAlle = Frame1->cmdAlle;
-    cmdKeine = Frame1->cmdKeine;
-    cmdRefresh = Frame1->cmdRefresh;
+    static_cast<NoteChoiceControls&>(*this) = *Frame1;
 
     auto* content = new wxBoxSizer(wxVERTICAL);
     content->Add(Frame1, wxSizerFlags(1).Expand());

@@ -7,14 +7,12 @@
 
 #include "dialogs/frmDialog.h"
 #include "exchange/FileDialog.h"
+#include "notes/NoteChoice.h"
 
-class NoteChoice;
-class NoteStore;
-class wxListBox;
 class wxStaticBox;
 class wxTextCtrl;
 
-class frmExport : public frmDialog {
+class frmExport : public frmDialog, public NoteChoiceControls {
   public:
     // The store must outlive the dialog.
     explicit frmExport(const NoteStore& store);
@@ -26,10 +24,6 @@ class frmExport : public frmDialog {
 
     // The controls, each under its name.
     NoteChoice* Frame1 = nullptr;
-    wxListBox* lstNotizen = nullptr;
-    wxButton* cmdAlle = nullptr;
-    wxButton* cmdKeine = nullptr;
-    wxButton* cmdRefresh = nullptr;
     wxStaticBox* Frame2 = nullptr;
     wxTextCtrl* txtPfad = nullptr;
     wxButton* cmdSearch = nullptr;

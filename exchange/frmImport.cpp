@@ -10,7 +10,6 @@
 #include "dialogs/basWait.h"
 #include "exchange/ExportPath.h"
 #include "exchange/ImportFile.h"
-#include "notes/NoteChoice.h"
 #include "notes/NoteFont.h"
 #include "notes/NotePaint.h"
 #include "notes/NoteWindow.h"
@@ -54,9 +53,7 @@ frmImport::frmImport() : frmDialog(L"Importieren", L"ch3_import.html", true) {
         return entries;
     };
     Frame2 = new NoteChoice(this, records, {.caption = L"Enthaltene Notizen", .refresh = false});
-    lstNotizen = Frame2->lstNotizen;
-    cmdAlle = Frame2->cmdAlle;
-    cmdKeine = Frame2->cmdKeine;
+    static_cast<NoteChoiceControls&>(*this) = *Frame2;
     auto* notes = new wxBoxSizer(wxHORIZONTAL);
     notes->Add(Frame2, wxSizerFlags(1).Expand());
     notes->AddSpacer(FromDIP(kDialogGap));

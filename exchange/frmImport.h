@@ -7,15 +7,14 @@
 
 #include "dialogs/frmDialog.h"
 #include "exchange/FileDialog.h"
+#include "notes/NoteChoice.h"
 
-class NoteChoice;
 struct Note;
 struct NoteLook;
-class wxListBox;
 class wxStaticBox;
 class wxTextCtrl;
 
-class frmImport : public frmDialog {
+class frmImport : public frmDialog, public NoteChoiceControls {
   public:
     frmImport();
 
@@ -29,9 +28,6 @@ class frmImport : public frmDialog {
     wxButton* cmdDurchsuchen = nullptr;
     FileDialogOptions dlgImport{.DialogTitle = L"Kivora-Exportdatei öffnen..."};
     NoteChoice* Frame2 = nullptr;
-    wxListBox* lstNotizen = nullptr;
-    wxButton* cmdAlle = nullptr;
-    wxButton* cmdKeine = nullptr;
     wxStaticBox* Frame3 = nullptr;
     wxTextCtrl* txtNotiz = nullptr;
     using frmDialog::cmdAbbrechen;

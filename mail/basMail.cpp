@@ -2,28 +2,24 @@
 
 #include <wx/textctrl.h>
 
-#include <optional>
-
 #include "dialogs/OneDialog.h"
-#include "dialogs/basMessage.h"
 #include "dialogs/basWait.h"
 #include "mail/MailText.h"
 #include "mail/frmSendAsEMail.h"
-#include "notes/NoteChoice.h"
 #include "notes/NoteStore.h"
 
 namespace {
 
-// What the dialog asks for; nothing when one of its notes is gone.
-std::optional<std::wstring> ChosenAddress(const frmSendAsEMail& dialog, const NoteStore& store) {
+// Asks the user; nothing when he cancels or a chosen note is gone.
+std::optional<std::wstring> AskForAddress(const NoteStore& store, OneDialog& once) {
+    const OneDialog::Opened<frmSendAsEMail> dialog(once, store);
+    if (dialog->ShowModal() != 1) return std::nullopt;
+    const auto notes = ChosenNotes(store, dialog->Frame1->Marked(), L"Versenden");
+    if (!notes) return std::nullopt;
     std::vector<std::wstring> texts;
-    for (const std::int32_t key : dialog.Frame1->Marked()) {
-        const frmNote* note = store.Find(key);
-        if (!note) return std::nullopt;
-        texts.push_back(note->Text());
-    }
-    return MailAddress(dialog.txtEmpfänger->GetValue().ToStdWstring(),
-                       dialog.txtBetreff->GetValue().ToStdWstring(), EncodeMailBody(MailBody(texts)));
+    for (const Note& note : *notes) texts.push_back(note.text);
+    return MailAddress(dialog->txtEmpfänger->GetValue().ToStdWstring(),
+                       dialog->txtBetreff->GetValue().ToStdWstring(), EncodeMailBody(MailBody(texts)));
 }
 
 }  // namespace
@@ -31,18 +27,6 @@ std::optional<std::wstring> ChosenAddress(const frmSendAsEMail& dialog, const No
 void SendNotesAsEMail(NoteStore& store, const AddressOpener& open) {
     static OneDialog once;
     if (once.BroughtForward()) return;
-    std::optional<std::wstring> address;
-    {
-        const OneDialog::Opened<frmSendAsEMail> dialog(once, store);
-        if (dialog->ShowModal() != 1) return;
-        address = ChosenAddress(*dialog, store);
-    }
-    if (IsQuitting()) return;
-    if (address) {
-        open(*address);
-    } else {
-        ShowMessage(
-            L"Eine zum Versenden vorgesehene Notiz existiert nicht mehr.\r\nDer Vorgang wird abgebrochen.",
-            kCritical, L"Notiz existiert nicht");
-    }
+    const std::optional<std::wstring> address = AskForAddress(store, once);
+    if (address && !IsQuitting()) open(*address);
 }

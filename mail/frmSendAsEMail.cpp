@@ -5,7 +5,6 @@
 #include <wx/textctrl.h>
 
 #include "notes/LossQuestion.h"
-#include "notes/NoteChoice.h"
 
 frmSendAsEMail::frmSendAsEMail(const NoteStore& store)
     : frmDialog(L"Per E-Mail versenden", L"ch4_email.html", true), store_(store) {
@@ -23,10 +22,7 @@ frmSendAsEMail::frmSendAsEMail(const NoteStore& store)
 
     Frame1 = new NoteChoice(this, NoteChoice::NotesOf(store),
                             {.caption = L"Notizenauswahl", .markedAtFirst = false});
-    lstNotizen = Frame1->lstNotizen;
-    cmdAlle = Frame1->cmdAlle;
-    cmdKeine = Frame1->cmdKeine;
-    cmdRefresh = Frame1->cmdRefresh;
+    static_cast<NoteChoiceControls&>(*this) = *Frame1;
 
     auto* content = new wxBoxSizer(wxVERTICAL);
     content->Add(fields, wxSizerFlags().Expand());

@@ -2,14 +2,11 @@
 // The dialog that asks which notes go to whom by e-mail. Its caller reads the controls.
 
 #include "dialogs/frmDialog.h"
+#include "notes/NoteChoice.h"
 
-class NoteChoice;
-class NoteStore;
-class wxButton;
-class wxListBox;
 class wxTextCtrl;
 
-class frmSendAsEMail : public frmDialog {
+class frmSendAsEMail : public frmDialog, public NoteChoiceControls {
   public:
     // The store must outlive the dialog.
     explicit frmSendAsEMail(const NoteStore& store);
@@ -18,10 +15,6 @@ class frmSendAsEMail : public frmDialog {
     wxTextCtrl* txtEmpfänger = nullptr;
     wxTextCtrl* txtBetreff = nullptr;
     NoteChoice* Frame1 = nullptr;
-    wxListBox* lstNotizen = nullptr;
-    wxButton* cmdAlle = nullptr;
-    wxButton* cmdKeine = nullptr;
-    wxButton* cmdRefresh = nullptr;
     using frmDialog::cmdAbbrechen;
     using frmDialog::cmdOK;
 

@@ -31,20 +31,9 @@ struct Order {
 std::optional<Order> AskForOrder(NoteStore& store) {
     const OneDialog::Opened<frmSendOverNetwork> dialog(sending, store);
     if (dialog->ShowModal() != 1) return std::nullopt;
-    Order order;
-    order.recipients = dialog->Recipients();
-    for (const std::int32_t key : dialog->Frame1->Marked()) {
-        const frmNote* note = store.Find(key);
-        if (!note) {
-            ShowMessage(
-                L"Eine zum Versenden vorgesehene Notiz existiert nicht mehr.\r\nDer Vorgang wird "
-                L"abgebrochen.",
-                kCritical, L"Notiz existiert nicht");
-            return std::nullopt;
-        }
-        order.notes.push_back(note->Content());
-    }
-    return order;
+    auto notes = ChosenNotes(store, dialog->Frame1->Marked(), L"Versenden");
+    if (!notes) return std::nullopt;
+    return Order{dialog->Recipients(), std::move(*notes)};
 }
 
 std::wstring Described(const clsOutgoing::Failure& failure) {

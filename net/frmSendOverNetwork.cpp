@@ -8,7 +8,6 @@
 #include "addressbook/frmAddressbook.h"
 #include "dialogs/basWait.h"
 #include "notes/LossQuestion.h"
-#include "notes/NoteChoice.h"
 #include "notes/NoteStore.h"
 
 frmSendOverNetwork::frmSendOverNetwork(NoteStore& store)
@@ -25,6 +24,7 @@ frmSendOverNetwork::frmSendOverNetwork(NoteStore& store)
     recipient->Add(cmdAdressbuch);
     content->Add(recipient, wxSizerFlags().Expand().Border(wxBOTTOM, FromDIP(kDialogMargin)));
     Frame1 = new NoteChoice(this, NoteChoice::NotesOf(store), {.marking = NoteChoice::CheckBoxes});
+    static_cast<NoteChoiceControls&>(*this) = *Frame1;
     content->Add(Frame1, wxSizerFlags(1).Expand());
     SetContent(content, CreateButtons(L"&OK", L"Ab&brechen"));
 

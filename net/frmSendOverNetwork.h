@@ -5,13 +5,12 @@
 #include <vector>
 
 #include "dialogs/frmDialog.h"
+#include "notes/NoteChoice.h"
 
-class NoteChoice;
-class NoteStore;
 class wxStaticText;
 class wxTextCtrl;
 
-class frmSendOverNetwork : public frmDialog {
+class frmSendOverNetwork : public frmDialog, public NoteChoiceControls {
   public:
     // The store must outlive the dialog. It saves what was changed in the address book from here.
     explicit frmSendOverNetwork(NoteStore& store);
@@ -19,7 +18,7 @@ class frmSendOverNetwork : public frmDialog {
     // Names or addresses of the computers, at least one once the dialog was confirmed.
     std::vector<std::wstring> Recipients() const;
 
-    // The controls, each under its name; the list and its buttons are those of the choice.
+    // The controls, each under its name.
     wxStaticText* Label1 = nullptr;
     wxTextCtrl* txtEmpfänger = nullptr;
     wxButton* cmdAdressbuch = nullptr;

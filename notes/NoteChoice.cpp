@@ -7,6 +7,7 @@
 #include <wx/wupdlock.h>
 
 #include "dialogs/DialogLayout.h"
+#include "dialogs/basMessage.h"
 #include "notes/ListRows.h"
 #include "notes/NoteStore.h"
 
@@ -108,4 +109,20 @@ bool NoteChoice::IsMarked(unsigned index) const {
 
 void NoteChoice::Changed() {
     if (OnChange) OnChange();
+}
+
+std::optional<std::vector<Note>> ChosenNotes(const NoteStore& store, const std::vector<std::int32_t>& keys,
+                                             const std::wstring& purpose) {
+    std::vector<Note> notes;
+    for (const std::int32_t key : keys) {
+        const frmNote* note = store.Find(key);
+        if (!note) {
+            ShowMessage(L"Eine zum " + purpose +
+                            L" vorgesehene Notiz existiert nicht mehr.\r\nDer Vorgang wird abgebrochen.",
+                        kCritical, L"Notiz existiert nicht");
+            return std::nullopt;
+        }
+        notes.push_back(note->Content());
+    }
+    return notes;
 }

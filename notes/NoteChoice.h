@@ -6,14 +6,24 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
 class NoteStore;
 class wxButton;
 class wxListBox;
+struct Note;
 
-class NoteChoice : public wxPanel {
+// The controls of the list, each under its name. A dialog with such a list has them, too.
+struct NoteChoiceControls {
+    wxListBox* lstNotizen = nullptr;
+    wxButton* cmdAlle = nullptr;
+    wxButton* cmdKeine = nullptr;
+    wxButton* cmdRefresh = nullptr;  // null without NoteChoice::Options::refresh
+};
+
+class NoteChoice : public wxPanel, public NoteChoiceControls {
   public:
     struct Entry {
         std::wstring text;  // in one line
@@ -50,11 +60,6 @@ class NoteChoice : public wxPanel {
     // OnChange.
     std::function<void(int row)> OnClick;
 
-    wxListBox* lstNotizen = nullptr;
-    wxButton* cmdAlle = nullptr;
-    wxButton* cmdKeine = nullptr;
-    wxButton* cmdRefresh = nullptr;  // null without Options::refresh
-
   private:
     bool IsMarked(unsigned index) const;
     void Changed();
@@ -64,3 +69,8 @@ class NoteChoice : public wxPanel {
     std::vector<std::int32_t> keys_;
     bool marking_ = false;  // what changes in the list is our own doing
 };
+
+// The notes of these keys as they are now. Nothing when one of them is gone; the user has been told then that
+// they cannot be dealt with. purpose: what they were chosen for, such as "Drucken".
+std::optional<std::vector<Note>> ChosenNotes(const NoteStore& store, const std::vector<std::int32_t>& keys,
+                                             const std::wstring& purpose);

@@ -38,19 +38,10 @@ std::optional<Order> AskForOrder(NoteStore& store, PrintSystem& system, PrinterS
     const OneDialog::Opened<frmPrint> dialog(printing, store, system, chosen, hint);
     if (dialog->ShowModal() != 1) return std::nullopt;
 
-    Order order{{}, dialog->Rules(), dialog->Settings()};
-    chosen = order.settings;
-    for (const std::int32_t key : dialog->NoteKeys()) {
-        const frmNote* note = store.Find(key);
-        if (!note) {
-            ShowMessage(
-                L"Eine zum Drucken vorgesehene Notiz existiert nicht mehr.\r\nDer Vorgang wird abgebrochen.",
-                kCritical, L"Notiz existiert nicht");
-            return std::nullopt;
-        }
-        order.notes.push_back(note->Content());
-    }
-    return order;
+    chosen = dialog->Settings();
+    auto notes = ChosenNotes(store, dialog->fraNotes->Marked(), L"Drucken");
+    if (!notes) return std::nullopt;
+    return Order{std::move(*notes), dialog->Rules(), chosen};
 }
 
 enum class PrintEnd { Done, Cancelled, Failed };

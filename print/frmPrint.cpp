@@ -11,8 +11,6 @@
 #include "dialogs/ControlNames.h"
 #include "dialogs/basMessage.h"
 #include "dialogs/basWait.h"
-#include "notes/NoteChoice.h"
-#include "notes/frmNote.h"
 
 namespace {
 
@@ -31,10 +29,7 @@ frmPrint::frmPrint(const NoteStore& store, PrintSystem& printing, const PrinterS
     : frmDialog(L"Drucken", L"ch3_print.html", true), printing_(printing), settings_(settings) {
     const int gap = FromDIP(kDialogGap);
     fraNotes = new NoteChoice(this, NoteChoice::NotesOf(store), {.caption = L"Notizauswahl"});
-    lstNotizen = fraNotes->lstNotizen;
-    cmdAlle = fraNotes->cmdAlle;
-    cmdKeine = fraNotes->cmdKeine;
-    cmdRefresh = fraNotes->cmdRefresh;
+    static_cast<NoteChoiceControls&>(*this) = *fraNotes;
 
     auto* content = new wxBoxSizer(wxVERTICAL);
     content->Add(fraNotes, wxSizerFlags(1).Expand());
@@ -48,8 +43,8 @@ frmPrint::frmPrint(const NoteStore& store, PrintSystem& printing, const PrinterS
     content->Add(CreatePrinter(hint), wxSizerFlags().Expand());
     SetContent(content, CreateButtons(L"OK", L"A&bbrechen"));
 
-    fraNotes->OnChange = [this] { UpdateOK(); };
-    UpdateOK();
+    fraNotes->OnChange = [this] { cmdOK->Enable(fraNotes->AnyMarked()); };
+    fraNotes->OnChange();
     UpdateFormatting();
     lstNotizen->SetFocus();
 }
@@ -136,10 +131,6 @@ void frmPrint::SetUpPrinter() {
 }
 
 void frmPrint::UpdateFormatting() { txtDateSize->Enable(optSchriftgradUser->GetValue()); }
-
-void frmPrint::UpdateOK() { cmdOK->Enable(fraNotes->AnyMarked()); }
-
-std::vector<std::int32_t> frmPrint::NoteKeys() const { return fraNotes->Marked(); }
 
 PrintRules frmPrint::Rules() const {
     PrintRules rules;

@@ -6,34 +6,28 @@
 #include <vector>
 
 #include "dialogs/frmDialog.h"
+#include "notes/NoteChoice.h"
 #include "print/PrintSystem.h"
 
-class NoteChoice;
-class NoteStore;
-class wxButton;
 class wxCheckBox;
-class wxListBox;
 class wxRadioButton;
 class wxSpinCtrl;
 class wxStaticBox;
 class wxStaticText;
 
-class frmPrint : public frmDialog {
+class frmPrint : public frmDialog, public NoteChoiceControls {
   public:
     // Store and printing have to outlive the dialog. settings: the current printer and its paper; hint: what
     // the user should know of the choice of printers, may be empty.
     frmPrint(const NoteStore& store, PrintSystem& printing, const PrinterSettings& settings,
              const std::wstring& hint);
 
-    std::vector<std::int32_t> NoteKeys() const;  // in list order
     PrintRules Rules() const;
     const PrinterSettings& Settings() const { return settings_; }
 
     // The controls, each under its name. A text box and its up-down are one wxSpinCtrl, which brings what is
     // typed into its range when it loses the keyboard.
     NoteChoice* fraNotes = nullptr;
-    wxListBox* lstNotizen = nullptr;
-    wxButton *cmdAlle = nullptr, *cmdKeine = nullptr, *cmdRefresh = nullptr;
     wxStaticBox* Frame6 = nullptr;
     wxSpinCtrl *txtLinks = nullptr, *updwnLinks = nullptr;
     wxSpinCtrl *txtRechts = nullptr, *updwnRechts = nullptr;
@@ -58,7 +52,6 @@ class frmPrint : public frmDialog {
     wxSizer* CreatePrinter(const std::wstring& hint);
     void SetUpPrinter();
     void UpdateFormatting();
-    void UpdateOK();
 
     PrintSystem& printing_;
     PrinterSettings settings_;
