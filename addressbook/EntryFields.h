@@ -11,16 +11,19 @@
 
 class wxTextCtrl;
 
-class EntryFields : public wxPanel {
+// A dialog with these boxes has them under their names, too.
+struct EntryControls {
+    wxTextCtrl* txtPCName = nullptr;
+    wxTextCtrl* txtIP = nullptr;  // takes only what addresses are made of
+    wxTextCtrl* txtComment = nullptr;
+};
+
+class EntryFields : public wxPanel, public EntryControls {
   public:
     explicit EntryFields(wxWindow* parent);
 
     clsAddressBookEntry Entry() const;
     void Entry(const clsAddressBookEntry& entry);
-
-    wxTextCtrl* txtPCName = nullptr;
-    wxTextCtrl* txtIP = nullptr;  // takes only what addresses are made of
-    wxTextCtrl* txtComment = nullptr;
 };
 
 // Says that there is an entry of that name already.

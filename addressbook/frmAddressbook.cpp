@@ -21,8 +21,12 @@ enum Column { kCheckBox = 0, kName, kAddress, kComment, kColumns };
 
 frmAddressbook::frmAddressbook(bool selecting)
     : frmDialog(L"Netzwerk-Adressbuch", L"ch4_networkaddressbook.html", true) {
+    lvwEntries = EntryList::Create(this, {L"Name", L"IP-Adresse/ Rechnername", L"Kommentar"}, 20, 14);
+    NameControl(lvwEntries->Window(), L"Einträge");
+    lvwEntries->OnCheck = [this] { UpdateButtons(); };
+    lvwEntries->OnHeading = [this](int column) { SortBy(column); };
     auto* content = new wxBoxSizer(wxHORIZONTAL);
-    content->Add(CreateList(), wxSizerFlags(1).Expand());
+    content->Add(&lvwEntries->Window(), wxSizerFlags(1).Expand());
     content->AddSpacer(FromDIP(kDialogMargin));
     content->Add(CreateColumnOfButtons(), wxSizerFlags());
     SetContent(content, CreateButtons(L"&OK", selecting ? L"Ab&brechen" : L"&Schließen"));
@@ -34,33 +38,19 @@ frmAddressbook::frmAddressbook(bool selecting)
     lvwEntries->Window().SetFocus();
 }
 
-wxSizer* frmAddressbook::CreateList() {
-    lvwEntries = EntryList::Create(this, {L"Name", L"IP-Adresse/ Rechnername", L"Kommentar"}, 20, 14);
-    NameControl(lvwEntries->Window(), L"Einträge");
-    lvwEntries->OnCheck = [this] { UpdateButtons(); };
-    lvwEntries->OnHeading = [this](int column) { SortBy(column); };
-    auto* sizer = new wxBoxSizer(wxVERTICAL);
-    sizer->Add(&lvwEntries->Window(), wxSizerFlags(1).Expand());
-    return sizer;
-}
-
 wxSizer* frmAddressbook::CreateColumnOfButtons() {
     auto* buttons = new wxBoxSizer(wxVERTICAL);
-    const auto add = [&](wxButton*& button, const wxString& caption, void (frmAddressbook::*action)()) {
+    const auto add = [&](wxButton*& button, const wxString& caption, auto&& action) {
         button = new wxButton(this, wxID_ANY, caption);
-        button->Bind(wxEVT_BUTTON, [this, action](wxCommandEvent&) { (this->*action)(); });
+        button->Bind(wxEVT_BUTTON, [action](wxCommandEvent&) { action(); });
         buttons->Add(button, wxSizerFlags().Expand().Border(wxBOTTOM, FromDIP(kDialogGap)));
     };
-    add(cmdNeu, L"&Neu...", &frmAddressbook::OnNeu);
-    add(cmdBearbeiten, L"Be&arbeiten...", &frmAddressbook::OnBearbeiten);
-    add(cmdLöschen, L"&Löschen", &frmAddressbook::OnLöschen);
+    add(cmdNeu, L"&Neu...", [this] { OnNeu(); });
+    add(cmdBearbeiten, L"Be&arbeiten...", [this] { OnBearbeiten(); });
+    add(cmdLöschen, L"&Löschen", [this] { OnLöschen(); });
     buttons->AddSpacer(FromDIP(kDialogMargin));
-    cmdAlle = new wxButton(this, wxID_ANY, L"&Alle");
-    cmdKeine = new wxButton(this, wxID_ANY, L"&Keine");
-    for (wxButton* button : {cmdAlle, cmdKeine}) {
-        button->Bind(wxEVT_BUTTON, [this, button](wxCommandEvent&) { CheckAll(button == cmdAlle); });
-        buttons->Add(button, wxSizerFlags().Expand().Border(wxBOTTOM, FromDIP(kDialogGap)));
-    }
+    add(cmdAlle, L"&Alle", [this] { CheckAll(true); });
+    add(cmdKeine, L"&Keine", [this] { CheckAll(false); });
     return buttons;
 }
 

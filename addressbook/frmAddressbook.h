@@ -29,7 +29,6 @@ class frmAddressbook : public frmDialog {
     using frmDialog::cmdOK;
 
   private:
-    wxSizer* CreateList();
     wxSizer* CreateColumnOfButtons();
     void WriteRow(int row, const clsAddressBookEntry& entry);
     void RefreshList();

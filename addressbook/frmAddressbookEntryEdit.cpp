@@ -13,9 +13,7 @@ frmAddressbookEntryEdit::frmAddressbookEntryEdit()
     lstEdit = new wxListBox(this, wxID_ANY, wxDefaultPosition, RoomForText(*this, 24, 9));
     NameControl(*lstEdit, L"Einträge");
     fields_ = new EntryFields(this);
-    txtPCName = fields_->txtPCName;
-    txtIP = fields_->txtIP;
-    txtComment = fields_->txtComment;
+    static_cast<EntryControls&>(*this) = *fields_;
     auto* content = new wxBoxSizer(wxHORIZONTAL);
     content->Add(lstEdit, wxSizerFlags(1).Expand());
     content->AddSpacer(FromDIP(kDialogMargin));

@@ -10,7 +10,7 @@
 
 class wxListBox;
 
-class frmAddressbookEntryEdit : public frmDialog {
+class frmAddressbookEntryEdit : public frmDialog, public EntryControls {
   public:
     frmAddressbookEntryEdit();
 
@@ -19,9 +19,6 @@ class frmAddressbookEntryEdit : public frmDialog {
 
     // The controls, each under its name.
     wxListBox* lstEdit = nullptr;
-    wxTextCtrl* txtPCName = nullptr;
-    wxTextCtrl* txtIP = nullptr;
-    wxTextCtrl* txtComment = nullptr;
     wxButton* cmdSchliessen = nullptr;
 
   private:

@@ -7,9 +7,7 @@
 
 frmAddressbookEntryNew::frmAddressbookEntryNew()
     : frmDialog(L"Neuer Adressbucheintrag", L"ch4_networkaddressbook.html"), fields_(new EntryFields(this)) {
-    txtPCName = fields_->txtPCName;
-    txtIP = fields_->txtIP;
-    txtComment = fields_->txtComment;
+    static_cast<EntryControls&>(*this) = *fields_;
     auto* content = new wxBoxSizer(wxVERTICAL);
     content->Add(fields_, wxSizerFlags().Expand());
     SetContent(content, CreateButtons(L"&OK", L"Ab&brechen"));

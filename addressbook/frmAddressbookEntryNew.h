@@ -4,17 +4,13 @@
 #include "addressbook/EntryFields.h"
 #include "dialogs/frmDialog.h"
 
-class frmAddressbookEntryNew : public frmDialog {
+class frmAddressbookEntryNew : public frmDialog, public EntryControls {
   public:
     frmAddressbookEntryNew();
 
     // What the boxes hold.
     clsAddressBookEntry Entry() const { return fields_->Entry(); }
 
-    // The controls, each under its name.
-    wxTextCtrl* txtPCName = nullptr;
-    wxTextCtrl* txtIP = nullptr;
-    wxTextCtrl* txtComment = nullptr;
     using frmDialog::cmdAbbrechen;
     using frmDialog::cmdOK;
 
