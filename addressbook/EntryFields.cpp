@@ -44,11 +44,8 @@ EntryFields::EntryFields(wxWindow* parent) : wxPanel(parent) {
 }
 
 clsAddressBookEntry EntryFields::Entry() const {
-    clsAddressBookEntry entry;
-    entry.PCName(txtPCName->GetValue().ToStdWstring());
-    entry.IP(txtIP->GetValue().ToStdWstring());
-    entry.Comment(txtComment->GetValue().ToStdWstring());
-    return entry;
+    return {txtPCName->GetValue().ToStdWstring(), txtIP->GetValue().ToStdWstring(),
+            txtComment->GetValue().ToStdWstring()};
 }
 
 void EntryFields::Entry(const clsAddressBookEntry& entry) {

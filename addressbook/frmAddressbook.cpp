@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <unordered_map>
-#include <utility>
 
 #include "addressbook/frmAddressbookEntryEdit.h"
 #include "addressbook/frmAddressbookEntryNew.h"
@@ -16,6 +15,8 @@
 namespace {
 
 enum Column { kCheckBox = 0, kName, kAddress, kComment, kColumns };
+
+OneDialog editing;  // the dialogs that the list opens
 
 }  // namespace
 
@@ -91,11 +92,10 @@ void frmAddressbook::Sort() {
     };
     std::vector<Row> rows;
     for (int row = 0; row < lvwEntries->Count(); ++row) {
-        clsAddressBookEntry entry;
-        entry.PCName(lvwEntries->Text(row, kName));
-        entry.IP(lvwEntries->Text(row, kAddress));
-        entry.Comment(lvwEntries->Text(row, kComment));
-        rows.push_back({InCapitals(lvwEntries->Text(row, sortColumn_)), entry, lvwEntries->IsChecked(row)});
+        rows.push_back(
+            {InCapitals(lvwEntries->Text(row, sortColumn_)),
+             {lvwEntries->Text(row, kName), lvwEntries->Text(row, kAddress), lvwEntries->Text(row, kComment)},
+             lvwEntries->IsChecked(row)});
     }
     std::stable_sort(rows.begin(), rows.end(), [this](const Row& left, const Row& right) {
         return ascending_ ? left.key < right.key : right.key < left.key;
@@ -133,28 +133,26 @@ std::vector<clsAddressBookEntry> frmAddressbook::CheckedEntries() const {
 }
 
 void frmAddressbook::OnNeu() {
-    if (std::exchange(busy_, true)) return;
-    auto* dialog = new frmAddressbookEntryNew;
-    if (dialog->ShowModal() == 1) AddAddressBookEntry(dialog->Entry());
-    dialog->Destroy();
-    if (IsQuitting()) return;
-    busy_ = false;
-    RefreshList();
+    if (editing.BroughtForward()) return;
+    {
+        const OneDialog::Opened<frmAddressbookEntryNew> dialog(editing);
+        if (dialog->ShowModal() == 1) AddAddressBookEntry(dialog->Entry());
+    }
+    if (!IsQuitting()) RefreshList();
 }
 
 void frmAddressbook::OnBearbeiten() {
     const std::vector<clsAddressBookEntry> entries = CheckedEntries();
-    if (entries.empty() || std::exchange(busy_, true)) return;
-    auto* dialog = new frmAddressbookEntryEdit;
-    dialog->ShowModal(entries);
-    dialog->Destroy();
-    if (IsQuitting()) return;
-    busy_ = false;
-    RefreshList();
+    if (entries.empty() || editing.BroughtForward()) return;
+    {
+        const OneDialog::Opened<frmAddressbookEntryEdit> dialog(editing);
+        dialog->ShowModal(entries);
+    }
+    if (!IsQuitting()) RefreshList();
 }
 
 void frmAddressbook::OnLöschen() {
-    if (busy_) return;
+    if (editing.BroughtForward()) return;
     for (const clsAddressBookEntry& entry : CheckedEntries()) RemoveAddressBookEntry(entry.PCName());
     RefreshList();
 }

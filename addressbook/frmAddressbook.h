@@ -42,7 +42,6 @@ class frmAddressbook : public frmDialog {
 
     int sortColumn_ = -1;  // none yet
     bool ascending_ = true;
-    bool busy_ = false;  // a dialog of this one is open
 };
 
 // Opens the list and returns the entries of the checked rows when it was confirmed, else nothing. While it is

@@ -9,6 +9,10 @@
 // comment.
 class clsAddressBookEntry {
   public:
+    clsAddressBookEntry() = default;
+    clsAddressBookEntry(const std::wstring& pcName, const std::wstring& ip, const std::wstring& comment)
+        : pcName_(pcName), ip_(ip), comment_(comment) {}
+
     const std::wstring& Comment() const { return comment_; }
     void Comment(const std::wstring& text) { comment_ = text; }
     const std::wstring& IP() const { return ip_; }
@@ -17,7 +21,7 @@ class clsAddressBookEntry {
     void PCName(const std::wstring& text) { pcName_ = text; }
 
   private:
-    std::wstring comment_, ip_, pcName_;
+    std::wstring pcName_, ip_, comment_;
 };
 
 // All entries in the order in which they were added. No two have the same PCName; case does not count.

@@ -61,11 +61,7 @@ clsAddressBookEntry ReadEntry(const Reader& read) {
     read(L"PCName", pcName);
     read(L"IP", ip);
     read(L"Comment", comment);
-    clsAddressBookEntry entry;
-    entry.PCName(pcName);
-    entry.IP(ip);
-    entry.Comment(comment);
-    return entry;
+    return {pcName, ip, comment};
 }
 
 void WriteEntry(const Writer& write, const clsAddressBookEntry& entry) {

@@ -5,11 +5,7 @@
 
 inline clsAddressBookEntry Entry(const std::wstring& name, const std::wstring& ip = L"",
                                  const std::wstring& comment = L"") {
-    clsAddressBookEntry entry;
-    entry.PCName(name);
-    entry.IP(ip);
-    entry.Comment(comment);
-    return entry;
+    return {name, ip, comment};
 }
 
 inline void EmptyAddressBook() {

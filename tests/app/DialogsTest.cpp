@@ -173,10 +173,7 @@ class Dialogs : public testing::Test {
             store.AdoptNote({.text = text});
         }
         for (const wchar_t* name : {L"Büro", L"Flur"}) {
-            clsAddressBookEntry entry;
-            entry.PCName(name);
-            entry.IP(L"10.0.0.1");
-            AddAddressBookEntry(entry);
+            AddAddressBookEntry({name, L"10.0.0.1", L""});
         }
         const std::wstring path = L"/home/jemand/" + std::wstring(400, L'x') + L"/datei.kvr";
         all = DialogsOfPlatform();
