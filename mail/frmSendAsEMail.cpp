@@ -36,7 +36,7 @@ frmSendAsEMail::frmSendAsEMail(const NoteStore& store)
 }
 
 void frmSendAsEMail::Confirm() {
-    if (!Frame1->AnyMarked() || !MayLoseCharacters(store_, Frame1->Marked(), L"per E-Mail senden")) return;
+    if (!MayLoseCharacters(store_, Frame1->Marked(), L"per E-Mail senden")) return;
     // It may have been cancelled behind the question.
     if (State() == DialogState::Waiting) frmDialog::Confirm();
 }

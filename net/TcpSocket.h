@@ -44,7 +44,6 @@ class TcpSocket {
     SocketState State() const { return state_; }
     std::uint16_t LocalPort() const;
     void LocalPort(std::uint16_t port) { localPort_ = port; }
-    std::uint16_t RemotePort() const { return remotePort_; }
     void RemotePort(std::uint16_t port) { remotePort_ = port; }
 
     // Listens on LocalPort. State 9 when that is taken; no event comes.
@@ -78,6 +77,7 @@ class TcpSocket {
     // Of a listening socket: the next connection that waits, or kNoHandle.
     SocketCalls::Handle NextRequest();
 
+    // Something of what was handed over is not with the kernel yet.
     bool SendPending() const { return !out_.empty(); }
 
   private:

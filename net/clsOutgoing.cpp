@@ -61,9 +61,8 @@ bool clsOutgoing::SendNote(const Note& note, const std::function<void(const Fail
 
 void clsOutgoing::SendLine(const std::wstring& line) {
     if (!IsConnected() || aborted_) return;
-    sendPending_ = true;
     Socket.SendData(ToAnsi(line) + "\r\n");
-    WaitUntil([this] { return !sendPending_ || !IsConnected() || aborted_; }, Patience());
+    WaitUntil([this] { return !Socket.SendPending() || !IsConnected() || aborted_; }, Patience());
 }
 
 std::wstring clsOutgoing::ReadLine() {

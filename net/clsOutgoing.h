@@ -39,7 +39,6 @@ class clsOutgoing : public clsSession {
     std::wstring GetNumberSentNotes() const { return std::to_wstring(sentNotes_); }
 
     void Socket_DataArrival(std::int32_t bytes) override;
-    void Socket_SendComplete() override { sendPending_ = false; }
 
   private:
     bool SendNote(const Note& note, const std::function<void(const Failure&)>& failed);
@@ -50,7 +49,6 @@ class clsOutgoing : public clsSession {
     LineBuffer received_{kLongestLine};
     std::wstring remoteVersion_;
     std::int32_t sentNotes_ = 0;
-    bool sendPending_ = false;
     bool aborted_ = false;
     std::chrono::steady_clock::time_point lastPause_;
 };

@@ -145,7 +145,7 @@ PrintRules frmPrint::Rules() const {
 }
 
 void frmPrint::Confirm() {
-    if (!fraNotes->AnyMarked() || settingUp_) return;
+    if (settingUp_) return;
     if (!PageLayout::HasRoom(Rules(), settings_.paper)) {
         ShowMessage(L"Die Seitenränder lassen auf dem Papier keinen Platz für Text.", kCritical, L"Drucken");
         return;

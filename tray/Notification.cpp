@@ -7,13 +7,10 @@ namespace {
 
 constexpr std::size_t kLongestToolTip = 63;
 
-// The handlers are copied before they are called: they may destroy the control that they belong to.
-void Raise(std::function<void()> handler) {
-    if (handler) handler();
-}
-
-void Raise(std::function<void(int)> handler, int button) {
-    if (handler) handler(button);
+// The handler is copied before it is called: it may destroy the control that it belongs to.
+template <class Handler, class... Button>
+void Raise(Handler handler, Button... button) {
+    if (handler) handler(button...);
 }
 
 void RaiseEvent(const NotificationEvents& events, TrayMessage message) {
@@ -76,13 +73,9 @@ void Notification::ShowIcon() {
         };
         item_ = TrayItem::Add(icon_.bitmap, toolTip_, report, GuardedMenu());
     }
-    shown_ = true;
 }
 
-void Notification::HideIcon() {
-    item_.reset();
-    shown_ = false;
-}
+void Notification::HideIcon() { item_.reset(); }
 
 void Notification::Enabled(bool enable) {
     enabled_ = enable;
@@ -105,5 +98,5 @@ TrayMenu Notification::GuardedMenu() const {
 }
 
 void Notification::Refresh() {
-    if (shown_) ShowIcon();
+    if (Shown()) ShowIcon();
 }

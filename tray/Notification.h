@@ -54,7 +54,7 @@ class Notification {
     // Adds the icon to the notification area, or renews it there.
     void ShowIcon();
     void HideIcon();
-    bool Shown() const { return shown_; }
+    bool Shown() const { return item_ != nullptr; }
 
     bool Enabled() const { return enabled_; }
     // True shows the icon, false hides it. An icon that is shown while this is false reports nothing.
@@ -75,6 +75,5 @@ class Notification {
     Picture icon_;
     std::wstring toolTip_;
     bool enabled_ = true;
-    bool shown_ = false;
     std::unique_ptr<TrayItem> item_;
 };
