@@ -1,23 +1,9 @@
-#include <gtk/gtk.h>
 #include <wx/window.h>
 
 #include "dialogs/ControlNames.h"
+#include "dialogs/FindWidget_unix.h"
 
 namespace {
-
-// The first widget at or below another one that passes; wxWidgets wraps the widgets of its controls in
-// others.
-GtkWidget* FindWidget(GtkWidget* widget, bool (*passes)(GtkWidget*)) {
-    if (passes(widget)) return widget;
-    if (!GTK_IS_CONTAINER(widget)) return nullptr;
-    GtkWidget* found = nullptr;
-    GList* children = gtk_container_get_children(GTK_CONTAINER(widget));
-    for (GList* each = children; each && !found; each = each->next) {
-        found = FindWidget(GTK_WIDGET(each->data), passes);
-    }
-    g_list_free(children);
-    return found;
-}
 
 bool TakesFocus(GtkWidget* widget) {
     return gtk_widget_get_can_focus(widget) && !GTK_IS_SCROLLED_WINDOW(widget);
@@ -32,8 +18,7 @@ GtkWidget* WidgetOf(wxWindow& control) {
 GtkLabel* LabelOf(wxWindow& label) {
     GtkWidget* widget = label.GetHandle();
     if (GTK_IS_FRAME(widget)) widget = gtk_frame_get_label_widget(GTK_FRAME(widget));
-    widget =
-        widget ? FindWidget(widget, [](GtkWidget* each) -> bool { return GTK_IS_LABEL(each); }) : nullptr;
+    widget = widget ? FindWidget(widget, GTK_TYPE_LABEL) : nullptr;
     return widget ? GTK_LABEL(widget) : nullptr;
 }
 

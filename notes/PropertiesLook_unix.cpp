@@ -1,28 +1,11 @@
-#include <gtk/gtk.h>
 #include <wx/checkbox.h>
 #include <wx/fontutil.h>
 #include <wx/radiobut.h>
 #include <wx/textctrl.h>
 
+#include "dialogs/FindWidget_unix.h"
 #include "notes/NoteFont.h"
 #include "notes/PropertiesLook.h"
-
-namespace {
-
-// The first widget of a type at or below another one; wxWidgets wraps its controls in others.
-GtkWidget* FindWidget(GtkWidget* widget, GType type) {
-    if (G_TYPE_CHECK_INSTANCE_TYPE(widget, type)) return widget;
-    if (!GTK_IS_CONTAINER(widget)) return nullptr;
-    GtkWidget* found = nullptr;
-    GList* children = gtk_container_get_children(GTK_CONTAINER(widget));
-    for (GList* each = children; each && !found; each = each->next) {
-        found = FindWidget(GTK_WIDGET(each->data), type);
-    }
-    g_list_free(children);
-    return found;
-}
-
-}  // namespace
 
 // By attributes of the label: a check box that gets a font of its own after it was made is laid out too small
 // at first. wxFont gives a layout the attributes for lines under and through the text only.
