@@ -1,9 +1,7 @@
 // What only copies that meet at a socket can do to each other: the other copies are forked.
 #include <fcntl.h>
-#include <glib.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -14,67 +12,14 @@
 
 #include "app/HandOver.h"
 #include "app/MeetingPlace_unix.h"
-#include "base/FileName.h"
+#include "tests/app/OtherCopy.h"
+#include "tests/support/Events.h"
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
 using namespace std::chrono_literals;
 
-// A process that does one thing; its result is its exit code. Killed at the end of the test.
-class Child {
-  public:
-    explicit Child(const std::function<int()>& work) : pid_(fork()) {
-        if (pid_ == 0) _exit(work());
-    }
-    ~Child() {
-        if (!ended_) Kill();
-    }
-    Child(Child&& other) noexcept : pid_(other.pid_), ended_(other.ended_) { other.ended_ = true; }
-
-    void Kill() {
-        kill(pid_, SIGKILL);
-        waitpid(pid_, nullptr, 0);
-        ended_ = true;
-    }
-    void Stop() {
-        kill(pid_, SIGSTOP);
-        waitpid(pid_, nullptr, WUNTRACED);
-    }
-    bool Ended() {
-        if (!ended_ && waitpid(pid_, &status_, WNOHANG) == pid_) ended_ = true;
-        return ended_;
-    }
-    int Result() const { return WIFEXITED(status_) ? WEXITSTATUS(status_) : -1; }
-
-  private:
-    pid_t pid_;
-    bool ended_ = false;
-    int status_ = 0;
-};
-
-Child Sender(const std::wstring& name) {
-    return Child([=] {
-        close_range(3, ~0U, 0);  // a copy started by the user shares nothing with the first one
-        return HandOver(name) ? 0 : 1;
-    });
-}
-
-// Runs the event loop until the condition holds. The longest time that one round took.
-Clock::duration RunUntil(const std::function<bool()>& condition, Clock::duration limit = 10s) {
-    const guint tick = g_timeout_add(
-        10, [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr);
-    const Clock::time_point end = Clock::now() + limit;
-    Clock::duration longest{};
-    while (!condition() && Clock::now() < end) {
-        const Clock::time_point start = Clock::now();
-        g_main_context_iteration(nullptr, TRUE);
-        longest = std::max(longest, Clock::now() - start);
-    }
-    g_source_remove(tick);
-    EXPECT_TRUE(condition());
-    return longest;
-}
+constexpr auto kLimit = 10s;
 
 class HandOverSocketTest : public testing::Test {
   protected:
@@ -97,7 +42,7 @@ class HandOverSocketTest : public testing::Test {
 
 TEST_F(HandOverSocketTest, WaitsForACopyThatIsStillStarting) {
     role_.reset();
-    Child first([] {
+    OtherCopy first = OtherCopy::Doing([] {
         MeetingPlace place;
         if (!place.Lock()) return 1;
         std::this_thread::sleep_for(400ms);
@@ -113,7 +58,7 @@ TEST_F(HandOverSocketTest, WaitsForACopyThatIsStillStarting) {
     });
     std::this_thread::sleep_for(100ms);
     EXPECT_TRUE(HandOver(L"/a"));
-    RunUntil([&] { return first.Ended(); });
+    EXPECT_TRUE(RunUntil([&] { return first.Ended(); }, kLimit));
     EXPECT_EQ(first.Result(), 0);
 }
 
@@ -123,7 +68,7 @@ TEST_F(HandOverSocketTest, BadSendersHarmNobody) {
     for (int i = 0; i < 10; ++i) silent.push_back(Connect());
     EXPECT_EQ(write(silent[0], "/half a na", 10), 10);
 
-    Child flood([] {
+    OtherCopy flood = OtherCopy::Doing([] {
         std::signal(SIGPIPE, SIG_IGN);
         const int fd = Connect();
         const std::string much(65536, '/');
@@ -132,27 +77,28 @@ TEST_F(HandOverSocketTest, BadSendersHarmNobody) {
         }
         return 1;
     });
-    Child relative([] {
+    OtherCopy relative = OtherCopy::Doing([] {
         const int fd = Connect();
         if (write(fd, "relative", 9) != 9) return 2;
         char answer = 0;
         return read(fd, &answer, 1) == 1 && answer == '-' ? 0 : 1;
     });
     close(Connect());
-    Child honest = Sender(L"/honest");
-    const Clock::duration longest =
-        RunUntil([&] { return flood.Ended() && relative.Ended() && honest.Ended() && !names_.empty(); }, 3s);
-    EXPECT_LT(longest, 200ms);
+    OtherCopy honest = OtherCopy::Sender({L"/honest"});
+    EXPECT_TRUE(RunUntil(
+        [&] { return flood.Ended() && relative.Ended() && honest.Ended() && !names_.empty(); }, kLimit));
     EXPECT_EQ(flood.Result(), 0);
     EXPECT_EQ(relative.Result(), 0);
     EXPECT_EQ(honest.Result(), 0);
     EXPECT_EQ(names_, std::vector<std::wstring>{L"/honest"});
 
     // The silent ones are sent away after a while.
-    RunUntil([&] {
-        char byte = 0;
-        return recv(silent.back(), &byte, 1, MSG_DONTWAIT) == 0;
-    });
+    EXPECT_TRUE(RunUntil(
+        [&] {
+            char byte = 0;
+            return recv(silent.back(), &byte, 1, MSG_DONTWAIT) == 0;
+        },
+        kLimit));
     for (const int fd : silent) close(fd);
 }
 
@@ -160,11 +106,11 @@ TEST_F(HandOverSocketTest, SilentSendersInEveryPlaceDelayOthersOnly) {
     Listen();
     std::vector<int> silent;
     for (int i = 0; i < 30; ++i) silent.push_back(Connect());
-    RunUntil([start = Clock::now()] { return Clock::now() > start + 100ms; });
+    RunEvents(100ms);
     // What is not accepted yet gives up its place at once.
     for (std::size_t i = 16; i < silent.size(); ++i) close(silent[i]);
-    Child honest = Sender(L"/honest");
-    RunUntil([&] { return honest.Ended() && !names_.empty(); });
+    OtherCopy honest = OtherCopy::Sender({L"/honest"});
+    EXPECT_TRUE(RunUntil([&] { return honest.Ended() && !names_.empty(); }, kLimit));
     EXPECT_EQ(honest.Result(), 0);
     for (std::size_t i = 0; i < 16; ++i) close(silent[i]);
 }
@@ -241,8 +187,8 @@ TEST_F(MeetingPlaceTest, WorksAtTheEndOfALongPath) {
     ASSERT_TRUE(role);
     std::wstring received;
     role->Listen([&](const std::wstring& name) { received = name; });
-    Child sender = Sender(L"/a");
-    RunUntil([&] { return sender.Ended() && !received.empty(); });
+    OtherCopy sender = OtherCopy::Sender({L"/a"});
+    EXPECT_TRUE(RunUntil([&] { return sender.Ended() && !received.empty(); }, kLimit));
     EXPECT_EQ(received, L"/a");
     EXPECT_TRUE(std::filesystem::is_socket(deep / "kivora" / "running" / "socket"));
 }

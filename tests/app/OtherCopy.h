@@ -1,6 +1,7 @@
 #pragma once
 // Another copy of the program in a process of its own, as far as the hand-over goes.
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -11,6 +12,8 @@ class OtherCopy {
     static OtherCopy Sender(const std::vector<std::wstring>& names);
     // Has the role until it is killed. Returns when it has it.
     static OtherCopy Holder();
+    // Linux only. Does this; what that returns is its result.
+    static OtherCopy Doing(const std::function<int()>& work);
 
     OtherCopy(OtherCopy&& other) noexcept;
     ~OtherCopy();  // kills it

@@ -66,5 +66,5 @@ std::vector<std::wstring> NamesOfAllKinds() {
             L"C:\\" + std::wstring(4000, L'x')};
 }
 
-// The system opens no more files at once without asking.
+// Windows opens no more files at once without asking.
 int ManyCopies() { return 15; }

@@ -20,35 +20,36 @@ OtherCopy::~OtherCopy() {
     if (process_ && !process_->ended) Kill();
 }
 
-OtherCopy OtherCopy::Sender(const std::vector<std::wstring>& names) {
+OtherCopy OtherCopy::Doing(const std::function<int()>& work) {
     auto process = std::make_unique<Process>();
     process->pid = fork();
-    if (process->pid == 0) {
+    if (process->pid == 0) _exit(work());
+    return OtherCopy(std::move(process));
+}
+
+OtherCopy OtherCopy::Sender(const std::vector<std::wstring>& names) {
+    return Doing([&] {
         close_range(3, ~0U, 0);  // a copy started by the user shares nothing with the first one
         for (const std::wstring& name : names) {
-            if (!HandOver(name)) _exit(1);
+            if (!HandOver(name)) return 1;
         }
-        _exit(0);
-    }
-    return OtherCopy(std::move(process));
+        return 0;
+    });
 }
 
 OtherCopy OtherCopy::Holder() {
     int ready[2];
     if (pipe(ready) != 0) throw std::runtime_error("pipe");
-    auto process = std::make_unique<Process>();
-    process->pid = fork();
-    if (process->pid == 0) {
+    OtherCopy copy = Doing([&] {
         const auto role = RunningCopy::Claim();
-        if (!role || write(ready[1], "r", 1) != 1) _exit(1);
-        pause();
-        _exit(0);
-    }
+        if (!role || write(ready[1], "r", 1) != 1) return 1;
+        return pause();
+    });
     close(ready[1]);
     char byte = 0;
     if (read(ready[0], &byte, 1) != 1) throw std::runtime_error("the other copy did not get the role");
     close(ready[0]);
-    return OtherCopy(std::move(process));
+    return copy;
 }
 
 void OtherCopy::Kill() {
