@@ -71,24 +71,3 @@ TEST(MailText, TakesRecipientAndSubjectAsTheyAre) {
     EXPECT_EQ(MailAddress(L"Jörg <a@b>", L"Grüße & \"mehr\" 5 %", L"x"),
               L"mailto:Jörg <a@b>?Subject=Grüße & \"mehr\" 5 %&Body=x");
 }
-
-// A scan that moves the rest of the text at every escape would not come to an end within the time of all
-// tests.
-TEST(MailText, EncodesAMegabyte) {
-    std::wstring text;
-    while (text.size() < 1'000'000) text += L"Käse & Brot, 100 %\r\n";
-    const std::wstring body = MailBody({text});
-    const std::wstring encoded = EncodeMailBody(body);
-    // Every character once, but for the last line feed.
-    std::wstring decoded;
-    for (std::size_t i = 0; i < encoded.size(); ++i) {
-        if (encoded[i] != L'%') {
-            decoded += encoded[i];
-            continue;
-        }
-        decoded +=
-            FromAnsi(std::string(1, static_cast<char>(std::stoi(encoded.substr(i + 1, 2), nullptr, 16))));
-        i += 2;
-    }
-    EXPECT_EQ(decoded + L"\n", body);
-}

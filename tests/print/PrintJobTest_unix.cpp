@@ -4,7 +4,6 @@
 #include <wx/stattext.h>
 
 #include <fstream>
-#include <random>
 #include <sstream>
 
 #include "base/basText.h"
@@ -84,28 +83,6 @@ std::vector<std::vector<std::wstring>> PagesOf(const fs::path& pdf) {
     return pages;
 }
 
-bool IsBlank(wchar_t c) { return std::wstring(L" \t\r\n").find(c) != std::wstring::npos; }
-
-// Every word of a PDF lies within this rectangle of points.
-void ExpectWordsInside(const fs::path& pdf, double left, double top, double right, double bottom) {
-    std::istringstream boxes(CommandOutput("pdftotext -bbox '" + pdf.string() + "' -"));
-    std::string line;
-    std::size_t words = 0;
-    while (std::getline(boxes, line)) {
-        double box[4];
-        if (std::sscanf(line.c_str(), " <word xMin=\"%lf\" yMin=\"%lf\" xMax=\"%lf\" yMax=\"%lf\"", &box[0],
-                        &box[1], &box[2], &box[3]) != 4) {
-            continue;
-        }
-        ++words;
-        ASSERT_GE(box[0], left - 0.1) << line;
-        ASSERT_GE(box[1], top - 0.5) << line;
-        ASSERT_LE(box[2], right + 0.1) << line;
-        ASSERT_LE(box[3], bottom + 0.5) << line;
-    }
-    EXPECT_GT(words, 0u);
-}
-
 }  // namespace
 
 TEST_F(PrintJobs, KnowsThePrintersAndTheStandardOne) {
@@ -127,41 +104,6 @@ TEST_F(PrintJobs, GoToThePrinterShownUnderATitle) {
     EXPECT_EQ(pages[0], (std::vector<std::wstring>{L"21.11.2026, 09:05:00", L"Käse & Brot", L"1"}));
     EXPECT_NE(CommandOutput("pdfinfo '" + Server().Document().string() + "'").find("Kivora: 1 Notiz"),
               std::string::npos);
-}
-
-TEST_F(PrintJobs, CarryAllTextInsideTheMargins) {
-    std::mt19937 random(3);
-    const auto below = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
-    std::wstring all;
-    for (int i = 0; i < 40; ++i) {
-        std::wstring text;
-        for (int words = i == 0 ? 5000 : 1 + below(600); words > 0; --words) {
-            for (int length = 1 + below(11); length > 0; --length) text += L"abAVxyzäöüßÄÖÜ019W€("[below(20)];
-            text += std::wstring(L"     ,.:;-!?\n")[static_cast<std::size_t>(below(13))];
-        }
-        frmNote& note = Add(text);
-        note.FontNoteSize(8 + below(7));
-        note.FontNoteBold(below(2) == 0);
-        note.FontNoteItalic(below(2) == 0);
-        note.FontNoteUnderlined(below(3) == 0);
-        note.FontNoteAlignment(static_cast<std::int16_t>(below(3)));
-        all += L"21.11.2026, 09:05:00" + note.Text();
-    }
-    printing.file = folder / "alles.pdf";
-    PrintOn(kPrintToFile);
-    ASSERT_TRUE(messages.empty());
-    constexpr double mm = 72 / 25.4;
-    ExpectWordsInside(*printing.file, 15 * mm, 20 * mm, 195 * mm, 277 * mm);
-
-    const auto pages = PagesOf(*printing.file);
-    std::wstring printed;
-    for (std::size_t page = 0; page < pages.size(); ++page) {
-        ASSERT_EQ(pages[page].back(), std::to_wstring(page + 1));
-        for (std::size_t i = 0; i + 1 < pages[page].size(); ++i) printed += pages[page][i];
-    }
-    std::erase_if(all, IsBlank);
-    std::erase_if(printed, IsBlank);
-    EXPECT_TRUE(printed == all);
 }
 
 TEST_F(PrintJobs, KeepStrangeCharactersInsideTheMargins) {
