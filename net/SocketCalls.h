@@ -1,5 +1,5 @@
 #pragma once
-// What the operating system does for sockets. No call waits. Errors are numbers of the system.
+// What Linux and Windows do for sockets. No call waits. Errors are numbers of theirs.
 
 #include <cstddef>
 #include <cstdint>

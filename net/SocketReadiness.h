@@ -1,5 +1,5 @@
 #pragma once
-// How the pump learns from the operating system which sockets are ready. Made for each platform; knows
+// How the pump learns from Linux or Windows which sockets are ready. Made for each platform; knows
 // nothing of who is called for a socket, nor in which order.
 
 #include <cstdint>
