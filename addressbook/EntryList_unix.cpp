@@ -50,13 +50,11 @@ class EntryTree : public EntryList {
     int Count() const override { return gtk_tree_model_iter_n_children(GTK_TREE_MODEL(store_), nullptr); }
 
     std::wstring Text(int row, int column) const override {
-        char* text = nullptr;
+        g_autofree char* text = nullptr;
         GtkTreeIter at = Row(row);
         // The box in front has no text.
         if (column > 0) gtk_tree_model_get(GTK_TREE_MODEL(store_), &at, column, &text, -1);
-        const std::wstring wide = FromUtf8(text ? text : "");
-        g_free(text);
-        return wide;
+        return FromUtf8(text ? text : "");
     }
     void SetText(int row, int column, const std::wstring& text) override {
         GtkTreeIter at = Row(row);

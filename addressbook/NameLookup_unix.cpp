@@ -15,11 +15,9 @@ namespace {
 std::wstring FirstAddress(GResolver* resolver, GAsyncResult* result) {
     GList* const addresses = g_resolver_lookup_by_name_with_flags_finish(resolver, result, nullptr);
     if (!addresses) return {};
-    char* const dotted = g_inet_address_to_string(static_cast<GInetAddress*>(addresses->data));
-    const std::wstring address = FromUtf8(dotted);
-    g_free(dotted);
+    g_autofree char* dotted = g_inet_address_to_string(static_cast<GInetAddress*>(addresses->data));
     g_resolver_free_addresses(addresses);
-    return address;
+    return FromUtf8(dotted);
 }
 
 }  // namespace

@@ -2,8 +2,6 @@
 #include <wx/menu.h>
 #include <wx/window.h>
 
-#include <memory>
-
 #include "app/PopupMenu.h"
 #include "dialogs/basWait.h"
 
@@ -14,18 +12,13 @@ void OnHidden(GtkWidget*, gpointer open) {
     WakeWaits();
 }
 
-struct EventFree {
-    void operator()(GdkEvent* event) const { gdk_event_free(event); }
-};
-using EventPtr = std::unique_ptr<GdkEvent, EventFree>;
-
 // What the menu takes its time and its pointer from: the event being handled, or one like it where the wish
-// to open the menu came by another way.
-EventPtr TriggerEvent(GdkWindow* window, GdkDevice* pointer) {
-    if (GdkEvent* current = gtk_get_current_event()) return EventPtr(current);
-    EventPtr event(gdk_event_new(GDK_BUTTON_RELEASE));
+// to open the menu came by another way. It is the caller's.
+GdkEvent* TriggerEvent(GdkWindow* window, GdkDevice* pointer) {
+    if (GdkEvent* current = gtk_get_current_event()) return current;
+    GdkEvent* event = gdk_event_new(GDK_BUTTON_RELEASE);
     event->button.window = GDK_WINDOW(g_object_ref(window));
-    gdk_event_set_device(event.get(), pointer);
+    gdk_event_set_device(event, pointer);
     return event;
 }
 
@@ -37,8 +30,8 @@ void Open(GtkMenu* menu, std::optional<wxPoint> at) {
     gdk_device_get_position(pointer, &screen, &place.x, &place.y);
     if (at) place = {at->x, at->y, 1, 1};
     GdkWindow* root = gdk_screen_get_root_window(screen);
-    gtk_menu_popup_at_rect(menu, root, &place, GDK_GRAVITY_NORTH_WEST, GDK_GRAVITY_NORTH_WEST,
-                           TriggerEvent(root, pointer).get());
+    g_autoptr(GdkEvent) trigger = TriggerEvent(root, pointer);
+    gtk_menu_popup_at_rect(menu, root, &place, GDK_GRAVITY_NORTH_WEST, GDK_GRAVITY_NORTH_WEST, trigger);
     // Whoever came by the keyboard goes on with it.
     if (at) gtk_menu_shell_select_first(GTK_MENU_SHELL(menu), TRUE);
 }

@@ -12,20 +12,14 @@ namespace {
 // A program that finds nobody to open the address ends soon and says so; one that lives on is opening it.
 constexpr std::chrono::milliseconds kFailsWithin{1000};
 
-struct GFree {
-    void operator()(void* memory) const { g_free(memory); }
-    void operator()(GAppLaunchContext* context) const { g_object_unref(context); }
-};
-using GText = std::unique_ptr<char, GFree>;
-
 bool OpenByDesktop(const std::string& address) {
     const bool isFile = g_path_is_absolute(address.c_str());
-    const GText uri(isFile ? g_filename_to_uri(address.c_str(), nullptr, nullptr)
-                           : g_strdup(address.c_str()));
+    g_autofree char* uri =
+        isFile ? g_filename_to_uri(address.c_str(), nullptr, nullptr) : g_strdup(address.c_str());
     // Carries the user's click along, so that the opened window may come to the front.
-    const std::unique_ptr<GAppLaunchContext, GFree> context(
-        G_APP_LAUNCH_CONTEXT(gdk_display_get_app_launch_context(gdk_display_get_default())));
-    return uri && g_app_info_launch_default_for_uri(uri.get(), context.get(), nullptr);
+    g_autoptr(GAppLaunchContext) context =
+        G_APP_LAUNCH_CONTEXT(gdk_display_get_app_launch_context(gdk_display_get_default()));
+    return uri && g_app_info_launch_default_for_uri(uri, context, nullptr);
 }
 
 // Shared with the callback, which may come after we have stopped waiting.

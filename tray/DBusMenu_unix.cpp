@@ -157,10 +157,9 @@ void DBusMenu::OnCall(const char* method, GVariant* parameters, GDBusMethodInvoc
     // Event
     int id = 0;
     const char* event = nullptr;
-    GVariant* data = nullptr;
+    g_autoptr(GVariant) data = nullptr;
     guint32 time = 0;
     g_variant_get(parameters, "(i&svu)", &id, &event, &data, &time);
-    g_variant_unref(data);
     if (!OnEvent(id, event, time)) return AnswerUnknownId(invocation);
     g_dbus_method_invocation_return_value(invocation, nullptr);
 }
@@ -196,7 +195,7 @@ bool DBusMenu::OnEvent(int id, const char* event, guint32 time) {
 
 void DBusMenu::AnswerLayout(GVariant* parameters, GDBusMethodInvocation* invocation) {
     int id = 0, depth = 0;
-    const char** names = nullptr;
+    g_autofree const char** names = nullptr;
     g_variant_get(parameters, "(ii^a&s)", &id, &depth, &names);
     Renew();
     if (const TrayMenuEntry* entry = Find(id)) {
@@ -205,12 +204,11 @@ void DBusMenu::AnswerLayout(GVariant* parameters, GDBusMethodInvocation* invocat
     } else {
         AnswerUnknownId(invocation);
     }
-    g_free(names);
 }
 
 void DBusMenu::AnswerProperties(GVariant* parameters, GDBusMethodInvocation* invocation) {
-    GVariantIter* ids = nullptr;
-    const char** names = nullptr;
+    g_autoptr(GVariantIter) ids = nullptr;
+    g_autofree const char** names = nullptr;
     g_variant_get(parameters, "(ai^a&s)", &ids, &names);
     GVariantBuilder answer;
     g_variant_builder_init(&answer, G_VARIANT_TYPE("a(ia{sv})"));
@@ -227,8 +225,6 @@ void DBusMenu::AnswerProperties(GVariant* parameters, GDBusMethodInvocation* inv
     while (g_variant_iter_next(ids, "i", &id))
         if (const TrayMenuEntry* entry = Find(id)) add(*entry);
     g_dbus_method_invocation_return_value(invocation, g_variant_new("(a(ia{sv}))", &answer));
-    g_variant_iter_free(ids);
-    g_free(names);
 }
 
 void DBusMenu::AnswerProperty(GVariant* parameters, GDBusMethodInvocation* invocation) {
@@ -237,21 +233,17 @@ void DBusMenu::AnswerProperty(GVariant* parameters, GDBusMethodInvocation* invoc
     g_variant_get(parameters, "(i&s)", &id, &name);
     if (!read_) Renew();
     const TrayMenuEntry* entry = Find(id);
-    GVariant* properties = entry ? g_variant_ref_sink(Properties(*entry, nullptr)) : nullptr;
-    GVariant* value = properties ? g_variant_lookup_value(properties, name, nullptr) : nullptr;
-    if (entry && !value && (g_str_equal(name, "enabled") || g_str_equal(name, "visible")))
+    if (!entry) return AnswerUnknownId(invocation);
+    g_autoptr(GVariant) properties = g_variant_ref_sink(Properties(*entry, nullptr));
+    g_autoptr(GVariant) value = g_variant_lookup_value(properties, name, nullptr);
+    if (!value && (g_str_equal(name, "enabled") || g_str_equal(name, "visible")))
         value = g_variant_ref_sink(g_variant_new_boolean(TRUE));
-    if (value) {
-        g_dbus_method_invocation_return_value(invocation, g_variant_new("(v)", value));
-        g_variant_unref(value);
-    } else {
-        AnswerUnknownId(invocation);
-    }
-    if (properties) g_variant_unref(properties);
+    if (!value) return AnswerUnknownId(invocation);
+    g_dbus_method_invocation_return_value(invocation, g_variant_new("(v)", value));
 }
 
 void DBusMenu::AnswerEvents(GVariant* parameters, GDBusMethodInvocation* invocation) {
-    GVariantIter* events = nullptr;
+    g_autoptr(GVariantIter) events = nullptr;
     g_variant_get(parameters, "(a(isvu))", &events);
     GVariantBuilder unknown;
     g_variant_builder_init(&unknown, G_VARIANT_TYPE("ai"));
@@ -263,13 +255,12 @@ void DBusMenu::AnswerEvents(GVariant* parameters, GDBusMethodInvocation* invocat
         if (!OnEvent(id, event, time)) g_variant_builder_add(&unknown, "i", id);
         g_variant_unref(data);
     }
-    g_variant_iter_free(events);
     g_dbus_method_invocation_return_value(invocation, g_variant_new("(ai)", &unknown));
 }
 
 void DBusMenu::AnswerAboutToShowGroup(GVariant* parameters, GDBusMethodInvocation* invocation) {
     const bool renewed = Renew();
-    GVariantIter* ids = nullptr;
+    g_autoptr(GVariantIter) ids = nullptr;
     g_variant_get(parameters, "(ai)", &ids);
     GVariantBuilder updates, unknown;
     g_variant_builder_init(&updates, G_VARIANT_TYPE("ai"));
@@ -281,7 +272,6 @@ void DBusMenu::AnswerAboutToShowGroup(GVariant* parameters, GDBusMethodInvocatio
         else if (renewed)
             g_variant_builder_add(&updates, "i", id);
     }
-    g_variant_iter_free(ids);
     g_dbus_method_invocation_return_value(invocation, g_variant_new("(aiai)", &updates, &unknown));
 }
 

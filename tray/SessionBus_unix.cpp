@@ -17,10 +17,8 @@ std::string AddressInRuntimeFolder() {
     const std::string path = std::string(folder) + "/bus";
     struct stat status {};
     if (stat(path.c_str(), &status) != 0 || !S_ISSOCK(status.st_mode) || status.st_uid != getuid()) return "";
-    char* escaped = g_dbus_address_escape_value(path.c_str());
-    const std::string address = std::string("unix:path=") + escaped;
-    g_free(escaped);
-    return address;
+    g_autofree char* escaped = g_dbus_address_escape_value(path.c_str());
+    return std::string("unix:path=") + escaped;
 }
 
 // The addresses without those that ask for a new bus or for none.
@@ -76,9 +74,9 @@ void CallOnBus(GDBusConnection* connection, const BusMethod& method, GVariant* p
         [](GObject* source, GAsyncResult* result, void* data) {
             const std::unique_ptr<Then> then(static_cast<Then*>(data));
             GError* error = nullptr;
-            GVariant* answer = g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, &error);
+            g_autoptr(GVariant) answer =
+                g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, &error);
             if (!TakeCancelled(error)) (*then)(answer);
-            if (answer) g_variant_unref(answer);
         },
         new Then(std::move(then)));
 }

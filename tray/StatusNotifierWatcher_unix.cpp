@@ -71,10 +71,8 @@ void StatusNotifierWatcher::OnWatcherAppeared(const char* owner) {
     const auto look = [](GDBusConnection*, const char*, const char*, const char*, const char* signal,
                          GVariant* parameters, void* self) {
         if (g_str_equal(signal, "PropertiesChanged")) {
-            char* changes = g_variant_print(parameters, FALSE);
-            const bool ofHosts = g_strrstr(changes, kHostProperty) != nullptr;
-            g_free(changes);
-            if (!ofHosts) return;
+            g_autofree char* changes = g_variant_print(parameters, FALSE);
+            if (!g_strrstr(changes, kHostProperty)) return;
         }
         static_cast<StatusNotifierWatcher*>(self)->AskForHost();
     };
@@ -102,11 +100,10 @@ void StatusNotifierWatcher::AskForHost() {
               g_variant_new("(ss)", kWatcherName, kHostProperty), question_, [this](GVariant* answer) {
                   bool exists = false;
                   if (answer) {
-                      GVariant* value = nullptr;
+                      g_autoptr(GVariant) value = nullptr;
                       g_variant_get(answer, "(v)", &value);
                       exists =
                           g_variant_is_of_type(value, G_VARIANT_TYPE_BOOLEAN) && g_variant_get_boolean(value);
-                      g_variant_unref(value);
                   }
                   SetState(exists ? Host::Exists : Host::Absent);
               });
