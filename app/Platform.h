@@ -14,11 +14,11 @@ std::vector<std::wstring> Arguments(int argc, char** argv);
 void PrintOut(const std::wstring& text);
 void PrintError(const std::wstring& text);
 
-// Language and window system, to be chosen before wxWidgets starts.
-void PrepareToolkit();
+// The language, the display and what else wxWidgets and its libraries look up when they start.
+void PrepareEnvironment();
 
 // How windows look, to be said when wxWidgets has started and before there are any.
-void PrepareWindows();
+void StyleWindows();
 
 // To be called once, when the program has come up or does what it was started for. As soon as everything is
 // on the screen, the preparations that only made coming up cheaper are taken back.

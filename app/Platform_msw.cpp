@@ -47,8 +47,8 @@ void PrintError(const std::wstring& text) { Write(STD_ERROR_HANDLE, text); }
 
 // Windows chooses the language and the manifest says how resolutions are treated; wxWidgets only has to know
 // the module.
-void PrepareToolkit() { wxSetInstance(GetModuleHandleW(nullptr)); }
-void PrepareWindows() {}
+void PrepareEnvironment() { wxSetInstance(GetModuleHandleW(nullptr)); }
+void StyleWindows() {}
 void SettleDown() {}
 
 // Windows tells every window of the program; the first one is enough.

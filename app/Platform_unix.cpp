@@ -41,7 +41,7 @@ std::vector<std::wstring> Arguments(int argc, char** argv) {
 void PrintOut(const std::wstring& text) { std::fputs(ToUtf8(text).c_str(), stdout); }
 void PrintError(const std::wstring& text) { std::fputs(ToUtf8(text).c_str(), stderr); }
 
-void PrepareToolkit() {
+void PrepareEnvironment() {
     // Nobody sees GTK's texts while the program comes up: it asks for the names of a thousand properties, and
     // each would be looked up in files that stay in memory.
     setenv("LANGUAGE", "C", 1);
@@ -59,7 +59,7 @@ void PrepareToolkit() {
     gdk_set_allowed_backends("x11,*");
 }
 
-void PrepareWindows() {
+void StyleWindows() {
     // The icon in the notification area is a window with nothing but an image. It has no text, but is laid
     // out by the measures of its font, and that of the notes is in memory anyway.
     GtkCssProvider* const css = gtk_css_provider_new();

@@ -181,7 +181,7 @@ int RunProgram(const StartRequest& request, std::unique_ptr<RunningCopy> role, c
         PrintError(L"Kivora braucht einen Bildschirm, aber DISPLAY nennt keinen, der erreichbar ist.\n");
         return 1;
     }
-    PrepareWindows();
+    StyleWindows();
     const int result = app->CallOnInit() ? app->OnRun() : 1;
     app->OnExit();
     wxEntryCleanup();

@@ -54,6 +54,6 @@ int main(int argc, char** argv) {
         role = RunningCopy::Claim();  // the other copy may have ended meanwhile
     }
 
-    PrepareToolkit();
+    PrepareEnvironment();
     return RunProgram(request, std::move(role), argv[0]);
 }

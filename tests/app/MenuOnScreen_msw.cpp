@@ -7,7 +7,7 @@
 
 namespace {
 
-// What the system's window of a menu answers with the menu that it shows.
+// What the window in which Windows shows a menu answers with the menu that it shows.
 constexpr UINT kGetMenu = 0x01E1;
 
 class WindowsMenuOnScreen : public MenuOnScreen {

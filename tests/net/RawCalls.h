@@ -1,5 +1,5 @@
 #pragma once
-// Plain blocking TCP sockets of this computer, as the operating system has them.
+// Plain blocking TCP sockets of this computer, as Linux and Windows have them.
 
 #include <chrono>
 #include <cstddef>

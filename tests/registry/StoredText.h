@@ -1,6 +1,6 @@
 #pragma once
-// The bytes by which the platform's registry stands for a text, by the system's means: nothing of the
-// program's own conversions is in it.
+// The bytes by which the platform's registry stands for a text, by the means of SQLite or Windows: nothing of
+// the program's own conversions is in it.
 
 #include <string>
 

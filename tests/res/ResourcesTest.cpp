@@ -33,7 +33,7 @@ TEST(Resources, EveryPictureHasItsSizes) {
 // The program has the pixels that were drawn: the build leaves the program icon as files, too.
 TEST(Resources, PicturesAreUnpackedAsTheyWereDrawn) {
     wxInitAllImageHandlers();
-    if (!wxImage::FindHandler(wxBITMAP_TYPE_PNG)) GTEST_SKIP() << "this toolkit reads no such files";
+    if (!wxImage::FindHandler(wxBITMAP_TYPE_PNG)) GTEST_SKIP() << "this wxWidgets reads no such files";
     for (const int size : {16, 22, 24, 32, 48, 64, 96, 128}) {
         SCOPED_TRACE(size);
         wxImage drawn;

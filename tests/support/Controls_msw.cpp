@@ -120,7 +120,7 @@ wxColour PaperBehindText(wxTextCtrl& box) {
     return {GetRValue(paper), GetGValue(paper), GetBValue(paper)};
 }
 
-// The toolkit asks the system once.
+// wxWidgets asks Windows once.
 bool LargeFont::CanBeHad() { return false; }
 LargeFont::LargeFont(int) {}
 LargeFont::~LargeFont() {}

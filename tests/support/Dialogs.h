@@ -15,7 +15,7 @@
 class wxListBox;
 
 // The dialog of this kind that is open. One that has ended may still be on the list, and even
-// count as shown, until the toolkit deletes it.
+// count as shown, until wxWidgets deletes it.
 template <class Dialog>
 Dialog* OpenDialog() {
     for (wxWindow* window : wxTopLevelWindows) {

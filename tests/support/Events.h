@@ -1,5 +1,5 @@
 #pragma once
-// Running the toolkit's events in tests.
+// Running the events of wxWidgets in tests.
 
 #include <wx/app.h>
 #include <wx/timer.h>

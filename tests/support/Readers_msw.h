@@ -1,5 +1,5 @@
 #pragma once
-// Stands in for the system's service that tells screen readers the names and roles of windows, from the start
+// Stands in for the service of Windows that tells screen readers the names and roles of windows, from the start
 // of the tests on, and keeps what the program tells it. What runs under Wine has no other.
 
 #include <windows.h>

@@ -40,7 +40,7 @@ bool StandsAbove(const wxTopLevelWindow& upper, const wxTopLevelWindow& lower) {
 
 bool IsKeptAbove(const wxTopLevelWindow& window) {
     GdkWindow* native = NativeOf(window);
-    // The property's values are given as the toolkit's own names for them.
+    // The property's values are given as GDK's own names for them.
     const auto above = reinterpret_cast<gulong>(gdk_atom_intern_static_string("_NET_WM_STATE_ABOVE"));
     const std::vector<gulong> states = ListOf(native, "_NET_WM_STATE");
     return std::find(states.begin(), states.end(), above) != states.end();

@@ -31,7 +31,7 @@ PrivateFolders::PrivateFolders() {
     // The user's own root last: the others lie below it.
     int number = 0;
     for (const HKEY root : kRoots) Redirect(root, RegistryFolder() + L"\\" + std::to_wstring(number++));
-    // There the system looks up where the user's files lie.
+    // There Windows looks up where the user's files lie.
     RegSetKeyValueW(HKEY_CURRENT_USER,
                     L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\User Shell Folders", L"AppData",
                     REG_SZ, root_.c_str(), static_cast<DWORD>((root_.native().size() + 1) * sizeof(wchar_t)));

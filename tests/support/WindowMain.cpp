@@ -1,4 +1,4 @@
-// The tests run inside a started toolkit, as the program's code does.
+// The tests run after wxWidgets has started, as the program's code does.
 #include <gtest/gtest.h>
 #include <wx/app.h>
 #include <wx/init.h>
@@ -14,7 +14,7 @@ class TestApp : public wxApp {
         SetExitOnFrameDelete(false);
         return true;
     }
-    // A failed assertion of the toolkit would wait on a dialog; here it fails the test.
+    // A failed assertion of wxWidgets would wait on a dialog; here it fails the test.
     void OnAssertFailure(const wxChar* file, int line, const wxChar*, const wxChar* condition,
                          const wxChar* message) override {
         ADD_FAILURE_AT(wxString(file).utf8_str(), line)
