@@ -1,6 +1,5 @@
 #include "registry/HiveRecovery.h"
 
-#include <algorithm>
 #include <set>
 #include <string>
 #include <utility>
@@ -120,9 +119,11 @@ class Recovering {
     // Where no checksum tells what the file held, the state has what it lacks.
     void TakeRest() {
         if (!state_) return;
+        for (const HiveKey* const before : state_->Keys())
+            if (const HiveKey* const key = Find(*before); key && key->values == before->values)
+                confirmed_.insert(key);
         for (const HiveKey* const before : state_->Keys()) {
-            HiveKey* key = image_->Find(*image_->Find(RootOf(*before)), PathOf(*before));
-            if (key && key->values == before->values) confirmed_.insert(key);
+            HiveKey* key = Find(*before);
             if (before->values.empty() || (key && (key->checksum || confirmed_.contains(key)))) continue;
             // Notes are numbered anew when one goes: the same under another number is there already.
             if (!key && IsBeside(*before)) continue;
@@ -130,6 +131,8 @@ class Recovering {
             if (key) Fill(*key, *before);
         }
     }
+
+    HiveKey* Find(const HiveKey& like) { return image_->Find(*image_->Find(RootOf(like)), PathOf(like)); }
 
     // Gives the key what it lacks.
     void Fill(HiveKey& key, const HiveKey& before) {
@@ -140,11 +143,15 @@ class Recovering {
         Set(key, newer);
     }
 
+    // True when the file has a key with these values beside it that stands for no other one.
     bool IsBeside(const HiveKey& before) {
-        const HiveKey* const parent = image_->Find(*image_->Find(RootOf(before)), PathOf(*before.parent));
-        return parent && std::any_of(parent->keys.begin(), parent->keys.end(), [&](const auto& key) {
-                   return !before.values.empty() && key.second->values == before.values;
-               });
+        const HiveKey* const parent = Find(*before.parent);
+        if (!parent) return false;
+        for (const auto& [capitals, key] : parent->keys)
+            if (key->values == before.values && !fromState_.contains(key.get()) &&
+                confirmed_.insert(key.get()).second)
+                return true;
+        return false;
     }
 
     RecoveryReport Report() const {

@@ -1,7 +1,9 @@
 // Damaged hives: every change is noticed, the notes come back, and what was found is set aside as it was.
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <random>
 #include <set>
@@ -126,12 +128,62 @@ TEST(RegistryRecovery, ChangedBytesAndCutFiles) {
     for (const Outcome* outcome : {&changed[0], &changed[1], &cut[0], &cut[1]}) {
         EXPECT_EQ(outcome->noticed, outcome->runs);
         EXPECT_EQ(outcome->named, outcome->runs) << "what is not right is named";
-        std::printf("%d runs: noticed %d, %.3f of %d notes right, at worst %d\n", outcome->runs,
-                    outcome->noticed, outcome->Right(), kNotes, outcome->worst);
+        if (AllFaults())
+            std::printf("%d runs: noticed %d, %.3f of %d notes right, at worst %d\n", outcome->runs,
+                        outcome->noticed, outcome->Right(), kNotes, outcome->worst);
     }
     EXPECT_GE(changed[0].Right(), 49.9) << "from the file alone";
     EXPECT_EQ(changed[1].worst, kNotes);
     EXPECT_EQ(cut[1].worst, kNotes);
+}
+
+TEST(RegistryRecovery, AStateIsDueOnceAfterSomethingNew) {
+    const HiveFolder hive;
+    int due = 0;
+    WhenStateIsDue([&](std::chrono::milliseconds) { ++due; });
+    SaveImage(3, 1);
+    SaveImage(3, 2);
+    EXPECT_EQ(due, 1);
+    EXPECT_TRUE(KeepState().Kept());
+    SaveImage(3, 2);
+    EXPECT_EQ(due, 1) << "nothing is new";
+    EXPECT_TRUE(KeepState().Kept());
+    Hive().Close();
+    EXPECT_EQ(MarkOfImage(3), 2);
+    EXPECT_EQ(due, 1) << "the state is as new as the hive";
+    SaveImage(3, 3);
+    EXPECT_EQ(due, 2);
+    WhenStateIsDue(nullptr);
+}
+
+TEST(RegistryRecovery, StatesOfSevenDaysAreKeptAndTheNewestGoodOneIsTaken) {
+    const HiveFolder hive;
+    const fs::path newest = hive.File().string() + ".stand";
+    constexpr int kDays = 10;
+    for (int day = 1; day <= kDays; ++day) {
+        SaveImage(5, day);
+        EXPECT_TRUE(KeepState().Kept());
+        // Long ago, each a day later than the one before, at noon.
+        const timespec time{(20'000 + day) * 86'400 + 43'200, 0}, times[] = {time, time};
+        if (day < kDays) utimensat(AT_FDCWD, newest.c_str(), times, 0);
+    }
+    std::set<fs::path> days;
+    for (const auto& entry : fs::directory_iterator(hive.Folder())) {
+        if (entry.path().filename().string().starts_with("registry.sqlite.stand-")) days.insert(entry.path());
+        struct stat status {};
+        stat(entry.path().c_str(), &status);
+        EXPECT_EQ(status.st_mode & 0777, 0600u) << entry;
+    }
+    EXPECT_EQ(days.size(), 7u);
+    Hive().Close();
+    for (const fs::path& file : {newest, hive.File()})
+        std::ofstream(file, std::ios::binary | std::ios::trunc) << "keine Datenbank";
+    EXPECT_EQ(MarkOfImage(5), kDays - 1) << "of the day before";
+    const auto report = TakeRecoveryReport();
+    ASSERT_TRUE(report);
+    EXPECT_EQ(report->fromState.size(), 6u) << "the notes, and the key above them with the flag";
+    EXPECT_EQ(report->doubtful.size(), 6u);
+    EXPECT_FALSE(report->isComplete);
 }
 
 }  // namespace
