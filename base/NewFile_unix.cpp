@@ -51,7 +51,11 @@ std::error_code MakeFolder(const std::filesystem::path& folder) {
     const std::filesystem::path above = folder.parent_path();
     if (above != folder) failed = MakeFolder(above);
     if (failed) return failed;
-    if (mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST) return LastError();
-    KeepName(above);
-    return {};
+    if (mkdir(folder.c_str(), 0700) == 0) {
+        KeepName(above);
+        return {};
+    }
+    const std::error_code refused = LastError();
+    // Another program may have made it meanwhile.
+    return std::filesystem::is_directory(folder, failed) ? std::error_code() : refused;
 }

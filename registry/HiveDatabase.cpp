@@ -3,19 +3,38 @@
 #include <sqlite3.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <thread>
 
 #include "registry/HivePlace.h"
 
-const char* HiveDatabase::fileSystem = nullptr;
+namespace {
+
+// SQLite's own access to files, with one difference: where it cannot tell who holds the log, it waits by
+// itself, a hundred times and ten seconds altogether. So many naps are taken here, but short ones.
+const char* FileSystem() {
+    static sqlite3_vfs files = [] {
+        sqlite3_vfs usual = *sqlite3_vfs_find(nullptr);
+        usual.zName = "kivora";
+        usual.xSleep = [](sqlite3_vfs*, int microseconds) {
+            std::this_thread::sleep_for(std::chrono::microseconds(std::min(microseconds, 200)));
+            return microseconds;
+        };
+        return usual;
+    }();
+    [[maybe_unused]] static const int registered = sqlite3_vfs_register(&files, 0);
+    return files.zName;
+}
+
+}  // namespace
 
 KeepResult HiveDatabase::Open(const std::filesystem::path& file) {
     // Pages are taken one by one, so that they can be given back after reading.
     [[maybe_unused]] static const int configured = sqlite3_config(SQLITE_CONFIG_PAGECACHE, nullptr, 0, 0);
     const int code =
-        sqlite3_open_v2(file.c_str(), &db_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, fileSystem);
+        sqlite3_open_v2(file.c_str(), &db_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, FileSystem());
     if (code != SQLITE_OK) return ResultOf(code);
     sqlite3_extended_result_codes(db_, 1);
     sqlite3_busy_handler(db_, WaitForOthers, this);

@@ -16,10 +16,6 @@ using HiveDeadline = std::chrono::steady_clock::time_point;
 
 class HiveDatabase {
   public:
-    // The name of the SQLite file system (VFS) by which databases are opened, null for SQLite's own. For
-    // tests that let calls fail.
-    static const char* fileSystem;
-
     HiveDatabase() = default;
     ~HiveDatabase() { Close(); }
     HiveDatabase(const HiveDatabase&) = delete;

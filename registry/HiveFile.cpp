@@ -112,7 +112,8 @@ KeepResult HiveFile::Make(const fs::path& file, HiveImage& image) {
     if (result.Kept()) result = made.Commit(image);
     if (result.Kept()) result = made.database_.Execute("PRAGMA journal_mode = WAL");
     made.Close();
-    if (!result.Kept()) fs::remove(file);
+    std::error_code ignored;
+    if (!result.Kept()) fs::remove(file, ignored);
     return result;
 }
 
@@ -158,7 +159,7 @@ KeepResult HiveFile::CheckAndRead(HiveImage& image) {
 }
 
 bool HiveFile::HasMoved() const {
-    return IdentityOf(file_) != identity_ || IdentityOf(Beside(file_, "-wal")) != logIdentity_;
+    return IsAnother(file_, identity_) || IsAnother(Beside(file_, "-wal"), logIdentity_);
 }
 
 KeepResult HiveFile::Load(std::unique_ptr<HiveImage>& image) {

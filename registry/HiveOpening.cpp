@@ -37,6 +37,7 @@ std::unique_ptr<HiveImage> ReadWithoutWriting(const fs::path& file) {
     if (!IsThere(file)) return std::make_unique<HiveImage>();
     if (access(file.c_str(), R_OK) != 0) return nullptr;
     const FoundRows found = ReadPages(file);
+    if (!found.readable) return nullptr;
     auto image = found.Image();
     if (found.whole && image->IsIntact()) return image;
     return Recover(found, NewestState(file).get()).image;
@@ -51,6 +52,13 @@ OpenedHive OpenFile(const fs::path& file, HiveDeadline deadline) {
     if (opened.result.Kept()) return opened;
     opened.file.reset();
     opened.image.reset();
+    return opened;
+}
+
+// The same for one that may be damaged. A disk that once does not give what is on it looks like that, too.
+OpenedHive OpenDoubtfulFile(const fs::path& file, HiveDeadline deadline) {
+    OpenedHive opened = OpenFile(file, deadline);
+    if (opened.result.failure == KeepFailure::Damaged) opened = OpenFile(file, deadline);
     return opened;
 }
 
@@ -80,18 +88,33 @@ OpenedHive Replace(const fs::path& file, HiveImage& image, RecoveryReport report
 // Brings back what a damaged or missing hive held.
 OpenedHive RecoverHive(const fs::path& file, RecoveryReport::Event event, const std::string& detail,
                        HiveDeadline deadline) {
+    OpenedHive opened;
+    opened.path = file;
     Recovery recovery;
+    bool readable = true;
     // One that was finished, but not put in its place before the program ended, is the best that there is.
     const FoundRows finished = ReadPages(Unfinished(file));
     auto image = finished.Image();
-    if (finished.whole && image->IsWhole())
+    if (finished.whole && image->IsWhole()) {
         recovery = Recover(finished, nullptr);
-    else
-        recovery = Recover(ReadPages(file), NewestState(file).get());
+    } else {
+        const FoundRows found = ReadPages(file);
+        readable = found.readable;
+        // A disk that gives nothing may give it later; one that lacks some pages has lost them.
+        if (!readable && found.values.empty()) {
+            opened.result = {KeepFailure::Failed, "the disk does not give what is on it: " + detail};
+            return opened;
+        }
+        recovery = Recover(found, NewestState(file).get());
+    }
     recovery.report.event = event;
     recovery.report.detail = detail;
-    OpenedHive opened = Replace(file, *recovery.image, recovery.report, deadline);
-    if (!opened.image) opened.image = std::move(recovery.image);
+    const bool isOfNothing = recovery.report.fromFile.empty() && recovery.report.fromState.empty();
+    opened = Replace(file, *recovery.image, recovery.report, deadline);
+    // What lacks something that could still be read must not be taken for all there is.
+    if (!opened.image && readable) opened.image = std::move(recovery.image);
+    // Killed while it made the first one.
+    if (event == RecoveryReport::Missing && isOfNothing) opened.report.reset();
     return opened;
 }
 
@@ -107,7 +130,7 @@ OpenedHive MakeHive(const fs::path& file, HiveDeadline deadline) {
 OpenedHive OpenLocked(const fs::path& file, HiveDeadline deadline) {
     if (IsEmptyOrMissing(file)) return MakeHive(file, deadline);
     MakePrivateFile(file);
-    OpenedHive opened = OpenFile(file, deadline);
+    OpenedHive opened = OpenDoubtfulFile(file, deadline);
     const bool isDoubtful = opened.result.Kept() || opened.result.failure == KeepFailure::TooNew;
     if (isDoubtful && IsSealBroken(file, opened.image ? *opened.image : *ReadPages(file).Image())) {
         if (opened.file) opened.file->LeaveAsItIs();

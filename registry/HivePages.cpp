@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <fstream>
 #include <iterator>
 #include <optional>
 #include <set>
@@ -22,11 +21,6 @@ namespace {
 enum : unsigned char { kIndexInner = 2, kTableInner = 5, kIndexLeaf = 10, kTableLeaf = 13 };
 
 constexpr std::size_t kFileHeader = 100, kSmallestPage = 512, kLargestPage = 65536;
-
-std::string Content(const fs::path& file) {
-    std::ifstream in(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
 
 // Bytes that are read from the front; behind the end there are zeros, and `good` is false from then on.
 class Bytes {
@@ -67,7 +61,9 @@ class Bytes {
 // The pages of a file, those of its log in place of older ones.
 class Pages {
   public:
-    explicit Pages(const fs::path& file) : file_(Content(file)), log_(Content(Beside(file, "-wal"))) {
+    explicit Pages(const fs::path& file) {
+        isReadable = ReadWhole(file, file_);
+        isReadable = ReadWhole(Beside(file, "-wal"), log_) && isReadable;
         const bool known = std::string_view(file_).starts_with(std::string_view("SQLite format 3\0", 16));
         Bytes header(file_, 16);
         const std::uint64_t size = header.Number(2);
@@ -93,7 +89,7 @@ class Pages {
         return std::string_view(file_).substr((number - 1) * size_, size_);
     }
 
-    bool isSound = false;
+    bool isSound = false, isReadable = false;
 
   private:
     // Takes the pages of all finished transactions, up to the first that is not as it was written.
@@ -220,6 +216,7 @@ class Reader {
             broken[i] = !sound || (root ? !Walk(root, rows) : tables[i].needed);
             for (const Row& row : rows) (this->*tables[i].take)(row);
         }
+        found_.readable = pages_.isReadable;
         found_.whole = std::none_of(std::begin(broken), std::end(broken), [](bool b) { return b; });
         if (!found_.whole) TakeStrayRows();
         return std::move(found_);

@@ -18,7 +18,8 @@ struct FoundRows {
     std::map<std::int64_t, Key> keys;
     std::map<std::int64_t, std::map<std::string, HiveValue>> values;  // by key, then by name
     std::map<std::int64_t, std::uint64_t> checksums;
-    bool whole = false;  // no page is damaged as far as a reader can tell
+    bool whole = false;     // no page is damaged as far as a reader can tell
+    bool readable = false;  // the disk gave all bytes; else what it gave is there
 
     std::unique_ptr<HiveImage> Image() const;
 };

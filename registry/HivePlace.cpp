@@ -5,11 +5,14 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <ctime>
 #include <thread>
+
+#include "base/NewFile.h"
 
 namespace fs = std::filesystem;
 
@@ -69,11 +72,8 @@ KeepResult SystemFailure(int error, const std::string& context) {
 fs::path Beside(const fs::path& file, const std::string& end) { return file.native() + end; }
 
 KeepResult MakePrivateFolder(const fs::path& folder) {
-    std::error_code failed;
-    fs::create_directories(folder.parent_path(), failed);
-    if (mkdir(folder.c_str(), 0700) == 0) return {};
-    if (errno != EEXIST) return LastFailure(folder);
-    if (!fs::is_directory(folder, failed)) return SystemFailure(ENOTDIR, folder.filename().string());
+    if (const std::error_code failed = MakeFolder(folder))
+        return SystemFailure(failed.value(), folder.filename().string());
     TakeRights(folder);
     return {};
 }
@@ -105,6 +105,34 @@ FileIdentity IdentityOf(const fs::path& file) {
     struct stat status {};
     if (stat(file.c_str(), &status) != 0) return {};
     return {status.st_dev, status.st_ino};
+}
+
+bool IsAnother(const fs::path& file, const FileIdentity& once) {
+    if (once == FileIdentity{}) return false;
+    struct stat status {};
+    if (stat(file.c_str(), &status) != 0) return errno == ENOENT || errno == ENOTDIR;
+    return FileIdentity{status.st_dev, status.st_ino} != once;
+}
+
+bool ReadWhole(const fs::path& file, std::string& bytes) {
+    constexpr std::size_t kBlock = 4096;
+    bytes.clear();
+    const int opened = open(file.c_str(), O_RDONLY | O_CLOEXEC);
+    if (opened < 0) return errno == ENOENT || errno == ENOTDIR;
+    struct stat status {};
+    int error = fstat(opened, &status) == 0 ? 0 : errno;
+    bytes.resize(static_cast<std::size_t>(status.st_size));
+    for (std::size_t at = 0; at < bytes.size();) {
+        const std::size_t size = std::min(kBlock - at % kBlock, bytes.size() - at);
+        const ssize_t got = pread(opened, bytes.data() + at, size, static_cast<off_t>(at));
+        if (got < 0 && errno == EINTR) continue;
+        if (got < 0) error = errno;
+        if (got == 0) bytes.resize(at);  // it was made shorter meanwhile
+        at += got < 0 ? size : static_cast<std::size_t>(got);
+    }
+    close(opened);
+    errno = error;
+    return error == 0;
 }
 
 HiveLock::HiveLock(const fs::path& file, HiveDeadline deadline) {

@@ -27,12 +27,18 @@ KeepResult MakeEmptyFile(const std::filesystem::path& file);
 // there: a folder, a device, a link to nowhere.
 KeepResult FindFile(const std::filesystem::path& path, std::filesystem::path& file);
 
-// Which file lies at a path; nothing at all for a path where none lies.
+// Which file lies at a path; nothing at all for a path where none lies, or when that cannot be told.
 struct FileIdentity {
     std::uint64_t device = 0, number = 0;
     bool operator==(const FileIdentity&) const = default;
 };
 FileIdentity IdentityOf(const std::filesystem::path& file);
+// True when another file lies there than once, or none. What cannot be told is no other.
+bool IsAnother(const std::filesystem::path& file, const FileIdentity& once);
+
+// Reads all of a file, nothing when there is none. False when the disk or its rights refuse something of it,
+// and errno says why; zeros stand for bytes that were refused.
+bool ReadWhole(const std::filesystem::path& file, std::string& bytes);
 
 // While it lives no other process opens this hive, so only one of them makes it, rewrites it or sets it
 // aside.

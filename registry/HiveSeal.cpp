@@ -5,7 +5,6 @@
 #include <cstdio>
 #include <cstring>
 #include <fstream>
-#include <iterator>
 #include <string>
 
 #include "registry/HivePlace.h"
@@ -27,11 +26,6 @@ struct Seal {
         return text;
     }
 };
-
-std::string Content(const fs::path& file) {
-    std::ifstream in(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
 
 // FNV-1a over words of eight bytes: no changed byte is lost.
 std::uint64_t HashOf(const std::string& bytes) {
@@ -62,21 +56,23 @@ fs::path SealOf(const fs::path& file) { return Beside(file, ".siegel"); }
 }  // namespace
 
 void SealHive(const fs::path& file, const HiveImage& image) {
-    const std::string bytes = Content(file);
-    if (bytes.size() < kHeader || HasLog(file) || !MakeEmptyFile(SealOf(file)).Kept()) return;
+    std::string bytes;
+    if (!ReadWhole(file, bytes) || bytes.size() < kHeader || HasLog(file) ||
+        !MakeEmptyFile(SealOf(file)).Kept())
+        return;
     std::ofstream(SealOf(file), std::ios::binary)
         << Seal{HashOf(bytes), image.Total(), Number(bytes, 24)}.Text();
 }
 
 bool IsSealBroken(const fs::path& file, const HiveImage& image) {
-    const std::string text = Content(SealOf(file));
+    std::string text, bytes;
     Seal seal;
-    if (text.empty() || HasLog(file) ||
+    if (!ReadWhole(SealOf(file), text) || text.empty() || HasLog(file) ||
         std::sscanf(text.c_str(), "%" SCNx64 " %" SCNx64 " %" SCNx32, &seal.bytes, &seal.image,
                     &seal.changes) != 3 ||
         seal.Text() != text)
         return false;
-    const std::string bytes = Content(file);
+    if (!ReadWhole(file, bytes)) return false;
     if (bytes.size() < kHeader) return true;
     if (HashOf(bytes) == seal.bytes) return false;
     // SQLite keeps the count in two places.

@@ -11,7 +11,7 @@
 void SealHive(const std::filesystem::path& file, const HiveImage& image);
 
 // True when the file holds the sealed image and is another one all the same: not what a program does that
-// changes a hive. False without a seal.
+// changes a hive. False without a seal, and when it cannot be read.
 bool IsSealBroken(const std::filesystem::path& file, const HiveImage& image);
 
 // For the time in which the file is written to.

@@ -35,18 +35,18 @@ std::vector<fs::path> Days(const fs::path& file) {
     std::vector<fs::path> days;
     const std::string start = file.filename().native() + kNewest + "-";
     std::error_code failed;
-    for (const auto& entry : fs::directory_iterator(file.parent_path(), failed)) {
-        const std::string name = entry.path().filename().native();
+    for (fs::directory_iterator entry(file.parent_path(), failed), end; !failed && entry != end;
+         entry.increment(failed)) {
+        const std::string name = entry->path().filename().native();
         if (name.starts_with(start) &&
             name.find_first_not_of("0123456789", start.size()) == std::string::npos)
-            days.push_back(entry.path());
+            days.push_back(entry->path());
     }
     std::sort(days.begin(), days.end(), std::greater<>());
     return days;
 }
 
-std::unique_ptr<HiveImage> GoodImage(const fs::path& file) {
-    const FoundRows found = ReadPages(file);
+std::unique_ptr<HiveImage> GoodImage(const FoundRows& found) {
     auto image = found.whole ? found.Image() : nullptr;
     return image && image->IsIntact() ? std::move(image) : nullptr;
 }
@@ -57,7 +57,13 @@ KeepResult KeepState(HiveFile& opened, const fs::path& file) {
     const fs::path newest = Beside(file, kNewest), copy = Beside(newest, ".neu");
     KeepResult result = MakeEmptyFile(copy);
     if (result.Kept()) result = opened.CopyTo(copy);
-    if (result.Kept() && !GoodImage(copy)) result = {KeepFailure::Damaged, "the copy is damaged"};
+    if (result.Kept()) {
+        const FoundRows copied = ReadPages(copy);
+        if (!copied.readable)
+            result = {KeepFailure::Failed, "the copy cannot be read"};
+        else if (!GoodImage(copied))
+            result = {KeepFailure::Damaged, "the copy is damaged"};
+    }
     std::error_code ignored;
     if (!result.Kept()) {
         fs::remove(copy, ignored);
@@ -75,7 +81,7 @@ std::unique_ptr<HiveImage> NewestState(const fs::path& file) {
     std::vector<fs::path> states = Days(file);
     states.insert(states.begin(), Beside(file, kNewest));
     for (const fs::path& state : states)
-        if (auto image = GoodImage(state)) return image;
+        if (auto image = GoodImage(ReadPages(state))) return image;
     return nullptr;
 }
 
