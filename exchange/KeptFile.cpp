@@ -5,6 +5,7 @@
 #include <sstream>
 #include <string_view>
 
+#include "base/ByteFields.h"
 #include "base/basText.h"
 #include "exchange/ExportFile.h"
 #include "exchange/ExportedNote.h"
@@ -20,23 +21,6 @@ constexpr std::size_t kLongestRecordText = 0xFFFF;
 // Bytes of a note without text and time: two lengths, four places, three numbers, four flags.
 constexpr std::size_t kSmallestNote = 2 * 4 + 4 * 8 + 3 * 4 + 4 * 2;
 constexpr std::size_t kSumBytes = 8;
-
-std::uint64_t CheckSum(std::string_view bytes) {
-    std::uint64_t sum = 0xCBF29CE484222325;  // FNV-1a
-    for (const char byte : bytes) sum = (sum ^ static_cast<unsigned char>(byte)) * 0x100000001B3;
-    return sum;
-}
-
-template <class Number>
-void AddNumber(std::string& bytes, Number number) {
-    for (std::size_t i = 0; i < sizeof number; ++i) bytes += static_cast<char>(number >> (8 * i) & 0xFF);
-}
-
-void AddText(std::string& bytes, const std::wstring& text) {
-    const std::string utf8 = ToUtf8(text);
-    AddNumber(bytes, static_cast<std::uint32_t>(utf8.size()));
-    bytes += utf8;
-}
 
 // The text's beginning as far as it fits a record.
 std::wstring_view Fitting(std::wstring_view text) {
@@ -81,34 +65,11 @@ void AddNote(std::string& bytes, const Note& note) {
         AddNumber(bytes, static_cast<std::uint16_t>(flag ? 0xFFFF : 0));
 }
 
-// Takes fields from the beginning of an appendix; where it breaks off, all further ones are zeros.
-class AppendixReader {
+class AppendixReader : public FieldReader {
   public:
-    explicit AppendixReader(std::string_view bytes) : bytes_(bytes) {}
+    using FieldReader::FieldReader;
 
-    std::string_view Bytes(std::size_t count) {
-        if (count > bytes_.size()) {
-            complete_ = false;
-            bytes_ = {};
-            return {};
-        }
-        const std::string_view taken = bytes_.substr(0, count);
-        bytes_.remove_prefix(count);
-        return taken;
-    }
-    template <class Number>
-    Number Take() {
-        Number number = 0;
-        const std::string_view littleEndian = Bytes(sizeof number);
-        for (std::size_t i = 0; i < littleEndian.size(); ++i)
-            number |= static_cast<Number>(Number{static_cast<unsigned char>(littleEndian[i])} << (8 * i));
-        return number;
-    }
-    std::wstring Text() { return FromUtf8(Bytes(Take<std::uint32_t>())); }
     Note TakeNote();
-
-    std::size_t Left() const { return bytes_.size(); }
-    bool Complete() const { return complete_; }
 
   private:
     // A place beyond what a record can name is nobody's.
@@ -118,9 +79,6 @@ class AppendixReader {
     }
     std::int32_t Integer() { return static_cast<std::int32_t>(Take<std::uint32_t>()); }
     bool Flag() { return Take<std::uint16_t>() != 0; }
-
-    std::string_view bytes_;
-    bool complete_ = true;
 };
 
 Note AppendixReader::TakeNote() {
