@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "base/twips.h"
+#include "registry/ReplaceKey.h"
 #include "registry/clsRegistry.h"
 
 const wchar_t* const kSettingsKey = L"HKLM\\Software\\Kivora\\1.5\\";
@@ -45,14 +47,16 @@ struct Reader {
     }
 };
 
+// Adds values under a path to what is to be written.
 struct Writer {
+    KeyContent& content;
     std::wstring path;
 
     void operator()(const wchar_t* name, const std::wstring& text) const {
-        Registry().SetValue(path + name, REG_TYPE_SZ, text);
+        content.emplace_back(path + name, text);
     }
     void operator()(const wchar_t* name, double number) const {
-        Registry().SetValue(path + name, REG_TYPE_DWORD, number);
+        content.emplace_back(path + name, RoundToEven(number));
     }
 };
 
@@ -73,6 +77,7 @@ void WriteEntry(const Writer& write, const clsAddressBookEntry& entry) {
 }  // namespace
 
 StoredImage ReadStoredImage() {
+    CompleteKey(kSettings);
     RegistryTransaction reading;
     StoredImage image;
     Reader{kSettings}(L"Autostart", image.autostart);
@@ -93,13 +98,12 @@ StoredImage ReadStoredImage() {
 
 KeepResult WriteStoredImage(bool autostart, const std::vector<const Note*>& notes,
                             const std::vector<clsAddressBookEntry>& entries) {
-    RegistryTransaction writing;
-    Registry().DeleteKey(kSettings);
-    Writer{kSettings}(L"Autostart", autostart);
-    const auto subkey = [](const std::wstring& prefix, std::size_t number) {
-        return Writer{kSettings + prefix + std::to_wstring(number) + L"\\"};
+    KeyContent content;
+    Writer{content, {}}(L"Autostart", autostart);
+    const auto subkey = [&](const std::wstring& prefix, std::size_t number) {
+        return Writer{content, prefix + std::to_wstring(number) + L"\\"};
     };
     for (std::size_t i = 0; i < notes.size(); ++i) EachValue(*notes[i], subkey(kNotePrefix, i));
     for (std::size_t i = 0; i < entries.size(); ++i) WriteEntry(subkey(kEntryPrefix, i), entries[i]);
-    return writing.Commit();
+    return ReplaceKey(kSettings, content);
 }

@@ -29,7 +29,6 @@ struct StoredImage {
 // What is there; values that are missing read as empty or 0.
 StoredImage ReadStoredImage();
 
-// Replaces all there is. When it is not kept, the registry holds what it held before; only where the platform
-// knows no transactions, a part of the new image may have taken the place of the old one.
+// Replaces all there is, as ReplaceKey does.
 KeepResult WriteStoredImage(bool autostart, const std::vector<const Note*>& notes,
                             const std::vector<clsAddressBookEntry>& entries);

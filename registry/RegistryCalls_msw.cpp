@@ -4,6 +4,7 @@
 
 #include "base/basText.h"
 #include "registry/RegistryCalls.h"
+#include "registry/WindowsResult_msw.h"
 
 namespace RegistryCalls {
 
@@ -13,31 +14,12 @@ constexpr std::ptrdiff_t kMostLevels = 512;
 constexpr std::size_t kLongestName = 255;
 
 int openTransactions = 0;
-KeepResult firstFailure;  // among the writing calls since the outermost transaction began
+KeepResult firstFailure;         // among the writing calls since the outermost transaction began
+std::optional<Key> lastWritten;  // in it
 
 // Remembers why something was not written. That what is to be deleted is missing is no failure.
 void Note(long result) {
-    if (result == ERROR_SUCCESS || result == ERROR_FILE_NOT_FOUND || !firstFailure.Kept()) return;
-    KeepFailure failure = KeepFailure::Failed;
-    switch (result) {
-        case ERROR_ACCESS_DENIED:
-            failure = KeepFailure::NoAccess;
-            break;
-        case ERROR_WRITE_PROTECT:
-            failure = KeepFailure::ReadOnly;
-            break;
-        case ERROR_DISK_FULL:
-        case ERROR_NO_SYSTEM_RESOURCES:
-            failure = KeepFailure::DiskFull;
-            break;
-        case ERROR_BADDB:
-        case ERROR_REGISTRY_CORRUPT:
-            failure = KeepFailure::Damaged;
-            break;
-        default:
-            break;
-    }
-    firstFailure = {failure, "Windows error " + std::to_string(result)};
+    if (result != ERROR_FILE_NOT_FOUND && firstFailure.Kept()) firstFailure = ResultOf(result);
 }
 
 // Looked at before anything is created: Windows notices only when it has come that far.
@@ -131,6 +113,7 @@ void CreateKey(const Key& key) { OpenedKey(key, KEY_QUERY_VALUE, OpenedKey::Crea
 
 void SetValue(const Key& key, const std::string& name, const Value& value) {
     const OpenedKey opened(key, KEY_SET_VALUE, OpenedKey::Create);
+    lastWritten = key;
     // The call looks behind the end of a text, and stores a NUL that it finds there as well.
     const std::string guarded = value.bytes + '.';
     if (opened.Opened())
@@ -149,13 +132,18 @@ void DeleteKey(const Key& parent, const std::string& subKey) {
     if (opened.Opened()) Note(RegDeleteKeyA(opened.Handle(), subKey.c_str()));
 }
 
-// The registry keeps what is written at once, call by call; there is nothing to take back.
+// The registry takes what is written at once, call by call; there is nothing to take back. It would come to
+// the disk some seconds later.
 void BeginTransaction() {
-    if (openTransactions++ == 0) firstFailure = {};
+    if (openTransactions++ > 0) return;
+    firstFailure = {};
+    lastWritten.reset();
 }
 
-KeepResult EndTransaction(bool) {
-    --openTransactions;
+KeepResult EndTransaction(bool keep) {
+    if (--openTransactions > 0 || !keep || !lastWritten) return firstFailure;
+    const OpenedKey opened(*lastWritten, KEY_QUERY_VALUE);
+    if (opened.Opened()) Note(RegFlushKey(opened.Handle()));
     return firstFailure;
 }
 

@@ -10,7 +10,12 @@ namespace {
 // The roots that the program writes below.
 const HKEY kRoots[] = {HKEY_CLASSES_ROOT, HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER};
 
-std::wstring RegistryFolder() { return L"Software\\KivoraTests\\" + std::to_wstring(GetCurrentProcessId()); }
+// A test may start another process that shares the folders of its own.
+const wchar_t* Host() { return _wgetenv(L"KIVORA_TESTS_OF"); }
+
+std::wstring Owner() { return Host() ? Host() : std::to_wstring(GetCurrentProcessId()); }
+
+std::wstring RegistryFolder() { return L"Software\\KivoraTests\\" + Owner(); }
 
 // For this process a root is an empty key of the user's from now on.
 void Redirect(HKEY root, const std::wstring& key) {
@@ -25,21 +30,22 @@ void Redirect(HKEY root, const std::wstring& key) {
 }  // namespace
 
 PrivateFolders::PrivateFolders() {
-    root_ =
-        std::filesystem::temp_directory_path() / (L"kivora-test-" + std::to_wstring(GetCurrentProcessId()));
+    root_ = std::filesystem::temp_directory_path() / (L"kivora-test-" + Owner());
     std::filesystem::create_directories(root_);
     // The user's own root last: the others lie below it.
     int number = 0;
     for (const HKEY root : kRoots) Redirect(root, RegistryFolder() + L"\\" + std::to_wstring(number++));
     // There Windows looks up where the user's files lie.
-    RegSetKeyValueW(HKEY_CURRENT_USER,
-                    L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\User Shell Folders", L"AppData",
-                    REG_SZ, root_.c_str(), static_cast<DWORD>((root_.native().size() + 1) * sizeof(wchar_t)));
+    for (const wchar_t* name : {L"AppData", L"Local AppData"})
+        RegSetKeyValueW(
+            HKEY_CURRENT_USER, L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\User Shell Folders",
+            name, REG_SZ, root_.c_str(), static_cast<DWORD>((root_.native().size() + 1) * sizeof(wchar_t)));
     if (SharedDataFolder() != root_) throw std::runtime_error("no folder for the tests' data");
 }
 
 PrivateFolders::~PrivateFolders() {
     for (const HKEY root : kRoots) RegOverridePredefKey(root, nullptr);
+    if (Host()) return;
     RegDeleteTreeW(HKEY_CURRENT_USER, RegistryFolder().c_str());
     std::error_code ignored;
     std::filesystem::remove_all(root_, ignored);
