@@ -24,5 +24,6 @@ class RunningCopy {
 };
 
 // Hands a file name to the running copy and waits until it has taken it, 5 seconds at the most. The name is
-// made absolute; the file need not exist. False when there is no running copy or it does not answer.
+// made absolute; the file need not exist. False when there is no running copy or it does not answer; then the
+// name is withdrawn, and that copy does not take it later either.
 bool HandOver(const std::wstring& fileName);

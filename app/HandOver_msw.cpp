@@ -7,6 +7,7 @@
 #include <ddeml.h>
 #include <wx/app.h>
 
+#include <atomic>
 #include <chrono>
 #include <deque>
 #include <future>
@@ -24,7 +25,6 @@ using Clock = std::chrono::steady_clock;
 
 const wchar_t* const kMutex = L"Local\\Kivora";
 const wchar_t* const kWindowClass = L"Kivora.HandOver";
-constexpr ULONG_PTR kFileName = 1;  // what a message to that window carries
 const char* const kService = "Kivora";
 const char* const kTopic = "Import";
 const char* const kItem = "lblDDERec";
@@ -32,6 +32,41 @@ constexpr std::chrono::seconds kPatience{5};
 // A copy that has just started may not have come to opening its window.
 constexpr std::chrono::seconds kPatienceForWindow{1};
 constexpr DWORD kRetryPauseMilliseconds = 20;
+
+// Who has the say over one file name: the running copy, which takes it, or the sender, which withdraws it.
+// The first to ask gets it, so never both.
+class Say {
+  public:
+    // Made by the sender, which names it by its process and a number of its own.
+    static Say Make(DWORD process, ULONG_PTR number) {
+        // A copy that was started with other rights asks for it, too.
+        SECURITY_DESCRIPTOR everybody;
+        InitializeSecurityDescriptor(&everybody, SECURITY_DESCRIPTOR_REVISION);
+        SetSecurityDescriptorDacl(&everybody, TRUE, nullptr, FALSE);
+        SECURITY_ATTRIBUTES attributes{sizeof attributes, &everybody, FALSE};
+        return Say(CreateEventW(&attributes, FALSE, TRUE, Name(process, number).c_str()));
+    }
+    static Say Open(DWORD process, ULONG_PTR number) {
+        return Say(OpenEventW(SYNCHRONIZE, FALSE, Name(process, number).c_str()));
+    }
+    ~Say() {
+        if (event_) CloseHandle(event_);
+    }
+    Say(const Say&) = delete;
+    Say& operator=(const Say&) = delete;
+
+    explicit operator bool() const { return event_ != nullptr; }
+    bool Get() const { return WaitForSingleObject(event_, 0) == WAIT_OBJECT_0; }
+
+  private:
+    explicit Say(HANDLE event) : event_(event) {}
+
+    static std::wstring Name(DWORD process, ULONG_PTR number) {
+        return L"Local\\Kivora.HandOver." + std::to_wstring(process) + L"." + std::to_wstring(number);
+    }
+
+    HANDLE event_;  // one that resets itself
+};
 
 // One side of a DDE conversation.
 class Conversations {
@@ -63,8 +98,10 @@ class DdeCopy : public RunningCopy {
   public:
     explicit DdeCopy(HANDLE mutex)
         : mutex_(mutex), conversations_(std::make_unique<Conversations>(OnDde, APPCLASS_STANDARD)) {
-        window_ = std::make_unique<MessageWindow>(
-            kWindowClass, [this](UINT message, WPARAM, LPARAM data) { return OnMessage(message, data); });
+        window_ =
+            std::make_unique<MessageWindow>(kWindowClass, [this](UINT message, WPARAM process, LPARAM data) {
+                return OnMessage(message, static_cast<DWORD>(process), data);
+            });
         // A copy that was started with an administrator's rights takes names from the others too.
         ChangeWindowMessageFilterEx(window_->Get(), WM_COPYDATA, MSGFLT_ALLOW, nullptr);
         running = this;
@@ -97,16 +134,25 @@ class DdeCopy : public RunningCopy {
         conversations_.reset();
     }
 
-    static HDDEDATA CALLBACK OnDde(UINT type, UINT format, HCONV, HSZ topic, HSZ item, HDDEDATA data,
-                                   ULONG_PTR, ULONG_PTR) {
+    static HDDEDATA CALLBACK OnDde(UINT type, UINT format, HCONV conversation, HSZ topic, HSZ item,
+                                   HDDEDATA data, ULONG_PTR, ULONG_PTR) {
         if (!running || !running->conversations_) return nullptr;
         if (type == XTYP_CONNECT)
             return reinterpret_cast<HDDEDATA>(
                 static_cast<INT_PTR>(running->conversations_->IsName(topic, kTopic)));
-        if (type != XTYP_POKE || format != CF_TEXT || !running->conversations_->IsName(item, kItem))
+        if (type != XTYP_POKE || format != CF_TEXT || !running->conversations_->IsName(item, kItem) ||
+            HasGivenUp(conversation))
             return nullptr;
         running->Take(Caption(data));
         return reinterpret_cast<HDDEDATA>(DDE_FACK);
+    }
+
+    // The window of a sender that has ended the conversation is gone, though what it poked is still there.
+    static bool HasGivenUp(HCONV conversation) {
+        CONVINFO info{};
+        info.cb = sizeof info;
+        DdeQueryConvInfo(conversation, QID_SYNC, &info);
+        return info.hwndPartner && !IsWindow(info.hwndPartner);
     }
 
     static std::wstring Caption(HDDEDATA data) {
@@ -116,9 +162,10 @@ class DdeCopy : public RunningCopy {
         return FromAnsi(bytes);
     }
 
-    std::optional<LRESULT> OnMessage(UINT message, LPARAM lParam) {
+    std::optional<LRESULT> OnMessage(UINT message, DWORD process, LPARAM lParam) {
+        if (message != WM_COPYDATA) return std::nullopt;
         const auto* data = reinterpret_cast<const COPYDATASTRUCT*>(lParam);
-        if (message != WM_COPYDATA || data->dwData != kFileName) return std::nullopt;
+        if (!Say::Open(process, data->dwData).Get()) return FALSE;
         Take(std::wstring(static_cast<const wchar_t*>(data->lpData), data->cbData / sizeof(wchar_t)));
         return TRUE;
     }
@@ -171,11 +218,17 @@ std::string AnsiName(const std::wstring& name) {
 
 HDDEDATA CALLBACK IgnoreDde(UINT, UINT, HCONV, HSZ, HSZ, HDDEDATA, ULONG_PTR, ULONG_PTR) { return nullptr; }
 
-bool Poke(const Conversations& conversations, HCONV conversation, std::string message) {
+DWORD MillisecondsUntil(Clock::time_point deadline) {
+    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
+    return static_cast<DWORD>(std::max<long long>(left.count(), 1));
+}
+
+bool Poke(const Conversations& conversations, HCONV conversation, std::string message,
+          Clock::time_point deadline) {
     const HSZ item = conversations.Name(kItem);
-    const bool taken = DdeClientTransaction(
-        reinterpret_cast<BYTE*>(message.data()), static_cast<DWORD>(message.size() + 1), conversation, item,
-        CF_TEXT, XTYP_POKE, static_cast<DWORD>(std::chrono::milliseconds(kPatience).count()), nullptr);
+    const bool taken =
+        DdeClientTransaction(reinterpret_cast<BYTE*>(message.data()), static_cast<DWORD>(message.size() + 1),
+                             conversation, item, CF_TEXT, XTYP_POKE, MillisecondsUntil(deadline), nullptr);
     DdeFreeStringHandle(conversations.Get(), item);
     return taken;
 }
@@ -204,15 +257,19 @@ HWND WindowOfRunningCopy(Clock::time_point deadline) {
 }
 
 bool Send(HWND window, std::wstring name, Clock::time_point deadline) {
-    COPYDATASTRUCT data{kFileName, static_cast<DWORD>(name.size() * sizeof(wchar_t)), name.data()};
-    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
-    DWORD_PTR taken = FALSE;
-    return SendMessageTimeoutW(window, WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&data), SMTO_BLOCK,
-                               static_cast<UINT>(std::max<long long>(left.count(), 1)), &taken) &&
-           taken;
+    static ULONG_PTR number = 0;
+    const DWORD process = GetCurrentProcessId();
+    const Say say = Say::Make(process, ++number);
+    if (!say) return false;
+    COPYDATASTRUCT data{number, static_cast<DWORD>(name.size() * sizeof(wchar_t)), name.data()};
+    // The window may get the message after that time, and whether it has taken the name shows elsewhere.
+    SendMessageTimeoutW(window, WM_COPYDATA, process, reinterpret_cast<LPARAM>(&data), SMTO_BLOCK,
+                        MillisecondsUntil(deadline), nullptr);
+    return !say.Get();
 }
 
-bool Converse(const std::string& name, Clock::time_point deadline) {
+// Whoever sets `decided` first decides: here the name is poked, elsewhere that it is withdrawn.
+bool Converse(const std::string& name, Clock::time_point deadline, std::atomic<bool>& decided) {
     const Conversations conversations(IgnoreDde, APPCMD_CLIENTONLY);
     const HSZ service = conversations.Name(kService), topic = conversations.Name(kTopic);
     HCONV conversation = nullptr;
@@ -223,7 +280,7 @@ bool Converse(const std::string& name, Clock::time_point deadline) {
     DdeFreeStringHandle(conversations.Get(), service);
     DdeFreeStringHandle(conversations.Get(), topic);
     if (!conversation) return false;
-    const bool taken = Poke(conversations, conversation, name);
+    const bool taken = !decided.exchange(true) && Poke(conversations, conversation, name, deadline);
     DdeDisconnect(conversation);
     return taken;
 }
@@ -239,8 +296,11 @@ bool HandOver(const std::wstring& fileName) {
     // be left behind.
     std::promise<bool> promise;
     std::future<bool> taken = promise.get_future();
-    std::thread([promise = std::move(promise), name = AnsiName(name), deadline]() mutable {
-        promise.set_value(Converse(name, deadline));
+    const auto decided = std::make_shared<std::atomic<bool>>(false);
+    std::thread([promise = std::move(promise), name = AnsiName(name), deadline, decided]() mutable {
+        promise.set_value(Converse(name, deadline, *decided));
     }).detach();
-    return taken.wait_until(deadline) == std::future_status::ready && taken.get();
+    if (taken.wait_until(deadline) != std::future_status::ready && !decided->exchange(true)) return false;
+    // What is poked is answered, or its conversation ended, at the deadline.
+    return taken.wait_until(deadline + kPatienceForWindow) == std::future_status::ready && taken.get();
 }

@@ -1,5 +1,6 @@
-// A message is one file name and the NUL behind it; the answer is one byte, given when the name has been
-// taken.
+// A message is one file name and the NUL behind it; the answer is one byte. The answer is what counts: a name
+// is taken when "taken" could be sent, and a sender that gives up refuses to be sent anything more. The
+// kernel does one or the other first, so both sides know the same.
 #include <glib-unix.h>
 #include <poll.h>
 #include <unistd.h>
@@ -130,7 +131,7 @@ class SocketCopy : public RunningCopy {
 
     static gboolean OnLate(gpointer data) {
         auto& sender = *static_cast<Sender*>(data);
-        sender.copy->Dismiss(sender, std::nullopt);
+        sender.copy->Dismiss(sender);
         return G_SOURCE_CONTINUE;
     }
 
@@ -140,23 +141,27 @@ class SocketCopy : public RunningCopy {
         const ssize_t count = recv(fd, buffer, sizeof buffer, 0);
         if (count < 0 && (errno == EAGAIN || errno == EINTR)) return G_SOURCE_CONTINUE;
         if (count <= 0) {
-            sender.copy->Dismiss(sender, std::nullopt);
+            sender.copy->Dismiss(sender);
             return G_SOURCE_CONTINUE;
         }
         sender.received.append(buffer, static_cast<std::size_t>(count));
         const std::size_t end = sender.received.find('\0');
         if (end != std::string::npos && sender.received[0] == '/') {
-            sender.copy->Take(sender.received.substr(0, end));
-            sender.copy->Dismiss(sender, kTaken);
+            if (Answer(sender, kTaken)) sender.copy->Take(sender.received.substr(0, end));
+            sender.copy->Dismiss(sender);
         } else if (end != std::string::npos || sender.received.size() > kLongestMessage) {
-            sender.copy->Dismiss(sender, kRefused);
+            Answer(sender, kRefused);
+            sender.copy->Dismiss(sender);
         }
         return G_SOURCE_CONTINUE;
     }
 
-    void Dismiss(Sender& sender, std::optional<char> answer) {
-        // One byte always fits; a sender that has gone away does not matter.
-        if (answer) send(sender.socket.Get(), &*answer, 1, MSG_NOSIGNAL);
+    // False when the sender has given up. One byte always fits.
+    static bool Answer(const Sender& sender, char answer) {
+        return send(sender.socket.Get(), &answer, 1, MSG_NOSIGNAL) == 1;
+    }
+
+    void Dismiss(Sender& sender) {
         senders_.remove_if([&](const Sender& other) { return &other == &sender; });
         if (!acceptable_ && !retry_) Accept();
     }
@@ -213,15 +218,17 @@ bool Send(const Descriptor& socket, const std::string& message, Clock::time_poin
     return true;
 }
 
-// One attempt. Nothing when the copy ended, or has not begun to listen, before it answered.
+// One attempt. Nothing when the copy ended, has not begun to listen, or did not answer in time: then the name
+// is withdrawn.
 std::optional<bool> Ask(const MeetingPlace& place, const std::string& message, Clock::time_point deadline) {
     const Descriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
     const sockaddr_un address = place.SocketAddress();
     if (connect(socket.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
         return std::nullopt;
     }
-    if (!Send(socket, message, deadline) || !Ready(socket, POLLIN, deadline)) return std::nullopt;
-    char answer = 0;
+    if (!Send(socket, message, deadline)) return std::nullopt;
+    if (!Ready(socket, POLLIN, deadline)) shutdown(socket.Get(), SHUT_RD);
+    char answer = 0;  // it may have come in between
     if (recv(socket.Get(), &answer, 1, 0) != 1) return std::nullopt;
     return answer == kTaken;
 }

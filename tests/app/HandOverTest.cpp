@@ -95,11 +95,14 @@ TEST_F(HandOverTest, KilledCopyIsReplaced) {
     EXPECT_EQ(sender.Result(), 0);
 }
 
-TEST_F(HandOverTest, StoppedCopyIsGivenUp) {
-    role_.reset();
-    OtherCopy first = OtherCopy::Holder();
-    first.Stop();
-    EXPECT_FALSE(HandOver(L"/a"));
+TEST_F(HandOverTest, AHungCopyIsGivenUpAndTakesNothingLater) {
+    Listen();
+    std::thread([] { EXPECT_FALSE(HandOver(L"/withdrawn")); }).join();
+    OtherCopy sender = OtherCopy::Sender({L"/taken"});
+    EXPECT_TRUE(RunUntil([&] { return sender.Ended() && !names_.empty(); }, kLimit));
+    EXPECT_EQ(sender.Result(), 0);
+    ASSERT_EQ(names_.size(), 1u);
+    EXPECT_EQ(FilePath(names_[0]).filename(), "taken");
 }
 
 }  // namespace

@@ -70,6 +70,17 @@ TEST_F(HandOverOnWindows, CopiesWithoutAWindowHoldDdeConversations) {
     EXPECT_EQ(Taken({L"C:\\ä €.kvr"}), std::vector<std::wstring>{L"C:\\ä €.kvr"});
 }
 
+TEST_F(HandOverOnWindows, WhatIsWithdrawnIsNotTakenByDdeEither) {
+    const auto role = RunningCopy::Claim();
+    std::vector<std::wstring> taken;
+    role->Listen([&](const std::wstring& name) { taken.push_back(name); });
+    DestroyWindow(MessageWindow::Find(L"Kivora.HandOver"));
+    std::thread([] { EXPECT_FALSE(HandOver(L"C:\\withdrawn")); }).join();
+    OtherCopy sender = OtherCopy::Sender({L"C:\\taken"});
+    EXPECT_TRUE(RunUntil([&] { return sender.Ended() && !taken.empty(); }, 10s));
+    EXPECT_EQ(taken, std::vector<std::wstring>{L"C:\\taken"});
+}
+
 // One that was started with other rights.
 TEST_F(HandOverOnWindows, ACopyThatLetsNobodyNearIsARunningOne) {
     SECURITY_DESCRIPTOR nobody;

@@ -19,8 +19,6 @@ class OtherCopy {
     ~OtherCopy();  // kills it
 
     void Kill();
-    // It does nothing more, but is still there.
-    void Stop();
     bool Ended();
     int Result() const;
 

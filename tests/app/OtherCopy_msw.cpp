@@ -51,8 +51,6 @@ void OtherCopy::Kill() {
     WaitForSingleObject(process_->information.hProcess, INFINITE);
 }
 
-void OtherCopy::Stop() { SuspendThread(process_->information.hThread); }
-
 bool OtherCopy::Ended() { return WaitForSingleObject(process_->information.hProcess, 0) == WAIT_OBJECT_0; }
 
 int OtherCopy::Result() const {

@@ -58,11 +58,6 @@ void OtherCopy::Kill() {
     process_->ended = true;
 }
 
-void OtherCopy::Stop() {
-    kill(process_->pid, SIGSTOP);
-    waitpid(process_->pid, nullptr, WUNTRACED);
-}
-
 bool OtherCopy::Ended() {
     Process& process = *process_;
     if (!process.ended && waitpid(process.pid, &process.status, WNOHANG) == process.pid) process.ended = true;
