@@ -3,12 +3,15 @@
 
 #include <string>
 
+#include "registry/KeepResult.h"
+
 class NoteStore;
 
-// Enters or removes the program. The flag in the store's image follows with the store's next save.
-void SetAutostart(NoteStore& store, bool enable);
+// Enters or removes the program. The flag in the store's image follows with the store's next save. Where that
+// is impossible the flag stays as it was, and the result says why.
+KeepResult SetAutostart(NoteStore& store, bool enable);
 
 // What the platform's own list needs beyond the registry value.
 std::wstring AutostartFileName();
-void EnterInSession(const std::wstring& fileName);
-void RemoveFromSession();
+KeepResult EnterInSession(const std::wstring& fileName);
+KeepResult RemoveFromSession();

@@ -7,5 +7,5 @@ std::wstring AutostartFileName() {
 }
 
 // The registry value is all that Windows looks at.
-void EnterInSession(const std::wstring&) {}
-void RemoveFromSession() {}
+KeepResult EnterInSession(const std::wstring&) { return {}; }
+KeepResult RemoveFromSession() { return {}; }

@@ -1,9 +1,10 @@
 #include <glib.h>
-#include <glib/gstdio.h>
 
 #include "app/Autostart.h"
 #include "base/DesktopEntry.h"
 #include "base/FileName.h"
+#include "base/NewFile.h"
+#include "model/KeepReason.h"
 
 namespace {
 
@@ -15,11 +16,18 @@ std::filesystem::path EntryFile() {
 
 std::wstring AutostartFileName() { return ProgramPath(); }
 
-void EnterInSession(const std::wstring& fileName) {
-    const std::filesystem::path file = EntryFile();
-    const std::string entry = AutostartEntry(FilePath(fileName).native());
+KeepResult EnterInSession(const std::wstring& fileName) {
+    const std::filesystem::path file = EntryFile(), unfinished = file.parent_path() / ".kivora.desktop.neu";
     g_mkdir_with_parents(file.parent_path().c_str(), 0700);
-    g_file_set_contents(file.c_str(), entry.data(), static_cast<gssize>(entry.size()), nullptr);
+    std::error_code failed;
+    std::filesystem::remove(unfinished, failed);  // of a start that was broken off
+    failed = WriteNewFile(unfinished, AutostartEntry(FilePath(fileName).native()));
+    if (!failed) std::filesystem::rename(unfinished, file, failed);
+    return FailureOf(failed);
 }
 
-void RemoveFromSession() { g_unlink(EntryFile().c_str()); }
+KeepResult RemoveFromSession() {
+    std::error_code failed;
+    std::filesystem::remove(EntryFile(), failed);
+    return FailureOf(failed);
+}

@@ -38,6 +38,10 @@ class EndRequests {
     std::vector<unsigned> sources_;
 };
 
+// Calls `last` when the display goes away under the program, before the process ends because of it: from
+// within any call that draws, so nothing that draws may be called any more.
+void WhenDisplayDies(std::function<void()> last);
+
 // The window comes up without taking the keyboard from where the user types. Keys that reach it all the same,
 // because nothing else has the keyboard, are wxEVT_KEY_DOWN events.
 void NeverFocus(wxTopLevelWindow& window);

@@ -67,6 +67,9 @@ EndRequests::EndRequests(std::function<void()> quit) : quit_(std::move(quit)) {
 
 EndRequests::~EndRequests() { quitHandler = nullptr; }
 
+// Windows ends the session first, and says so.
+void WhenDisplayDies(std::function<void()>) {}
+
 void NeverFocus(wxTopLevelWindow& window) {
     const HWND handle = window.GetHandle();
     SetWindowLongPtrW(handle, GWL_EXSTYLE, GetWindowLongPtrW(handle, GWL_EXSTYLE) | WS_EX_NOACTIVATE);

@@ -1,6 +1,8 @@
+#include <gdk/gdkx.h>
 #include <glib-unix.h>
 #include <gtk/gtk.h>
 #include <malloc.h>
+#include <unistd.h>
 #include <wx/toplevel.h>
 
 #include <clocale>
@@ -8,6 +10,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 #include "app/Platform.h"
 #include "base/FileName.h"
@@ -25,6 +28,13 @@ gboolean OnEvent(GtkWidget*, GdkEvent* event, gpointer window) {
 gboolean OnEndRequest(gpointer quit) {
     (*static_cast<std::function<void()>*>(quit))();
     return G_SOURCE_CONTINUE;
+}
+
+std::function<void()> lastCall;
+
+int OnDisplayDead(Display*) {
+    if (const std::function<void()> last = std::exchange(lastCall, {})) last();
+    _exit(1);  // as GDK does: Xlib is in no state for what would happen at an orderly end
 }
 
 const char* const kGl = "GDK_GL";
@@ -89,6 +99,11 @@ EndRequests::EndRequests(std::function<void()> quit) : quit_(std::move(quit)) {
 
 EndRequests::~EndRequests() {
     for (const unsigned source : sources_) g_source_remove(source);
+}
+
+void WhenDisplayDies(std::function<void()> last) {
+    lastCall = std::move(last);
+    XSetIOErrorHandler(OnDisplayDead);
 }
 
 void NeverFocus(wxTopLevelWindow& window) {

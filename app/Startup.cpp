@@ -20,11 +20,13 @@
 #include "exchange/basExport.h"
 #include "exchange/basImport.h"
 #include "mail/basMail.h"
+#include "model/KeepReason.h"
 #include "net/basSendNotes.h"
 #include "notes/basNotes.h"
 #include "print/basPrint.h"
 
-Program::Program(std::unique_ptr<RunningCopy> role) : role_(std::move(role)), network_(Store()) {}
+Program::Program(std::unique_ptr<RunningCopy> role)
+    : role_(std::move(role)), keeping_(Store()), network_(Store()) {}
 Program::~Program() = default;
 
 void Program::Reside() {
@@ -57,11 +59,15 @@ void Program::InitApplication() {
     };
     services_.DescribeMenu = [this](const frmNote& note) { return start_->DescribeMenu(&note); };
     services_.RunMenu = [this](frmNote& note, int id) { start_->RunFromTrayMenu(&note, id); };
-    start_->notIcon.IconToolTip(L"Kivora 1.6");
+    keeping_.OnChange([this](bool unsaved) { start_->ShowUnsaved(unsaved); });
     start_->notIcon.ShowIcon();
     network_.KeepLongNote = KeepLongNote;
     network_.Listen();
-    Store().ShowNotes(SettleDown);
+    keeping_.TakeInLeftWork();
+    Store().ShowNotes([this] {
+        SettleDown();
+        keeping_.Tell(Keeping::Boxes::Unwaited);
+    });
     if (role_) {
         role_->Listen([this](const std::wstring& file) { Guarded([&] { ReceiveFile(file); }); });
     }
@@ -69,8 +75,7 @@ void Program::InitApplication() {
 
 void Program::LoadNotes() {
     Store().OnLongText = [](const Note& note) { KeepLongNote(note); };
-    Store().LoadNotes();
-    loaded_ = true;
+    keeping_.Load();
 }
 
 void Program::ReceiveFile(const std::wstring& fileName) {
@@ -84,6 +89,7 @@ void Program::ReceiveFile(const std::wstring& fileName) {
 
 void Program::ImportFiles(const std::vector<std::wstring>& files) {
     LoadNotes();
+    keeping_.Tell(Keeping::Boxes::Waited);
     files_.assign(files.begin(), files.end());
     if (role_) role_->Listen([this](const std::wstring& file) { files_.push_back(file); });
     ImportQueuedFiles();
@@ -100,14 +106,14 @@ void Program::ImportQueuedFiles() {
         const std::size_t before = Store().CountNotes();
         const bool imported = ImportNotes(Store(), file);
         // Before the message, because that may stay for long and what it says has to be true meanwhile.
-        const bool kept = Store().SaveNotes().Kept();
+        const KeepResult kept = Store().WriteImage();
         // Notes of which the user hears that they failed must not come with those of the next file.
-        while (!kept && Store().CountNotes() > before) Store().TakeBack(*Store().Notes().back());
-        if (imported && kept) {
+        while (!kept.Kept() && Store().CountNotes() > before) Store().TakeBack(*Store().Notes().back());
+        if (imported && kept.Kept()) {
             ShowMessage(L"Die Notizen aus " + ShownFileName(file) + L" wurden erfolgreich importiert.",
                         kInformation, L"Importieren erfolgreich");
         } else {
-            ShowImportFailure(file);
+            ShowImportFailure(file, ReasonText(kept));
         }
     }
 }
@@ -130,13 +136,20 @@ void Program::PrintFiles(const std::vector<std::wstring>& files) {
 }
 
 void Program::QuitApplication() {
+    if (!IsQuitting() && keeping_.MayQuit()) EndAtOnce();
+}
+
+void Program::EndAtOnce() {
     if (IsQuitting()) return;
     // The other copies have been told that these files are taken.
     if (role_) role_->Finish();
-    KeepTextBeingWritten();
-    if (loaded_) Store().SaveNotes();
+    keeping_.KeepAtOnce();
     EndAllWaits();
     if (wxEventLoopBase* loop = wxTheApp->GetMainLoop()) loop->ScheduleExit(0);
+}
+
+void Program::DisplayHasDied() {
+    if (!IsQuitting()) keeping_.KeepWithoutDisplay();
 }
 
 void Program::Unload() {
@@ -156,7 +169,8 @@ int RunProgram(const StartRequest& request, std::unique_ptr<RunningCopy> role, c
     std::optional<Program> program;
     auto* app = new KivoraApp([&] {
         program.emplace(std::move(role));
-        const EndRequests endRequests([&] { Guarded([&] { program->QuitApplication(); }); });
+        const EndRequests endRequests([&] { Guarded([&] { program->EndAtOnce(); }); });
+        WhenDisplayDies([&] { Guarded([&] { program->DisplayHasDied(); }); });
         if (request.kind != StartRequest::Resident) SettleDown();
         if (request.kind == StartRequest::Print) {
             program->PrintFiles(request.files);

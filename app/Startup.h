@@ -10,6 +10,7 @@
 
 #include "app/CommandLine.h"
 #include "app/HandOver.h"
+#include "app/Keeping.h"
 #include "app/NoteServices.h"
 #include "app/StateTimer.h"
 #include "net/basNetworkAccess.h"
@@ -34,9 +35,16 @@ class Program {
 
     void PrintFiles(const std::vector<std::wstring>& files);
 
-    // Saves, ends all waiting and lets the program come to its end. The notes are still there when it
-    // returns.
+    // "Beenden": saves and lets the program come to its end. Where saving fails the user is asked first, and
+    // may stay.
     void QuitApplication();
+
+    // Saves, into another file if need be, ends all waiting and lets the program come to its end. Asks
+    // nobody. The notes are still there when it returns.
+    void EndAtOnce();
+
+    // Saves without touching the screen; the process ends afterwards.
+    void DisplayHasDied();
 
     NoteStore& Store() { return services_.Store(); }
 
@@ -50,10 +58,10 @@ class Program {
     std::unique_ptr<RunningCopy> role_;
     std::optional<StateTimer> stateTimer_{std::in_place};
     NoteServices services_;
+    Keeping keeping_;
     NetworkAccess network_;
     frmStart* start_ = nullptr;
     std::deque<std::wstring> files_;  // still to be imported
-    bool loaded_ = false;             // the store holds what is saved, so it may be saved
 };
 
 // Starts wxWidgets, does what was asked for and returns the process's exit code: 1 without a display.

@@ -7,7 +7,9 @@
 #include "app/frmInfo.h"
 #include "dialogs/DialogStack.h"
 #include "dialogs/basHelp.h"
+#include "dialogs/basMessage.h"
 #include "dialogs/basWait.h"
+#include "model/KeepReason.h"
 #include "notes/NoteStore.h"
 #include "notes/NoteWindow.h"
 #include "notes/basNotes.h"
@@ -57,13 +59,13 @@ frmStart::frmStart(NoteStore& store, std::function<void()> quit)
         {mnuNotizVordergrund, [this] { TogglePopupNoteForeground(); }},
         {mnuMinimizeAll, [this] { store_.MinimizeAll(); }},
         {mnuUnMinimizeAll, [this] { store_.UnMinimizeAll(); }},
-        {mnuNotizWindowsStart, [this] { SetAutostart(store_, !store_.AutostartEnabled); }},
+        {mnuNotizWindowsStart, [this] { ToggleAutostart(); }},
         {mnuNotizHilfe, [] { ShowHelp(L"index.html"); }},
         {mnuNotizInfo, [] { frmInfo::Open(); }},
         {mnuNotizEnde, std::move(quit)},
     };
 
-    notIcon.LetIconFile(ResourcePicture(kProgramIcon));
+    ShowUnsaved(false);
     notIcon.Events.DblClick = [this](int button) {
         if (button == 1) RunCommand(mnuNotizNeu);
     };
@@ -84,6 +86,11 @@ frmStart::frmStart(NoteStore& store, std::function<void()> quit)
     };
     notIcon.Menu = {[this] { return DescribeMenu(nullptr); },
                     [this](int id) { RunFromTrayMenu(nullptr, id); }};
+}
+
+void frmStart::ShowUnsaved(bool unsaved) {
+    notIcon.LetIconFile(ResourcePicture(unsaved ? kUnsavedIcon : kProgramIcon));
+    notIcon.IconToolTip(unsaved ? L"Kivora 1.6 - nicht gespeichert" : L"Kivora 1.6");
 }
 
 void frmStart::ShowPopupMenu(frmNote* note, std::optional<wxPoint> at) {
@@ -149,6 +156,17 @@ frmNote* frmStart::ActivateApplication() {
         }
     }
     return top;
+}
+
+void frmStart::ToggleAutostart() {
+    const KeepResult result = SetAutostart(store_, !store_.AutostartEnabled);
+    // At once, so that entry and flag agree however the program ends.
+    if (result.Kept())
+        store_.SaveNotes();
+    else
+        ShowMessage(
+            L"Der automatische Start von Kivora konnte nicht geändert werden.\r\n" + ReasonText(result),
+            kCritical, L"Beim Start von Windows laden");
 }
 
 void frmStart::DeletePopupNote() {

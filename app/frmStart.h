@@ -40,10 +40,14 @@ class frmStart : public wxFrame {
     // Takes it away again.
     void RemoveCommand(MenuItem item);
 
+    // The icon and its tip say that there is unsaved work, or no longer.
+    void ShowUnsaved(bool unsaved);
+
     Notification notIcon;
 
   private:
     frmNote* ActivateApplication();  // the note that is on top then, if any
+    void ToggleAutostart();
     void DeletePopupNote();
     void TogglePopupNoteForeground();
 

@@ -10,8 +10,8 @@ class NoteStore;
 // notes before the failure are taken, and when it holds more than is taken from one file, then none is.
 bool ImportNotes(NoteStore& store, const std::wstring& fileName);
 
-// Tells the user that notes of the named file could not be imported.
-void ShowImportFailure(const std::wstring& fileName);
+// Tells the user that notes of the named file could not be imported and, where that is known, why.
+void ShowImportFailure(const std::wstring& fileName, const std::wstring& reason = {});
 
 // "Importieren": lets the user choose a file and its notes, takes them into the store, saves and shows them.
 // When the dialog is open already it comes to the front instead.

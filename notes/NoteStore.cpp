@@ -3,6 +3,7 @@
 #include <wx/app.h>
 
 #include <algorithm>
+#include <bit>
 #include <utility>
 
 #include "model/AddressBook.h"
@@ -16,6 +17,7 @@ void NoteStore::LoadNotes() {
     const StoredImage image = ReadStoredImage();
     AutostartEnabled = image.autostart;
     std::vector<NotePtr> added = std::exchange(notes_, {});
+    const bool nothingAdded = added.empty() && AddressBook().empty();
     for (const StoredNote& stored : image.notes) {
         // Keys of windows do not change any more.
         lastNoteNumber_ = added.empty() ? stored.key : lastNoteNumber_ + 1;
@@ -23,6 +25,7 @@ void NoteStore::LoadNotes() {
     }
     std::move(added.begin(), added.end(), std::back_inserter(notes_));
     for (const clsAddressBookEntry& entry : image.entries) AddAddressBookEntry(entry);
+    if (nothingAdded) kept_ = Digest();
 }
 
 KeepResult NoteStore::SaveNotes() {
@@ -34,12 +37,41 @@ KeepResult NoteStore::SaveNotes() {
 KeepResult NoteStore::WriteImage() {
     std::vector<const Note*> notes;
     for (const NotePtr& note : notes_) notes.push_back(&note->Content());
-    return WriteStoredImage(AutostartEnabled, notes, AddressBook());
+    KeepResult result = WriteStoredImage(AutostartEnabled, notes, AddressBook());
+    if (result.Kept()) kept_ = Digest();
+    return result;
+}
+
+std::uint64_t NoteStore::Digest() const {
+    std::uint64_t sum = 0xCBF29CE484222325;  // FNV-1a
+    const auto add = [&sum](std::uint64_t value) { sum = (sum ^ value) * 0x100000001B3; };
+    const auto addText = [&add](const std::wstring& text) {
+        add(text.size());
+        for (const wchar_t character : text) add(static_cast<std::uint64_t>(character));
+    };
+    add(AutostartEnabled);
+    add(notes_.size());
+    for (const NotePtr& note : notes_) {
+        const Note& content = note->Content();
+        addText(content.text);
+        addText(content.creationTime);
+        const NotePlace& place = content.place;
+        for (const double twips : {place.left, place.top, place.width, place.height})
+            add(std::bit_cast<std::uint64_t>(twips));
+        const NoteLook& look = content.look;
+        for (const std::int32_t number : {look.size, look.alignment, look.color})
+            add(static_cast<std::uint64_t>(number));
+        for (const bool flag : {look.bold, look.italic, look.underlined, content.foreground}) add(flag);
+    }
+    for (const clsAddressBookEntry& entry : AddressBook()) {
+        for (const std::wstring* text : {&entry.PCName(), &entry.IP(), &entry.Comment()}) addText(*text);
+    }
+    return sum;
 }
 
 void NoteStore::Heard(const KeepResult& result) {
     Notification::MenusChanged();  // whatever a menu depends on is saved
-    if (OnSaved) OnSaved(result);
+    if (OnSaved) OnSaved(AllKept() ? KeepResult() : result);
 }
 
 NotePtr NoteStore::MakeNote(const Note& content, std::int32_t key) {
@@ -110,9 +142,10 @@ bool NoteStore::DeleteNote(frmNote& note) {
     return gone;
 }
 
-void NoteStore::PutIntoBin(const Note& written) const {
+bool NoteStore::PutIntoBin(const Note& written) const {
     const KeepResult binned = OnDelete ? OnDelete(written) : KeepResult();
     if (!binned.Kept() && OnUnbinned) OnUnbinned(written, true, binned);
+    return binned.Kept();
 }
 
 void NoteStore::UnloadAllNotes() {

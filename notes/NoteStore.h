@@ -33,8 +33,12 @@ class NoteStore {
     // could be read at first and it is called again later, notes and entries that were made meanwhile follow
     // those that were kept.
     void LoadNotes();
-    // Keeps everything: the notes, the autostart flag and the address book. OnSaved hears the result, too.
+    // Keeps everything: the notes, the autostart flag and the address book. OnSaved hears of it.
     KeepResult SaveNotes();
+    // The same without a word to anybody and without touching a window.
+    KeepResult WriteImage();
+    // Whether all of it is kept as it is now; also when a save failed that had nothing to change.
+    bool AllKept() const { return kept_ == Digest(); }
 
     // Makes the window of a new note under the next key, at the next place for new notes and in the size that
     // the text needs, shows it and saves. A note that could not be kept is there all the same, as unsaved
@@ -55,8 +59,8 @@ class NoteStore {
     // kept stays, and false is the result. One of the two is enough: the user wants it gone, and with the
     // second alone it is back after a restart, unless a later save is kept.
     bool DeleteNote(frmNote& note);
-    // For a text that was written and does not become a note.
-    void PutIntoBin(const Note& written) const;
+    // For a text that was written and does not become a note. False when it did not get there.
+    bool PutIntoBin(const Note& written) const;
     void UnloadAllNotes();  // only at the end of the program
 
     void MinimizeAll();
@@ -90,14 +94,14 @@ class NoteStore {
     // Called, if set, for a note that did not get into the bin: it has gone all the same, or it stays, and
     // why.
     std::function<void(const Note& note, bool gone, const KeepResult& why)> OnUnbinned;
-    // Called with the result of every save, if set, except where somebody else is told that it failed and no
-    // work of the user is concerned.
+    // Called after every save with its result, if set; a failure that concerns no work of the user, because
+    // nothing has changed or somebody else is told, does not count as one.
     std::function<void(const KeepResult& result)> OnSaved;
 
   private:
     NotePtr MakeNote(const Note& content, std::int32_t key);
     NotePtr MakeNewNote(const Note& content);
-    KeepResult WriteImage();
+    std::uint64_t Digest() const;
     void Heard(const KeepResult& result);
     void Remove(frmNote& note);
     void ShowNextNotes();
@@ -111,6 +115,7 @@ class NoteStore {
     };
     std::shared_ptr<ToShow> toShow_;  // while notes are being shown
     std::int32_t lastNoteNumber_ = 0;
+    std::uint64_t kept_ = Digest();                                       // of what was last kept
     std::optional<std::unordered_set<std::int32_t>> minimizedByCommand_;  // by NoteKey
     ScreenWatch screens_{[this] { PlaceOnScreens(); }};
 };

@@ -29,9 +29,12 @@ class Writing {
     Writing& operator=(const Writing&) = delete;
 
     void Done() { done_ = true; }
-    void Keep() {
-        if (std::exchange(done_, true)) return;
-        if (dialog_.TextChanged()) store_.PutIntoBin(dialog_.Written(note_));
+    // The text, if there was one and it could not be kept.
+    std::optional<Note> Keep() {
+        if (std::exchange(done_, true) || !dialog_.TextChanged()) return std::nullopt;
+        Note written = dialog_.Written(note_);
+        if (store_.PutIntoBin(written)) return std::nullopt;
+        return written;
     }
 
     static inline Writing* current = nullptr;
@@ -47,8 +50,8 @@ Note WrittenNow() { return {.creationTime = CurrentDateText() + L", " + CurrentT
 
 }  // namespace
 
-void KeepTextBeingWritten() {
-    if (Writing::current) Writing::current->Keep();
+std::optional<Note> KeepTextBeingWritten() {
+    return Writing::current ? Writing::current->Keep() : std::nullopt;
 }
 
 void NewNote(NoteStore& store) {

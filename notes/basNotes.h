@@ -1,6 +1,10 @@
 #pragma once
 // The operations on notes that open the properties dialog.
 
+#include <optional>
+
+#include "model/Note.h"
+
 class NoteStore;
 class frmNote;
 
@@ -15,5 +19,6 @@ void NewNote(NoteStore& store);
 // changes are dropped.
 void EditNote(NoteStore& store, frmNote& note);
 
-// Does so at once with the text of a dialog that is open, because the program ends.
-void KeepTextBeingWritten();
+// Does so at once with the text of a dialog that is open, because the program ends. Touches no window. The
+// result is the text when it could not be kept there.
+std::optional<Note> KeepTextBeingWritten();

@@ -23,6 +23,7 @@
 #include "addressbook/frmAddressbookEntryEdit.h"
 #include "addressbook/frmAddressbookEntryNew.h"
 #include "app/frmInfo.h"
+#include "app/frmUnsaved.h"
 #include "dialogs/basMessage.h"
 #include "dialogs/frmMessage.h"
 #include "exchange/frmExport.h"
@@ -200,6 +201,7 @@ class Dialogs : public testing::Test {
              }},
             {"printing", [] { return new frmPrintProgress; }},
             {"info", [] { return new frmInfo; }},
+            {"unsaved", [] { return new frmUnsaved(L"Auf dem Laufwerk ist kein Platz mehr frei."); }},
             {"message", [] { return new frmMessage(L"Zeile\r\nZeile", kInformation, L"Titel"); }},
             {"question",
              [path] {

@@ -113,7 +113,7 @@ TEST_F(FrmProperties, CancellingInAnyWayChangesNothingAndKeepsTheText) {
         [](frmProperties& dialog) { dialog.Close(); },
         [](frmProperties& dialog) { SendKey(dialog, WXK_ESCAPE); },
         [&](frmProperties& dialog) {
-            KeepTextBeingWritten();
+            EXPECT_FALSE(KeepTextBeingWritten());
             EXPECT_EQ(bin.size(), dialog.TextChanged() ? 1u : 0u);
             EndAllWaits();
         },

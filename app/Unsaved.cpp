@@ -1,0 +1,52 @@
+#include "app/Unsaved.h"
+
+#include <wx/app.h>
+
+#include <algorithm>
+
+#include "dialogs/basMessage.h"
+#include "dialogs/basWait.h"
+#include "model/KeepReason.h"
+
+namespace {
+constexpr std::chrono::milliseconds kFirstPause = std::chrono::seconds(1);
+constexpr std::chrono::milliseconds kLongestPause = std::chrono::seconds(30);
+}  // namespace
+
+void Unsaved::Heard(const KeepResult& result) {
+    const bool before = Any();
+    result_ = result;
+    if (before != Any() && OnChange) OnChange(Any());
+    if (result.Kept()) {
+        timer_.Stop();
+        pause_ = {};
+        told_ = false;
+        return;
+    }
+    TryAgainLater();
+    if (told_) return;
+    told_ = true;
+    // Not within the gesture or the dialog that has just saved.
+    wxTheApp->CallAfter([this] { Tell(); });
+}
+
+void Unsaved::TryAgainLater() {
+    if (timer_.IsRunning()) return;
+    pause_ = std::clamp(pause_ * 2, kFirstPause, kLongestPause);
+    timer_.StartOnce(static_cast<int>(pause_.count()));
+}
+
+void Unsaved::Repeat() {
+    if (IsQuitting()) return;
+    if (!repeat_()) TryAgainLater();
+}
+
+void Unsaved::Tell() {
+    if (!Any() || IsQuitting()) return;
+    TellMessage(
+        L"Ihre letzten Änderungen konnten nicht gespeichert werden.\r\n\r\n"
+        L"Kivora versucht es von selbst weiter. Bis es gelingt, trägt das Symbol von Kivora ein "
+        L"Warnzeichen.\r\n\r\n" +
+            ReasonText(result_),
+        kCritical, L"Nicht gespeichert");
+}

@@ -1,0 +1,28 @@
+#include <gtest/gtest.h>
+
+#include "app/RecoveryText.h"
+#include "model/StoredImage.h"
+#include "registry/clsRegistry.h"
+
+TEST(RecoveryText, SaysWhatCameBackFromWhereAndWhichNotesToLookAt) {
+    const Note doubtful = {.text = L"Milch\r\nund Brot"};
+    ASSERT_TRUE(WriteStoredImage(false, {&doubtful}, {}).Kept());
+    const std::wstring root = kSettingsKey;
+    const RecoveryReport report = {
+        .event = RecoveryReport::Damaged,
+        .detail = {},
+        .setAside = L"/home/jemand/registry.sqlite.defekt",
+        .fromFile = {root + L"Note0", root + L"Note1", root + L"AddressBookEntry0"},
+        .fromState = {root + L"Note2"},
+        .doubtful = {root + L"Note0", root + L"AddressBookEntry0"},
+        .lost = 1};
+    EXPECT_EQ(
+        RecoveryText(report),
+        L"Die Datei mit Ihren Notizen war beschädigt. Kivora hat sie zur Seite gelegt und Ihre Notizen "
+        L"wiederhergestellt.\r\nAus der Datei selbst: 2 Notizen.\r\nAus der letzten Sicherung: eine "
+        L"Notiz.\r\nNicht mehr zu lesen: 1 Eintrag.\r\n\r\nBei diesen Notizen kann etwas fehlen oder älter "
+        L"sein:\r\n– " +
+            ShortText(doubtful.text) +
+            L"\r\n\r\nDie vorgefundene Datei liegt jetzt hier:\r\n/home/jemand/registry.sqlite.defekt");
+    Registry().DeleteKey(kSettingsKey);
+}
