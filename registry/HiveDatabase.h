@@ -1,18 +1,15 @@
 #pragma once
 // An SQLite database, opened by one connection: the only place that knows SQLite's calls.
 
-#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <string>
 
+#include "registry/HiveDeadline.h"
 #include "registry/KeepResult.h"
 
 struct sqlite3;
 struct sqlite3_stmt;
-
-// Until when to wait for other programs that hold a file.
-using HiveDeadline = std::chrono::steady_clock::time_point;
 
 class HiveDatabase {
   public:

@@ -6,8 +6,8 @@
 #include <memory>
 #include <optional>
 
+#include "registry/HealthReport.h"
 #include "registry/HiveFile.h"
-#include "registry/RegistryHealth.h"
 
 struct OpenedHive {
     std::unique_ptr<HiveFile> file;    // null when it cannot be written for now

@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <string>
 
-#include "registry/HiveDatabase.h"
+#include "registry/HiveDeadline.h"
 #include "registry/KeepResult.h"
 
 // Why the kernel refused, from its error number; `context` goes in front of its words.

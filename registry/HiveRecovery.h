@@ -3,8 +3,8 @@
 
 #include <memory>
 
+#include "registry/HealthReport.h"
 #include "registry/HivePages.h"
-#include "registry/RegistryHealth.h"
 
 struct Recovery {
     std::unique_ptr<HiveImage> image;

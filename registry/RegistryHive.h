@@ -12,11 +12,11 @@
 #include <string>
 #include <utility>
 
+#include "registry/HealthReport.h"
 #include "registry/HiveFile.h"
 #include "registry/HiveImage.h"
 #include "registry/HiveOpening.h"
 #include "registry/KeepResult.h"
-#include "registry/RegistryHealth.h"
 
 class RegistryHive {
   public:
