@@ -62,10 +62,9 @@ std::wstring Named(const std::vector<std::wstring>& keys) {
 std::wstring RecoveryText(const RecoveryReport& report) {
     std::wstring text = WhatHappened(report.event);
     const std::size_t fromFile = CountNotes(report.fromFile), fromState = CountNotes(report.fromState);
-    if (report.event == RecoveryReport::Damaged)
-        text += L"\r\nAus der Datei selbst: " + Notes(fromFile) + L".";
-    if (report.event != RecoveryReport::Replaced)
-        text += L"\r\nAus der letzten Sicherung: " + Notes(fromState) + L".";
+    const bool cameBack = report.event != RecoveryReport::Replaced;
+    if (cameBack && fromFile > 0) text += L"\r\nAus der Datei selbst: " + Notes(fromFile) + L".";
+    if (cameBack && fromState > 0) text += L"\r\nAus der letzten Sicherung: " + Notes(fromState) + L".";
     if (report.lost > 0)
         text += L"\r\nNicht mehr zu lesen: " + std::to_wstring(report.lost) +
                 (report.lost == 1 ? L" Eintrag." : L" Einträge.");

@@ -7,6 +7,7 @@
 #include "app/Autostart.h"
 #include "base/DesktopEntry.h"
 #include "base/FileName.h"
+#include "registry/clsRegistry.h"
 #include "tests/notes/NoteRecorder.h"
 #include "tests/support/Events.h"
 
@@ -24,6 +25,20 @@ TEST(Autostart, EntersAndRemovesTheProgramInTheSession) {
     g_object_unref(info);
     SetAutostart(store, false);
     EXPECT_FALSE(std::filesystem::exists(entry));
+}
+
+TEST(Autostart, FlagAndEntryAgreeWhenTheEntryCannotBeWritten) {
+    NoteRecorder host;
+    NoteStore store(host);
+    const std::filesystem::path folder = std::filesystem::path(g_get_user_config_dir()) / "autostart";
+    std::filesystem::remove_all(folder);
+    std::ofstream(folder) << "in the way";
+    EXPECT_FALSE(SetAutostart(store, true).Kept());
+    EXPECT_FALSE(store.AutostartEnabled);
+    EXPECT_EQ(AsText(Registry().GetValue(L"HKLM\\Software\\Microsoft\\Windows\\CurrentVersion\\Run\\Kivora",
+                                         REG_TYPE_SZ)),
+              L"");
+    std::filesystem::remove(folder);
 }
 
 TEST(Autostart, EntryStartsThisVeryProgramWhateverItsPath) {

@@ -1,6 +1,10 @@
+#include <unistd.h>
+
 #include <csignal>
 #include <thread>
 
+#include "base/DataFolder.h"
+#include "registry/RegistryHive.h"
 #include "tests/app/ProcessTest.h"
 #include "tests/app/Shell_unix.h"
 
@@ -69,6 +73,39 @@ TEST_F(ProcessTest, TheDesktopOpensExportFiles) {
     ShellOutput("env -u XDG_CURRENT_DESKTOP -u DESKTOP_SESSION xdg-open '" + file + "' 2>&1");
     EXPECT_TRUE(Eventually([] { return SavedTexts() == Texts{L"vom Desktop"}; }));
     EXPECT_FALSE(program.Ended());
+}
+
+// Nothing can be read or saved for now, and nobody can be asked when the session ends.
+TEST_F(ProcessTest, UnsavedWorkComesBackAfterASignal) {
+    namespace fs = std::filesystem;
+    Import(L"eins");
+    const fs::path temporary = place->Folder() / "tmp";
+    fs::create_directory(temporary);
+    setenv("TMPDIR", temporary.c_str(), 1);
+    Hive().Close();
+    const fs::path hive = DataFolder() / "registry.sqlite", away = place->Folder() / "away";
+    fs::rename(hive, away);
+    fs::create_directory(hive);
+    {
+        Process program({});
+        const std::string message = WaitForWindow("Notizen nicht lesbar");
+        ASSERT_FALSE(message.empty());
+        Press(message, "Return");
+        Process second({File("2.kvr", L"zwei")});
+        EXPECT_EQ(second.Wait(2s), 0);
+        EXPECT_FALSE(WaitForWindow("Nicht gespeichert").empty());
+        program.AskToEnd();
+        EXPECT_EQ(program.Wait(2s), 0);
+    }
+    fs::remove(hive);
+    fs::rename(away, hive);
+    const fs::path folder = temporary / ("kivora-" + std::to_string(geteuid()));
+    EXPECT_FALSE(fs::is_empty(folder));
+    Process program({});
+    EXPECT_FALSE(WaitForWindow("Notizen übernommen").empty());
+    EXPECT_EQ(SavedTexts(), (Texts{L"eins", L"zwei"}));
+    EXPECT_TRUE(fs::is_empty(folder));
+    unsetenv("TMPDIR");
 }
 
 TEST_F(ProcessTest, KeysReachTheNoteThatWasClicked) {
