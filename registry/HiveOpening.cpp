@@ -130,9 +130,10 @@ OpenedHive MakeHive(const fs::path& file, HiveDeadline deadline) {
 OpenedHive OpenLocked(const fs::path& file, HiveDeadline deadline) {
     if (IsEmptyOrMissing(file)) return MakeHive(file, deadline);
     MakePrivateFile(file);
+    const SealedFile sealed = LookAtSeal(file);
     OpenedHive opened = OpenDoubtfulFile(file, deadline);
     const bool isDoubtful = opened.result.Kept() || opened.result.failure == KeepFailure::TooNew;
-    if (isDoubtful && IsSealBroken(file, opened.image ? *opened.image : *ReadPages(file).Image())) {
+    if (isDoubtful && sealed.IsBroken(opened.image ? *opened.image : *ReadPages(file).Image())) {
         if (opened.file) opened.file->LeaveAsItIs();
         opened.file.reset();
         opened.result = {KeepFailure::Damaged, "a byte changed"};

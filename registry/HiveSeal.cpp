@@ -64,20 +64,25 @@ void SealHive(const fs::path& file, const HiveImage& image) {
         << Seal{HashOf(bytes), image.Total(), Number(bytes, 24)}.Text();
 }
 
-bool IsSealBroken(const fs::path& file, const HiveImage& image) {
+SealedFile LookAtSeal(const fs::path& file) {
     std::string text, bytes;
     Seal seal;
     if (!ReadWhole(SealOf(file), text) || text.empty() || HasLog(file) ||
         std::sscanf(text.c_str(), "%" SCNx64 " %" SCNx64 " %" SCNx32, &seal.bytes, &seal.image,
                     &seal.changes) != 3 ||
-        seal.Text() != text)
-        return false;
-    if (!ReadWhole(file, bytes)) return false;
-    if (bytes.size() < kHeader) return true;
-    if (HashOf(bytes) == seal.bytes) return false;
+        seal.Text() != text || !ReadWhole(file, bytes) || HashOf(bytes) == seal.bytes)
+        return {};
+    SealedFile sealed;
     // SQLite keeps the count in two places.
-    if (Number(bytes, 24) != Number(bytes, 92)) return true;
-    return Number(bytes, 24) == seal.changes && image.IsWhole() && image.Total() == seal.image;
+    if (bytes.size() < kHeader || Number(bytes, 24) != Number(bytes, 92))
+        sealed.isBroken = true;
+    else if (Number(bytes, 24) == seal.changes)
+        sealed.brokenIf = seal.image;
+    return sealed;
+}
+
+bool SealedFile::IsBroken(const HiveImage& image) const {
+    return isBroken || (brokenIf && image.IsWhole() && image.Total() == *brokenIf);
 }
 
 void RemoveSeal(const fs::path& file) {

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "base/DataFolder.h"
+#include "registry/HivePages.h"
 #include "registry/HiveSeal.h"
 #include "registry/HiveStates.h"
 
@@ -70,7 +71,8 @@ void RegistryHive::RewriteNext(RecoveryReport::Event event, const std::string& d
     // Closing it would bring the log into it, or remove the log of another file.
     file_->LeaveAsItIs();
     file_.reset();
-    rewriting_ = Rewriting{event, detail};
+    // SQLite calls it damage, too, when the disk does not give what is on it. Then it is opened again later.
+    if (event != RecoveryReport::Damaged || ReadPages(path_).readable) rewriting_ = Rewriting{event, detail};
 }
 
 void RegistryHive::Begin() {
@@ -85,14 +87,20 @@ KeepResult RegistryHive::Prepare() {
     if (file_ && file_->HasMoved()) RewriteNext(RecoveryReport::Replaced, "the file is another one");
     if (rewriting_) return {};
     if (!file_) return failure_;
+    KeepResult result = BeginInFile(deadline);
+    if (result.failure == KeepFailure::Damaged && file_) result = BeginInFile(deadline);
+    if (result.failure == KeepFailure::Damaged && file_)
+        RewriteNext(RecoveryReport::Damaged, result.detail);
+    else if (!result.Kept() && result.failure != KeepFailure::Locked)
+        file_.reset();  // what SQLite could not do once when it opened it, it does not try again
+    return rewriting_ ? KeepResult{} : result;
+}
+
+KeepResult RegistryHive::BeginInFile(HiveDeadline deadline) {
     KeepResult result = file_->Begin(deadline);
     if (result.Kept()) result = Refresh(deadline);
     // A damaged file may have been replaced meanwhile.
     if (result.Kept() && !file_->InTransaction()) result = file_->Begin(deadline);
-    if (result.failure == KeepFailure::Damaged && file_) {
-        RewriteNext(RecoveryReport::Damaged, result.detail);
-        return {};
-    }
     if (!result.Kept() && file_) file_->Rollback();
     return result;
 }
@@ -108,9 +116,11 @@ KeepResult RegistryHive::End(const KeepResult& ending) {
     }
     const std::uint64_t before = image_->Total();
     KeepResult result = rewriting_ ? Rewrite() : file_->Commit(*image_);
+    if (result.failure == KeepFailure::Damaged && file_ && file_->Begin(SoonEnough()).Kept())
+        result = file_->Commit(*image_);
     if (result.failure == KeepFailure::Damaged && file_) {
         RewriteNext(RecoveryReport::Damaged, result.detail);
-        result = Rewrite();
+        if (rewriting_) result = Rewrite();
     }
     stale_ = !result.Kept() && image_->IsChanged();
     if (image_->Total() != before && !stateDue_) StateIsDue(kStatePause);

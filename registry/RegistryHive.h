@@ -48,6 +48,7 @@ class RegistryHive {
 
   private:
     KeepResult Prepare();
+    KeepResult BeginInFile(HiveDeadline deadline);
     KeepResult Refresh(HiveDeadline deadline);
     void Open(HiveDeadline deadline);
     void Take(OpenedHive opened);

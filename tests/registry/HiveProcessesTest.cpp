@@ -6,10 +6,12 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <cstdlib>
 #include <functional>
 #include <random>
 #include <thread>
 
+#include "registry/RegistryHealth.h"
 #include "registry/RegistryHealth.h"
 #include "tests/registry/HiveFolder.h"
 
@@ -128,6 +130,18 @@ TEST(HiveProcesses, ManyStartAtOnceOnADamagedFile) {
     for (const auto& entry : std::filesystem::directory_iterator(hive.Folder()))
         if (entry.path().filename().string().find("defekt") != std::string::npos) ++aside;
     EXPECT_EQ(aside, 1);
+}
+
+// Closing a file takes a process all its locks on it, SQLite's too, and then the log goes to whoever looks.
+TEST(HiveProcesses, AnotherProgramMayLookAtAnyTime) {
+    const HiveFolder hive;
+    SaveImage(10, 1);
+    Hive().Close();
+    EXPECT_EQ(MarkOfImage(10), 1) << "opened with all that lies beside it now";
+    const std::string look = "sqlite3 '" + hive.File().string() + "' 'SELECT * FROM registry' >/dev/null";
+    ASSERT_EQ(std::system(look.c_str()), 0);
+    EXPECT_TRUE(SaveImage(10, 2).Kept());
+    EXPECT_FALSE(TakeRecoveryReport());
 }
 
 // A limit on the size of files stands for a disk that is full.
