@@ -27,15 +27,18 @@ bool IsRedirected() {
     return redirected;
 }
 
-// In the part of the user's profile that stays on this machine, like the registry.
+// In the part of the user's profile that stays on this machine, like the registry. Empty without a profile.
 fs::path JournalFile() {
     wchar_t folder[MAX_PATH] = L"";
-    SHGetFolderPathW(nullptr, CSIDL_LOCAL_APPDATA | CSIDL_FLAG_CREATE, nullptr, SHGFP_TYPE_CURRENT, folder);
+    if (SHGetFolderPathW(nullptr, CSIDL_LOCAL_APPDATA | CSIDL_FLAG_CREATE, nullptr, SHGFP_TYPE_CURRENT,
+                         folder) != S_OK)
+        return {};
     return fs::path(folder) / L"Kivora" / (IsRedirected() ? L"redirected.journal" : L"registry.journal");
 }
 
 // The file is the old one or the new one at any time.
 KeepResult WriteJournal(const fs::path& file, const RewriteJournal& journal) {
+    if (file.empty()) return {KeepFailure::NoAccess, "no folder for the user's files"};
     CreateDirectoryW(file.parent_path().c_str(), nullptr);
     const fs::path unfinished = file.native() + L".new";
     DeleteFileW(unfinished.c_str());
