@@ -68,11 +68,26 @@ clsAddressBookEntry ReadEntry(const Reader& read) {
     return {pcName, ip, comment};
 }
 
-void WriteEntry(const Writer& write, const clsAddressBookEntry& entry) {
+template <class Write>
+void WriteEntry(const Write& write, const clsAddressBookEntry& entry) {
     write(L"PCName", entry.PCName());
     write(L"IP", entry.IP());
     write(L"Comment", entry.Comment());
 }
+
+// Adds values to a hash: FNV-1a, taken over whole characters and numbers.
+struct Digester {
+    std::uint64_t& sum;
+
+    void Add(std::uint64_t value) const { sum = (sum ^ value) * 0x100000001B3; }
+    void operator()(const wchar_t*, const std::wstring& text) const {
+        Add(text.size());
+        for (const wchar_t character : text) Add(static_cast<std::uint64_t>(character));
+    }
+    void operator()(const wchar_t*, double number) const {
+        Add(static_cast<std::uint64_t>(RoundToEven(number)));
+    }
+};
 
 }  // namespace
 
@@ -106,4 +121,15 @@ KeepResult WriteStoredImage(bool autostart, const std::vector<const Note*>& note
     for (std::size_t i = 0; i < notes.size(); ++i) EachValue(*notes[i], subkey(kNotePrefix, i));
     for (std::size_t i = 0; i < entries.size(); ++i) WriteEntry(subkey(kEntryPrefix, i), entries[i]);
     return ReplaceKey(kSettings, content);
+}
+
+std::uint64_t DigestOf(bool autostart, const std::vector<const Note*>& notes,
+                       const std::vector<clsAddressBookEntry>& entries) {
+    std::uint64_t sum = 0xCBF29CE484222325;
+    const Digester digest{sum};
+    digest(L"Autostart", autostart);
+    digest.Add(notes.size());
+    for (const Note* const note : notes) EachValue(*note, digest);
+    for (const clsAddressBookEntry& entry : entries) WriteEntry(digest, entry);
+    return sum;
 }

@@ -32,3 +32,7 @@ StoredImage ReadStoredImage();
 // Replaces all there is, as ReplaceKey does.
 KeepResult WriteStoredImage(bool autostart, const std::vector<const Note*>& notes,
                             const std::vector<clsAddressBookEntry>& entries);
+
+// A number that is another one when WriteStoredImage would write anything else.
+std::uint64_t DigestOf(bool autostart, const std::vector<const Note*>& notes,
+                       const std::vector<clsAddressBookEntry>& entries);

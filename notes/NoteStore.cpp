@@ -3,7 +3,6 @@
 #include <wx/app.h>
 
 #include <algorithm>
-#include <bit>
 #include <utility>
 
 #include "model/AddressBook.h"
@@ -35,39 +34,18 @@ KeepResult NoteStore::SaveNotes() {
 }
 
 KeepResult NoteStore::WriteImage() {
-    std::vector<const Note*> notes;
-    for (const NotePtr& note : notes_) notes.push_back(&note->Content());
-    KeepResult result = WriteStoredImage(AutostartEnabled, notes, AddressBook());
+    KeepResult result = WriteStoredImage(AutostartEnabled, Contents(), AddressBook());
     if (result.Kept()) kept_ = Digest();
     return result;
 }
 
-std::uint64_t NoteStore::Digest() const {
-    std::uint64_t sum = 0xCBF29CE484222325;  // FNV-1a
-    const auto add = [&sum](std::uint64_t value) { sum = (sum ^ value) * 0x100000001B3; };
-    const auto addText = [&add](const std::wstring& text) {
-        add(text.size());
-        for (const wchar_t character : text) add(static_cast<std::uint64_t>(character));
-    };
-    add(AutostartEnabled);
-    add(notes_.size());
-    for (const NotePtr& note : notes_) {
-        const Note& content = note->Content();
-        addText(content.text);
-        addText(content.creationTime);
-        const NotePlace& place = content.place;
-        for (const double twips : {place.left, place.top, place.width, place.height})
-            add(std::bit_cast<std::uint64_t>(twips));
-        const NoteLook& look = content.look;
-        for (const std::int32_t number : {look.size, look.alignment, look.color})
-            add(static_cast<std::uint64_t>(number));
-        for (const bool flag : {look.bold, look.italic, look.underlined, content.foreground}) add(flag);
-    }
-    for (const clsAddressBookEntry& entry : AddressBook()) {
-        for (const std::wstring* text : {&entry.PCName(), &entry.IP(), &entry.Comment()}) addText(*text);
-    }
-    return sum;
+std::vector<const Note*> NoteStore::Contents() const {
+    std::vector<const Note*> contents;
+    for (const NotePtr& note : notes_) contents.push_back(&note->Content());
+    return contents;
 }
+
+std::uint64_t NoteStore::Digest() const { return DigestOf(AutostartEnabled, Contents(), AddressBook()); }
 
 void NoteStore::Heard(const KeepResult& result) {
     Notification::MenusChanged();  // whatever a menu depends on is saved

@@ -55,9 +55,9 @@ class NoteStore {
     void TakeBack(frmNote& note);
     // Takes an imported note in under the next key, at its own place; neither shows nor saves it.
     frmNote& AdoptNote(const Note& content);
-    // Also saves; the reference is dead afterwards. A note that went neither into the bin nor out of what is
-    // kept stays, and false is the result. One of the two is enough: the user wants it gone, and with the
-    // second alone it is back after a restart, unless a later save is kept.
+    // Puts the note into the bin, takes its window away and saves; the reference is dead afterwards. When
+    // neither the bin nor the save succeeds the note stays, and false is the result. A note that only the bin
+    // has taken is back after a restart, unless a later save is kept.
     bool DeleteNote(frmNote& note);
     // For a text that was written and does not become a note. False when it did not get there.
     bool PutIntoBin(const Note& written) const;
@@ -101,6 +101,7 @@ class NoteStore {
   private:
     NotePtr MakeNote(const Note& content, std::int32_t key);
     NotePtr MakeNewNote(const Note& content);
+    std::vector<const Note*> Contents() const;
     std::uint64_t Digest() const;
     void Heard(const KeepResult& result);
     void Remove(frmNote& note);

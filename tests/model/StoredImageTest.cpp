@@ -21,10 +21,33 @@ Strings Subkeys() {
     return names;
 }
 
-bool Write(const StoredImage& image) {
+std::vector<const Note*> NotesOf(const StoredImage& image) {
     std::vector<const Note*> notes;
     for (const StoredNote& stored : image.notes) notes.push_back(&stored.note);
-    return WriteStoredImage(image.autostart, notes, image.entries).Kept();
+    return notes;
+}
+
+bool Write(const StoredImage& image) {
+    return WriteStoredImage(image.autostart, NotesOf(image), image.entries).Kept();
+}
+
+std::uint64_t StoredDigest() {
+    const StoredImage image = ReadStoredImage();
+    return DigestOf(image.autostart, NotesOf(image), image.entries);
+}
+
+// An image that lacks any of its values, those that are 0 excepted, has another digest.
+void EveryValueCounts(const std::string& image) {
+    const std::uint64_t whole = StoredDigest();
+    for (std::size_t begin = 0, end = 0; begin < image.size(); begin = end) {
+        end = image.find('\n', begin) + 1;
+        const std::string line = image.substr(begin, end - begin);
+        if (line.find('\t') == line.npos || line.ends_with("\t00000000\n")) continue;
+        ASSERT_TRUE(WriteImage(std::string(image).erase(begin, line.size())));
+        EXPECT_NE(StoredDigest(), whole) << line;
+    }
+    ASSERT_TRUE(WriteImage(image));
+    EXPECT_EQ(StoredDigest(), whole);
 }
 
 class StoredImageTest : public testing::Test {
@@ -58,6 +81,7 @@ TEST_F(StoredImageTest, HoldsEverything) {
         "Note0\\X\t4\t6affffff\n"
         "Note0\\Y\t4\td2040000\n";
     ASSERT_TRUE(WriteImage(image));
+    EveryValueCounts(image);
     StoredImage stored = ReadStoredImage();
     EXPECT_TRUE(stored.autostart);
     ASSERT_EQ(stored.notes.size(), 1u);
