@@ -52,8 +52,9 @@ void DialogWindow::Raise() {
 }
 
 bool DialogWindow::Destroy() {
-    // wxWidgets deletes it some time later, and then also the dialogs that belong to it.
-    LeaveDialogStack(*this);
+    // wxWidgets deletes it some time later, and then also the dialogs that belong to it. Until then it would
+    // leave it on the screen if nothing else of the program is there.
+    Hide();
     return wxDialog::Destroy();
 }
 

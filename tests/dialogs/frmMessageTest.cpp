@@ -2,6 +2,7 @@
 #include <wx/display.h>
 #include <wx/stattext.h>
 
+#include "dialogs/OneDialog.h"
 #include "dialogs/basMessage.h"
 #include "dialogs/frmMessage.h"
 
@@ -44,4 +45,15 @@ TEST(Message, FitsOnTheScreenWhateverItSays) {
         EXPECT_EQ(ShownText(*box).find(L'…') == std::wstring::npos, row.whole);
         box->Destroy();
     }
+}
+
+// Also where nothing else of the program is on the screen.
+TEST(OneDialog, MayBeOpenedAgainAtOnce) {
+    OneDialog one;
+    {
+        const OneDialog::Opened<frmMessage> box(one, L"Text", kInformation, L"Titel");
+        box->Show();
+        EXPECT_TRUE(one.BroughtForward());
+    }
+    EXPECT_FALSE(one.BroughtForward());
 }
