@@ -73,6 +73,7 @@ void NetworkAccess::RemoveClosed() {
 void NetworkAccess::ConnectionRequest() {
     const SocketCalls::Handle request = sckSend.NextRequest();
     if (request == SocketCalls::kNoHandle) return;
+    RemoveClosed();
     if (IsQuitting() || pool_.size() >= kMostSessions) {
         SocketCalls::Close(request);
         return;
@@ -86,7 +87,7 @@ void NetworkAccess::ConnectionRequest() {
 
 KeepResult NetworkAccess::TakeIn(const Note& received) {
     Note note = received;
-    note.creationTime = CurrentDateText() + L", " + CurrentTimeText();
+    note.creationTime = CurrentCreationTime();
     // First the text, of which the store keeps only a part: what is left over when the store then refuses the
     // note is a file too many, not a note too few.
     if (KeepLongNote && !ComesBack(note.text)) {

@@ -36,7 +36,8 @@ void clsIncoming::CarryOut(const Receiver::Step& step) {
     if (!reply.empty()) Socket.SendData(reply);
     if (step.quit && !leaving_) {
         leaving_ = true;
-        // The session itself goes with the next one that ends: this is a call of its own timer.
+        // Only the socket: to take the session out of the pool would destroy the timer that is calling. It
+        // leaves the pool with the next session that begins or ends.
         leavingLimit_.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { Socket.Close(); });
         leavingLimit_.StartOnce(static_cast<int>(Patience().count()));
     }
