@@ -6,3 +6,6 @@
 
 std::wstring CurrentDateText();  // "21.11.2026"
 std::wstring CurrentTimeText();  // "09:05:00"
+
+// What a note that is written now bears as its creation time: "21.11.2026, 09:05:00".
+inline std::wstring CurrentCreationTime() { return CurrentDateText() + L", " + CurrentTimeText(); }

@@ -94,7 +94,7 @@ Note NoteOfText(std::string_view bytes) {
         text.erase(0, 1);
     }
     std::replace(text.begin(), text.end(), L'\0', L' ');
-    return {.text = WithCrLf(text), .creationTime = CurrentDateText() + L", " + CurrentTimeText()};
+    return {.text = WithCrLf(text), .creationTime = CurrentCreationTime()};
 }
 
 std::vector<std::wstring> ListNotes(const std::filesystem::path& path) {

@@ -10,20 +10,16 @@ const wchar_t* Sentences(KeepFailure failure) {
             break;
         case KeepFailure::NoAccess:
             return L"Kivora darf die Datei mit Ihren Notizen nicht öffnen oder nicht ändern. Prüfen Sie, ob "
-                   L"die "
-                   L"Datei und ihr Ordner Ihnen gehören und nicht schreibgeschützt sind.";
+                   L"die Datei und ihr Ordner Ihnen gehören und nicht schreibgeschützt sind.";
         case KeepFailure::ReadOnly:
             return L"Das Laufwerk mit Ihren Notizen lässt keine Änderungen zu. Heben Sie den Schreibschutz "
-                   L"auf; "
-                   L"oft hilft es auch, den Computer neu zu starten.";
+                   L"auf; oft hilft es auch, den Computer neu zu starten.";
         case KeepFailure::DiskFull:
             return L"Auf dem Laufwerk mit Ihren Notizen ist kein Platz mehr frei. Löschen Sie dort Dateien, "
-                   L"die "
-                   L"Sie nicht mehr brauchen.";
+                   L"die Sie nicht mehr brauchen.";
         case KeepFailure::Locked:
             return L"Ein anderes Programm hält die Datei mit Ihren Notizen fest. Warten Sie, bis es fertig "
-                   L"ist, "
-                   L"oder beenden Sie es.";
+                   L"ist, oder beenden Sie es.";
         case KeepFailure::Damaged:
             return L"Die Datei mit Ihren Notizen ist beschädigt. Damit nicht noch mehr verloren geht, ändert "
                    L"Kivora sie nicht. Sichern Sie Ihre Notizen in eine Datei und starten Sie Kivora neu.";
@@ -32,8 +28,7 @@ const wchar_t* Sentences(KeepFailure failure) {
                    L"diese Version.";
         case KeepFailure::Failed:
             return L"Beim Zugriff auf die Datei mit Ihren Notizen ist ein Fehler aufgetreten. Prüfen Sie, ob "
-                   L"das "
-                   L"Laufwerk in Ordnung ist.";
+                   L"das Laufwerk in Ordnung ist.";
     }
     return L"";
 }

@@ -6,8 +6,8 @@
 
 #include "registry/KeepResult.h"
 
-// What is wrong and what helps, in whole sentences; what the system itself said stands in a last line of its
-// own. Empty for a result that was kept.
+// What is wrong and what helps, in whole sentences; what Windows, the kernel or SQLite said of it stands in a
+// last line of its own. Empty for a result that was kept.
 std::wstring ReasonText(const KeepResult& result);
 
 // The same kinds of failure for files that are no hive.

@@ -46,7 +46,7 @@ class Writing {
     bool done_ = false;
 };
 
-Note WrittenNow() { return {.creationTime = CurrentDateText() + L", " + CurrentTimeText()}; }
+Note WrittenNow() { return {.creationTime = CurrentCreationTime()}; }
 
 }  // namespace
 
