@@ -12,7 +12,6 @@
 #include <thread>
 
 #include "registry/RegistryHealth.h"
-#include "registry/RegistryHealth.h"
 #include "tests/registry/HiveFolder.h"
 
 namespace {
