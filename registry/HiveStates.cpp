@@ -7,6 +7,7 @@
 #include <ctime>
 #include <functional>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "registry/HivePages.h"
@@ -92,9 +93,10 @@ bool IsStateNew(const fs::path& file) {
     if (stat(Beside(file, kNewest).c_str(), &state) != 0) return false;
     for (const fs::path& written : {file, Beside(file, "-wal")}) {
         struct stat status {};
-        if (stat(written.c_str(), &status) == 0 && (status.st_mtim.tv_sec > state.st_mtim.tv_sec ||
-                                                    (status.st_mtim.tv_sec == state.st_mtim.tv_sec &&
-                                                     status.st_mtim.tv_nsec > state.st_mtim.tv_nsec)))
+        // Opening a hive makes an empty log.
+        if (stat(written.c_str(), &status) != 0 || status.st_size == 0) continue;
+        if (std::tie(status.st_mtim.tv_sec, status.st_mtim.tv_nsec) >
+            std::tie(state.st_mtim.tv_sec, state.st_mtim.tv_nsec))
             return false;
     }
     return true;

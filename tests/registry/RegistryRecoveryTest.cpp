@@ -149,6 +149,8 @@ TEST(RegistryRecovery, AStateIsDueOnceAfterSomethingNew) {
     EXPECT_EQ(due, 1) << "nothing is new";
     EXPECT_TRUE(KeepState().Kept());
     Hive().Close();
+    for (const auto& file : fs::directory_iterator(hive.Folder()))  // the next start is on another day
+        fs::last_write_time(file, fs::last_write_time(file) - std::chrono::hours(24));
     EXPECT_EQ(MarkOfImage(3), 2);
     EXPECT_EQ(due, 1) << "the state is as new as the hive";
     SaveImage(3, 3);
