@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "app/EmergencyFile.h"
+#include "base/NewFile.h"
 
 namespace fs = std::filesystem;
 
@@ -23,7 +24,8 @@ std::vector<fs::path> EmergencyFolders() {
 }
 
 bool IsPrivateFolder(const fs::path& folder) {
-    mkdir(folder.c_str(), 0700);
+    std::error_code failed;
+    if (fs::is_directory(folder.parent_path(), failed)) failed = MakeFolder(folder);
     const int opened = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
     if (opened < 0) return false;
     struct stat status {};

@@ -1,7 +1,6 @@
 #include "app/Keeping.h"
 
 #include <fstream>
-#include <iterator>
 #include <map>
 #include <sstream>
 #include <tuple>
@@ -104,7 +103,10 @@ void Keeping::TakeInLeftWork() {
     std::size_t added = 0;
     for (const fs::path& path : EmergencyFiles(EmergencyFolders())) {
         std::ifstream file(path, std::ios::binary);
-        const std::string bytes{std::istreambuf_iterator<char>(file), {}};
+        std::string bytes;
+        for (char block[4096]; file.read(block, sizeof block) || file.gcount() > 0;)
+            bytes.append(block, static_cast<std::size_t>(file.gcount()));
+        if (file.bad() || !file.is_open()) continue;  // the disk does not give it now
         std::optional<UnsavedImage> image = ReadEmergencyBytes(bytes);
         if (!image) {  // what was cut off when the machine went down may still hold notes
             std::istringstream records(bytes, std::ios::binary);
