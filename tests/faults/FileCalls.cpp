@@ -1,0 +1,370 @@
+#include "tests/faults/FileCalls.h"
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <sys/uio.h>
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <cstdarg>
+#include <cstdio>
+#include <cstring>
+
+namespace {
+
+struct Watch {
+    std::string folder;  // with a slash at its end; empty while nothing is watched
+    Fault fault;
+    int log = -1;
+    std::atomic<std::int64_t> count = 0;
+    std::atomic<bool> came = false;
+    std::array<std::atomic<bool>, 1024> files = {};  // which open files lie below the folder
+};
+Watch watch;
+
+// The function of the C library that one of ours hides.
+template <class Function>
+Function* Real(const char* name, Function*) {
+    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+#define REAL(name)                                     \
+    ([] {                                              \
+        static const auto real = Real(#name, &::name); \
+        return real;                                   \
+    }())
+
+bool IsWatched(int file) {
+    return file >= 0 && static_cast<std::size_t>(file) < watch.files.size() && watch.files[file];
+}
+bool IsWatched(const char* path) {
+    if (watch.folder.empty() || !path) return false;
+    const std::string_view folder(watch.folder), name(path);
+    return name.starts_with(folder) || name == folder.substr(0, folder.size() - 1);
+}
+void SetWatched(int file, bool watched) {
+    if (file >= 0 && static_cast<std::size_t>(file) < watch.files.size()) watch.files[file] = watched;
+}
+
+bool Extends(int file, std::int64_t offset, std::size_t size) {
+    struct stat status {};
+    return REAL(fstat)(file, &status) != 0 || offset + static_cast<std::int64_t>(size) > status.st_size;
+}
+
+// Whether a lasting state that brings this error brings it to such a call, too.
+bool Meets(int error, CallKind kind, bool changes) {
+    switch (error) {
+        case ENOSPC:
+        case EDQUOT:
+            return changes && kind != CallKind::Remove && kind != CallKind::Rename &&
+                   kind != CallKind::Truncate && kind != CallKind::Rights && kind != CallKind::Sync;
+        case EROFS:
+            return changes;
+        case EACCES:
+            return kind == CallKind::Open || (changes && kind != CallKind::Write && kind != CallKind::Sync);
+        case EAGAIN:
+        case ENOLCK:
+            return kind == CallKind::Lock;
+        case EMFILE:
+            return kind == CallKind::Open;
+        case ENOMEM:
+            return kind == CallKind::Map;
+        default:  // EIO: the disk is gone
+            return kind != CallKind::Close && kind != CallKind::Lock && kind != CallKind::Map;
+    }
+}
+
+[[noreturn]] void Die() {
+    kill(getpid(), SIGKILL);
+    for (;;) pause();
+}
+
+// One call below the folder, from its beginning to its end.
+class Call {
+  public:
+    Call(CallKind kind, bool changes) : kind_(kind), number_(++watch.count) {
+        const bool now = number_ == watch.fault.at;
+        if (now) watch.came = true;
+        switch (watch.fault.kind) {
+            case Fault::KillBefore:
+                if (now) Die();
+                break;
+            case Fault::KillInside:
+                half_ = now;
+                break;
+            case Fault::FailOnce:
+                fails_ = now;
+                break;
+            case Fault::FailForGood:
+                fails_ = now || (number_ > watch.fault.at && Meets(watch.fault.error, kind, changes));
+                break;
+            default:
+                break;
+        }
+    }
+    // True when the kernel is not asked, and errno says why.
+    bool Fails() const {
+        if (fails_) errno = watch.fault.error;
+        return fails_;
+    }
+    // Of so many bytes, how many are written before the fault.
+    std::size_t Written(std::size_t size) const { return half_ || fails_ ? size / 2 : size; }
+    bool DiesInside() const { return half_; }
+
+    // The call has returned. The caller reads errno after it.
+    template <class Result>
+    Result Ended(Result result, LoggedCall logged = {}) const {
+        const int error = errno;
+        if (watch.log >= 0) {
+            logged.kind = kind_;
+            logged.succeeded = result >= 0;
+            WriteLog(watch.log, logged);
+        }
+        if (half_ || (watch.fault.kind == Fault::KillAfter && number_ == watch.fault.at)) Die();
+        errno = error;
+        return result;
+    }
+
+  private:
+    CallKind kind_;
+    std::int64_t number_;
+    bool fails_ = false, half_ = false;
+};
+
+// A call that names a file and changes nothing that its arguments do not name.
+template <class Ask>
+int Named(CallKind kind, bool changes, const char* path, const char* target, const Ask& ask) {
+    if (!IsWatched(path)) return ask();
+    const Call call(kind, changes);
+    return call.Ended(call.Fails() ? -1 : ask(), {.path = path, .target = target ? target : ""});
+}
+
+template <class Ask>
+int Opened(const char* path, int flags, const Ask& ask) {
+    const bool watched = IsWatched(path);
+    if (!watched) {
+        const int file = ask();
+        SetWatched(file, false);
+        return file;
+    }
+    const Call call(CallKind::Open, (flags & O_CREAT) && REAL(access)(path, F_OK) != 0);
+    const int file = call.Fails() ? -1 : ask();
+    SetWatched(file, true);
+    return call.Ended(file, {.file = file, .flags = flags, .path = path});
+}
+
+FILE* OpenedStream(const char* path, const char* mode, FILE* (*ask)(const char*, const char*)) {
+    FILE* stream = nullptr;
+    const int flags = *mode == 'r' ? 0 : O_CREAT | (*mode == 'w' ? O_TRUNC : 0);
+    Opened(path, flags, [&] {
+        stream = ask(path, mode);
+        return stream ? fileno(stream) : -1;
+    });
+    return stream;
+}
+
+template <class Write>
+ssize_t Written(int file, const void* bytes, std::size_t size, std::int64_t offset, const Write& write) {
+    if (!IsWatched(file)) return write(size);
+    const Call call(CallKind::Write, Extends(file, offset, size));
+    const std::size_t part = call.Written(size);
+    // A disk that is getting full takes a part; the rest of it fails.
+    const ssize_t written = part > 0 || size == 0 ? write(part) : 0;
+    const bool fails = call.Fails();
+    return call.Ended(fails ? -1 : written,
+                      {.file = file,
+                       .offset = offset,
+                       .bytes = {static_cast<const char*>(bytes), written > 0 ? std::size_t(written) : 0}});
+}
+
+std::int64_t Position(int file) { return IsWatched(file) ? lseek(file, 0, SEEK_CUR) : 0; }
+
+template <class Read>
+ssize_t Taken(int file, const Read& read) {
+    if (!IsWatched(file)) return read();
+    const Call call(CallKind::Read, false);
+    return call.Ended(call.Fails() ? -1 : read());
+}
+
+int Synced(int file) {
+    const Call call(CallKind::Sync, true);
+    return call.Ended(call.Fails() ? -1 : 0, {.file = file});
+}
+
+template <class Ask>
+int OfOpen(CallKind kind, bool changes, int file, std::int64_t offset, const Ask& ask) {
+    if (!IsWatched(file)) return ask();
+    const Call call(kind, changes);
+    return call.Ended(call.Fails() ? -1 : ask(), {.file = file, .offset = offset});
+}
+
+// Nobody is refused to give a lock back.
+template <class Ask>
+int Controlled(int file, int what, const void* with, const Ask& ask) {
+    const bool locks = what == F_SETLK && static_cast<const struct flock*>(with)->l_type != F_UNLCK;
+    return locks ? OfOpen(CallKind::Lock, false, file, 0, ask) : ask();
+}
+
+template <class Ask>
+void* Mapped(int file, const Ask& ask) {
+    if (!IsWatched(file)) return ask();
+    const Call call(CallKind::Map, false);
+    void* const place = call.Fails() ? MAP_FAILED : ask();
+    call.Ended(place == MAP_FAILED ? -1 : 0);
+    return place;
+}
+
+}  // namespace
+
+void WatchFiles(const std::string& folder, const Fault& fault, int log) {
+    watch.folder = folder + "/";
+    watch.fault = fault;
+    watch.log = log;
+    watch.count = 0;
+    watch.came = false;
+}
+
+void EndFault() { watch.fault = {}; }
+bool FaultHasCome() { return watch.came; }
+
+// The functions of the C library. Both names of those that have one for large files.
+extern "C" {
+
+#define OPEN(name)                                                                 \
+    int name(const char* path, int flags, ...) {                                   \
+        va_list rest;                                                              \
+        va_start(rest, flags);                                                     \
+        const mode_t mode = flags & O_CREAT ? va_arg(rest, mode_t) : 0;            \
+        va_end(rest);                                                              \
+        return Opened(path, flags, [&] { return REAL(name)(path, flags, mode); }); \
+    }
+OPEN(open)
+OPEN(open64)
+
+FILE* fopen(const char* path, const char* mode) { return OpenedStream(path, mode, REAL(fopen)); }
+FILE* fopen64(const char* path, const char* mode) { return OpenedStream(path, mode, REAL(fopen64)); }
+
+int fclose(FILE* stream) {
+    const int file = fileno(stream);
+    const int result = OfOpen(CallKind::Close, false, file, 0, [] { return 0; });
+    SetWatched(file, false);
+    const int closed = REAL(fclose)(stream);
+    return result == 0 ? closed : EOF;
+}
+
+int close(int file) {
+    // It is closed whatever the answer.
+    const int result = OfOpen(CallKind::Close, false, file, 0, [] { return 0; });
+    const int error = errno;
+    SetWatched(file, false);
+    const int closed = REAL(close)(file);
+    if (result != 0) errno = error;
+    return result == 0 ? closed : -1;
+}
+
+ssize_t read(int file, void* to, size_t size) {
+    return Taken(file, [&] { return REAL(read)(file, to, size); });
+}
+ssize_t pread(int file, void* to, size_t size, off_t offset) {
+    return Taken(file, [&] { return REAL(pread)(file, to, size, offset); });
+}
+ssize_t pread64(int file, void* to, size_t size, off64_t offset) {
+    return Taken(file, [&] { return REAL(pread64)(file, to, size, offset); });
+}
+
+ssize_t write(int file, const void* bytes, size_t size) {
+    return Written(file, bytes, size, Position(file),
+                   [&](std::size_t part) { return REAL(write)(file, bytes, part); });
+}
+ssize_t pwrite(int file, const void* bytes, size_t size, off_t offset) {
+    return Written(file, bytes, size, offset,
+                   [&](std::size_t part) { return REAL(pwrite)(file, bytes, part, offset); });
+}
+ssize_t pwrite64(int file, const void* bytes, size_t size, off64_t offset) {
+    return Written(file, bytes, size, offset,
+                   [&](std::size_t part) { return REAL(pwrite64)(file, bytes, part, offset); });
+}
+ssize_t writev(int file, const iovec* parts, int count) {
+    if (!IsWatched(file)) return REAL(writev)(file, parts, count);
+    std::string all;
+    for (int i = 0; i < count; ++i) all.append(static_cast<const char*>(parts[i].iov_base), parts[i].iov_len);
+    return write(file, all.data(), all.size());
+}
+
+int fsync(int file) { return IsWatched(file) ? Synced(file) : 0; }
+int fdatasync(int file) { return IsWatched(file) ? Synced(file) : 0; }
+
+#define TRUNCATE(name, offset)                                                                       \
+    int name(int file, offset size) noexcept {                                                       \
+        return OfOpen(CallKind::Truncate, true, file, size, [&] { return REAL(name)(file, size); }); \
+    }
+TRUNCATE(ftruncate, off_t)
+TRUNCATE(ftruncate64, off64_t)
+
+int rename(const char* from, const char* to) noexcept {
+    return Named(CallKind::Rename, true, from, to, [&] { return REAL(rename)(from, to); });
+}
+int link(const char* from, const char* to) noexcept {
+    return Named(CallKind::Link, true, from, to, [&] { return REAL(link)(from, to); });
+}
+int unlink(const char* path) noexcept {
+    return Named(CallKind::Remove, true, path, nullptr, [&] { return REAL(unlink)(path); });
+}
+int remove(const char* path) noexcept {
+    return Named(CallKind::Remove, true, path, nullptr, [&] { return REAL(remove)(path); });
+}
+int mkdir(const char* path, mode_t mode) noexcept {
+    return Named(CallKind::MakeFolder, true, path, nullptr, [&] { return REAL(mkdir)(path, mode); });
+}
+int chmod(const char* path, mode_t mode) noexcept {
+    return Named(CallKind::Rights, true, path, nullptr, [&] { return REAL(chmod)(path, mode); });
+}
+int fchmod(int file, mode_t mode) noexcept {
+    return OfOpen(CallKind::Rights, true, file, 0, [&] { return REAL(fchmod)(file, mode); });
+}
+
+#define CONTROL(name)                                                                      \
+    int name(int file, int what, ...) {                                                    \
+        va_list rest;                                                                      \
+        va_start(rest, what);                                                              \
+        void* const with = va_arg(rest, void*);                                            \
+        va_end(rest);                                                                      \
+        return Controlled(file, what, with, [&] { return REAL(name)(file, what, with); }); \
+    }
+CONTROL(fcntl)
+CONTROL(fcntl64)
+int flock(int file, int what) noexcept {
+    const auto ask = [&] { return REAL(flock)(file, what); };
+    return what == LOCK_UN ? ask() : OfOpen(CallKind::Lock, false, file, 0, ask);
+}
+
+int access(const char* path, int what) noexcept {
+    return Named(CallKind::Look, false, path, nullptr, [&] { return REAL(access)(path, what); });
+}
+#define LOOK(name, Status)                                                                            \
+    int name(const char* path, struct Status* status) noexcept {                                      \
+        return Named(CallKind::Look, false, path, nullptr, [&] { return REAL(name)(path, status); }); \
+    }
+LOOK(stat, stat)
+LOOK(stat64, stat64)
+LOOK(lstat, stat)
+LOOK(lstat64, stat64)
+#define LOOK_AT_OPEN(name, Status)                                                               \
+    int name(int file, struct Status* status) noexcept {                                         \
+        return OfOpen(CallKind::Look, false, file, 0, [&] { return REAL(name)(file, status); }); \
+    }
+LOOK_AT_OPEN(fstat, stat)
+LOOK_AT_OPEN(fstat64, stat64)
+
+void* mmap(void* at, size_t size, int rights, int flags, int file, off_t offset) noexcept {
+    return Mapped(file, [&] { return REAL(mmap)(at, size, rights, flags, file, offset); });
+}
+void* mmap64(void* at, size_t size, int rights, int flags, int file, off64_t offset) noexcept {
+    return Mapped(file, [&] { return REAL(mmap64)(at, size, rights, flags, file, offset); });
+}
+}

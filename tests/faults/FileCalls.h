@@ -1,0 +1,66 @@
+#pragma once
+// Every call for files that this process makes, from our own code and from the libraries, SQLite among them:
+// the functions of the C library are replaced by ones that count the calls below one folder, write them down
+// if asked to, and let one of them end in a fault. What lies elsewhere is not touched.
+//
+// Nothing is synchronized in truth, which makes many runs quick: who wants to know what a power cut leaves
+// asks Disk.h.
+
+#include <cstdint>
+#include <string>
+
+enum class CallKind : std::uint8_t {
+    Open,
+    Close,
+    Read,
+    Write,
+    Truncate,
+    Sync,
+    Rename,
+    Link,
+    Remove,
+    MakeFolder,
+    Rights,
+    Lock,
+    Look,  // does it exist, how large is it
+    Map,
+    kKinds
+};
+
+struct Fault {
+    enum Kind {
+        None,
+        KillBefore,  // the process, at once
+        KillInside,  // when half the bytes are written
+        KillAfter,
+        FailOnce,
+        FailForGood,  // this call, and all later ones that such an error meets
+    };
+    Kind kind = None;
+    std::int64_t at = 0;  // which call below the folder, the first one is 1
+    int error = 0;        // as in errno
+};
+
+// Starts anew with the number 1. The folder is named as the calls will name it. When `log` is an open file,
+// each call is written to it, as ReadLog reads it.
+void WatchFiles(const std::string& folder, const Fault& fault, int log = -1);
+
+// Lets everything succeed from here on; counts on.
+void EndFault();
+bool FaultHasCome();
+
+struct LoggedCall {
+    CallKind kind = CallKind::Open;
+    std::int32_t file = -1;              // as the kernel numbers it
+    std::int32_t flags = 0;              // of an opening
+    std::int64_t offset = 0;             // of a write; for a truncation the new size
+    std::string path = {}, target = {};  // target: the new name
+    std::string bytes = {};              // of a write, as far as they were written
+    bool succeeded = false;
+};
+
+// Adds a call to the end of a log.
+void WriteLog(int log, const LoggedCall& call);
+
+// The next call in a log; false at its end.
+bool ReadLog(int log, LoggedCall& call);

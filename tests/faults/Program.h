@@ -1,0 +1,102 @@
+#pragma once
+// The program's work with what it keeps, without windows: the same calls in the same order as the note store,
+// the bin and the import make them. All that was promised to somebody stands in a ledger that outlives the
+// process, line by line.
+
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "model/Note.h"
+#include "model/StoredImage.h"
+
+// A note by the number of its making and how often it was changed since; all else follows from both.
+struct NoteName {
+    int number = 0, version = 0;
+    auto operator<=>(const NoteName&) const = default;
+};
+Note NoteOf(NoteName name);
+NoteName NameOf(const Note& note);
+std::string ToText(NoteName name);
+
+// One state of all that is kept. An address of that number is in it, so that it can be told from all others.
+struct Image {
+    int number = 0;
+    std::vector<NoteName> notes;
+    bool operator==(const Image&) const = default;
+};
+std::string ToText(const Image& image);
+std::vector<Note> NotesOf(const Image& image);
+clsAddressBookEntry EntryOf(const Image& image);
+
+// The image that was read, or why it is none that was ever written as it is.
+bool ToImage(const StoredImage& stored, Image& image, std::string& why);
+
+class Ledger {
+  public:
+    explicit Ledger(int file) : file_(file) {}
+    void Trying(const Image& image);
+    void Kept(int image);
+    void Refused(int image, const std::string& why);
+    void Binned(NoteName note);
+    void KeptForNextStart(const Image& image);
+    void Told(const std::string& what);
+    void Wrong(const std::string& what);
+
+    struct Content {
+        std::map<int, Image> tried;  // by number; 0 is the empty one
+        int kept = 0;                // the number of the last one that was
+        int first = 0;               // of the first one
+        std::vector<int> refused;
+        std::vector<NoteName> binned;
+        std::vector<Image> forNextStart;
+        std::vector<std::string> told, wrong;
+    };
+    static Content Read(int file);
+
+  private:
+    void Line(const std::string& text);
+    int file_;
+};
+
+class Program {
+  public:
+    // The files lie in the folder "kivora" below `data`, which the environment names.
+    Program(std::filesystem::path data, Ledger& ledger) : data_(std::move(data)), ledger_(ledger) {}
+
+    // `present` is what is kept. False when it cannot be read for now, and somebody is told so.
+    bool Start(const Image& present);
+    bool TryStartAgain(const Image& present);
+
+    void Add();
+    void Edit();
+    void Delete();
+    void EditAll();
+    void Import(const std::filesystem::path& file);
+    void Save();
+    void KeepStateAside();
+    void Quit();
+    // With a new note that is nowhere yet, when nobody can be asked.
+    void EndUnsaved();
+
+    bool IsUnsaved() const { return unsaved_; }
+    const Image& Present() const { return image_; }
+
+    // Where emergency files go.
+    static std::vector<std::filesystem::path> Emergency(const std::filesystem::path& data);
+    static std::filesystem::path Bin(const std::filesystem::path& data);
+
+  private:
+    bool Take(const Image& present);
+
+    std::filesystem::path data_;
+    Ledger& ledger_;
+    Image image_;
+    int lastNote_ = 0, turn_ = 0;
+    bool unsaved_ = false;
+};
+
+// What an import brings, in order; its file is made of them.
+std::vector<NoteName> ImportedNotes();
