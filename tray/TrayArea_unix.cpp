@@ -31,28 +31,23 @@ bool EmbeddingHostExists() {
     return XGetSelectionOwner(gdk_x11_display_get_xdisplay(display), selection) != None;
 }
 
-// The place of the top-level window around this one, in GTK's units; nothing when X11 does not know the
-// window.
-std::optional<GdkRectangle> RectangleOnScreen(Window window) {
+// The top-level window around this one; None when X11 does not know the window.
+Window TopLevel(Window window) {
     GdkDisplay* display = gdk_display_get_default();
-    Display* server = gdk_x11_display_get_xdisplay(display);
     Window root = None, parent = window;
     gdk_x11_display_error_trap_push(display);
-    bool found = true;
-    while (found && parent != root) {
+    while (parent != root) {
         window = parent;
         Window* children = nullptr;
         unsigned count = 0;
-        found = XQueryTree(server, window, &root, &parent, &children, &count) != 0;
+        if (!XQueryTree(gdk_x11_display_get_xdisplay(display), window, &root, &parent, &children, &count)) {
+            window = None;
+            break;
+        }
         if (children) XFree(children);
     }
-    int x = 0, y = 0;
-    unsigned width = 0, height = 0, border = 0, depth = 0;
-    found = found && XGetGeometry(server, window, &root, &x, &y, &width, &height, &border, &depth) != 0;
-    if (gdk_x11_display_error_trap_pop(display) != 0 || !found) return std::nullopt;
-    const int scale = gdk_monitor_get_scale_factor(gdk_display_get_monitor(display, 0));
-    return GdkRectangle{x / scale, y / scale, static_cast<int>(width) / scale,
-                        static_cast<int>(height) / scale};
+    gdk_x11_display_error_trap_pop_ignored(display);
+    return window;
 }
 
 }  // namespace
@@ -108,7 +103,7 @@ void TrayArea::EmbeddingChanged(const HostedIcon& hosted) {
     if (hosted.Embedded()) {
         progress_ = true;
         TrayStrip::Get().Remove(hosted.Icon());
-        TrayStrip::Get().PlaceAgain();  // the host's window has grown
+        TrayStrip::Get().PlaceAgain();  // beside the host's window, which is known by its icons
         NoLongerAwaited(hosted);
     } else {
         Await(hosted);
@@ -149,13 +144,38 @@ void TrayArea::StartAnew() {
 }
 
 // Most hosts reserve their edge of the screen, but not all do, and none should be covered by the strip.
-std::optional<GdkRectangle> TrayArea::HostRectangle() const {
+std::optional<GdkRectangle> TrayArea::HostRectangle() {
     if (host_ != TrayHost::Embedding) return std::nullopt;
     for (const auto& [number, hosted] : icons_) {
         if (!hosted->Embedded() || !hosted->Window()) continue;
-        return RectangleOnScreen(hosted->Window());
+        return WatchedRectangle(TopLevel(hosted->Window()));
     }
     return std::nullopt;
+}
+
+// A host makes room for its icons some time after it has taken them, so its window is watched, and watched
+// before its rectangle is read: no change goes by unseen in between.
+std::optional<GdkRectangle> TrayArea::WatchedRectangle(unsigned long xid) {
+    const auto changed = +[](GdkXEvent* event, GdkEvent*, void*) {
+        const int type = static_cast<XEvent*>(event)->type;
+        if (type == ConfigureNotify || type == ReparentNotify) TrayStrip::Get().PlaceAgain();
+        return GDK_FILTER_CONTINUE;
+    };
+    GdkDisplay* display = gdk_display_get_default();
+    GdkWindow* window = gdk_x11_window_foreign_new_for_display(display, xid);
+    if (hostWindow_) {
+        gdk_window_remove_filter(hostWindow_, changed, nullptr);
+        g_object_unref(hostWindow_);
+    }
+    hostWindow_ = window;
+    if (!window) return std::nullopt;
+    gdk_window_add_filter(window, changed, nullptr);
+    gdk_x11_display_error_trap_push(display);
+    gdk_window_set_events(window, GdkEventMask(gdk_window_get_events(window) | GDK_STRUCTURE_MASK));
+    GdkRectangle place;
+    gdk_window_get_geometry(window, &place.x, &place.y, &place.width, &place.height);
+    if (gdk_x11_display_error_trap_pop(display) != 0) return std::nullopt;
+    return place;
 }
 
 void TrayArea::OfferLater() {

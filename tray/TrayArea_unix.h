@@ -58,7 +58,8 @@ class TrayArea {
     void OnBusHostChanged();
     void OnEmbeddingHostChanged();
     void StartAnew();
-    std::optional<GdkRectangle> HostRectangle() const;
+    std::optional<GdkRectangle> HostRectangle();
+    std::optional<GdkRectangle> WatchedRectangle(unsigned long xid);
     void OfferLater();
     bool OfferSome();
     void Await(const HostedIcon& hosted);
@@ -72,7 +73,8 @@ class TrayArea {
     unsigned long lastOffered_ = 0;  // the host has been offered the icons up to this number
     int offered_ = 0;
     TrayHost host_ = TrayHost::Absent;
-    bool progress_ = false;  // an icon was embedded since the last look
+    GdkWindow* hostWindow_ = nullptr;  // the embedding host's top-level window, once the strip has minded it
+    bool progress_ = false;            // an icon was embedded since the last look
     // GLib sources, 0 for none.
     guint offering_ = 0, renewing_ = 0, overdue_ = 0;
 };

@@ -9,6 +9,7 @@
 #include <sys/wait.h>
 #include <wx/frame.h>
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -65,6 +66,35 @@ inline wxRect ScreenRect(GtkWindow* window) {
     gdk_window_get_origin(native, &rect.x, &rect.y);
     rect.SetSize(wxSize(gdk_window_get_width(native), gdk_window_get_height(native)));
     return rect;
+}
+
+// The top-level window of the host around an icon.
+inline Window HostOf(GtkWindow* icon) {
+    Window root = None, window = None;
+    Window parent = gdk_x11_window_get_xid(gtk_widget_get_window(GTK_WIDGET(icon)));
+    while (parent != root) {
+        window = parent;
+        Window* children = nullptr;
+        unsigned count = 0;
+        if (!XQueryTree(XDisplay(), window, &root, &parent, &children, &count)) return None;
+        XFree(children);
+    }
+    return window;
+}
+
+// A host takes so many icons and has made room for all of them: they stand inside its window, apart.
+inline bool HostHolds(std::size_t count) {
+    const std::vector<GtkWindow*> icons = Embedded();
+    if (icons.size() != count || !count) return icons.size() == count;
+    XWindowAttributes host;
+    if (!XGetWindowAttributes(XDisplay(), HostOf(icons.front()), &host)) return false;
+    const wxRect room(host.x, host.y, host.width, host.height);
+    for (auto icon = icons.begin(); icon != icons.end(); ++icon) {
+        const wxRect rect = ScreenRect(*icon);
+        const auto meets = [&](GtkWindow* other) { return ScreenRect(other).Intersects(rect); };
+        if (!room.Contains(rect) || std::any_of(icons.begin(), icon, meets)) return false;
+    }
+    return true;
 }
 
 inline wxPoint Middle(const wxRect& rect) { return {rect.x + rect.width / 2, rect.y + rect.height / 2}; }

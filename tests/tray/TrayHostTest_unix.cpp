@@ -185,12 +185,16 @@ TEST_F(TrayHost, WhatAHostHasNoRoomForStandsInTheStripBesideIt) {
         ASSERT_TRUE(RunUntil(HostExists));
         RunEvents(milliseconds(200));
         for (int i = 0; i < 34; ++i) AddIcon(L"N" + std::to_wstring(i));
-        ASSERT_TRUE(RunUntil([] { return Embedded().size() == 32 && IconsInStrip() == 2; }));
+        ASSERT_TRUE(RunUntil([] { return HostHolds(32) && IconsInStrip() == 2; }));
         const auto covers = [] {
             for (GtkWindow* icon : Embedded())
                 if (ScreenRect(icon).Intersects(ScreenRect(Strip()))) return true;
             return false;
         };
+        EXPECT_TRUE(RunUntil([&] { return !covers(); }));
+        // A host that moves later, past its window manager, drives it away.
+        const wxRect strip = ScreenRect(Strip());
+        XMoveWindow(XDisplay(), HostOf(Embedded().front()), strip.x, strip.y);
         EXPECT_TRUE(RunUntil([&] { return !covers(); }));
         // Two go from the host, and the two from the strip take their places.
         icons_.erase(icons_.begin() + 5, icons_.begin() + 7);
