@@ -26,15 +26,13 @@ const wchar_t* WhatHappened(RecoveryReport::Event event) {
     switch (event) {
         case RecoveryReport::Damaged:
             return L"Die Datei mit Ihren Notizen war beschädigt. Kivora hat sie zur Seite gelegt und Ihre "
-                   L"Notizen "
-                   L"wiederhergestellt.";
+                   L"Notizen wiederhergestellt.";
         case RecoveryReport::Missing:
             return L"Die Datei mit Ihren Notizen war nicht mehr da. Kivora hat Ihre Notizen aus der letzten "
                    L"Sicherung wiederhergestellt.";
         case RecoveryReport::Replaced:
             return L"Die Datei mit Ihren Notizen wurde entfernt oder ersetzt, während Kivora lief. Kivora "
-                   L"hat alle "
-                   L"Notizen neu geschrieben.";
+                   L"hat alle Notizen neu geschrieben.";
     }
     return L"";
 }

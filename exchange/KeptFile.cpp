@@ -2,6 +2,7 @@
 
 #include <bit>
 #include <cstdint>
+#include <map>
 #include <sstream>
 #include <string_view>
 
@@ -9,6 +10,7 @@
 #include "base/basText.h"
 #include "exchange/ExportFile.h"
 #include "exchange/ExportedNote.h"
+#include "model/NoteValues.h"
 
 namespace {
 
@@ -18,9 +20,8 @@ constexpr std::string_view kMagic = "Kivora exact notes 1\r\n";
 constexpr std::size_t kLongestPiece = 65'000;
 constexpr std::size_t kLongestRecordText = 0xFFFF;
 
-// Bytes of a note without text and time: two lengths, four places, three numbers, four flags.
-constexpr std::size_t kSmallestNote = 2 * 4 + 4 * 8 + 3 * 4 + 4 * 2;
-constexpr std::size_t kSumBytes = 8;
+// What stands before a value: a text or a number follows.
+constexpr std::uint8_t kText = 1, kNumber = 2;
 
 // The text's beginning as far as it fits a record.
 std::wstring_view Fitting(std::wstring_view text) {
@@ -52,44 +53,67 @@ void WriteRecords(std::ostream& file, const Note& note) {
     }
 }
 
-void AddNote(std::string& bytes, const Note& note) {
-    AddText(bytes, note.text);
-    AddText(bytes, note.creationTime);
-    const NotePlace& place = note.place;
-    for (const double twips : {place.left, place.top, place.width, place.height})
-        AddNumber(bytes, std::bit_cast<std::uint64_t>(twips));
-    const NoteLook& look = note.look;
-    for (const std::int32_t number : {look.color, look.alignment, look.size})
-        AddNumber(bytes, static_cast<std::uint32_t>(number));
-    for (const bool flag : {look.bold, look.italic, look.underlined, note.foreground})
-        AddNumber(bytes, static_cast<std::uint16_t>(flag ? 0xFFFF : 0));
-}
+// Adds values with their names.
+struct ValueWriter {
+    std::string& bytes;
+    std::uint8_t& count;
 
-class AppendixReader : public FieldReader {
-  public:
-    using FieldReader::FieldReader;
-
-    Note TakeNote();
-
-  private:
-    // A place beyond what a record can name is nobody's.
-    double Twips() {
-        const auto twips = std::bit_cast<double>(Take<std::uint64_t>());
-        return twips >= INT32_MIN && twips <= INT32_MAX ? twips : 0;
+    void operator()(const wchar_t* name, const std::wstring& text) const {
+        AddText(bytes, name);
+        AddNumber(bytes, kText);
+        AddText(bytes, text);
+        ++count;
     }
-    std::int32_t Integer() { return static_cast<std::int32_t>(Take<std::uint32_t>()); }
-    bool Flag() { return Take<std::uint16_t>() != 0; }
+    void operator()(const wchar_t* name, double number) const {
+        AddText(bytes, name);
+        AddNumber(bytes, kNumber);
+        AddNumber(bytes, std::bit_cast<std::uint64_t>(number));
+        ++count;
+    }
 };
 
-Note AppendixReader::TakeNote() {
+void AddNote(std::string& bytes, const Note& note) {
+    std::string values;
+    std::uint8_t count = 0;
+    EachValue(note, ValueWriter{values, count});
+    AddNumber(bytes, count);
+    bytes += values;
+}
+
+// Values by their names, as they stand in a file. Those that are missing leave what a new note has, and those
+// of other names are passed over: they belong to another version of the program.
+struct ValueReader {
+    std::map<std::wstring, std::wstring> texts;
+    std::map<std::wstring, double> numbers;
+
+    void operator()(const wchar_t* name, std::wstring& text) const {
+        if (const auto found = texts.find(name); found != texts.end()) text = found->second;
+    }
+    template <class Number>
+    void operator()(const wchar_t* name, Number& number) const {
+        if (const auto found = numbers.find(name); found != numbers.end())
+            number = static_cast<Number>(found->second);
+    }
+};
+
+// Nothing where the values are none.
+std::optional<Note> TakeNote(FieldReader& fields) {
+    ValueReader read;
+    for (auto count = fields.Take<std::uint8_t>(); count > 0 && fields.Complete(); --count) {
+        const std::wstring name = fields.Text();
+        const auto kind = fields.Take<std::uint8_t>();
+        if (kind == kText) {
+            read.texts[name] = fields.Text();
+        } else if (kind == kNumber) {
+            // No value is beyond what 32 bits can name.
+            const auto number = std::bit_cast<double>(fields.Take<std::uint64_t>());
+            read.numbers[name] = number >= INT32_MIN && number <= INT32_MAX ? number : 0;
+        } else {
+            return std::nullopt;
+        }
+    }
     Note note;
-    note.text = Text();
-    note.creationTime = Text();
-    NotePlace& place = note.place;
-    for (double* const twips : {&place.left, &place.top, &place.width, &place.height}) *twips = Twips();
-    NoteLook& look = note.look;
-    for (std::int32_t* const number : {&look.color, &look.alignment, &look.size}) *number = Integer();
-    for (bool* const flag : {&look.bold, &look.italic, &look.underlined, &note.foreground}) *flag = Flag();
+    EachValue(note, read);
     return note;
 }
 
@@ -134,11 +158,13 @@ std::optional<std::vector<Note>> ExactNotes(std::istream& file) {
     const auto begin = static_cast<std::size_t>(std::streamoff(file.tellg()));
     const std::optional<std::string> bytes = Whole(file);
     if (!bytes || begin > bytes->size()) return std::nullopt;
-    AppendixReader reader(std::string_view(*bytes).substr(begin));
-    const auto count = reader.Take<std::uint32_t>();
-    if (count > reader.Left() / kSmallestNote) return std::nullopt;
+    FieldReader reader(std::string_view(*bytes).substr(begin));
     std::vector<Note> notes;
-    for (std::uint32_t i = 0; i < count && reader.Complete(); ++i) notes.push_back(reader.TakeNote());
+    for (auto count = reader.Take<std::uint32_t>(); count > 0 && reader.Complete(); --count) {
+        std::optional<Note> note = TakeNote(reader);
+        if (!note) return std::nullopt;
+        notes.push_back(*std::move(note));
+    }
     const std::string_view summed = std::string_view(*bytes).substr(0, bytes->size() - reader.Left());
     const bool right = reader.Take<std::uint64_t>() == CheckSum(summed);
     if (!reader.Complete() || !right) return std::nullopt;

@@ -1,6 +1,6 @@
 #pragma once
 // A note as data: what it says, when it was written, how it looks and where it stands. Whoever shows, keeps,
-// sends, prints or exports a note has one of these; there is no other record of a note inside the program.
+// sends, prints or exports a note has one of these; the record of an export file is the only other form.
 // No window, no registry.
 
 #include <compare>

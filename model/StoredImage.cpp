@@ -3,6 +3,7 @@
 #include <string>
 
 #include "base/twips.h"
+#include "model/NoteValues.h"
 #include "registry/ReplaceKey.h"
 #include "registry/clsRegistry.h"
 
@@ -13,24 +14,6 @@ namespace {
 const std::wstring kSettings = kSettingsKey;
 const std::wstring kNotePrefix = L"Note";
 const std::wstring kEntryPrefix = L"AddressBookEntry";
-
-// Every value of a note, in the order of writing.
-template <class AnyNote, class Visit>
-void EachValue(AnyNote& note, const Visit& visit) {
-    visit(L"X", note.place.left);
-    visit(L"Y", note.place.top);
-    visit(L"Width", note.place.width);
-    visit(L"Height", note.place.height);
-    visit(L"Text", note.text);
-    visit(L"CreationTime", note.creationTime);
-    visit(L"Color", note.look.color);
-    visit(L"FontSize", note.look.size);
-    visit(L"FontBold", note.look.bold);
-    visit(L"FontItalic", note.look.italic);
-    visit(L"FontUnderlined", note.look.underlined);
-    visit(L"FontAlignment", note.look.alignment);
-    visit(L"Foreground", note.foreground);
-}
 
 // Reads values under a path into what is to hold them.
 struct Reader {

@@ -173,8 +173,10 @@ TEST(Receiver, WhatIsSentArrives) {
         NoteLook look = {};
     } rows[] = {
         {L"Käse €\r\n\r\n  'x' \"y\"\r\n", L"Käse €\r\n\r\n  'x' \"y\"\r\n"},
-        {L"\r\n\r\nohne Anfang", L"ohne Anfang", {25, true, false, true, kAlignRight, kLightBlue}},
-        {L"\u4E2D", L"?", {8, false, true, false, kAlignCentre, kRed}},
+        {L"\r\n\r\nohne Anfang",
+         L"ohne Anfang",
+         {.size = 25, .bold = true, .underlined = true, .alignment = kAlignRight, .color = kLightBlue}},
+        {L"\u4E2D", L"?", {.size = 8, .italic = true, .alignment = kAlignCentre, .color = kRed}},
         {L"", L""},
     };
     for (const auto& row : rows) {

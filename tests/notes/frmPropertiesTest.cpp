@@ -179,6 +179,7 @@ TEST_F(FrmProperties, EachStyleHasItsBox) {
         dialog->Fill({.text = L"x", .look = look});
         EXPECT_EQ(dialog->chkForm[i]->GetLabel(), kNoteStyles[i].caption);
         EXPECT_EQ(dialog->txtMessage->GetFont(), NoteFont(look));
+        EXPECT_NE(NoteFont(look), NoteFont({})) << "nobody would see it";
         EXPECT_EQ(dialog->Written({}).look, look);
     }
     dialog->Destroy();
