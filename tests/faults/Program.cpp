@@ -10,7 +10,6 @@
 #include "app/EmergencyFile.h"
 #include "exchange/ImportFile.h"
 #include "exchange/NoteFolder.h"
-#include "registry/RegistryHealth.h"
 #include "registry/RegistryHive.h"
 
 namespace {
@@ -106,6 +105,14 @@ void Ledger::KeptForNextStart(const Image& image) { Line("next " + ToText(image)
 void Ledger::Told(const std::string& what) { Line("told " + what); }
 void Ledger::Wrong(const std::string& what) { Line("wrong " + what); }
 
+void Ledger::Recovered(const std::optional<RecoveryReport>& report) {
+    if (!report) return;
+    if (damaged_)
+        Told("recovered: " + report->detail);
+    else
+        Wrong("taken for damaged: " + report->detail);
+}
+
 Ledger::Content Ledger::Read(int file) {
     std::string all;
     char bytes[4096];
@@ -150,7 +157,7 @@ Ledger::Content Ledger::Read(int file) {
 bool Program::Start(const Image& present) {
     StoredImage stored = ReadStoredImage();
     const RegistryHealth health = HealthOfRegistry();
-    if (const auto report = TakeRecoveryReport()) ledger_.Wrong("taken for damaged: " + report->detail);
+    ledger_.Recovered(TakeRecoveryReport());
     if (!health.writing.Kept()) ledger_.Told("start: " + health.writing.detail);
     if (!health.reading.Kept()) {
         ledger_.Told("start: " + health.reading.detail);
@@ -192,7 +199,7 @@ void Program::Save() {
     else
         ledger_.Refused(image_.number, result.detail);
     if (unsaved_ && result.detail.empty()) ledger_.Wrong("a save failed without a reason");
-    if (const auto report = TakeRecoveryReport()) ledger_.Wrong("taken for damaged: " + report->detail);
+    ledger_.Recovered(TakeRecoveryReport());
 }
 
 void Program::Add() {

@@ -6,11 +6,13 @@
 #include <cstdint>
 #include <filesystem>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "model/Note.h"
 #include "model/StoredImage.h"
+#include "registry/RegistryHealth.h"
 
 // A note by the number of its making and how often it was changed since; all else follows from both.
 struct NoteName {
@@ -36,7 +38,8 @@ bool ToImage(const StoredImage& stored, Image& image, std::string& why);
 
 class Ledger {
   public:
-    explicit Ledger(int file) : file_(file) {}
+    // `damaged`: the hive is, and may be taken for it.
+    explicit Ledger(int file, bool damaged = false) : file_(file), damaged_(damaged) {}
     void Trying(const Image& image);
     void Kept(int image);
     void Refused(int image, const std::string& why);
@@ -44,6 +47,8 @@ class Ledger {
     void KeptForNextStart(const Image& image);
     void Told(const std::string& what);
     void Wrong(const std::string& what);
+    // What the program says of a damaged hive, if anything.
+    void Recovered(const std::optional<RecoveryReport>& report);
 
     struct Content {
         std::map<int, Image> tried;  // by number; 0 is the empty one
@@ -59,6 +64,7 @@ class Ledger {
   private:
     void Line(const std::string& text);
     int file_;
+    bool damaged_;
 };
 
 class Program {

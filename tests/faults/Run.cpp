@@ -10,7 +10,6 @@
 
 #include "app/EmergencyFile.h"
 #include "exchange/KeptFile.h"
-#include "registry/RegistryHealth.h"
 #include "registry/RegistryHive.h"
 #include "tests/faults/Process.h"
 #include "tests/faults/Program.h"
@@ -84,8 +83,7 @@ void Check(const fs::path& data, const Ledger::Content& promised, Ledger& ledger
     const RegistryHealth health = HealthOfRegistry();
     if (!health.reading.Kept()) ledger.Wrong("next start: not readable: " + health.reading.detail);
     if (!health.writing.Kept()) ledger.Wrong("next start: not writable: " + health.writing.detail);
-    if (const auto report = TakeRecoveryReport())
-        ledger.Wrong("next start: taken for damaged: " + report->detail);
+    ledger.Recovered(TakeRecoveryReport());
     Image image;
     std::string why;
     if (!ToImage(stored, image, why)) return ledger.Wrong("next start: " + why);
@@ -125,7 +123,7 @@ std::vector<LoggedCall> CallsOf(const std::string& scenario) {
     const Image present = Prepare(scenario, data);
     const Sheet log, promised;
     InProcess(data, [&] {
-        Ledger ledger(promised);
+        Ledger ledger(promised, scenario == kDamaged);
         Work(scenario, data, present, {}, ledger, log);
     });
     std::vector<LoggedCall> calls;
@@ -140,7 +138,8 @@ Outcome Run(const Row& row) {
     const Image present = Prepare(row.scenario, data);
     Disk disk(data);
     const Sheet log, promised, found;
-    Ledger first(promised), second(found);
+    const bool damaged = row.scenario == kDamaged;
+    Ledger first(promised, damaged), second(found, damaged);
     first.Trying(present);
     first.Kept(present.number);
     const int status = InProcess(

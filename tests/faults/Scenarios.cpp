@@ -1,6 +1,7 @@
 #include "tests/faults/Scenarios.h"
 
 #include <fstream>
+#include <iterator>
 #include <map>
 #include <memory>
 
@@ -33,6 +34,13 @@ void FillLog(Program& program, const fs::path& data) {
     while (fs::file_size(data / "kivora/registry.sqlite-wal", none) < kNearlyFull && !none) program.EditAll();
 }
 
+void Damage(const fs::path& path) {
+    std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
+    const std::string bytes{std::istreambuf_iterator<char>(file), {}};
+    file.seekp(static_cast<std::streamoff>(bytes.rfind("Öl\r\nfür")));
+    file.put('?');
+}
+
 void Make(const std::string& scenario, Prepared& prepared) {
     const fs::path data = prepared.folder / "data";
     fs::create_directories(data / "run");
@@ -46,8 +54,10 @@ void Make(const std::string& scenario, Prepared& prepared) {
         Program program(data, ledger);
         MakeUsed(program, 12);
         if (scenario == "long") FillLog(program, data);
-        if (scenario == "used") program.Quit();
+        if (scenario == kDamaged) program.KeepStateAside();
+        if (scenario == "used" || scenario == kDamaged) program.Quit();
     });
+    if (scenario == kDamaged) Damage(data / "kivora/registry.sqlite");
     const Ledger::Content content = Ledger::Read(sheet);
     prepared.present = content.tried.at(content.kept);
 }
@@ -55,7 +65,7 @@ void Make(const std::string& scenario, Prepared& prepared) {
 }  // namespace
 
 const std::vector<std::string>& Scenarios() {
-    static const std::vector<std::string> names = {"first", "used", "crashed", "long"};
+    static const std::vector<std::string> names = {"first", "used", "crashed", "long", kDamaged};
     return names;
 }
 

@@ -10,8 +10,10 @@
 #include "tests/faults/Program.h"
 
 // "first": nothing is there; "used": it was ended as usual; "crashed": it was killed before; "long": the
-// same, and so much is saved now that SQLite brings its log into the file and begins it anew.
+// same, and so much is saved now that SQLite brings its log into the file and begins it anew; "damaged": it
+// was ended as usual, then a byte of a note changed.
 const std::vector<std::string>& Scenarios();
+inline const std::string kDamaged = "damaged";
 
 // Makes the folder as a program finds it then; what is kept in it.
 Image Prepare(const std::string& scenario, const std::filesystem::path& data);

@@ -1,11 +1,11 @@
 // Runs the program's work with what it keeps again and again, each time with another fault, and tells which
 // promise was broken by which:
-//   kivora_faults            60 runs, spread over all there are
+//   kivora_faults some       60 runs, also without a word, spread over all there are
 //   kivora_faults long       1200 kills, 1200 failing calls and 600 power cuts
 //   kivora_faults all        every one
 //   kivora_faults "used kill-inside 123 -"    one run; failing ones are printed like this
 //
-// A number after "60" or "long" is the seed by which the runs are chosen.
+// A number after "some" or "long" is the seed by which the runs are chosen.
 #include <cstdio>
 #include <cstdlib>
 #include <random>
