@@ -71,7 +71,7 @@ TestDesktop::TestDesktop(const TestBus& bus, bool host) : host_(host) {
         {}};
     object_ = g_dbus_connection_register_object(connection_, kWatcherObject, info->interfaces[0], &table,
                                                 this, nullptr, nullptr);
-    g_dbus_connection_signal_subscribe(
+    subscriptions_.push_back(g_dbus_connection_signal_subscribe(
         connection_, "org.freedesktop.DBus", "org.freedesktop.DBus", "NameOwnerChanged", nullptr, nullptr,
         G_DBUS_SIGNAL_FLAGS_NONE,
         [](GDBusConnection*, const char*, const char*, const char*, const char*, GVariant* parameters,
@@ -80,13 +80,13 @@ TestDesktop::TestDesktop(const TestBus& bus, bool host) : host_(host) {
             g_variant_get(parameters, "(&s&s&s)", &name, &before, &after);
             if (!*after) std::erase(static_cast<TestDesktop*>(self)->items_, name);
         },
-        this, nullptr);
+        this, nullptr));
     for (const char* interface : {"org.kde.StatusNotifierItem", "com.canonical.dbusmenu"}) {
-        g_dbus_connection_signal_subscribe(
+        subscriptions_.push_back(g_dbus_connection_signal_subscribe(
             connection_, nullptr, interface, nullptr, nullptr, nullptr, G_DBUS_SIGNAL_FLAGS_NONE,
             [](GDBusConnection*, const char*, const char*, const char*, const char* signal, GVariant*,
                void* self) { static_cast<TestDesktop*>(self)->signals_ += std::string(signal) + ' '; },
-            this, nullptr);
+            this, nullptr));
     }
     Variant(g_dbus_connection_call_sync(
         connection_, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "RequestName",
@@ -97,6 +97,9 @@ TestDesktop::~TestDesktop() {
     for (GDBusMethodInvocation* invocation : unanswered_) g_object_unref(invocation);
     if (!connection_) return;
     g_dbus_connection_unregister_object(connection_, object_);
+    // Signals that have arrived already are not to be told to one that has gone.
+    for (const guint subscription : subscriptions_)
+        g_dbus_connection_signal_unsubscribe(connection_, subscription);
     g_dbus_connection_close_sync(connection_, nullptr, nullptr);
     g_object_unref(connection_);
 }

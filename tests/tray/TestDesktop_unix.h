@@ -40,9 +40,10 @@ class TestDesktop {
     TestDesktop& operator=(const TestDesktop&) = delete;
 
     void SetHost(bool exists);
-    bool refuses = false;  // answers every icon with an error
-    bool silent = false;   // answers nothing
-    void AnswerNow();      // what was left unanswered, and from now on
+    bool refuses = false;                                // answers every icon with an error
+    bool silent = false;                                 // answers nothing
+    bool Asked() const { return !unanswered_.empty(); }  // and has not answered yet
+    void AnswerNow();                                    // what was left unanswered, and from now on
 
     // The names of the icons that are there, in the order in which they came.
     const std::vector<std::string>& Items() const { return items_; }
@@ -69,4 +70,5 @@ class TestDesktop {
     std::vector<GDBusMethodInvocation*> unanswered_;
     std::string signals_;
     guint object_ = 0;
+    std::vector<guint> subscriptions_;
 };

@@ -41,14 +41,19 @@ class TrayHost : public TrayFixture {
   protected:
     // What the icons report of a gesture at that place.
     std::wstring Reported(wxPoint place, const std::function<void(wxUIActionSimulator&)>& gesture) {
+        log_.clear();
         wxUIActionSimulator pointer;
         pointer.MouseMove(place);
-        RunEvents();
-        log_.clear();
         gesture(pointer);
-        RunEvents(milliseconds(150));
-        // The next gesture is not to become a double click with this one.
-        RunEvents(milliseconds(450));
+        // A click elsewhere arrives after all of that, and what follows is no double click with it.
+        bool clicked = false;
+        const auto onClick = [&clicked](wxMouseEvent&) { clicked = true; };
+        frame_.Bind(wxEVT_LEFT_UP, onClick);
+        pointer.MouseMove(frame_.ClientToScreen(wxPoint(20, 20)));
+        pointer.MouseClick();
+        EXPECT_TRUE(RunUntil([&clicked] { return clicked; }));
+        frame_.Unbind(wxEVT_LEFT_UP, onClick);
+        RunPosted();
         return log_;
     }
 
@@ -75,14 +80,19 @@ class TrayHost : public TrayFixture {
             frame_.PopupMenu(&menu);
             open = false;
         };
-        wxTimer timer;
-        timer.Bind(wxEVT_TIMER, [&](wxTimerEvent&) {
-            stayed = open;
-            wxUIActionSimulator().Char(WXK_ESCAPE);
+        // It takes a key after the click that has opened it.
+        Repeated::Every(milliseconds(10), [&] {
+            if (!open) return opened > 0;
+            GtkWidget* grabbing = gtk_grab_get_current();
+            if (!grabbing || !GTK_IS_MENU_SHELL(grabbing)) return false;
+            stayed = gtk_menu_shell_get_selected_item(GTK_MENU_SHELL(grabbing)) != nullptr;
+            wxUIActionSimulator().Char(stayed ? WXK_ESCAPE : WXK_DOWN);
+            return stayed;
         });
-        timer.StartOnce(500);
-        Reported(place, [](wxUIActionSimulator& p) { p.MouseClick(wxMOUSE_BTN_RIGHT); });
-        EXPECT_TRUE(RunUntil([&] { return !open; }));
+        wxUIActionSimulator pointer;
+        pointer.MouseMove(place);
+        pointer.MouseClick(wxMOUSE_BTN_RIGHT);
+        EXPECT_TRUE(RunUntil([&] { return opened > 0 && !open; }));
         EXPECT_TRUE(stayed);
         EXPECT_EQ(opened, 1);
     }
@@ -123,7 +133,7 @@ TEST_F(TrayHost, AnIconMayDieOfItsOwnDoubleClick) {
                        [](wxUIActionSimulator& p) {
                            p.MouseClick();
                            p.MouseDown();
-                           RunEvents(milliseconds(100));
+                           EXPECT_TRUE(RunUntil([] { return IconsInStrip() == 1; }));
                            p.MouseUp();
                        }),
               L"Adown1 Aup1 ");
@@ -131,8 +141,7 @@ TEST_F(TrayHost, AnIconMayDieOfItsOwnDoubleClick) {
 
     TrayProcess tray;
     if (!tray.Started()) GTEST_SKIP() << "trayer is not installed";
-    ASSERT_TRUE(RunUntil([] { return Embedded().size() == 1; }));
-    RunEvents(milliseconds(300));  // the host still moves it to its place
+    ASSERT_TRUE(RunUntil([] { return HostHolds(1); }));
     icons_.front()->Events.DblClick = [this](int) { icons_.clear(); };
     Reported(Middle(ScreenRect(Embedded().front())), [](wxUIActionSimulator& p) { p.MouseDblClick(); });
     EXPECT_TRUE(icons_.empty());
@@ -145,8 +154,7 @@ TEST_F(TrayHost, IconsMoveToAHostAndComeBack) {
     ASSERT_TRUE(RunUntil(StripInCorner));
     TrayProcess tray;
     if (!tray.Started()) GTEST_SKIP() << "trayer is not installed";
-    ASSERT_TRUE(RunUntil([] { return Embedded().size() == 2 && !Strip(); }));
-    RunEvents(milliseconds(300));
+    ASSERT_TRUE(RunUntil([] { return HostHolds(2) && !Strip(); }));
 
     // The order is the host's business.
     const auto place = [] { return Middle(ScreenRect(Embedded().front())); };
@@ -169,9 +177,14 @@ TEST_F(TrayHost, IconsMoveToAHostAndComeBack) {
 
 TEST_F(TrayHost, AHostThatTakesNothingLeavesTheIconsToTheStrip) {
     DeafHost host;
-    RunEvents();
+    RunPosted();
     AddIcon(L"A");
-    RunEvents(milliseconds(700));
+    const auto offered = [] {
+        return std::ranges::any_of(Toplevels(), [](GtkWindow* window) {
+            return std::strcmp(G_OBJECT_TYPE_NAME(window), "GtkTrayIcon") == 0;
+        });
+    };
+    ASSERT_TRUE(RunUntil([&] { return offered() || Strip(); }));
     EXPECT_FALSE(Strip());
     ASSERT_TRUE(RunUntil(StripInCorner));
     EXPECT_EQ(Reported(InStrip(0), [](wxUIActionSimulator& p) { p.MouseClick(); }), L"Adown1 Aup1 ");
@@ -183,7 +196,6 @@ TEST_F(TrayHost, WhatAHostHasNoRoomForStandsInTheStripBesideIt) {
         TrayProcess tray(edge);
         if (!tray.Started()) GTEST_SKIP() << "trayer is not installed";
         ASSERT_TRUE(RunUntil(HostExists));
-        RunEvents(milliseconds(200));
         for (int i = 0; i < 34; ++i) AddIcon(L"N" + std::to_wstring(i));
         ASSERT_TRUE(RunUntil([] { return HostHolds(32) && IconsInStrip() == 2; }));
         const auto covers = [] {
