@@ -74,7 +74,7 @@ void Program::InitApplication() {
 }
 
 void Program::LoadNotes() {
-    Store().OnLongText = [](const Note& note) { KeepLongNote(note); };
+    Store().OnLongText = KeepLongNote;
     keeping_.Load();
 }
 

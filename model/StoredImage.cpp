@@ -87,6 +87,7 @@ StoredImage ReadStoredImage() {
             StoredNote& stored = image.notes.emplace_back();
             stored.key = static_cast<std::int32_t>(i);
             EachValue(stored.note, read);
+            if (stored.note.text.empty()) stored.tooLong = WholeText(read.path + L"Text");
         } else if (names[i].starts_with(kEntryPrefix)) {
             image.entries.push_back(ReadEntry(read));
         }

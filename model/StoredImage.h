@@ -18,6 +18,7 @@ extern const wchar_t* const kSettingsKey;
 struct StoredNote {
     std::int32_t key = 0;  // that names the note in the running program: its place among all subkeys
     Note note;
+    std::wstring tooLong;  // the text when it is longer than what reads back, and the note's is empty
 };
 
 struct StoredImage {

@@ -17,14 +17,24 @@ void NoteStore::LoadNotes() {
     AutostartEnabled = image.autostart;
     std::vector<NotePtr> added = std::exchange(notes_, {});
     const bool nothingAdded = added.empty() && AddressBook().empty();
+    bool shortened = false;
     for (const StoredNote& stored : image.notes) {
         // Keys of windows do not change any more.
         lastNoteNumber_ = added.empty() ? stored.key : lastNoteNumber_ + 1;
-        notes_.push_back(MakeNote(stored.note, lastNoteNumber_));
+        Note note = stored.note;
+        if (!stored.tooLong.empty()) {
+            note.text = stored.tooLong;
+            if (!OnLongText || OnLongText(note).Kept()) {
+                note.text.clear();
+                shortened = true;
+            }
+        }
+        notes_.push_back(MakeNote(note, lastNoteNumber_));
     }
     std::move(added.begin(), added.end(), std::back_inserter(notes_));
     for (const clsAddressBookEntry& entry : image.entries) AddAddressBookEntry(entry);
     if (nothingAdded) kept_ = Digest();
+    if (shortened) WriteImage();  // or the next start would keep the texts once more
 }
 
 KeepResult NoteStore::SaveNotes() {

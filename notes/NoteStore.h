@@ -87,8 +87,9 @@ class NoteStore {
 
     bool AutostartEnabled = false;
 
-    // Called for an imported note with more text than can be read back, if set.
-    std::function<void(const Note& note)> OnLongText;
+    // Keeps the whole text elsewhere: called, if set, for an imported note with more text than can be read
+    // back, and for one that lies in the registry. There the text stays when this fails.
+    std::function<KeepResult(const Note& note)> OnLongText;
     // The bin: called for what goes into it, before it is gone, if set. Must not throw.
     std::function<KeepResult(const Note& note)> OnDelete;
     // Called, if set, for a note that did not get into the bin: it has gone all the same, or it stays, and

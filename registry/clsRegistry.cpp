@@ -167,6 +167,14 @@ bool clsRegistry::CreateKey(const std::wstring& path) {
     return key.has_value();
 }
 
+std::wstring WholeText(const std::wstring& PathWithValue) {
+    constexpr std::size_t kRoom = 16 << 20;
+    const auto place = ItemOf(PathWithValue);
+    const auto value = place ? RegistryCalls::ReadValue(place->key, place->item, kRoom) : std::nullopt;
+    if (!value || !IsText(static_cast<std::int32_t>(value->type))) return {};
+    return FromCodePage(value->bytes.substr(0, value->bytes.find('\0')));
+}
+
 clsRegistry& Registry() {
     static clsRegistry registry;
     return registry;

@@ -50,6 +50,9 @@ class clsRegistry {
 // The instance that the whole program uses, created at first use.
 clsRegistry& Registry();
 
+// A text of any length, also one that GetValue does not give back. Empty when there is none.
+std::wstring WholeText(const std::wstring& PathWithValue);
+
 // Everything written while such an object lives becomes durable at once when the outermost one is committed,
 // or not at all: after a crash, an exception or with a full disk the image is the old one or the new one.
 // Other processes wait meanwhile. They nest; when an inner one ends without Commit, nothing of the outermost
