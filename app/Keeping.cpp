@@ -16,6 +16,7 @@
 #include "dialogs/basWait.h"
 #include "exchange/FileDialog.h"
 #include "exchange/KeptFile.h"
+#include "exchange/KeptNotes.h"
 #include "model/AddressBook.h"
 #include "model/KeepReason.h"
 #include "notes/NoteStore.h"
@@ -47,6 +48,8 @@ std::size_t TakeIn(NoteStore& store, const UnsavedImage& image) {
             same->second->Content(note);
             there.erase(same);
         } else {
+            // Should that fail, the note is on the screen, and its beginning comes back.
+            if (!ComesBack(note.text)) KeepLongNote(note);
             frmNote& adopted = store.AdoptNote(note);
             ++added;
             if (note.place != NotePlace()) continue;

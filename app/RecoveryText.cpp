@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t kMostNamed = 8;
 
-bool IsNote(const std::wstring& key) { return key.starts_with(std::wstring(kSettingsKey) + L"Note"); }
+bool IsNote(const std::wstring& key) { return key.starts_with(std::wstring(kSettingsKey) + kNotePrefix); }
 
 std::wstring Notes(std::size_t count) {
     return count == 1 ? L"eine Notiz" : std::to_wstring(count) + L" Notizen";

@@ -7,6 +7,7 @@
 #include "dialogs/basMessage.h"
 #include "exchange/ExportFile.h"
 #include "exchange/ImportFile.h"
+#include "exchange/KeptNotes.h"
 #include "exchange/frmImport.h"
 #include "notes/NoteStore.h"
 
@@ -16,15 +17,18 @@ namespace {
 bool TakeInFile(NoteStore& store, const std::filesystem::path& path, std::size_t count,
                 const std::function<bool(std::size_t index)>& wanted) {
     const ReadNotes read = ReadNotesOf(path, count, wanted);
+    bool complete = read.complete;
     // Neither saved nor stacked one by one: both follow once for all notes of an import.
     for (const Note& note : read.notes) {
+        // It is shown whole, but only its beginning would be there after a restart.
+        if (!ComesBack(note.text) && !KeepLongNote(note).Kept()) complete = false;
         frmNote& adopted = store.AdoptNote(note);
         // Of a text, and of a note that never was on the screen, nobody knows where it stands.
         if (read.records || note.place != NotePlace()) continue;
         adopted.PlaceAsNew();
         adopted.AutoSize();
     }
-    return read.complete;
+    return complete;
 }
 
 }  // namespace

@@ -7,13 +7,9 @@
 #include "registry/ReplaceKey.h"
 #include "registry/clsRegistry.h"
 
-const wchar_t* const kSettingsKey = L"HKLM\\Software\\Kivora\\1.5\\";
-
 namespace {
 
 const std::wstring kSettings = kSettingsKey;
-const std::wstring kNotePrefix = L"Note";
-const std::wstring kEntryPrefix = L"AddressBookEntry";
 
 // Reads values under a path into what is to hold them.
 struct Reader {

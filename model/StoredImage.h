@@ -11,9 +11,7 @@
 #include "model/AddressBook.h"
 #include "model/Note.h"
 #include "registry/KeepResult.h"
-
-// The key in the registry, with its last backslash.
-extern const wchar_t* const kSettingsKey;
+#include "registry/SettingsKey.h"
 
 struct StoredNote {
     std::int32_t key = 0;  // that names the note in the running program: its place among all subkeys

@@ -96,7 +96,6 @@ KeepResult NoteStore::AddNoteIfKept(const Note& content) {
 
 frmNote& NoteStore::AdoptNote(const Note& content) {
     notes_.push_back(MakeNote(content, ++lastNoteNumber_));
-    if (OnLongText && !ComesBack(content.text)) OnLongText(content);
     return *notes_.back();
 }
 

@@ -87,8 +87,8 @@ class NoteStore {
 
     bool AutostartEnabled = false;
 
-    // Keeps the whole text elsewhere: called, if set, for an imported note with more text than can be read
-    // back, and for one that lies in the registry. There the text stays when this fails.
+    // Keeps the whole text elsewhere: called, if set, for a note in the registry with more text than is read
+    // back. There the text stays when this fails.
     std::function<KeepResult(const Note& note)> OnLongText;
     // The bin: called for what goes into it, before it is gone, if set. Must not throw.
     std::function<KeepResult(const Note& note)> OnDelete;

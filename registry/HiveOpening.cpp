@@ -67,6 +67,8 @@ OpenedHive Replace(const fs::path& file, HiveImage& image, RecoveryReport report
     OpenedHive opened;
     opened.path = file;
     opened.result = HiveFile::Make(Unfinished(file), image);
+    // Before the old one loses its log to the file that is set aside.
+    if (opened.result.Kept()) opened.result = BringToDisk(Unfinished(file));
     const bool isThere = !IsEmptyOrMissing(file) || IsThere(Beside(file, "-wal"));
     fs::path aside;
     if (opened.result.Kept() && isThere) {

@@ -157,6 +157,8 @@ HiveLock::~HiveLock() {
     if (lock_ >= 0) close(lock_);
 }
 
+KeepResult BringToDisk(const fs::path& file) { return Sync(file) ? KeepResult() : LastFailure(file); }
+
 KeepResult PutInPlace(const fs::path& finished, const fs::path& file) {
     if (!Sync(finished) || std::rename(finished.c_str(), file.c_str()) != 0) {
         const KeepResult failed = LastFailure(file);

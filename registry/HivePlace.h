@@ -55,6 +55,9 @@ class HiveLock {
     KeepResult result_;
 };
 
+// Waits until all of a file is on the disk.
+KeepResult BringToDisk(const std::filesystem::path& file);
+
 // Brings a finished file to the disk and gives it its name, at once in place of one that has it.
 KeepResult PutInPlace(const std::filesystem::path& finished, const std::filesystem::path& file);
 

@@ -5,16 +5,16 @@
 #include <utility>
 
 #include "base/basText.h"
+#include "registry/SettingsKey.h"
 
 namespace {
 
-// Where keys go of which only the values were found, by a value that tells what they are.
+// Keys of which only the values were found go below the settings, by a value that tells what they are.
 const struct {
     const char* value;
-    const char* path;
-} kUnnamed[] = {{"Text", "Software\\Kivora\\1.5\\Note-"},
-                {"PCName", "Software\\Kivora\\1.5\\AddressBookEntry-"}};
-constexpr std::int64_t kMachine = 2;
+    const wchar_t* prefix;
+} kUnnamed[] = {{"Text", kNotePrefix}, {"PCName", kEntryPrefix}};
+constexpr std::int64_t kMachine = 2;  // HKLM
 
 std::int64_t RootOf(const HiveKey& key) { return key.depth <= 0 ? key.id : RootOf(*key.parent); }
 
@@ -108,9 +108,11 @@ class Recovering {
     }
 
     HiveKey* CreateUnnamed(std::int64_t id, const std::map<std::string, HiveValue>& values) {
-        for (const auto& [name, path] : kUnnamed)
+        const std::wstring settings = std::wstring(kSettingsKey).substr(std::size(L"HKLM"));
+        for (const auto& [name, prefix] : kUnnamed)
             if (values.contains(name))
-                return image_->Create(*image_->Find(kMachine), path + std::to_string(id));
+                return image_->Create(*image_->Find(kMachine),
+                                      ToUtf8(settings + prefix) + "-" + std::to_string(id));
         return nullptr;
     }
 
