@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <iterator>
 #include <optional>
 #include <set>
 #include <string_view>
@@ -199,25 +198,23 @@ class Reader {
     explicit Reader(const fs::path& file) : pages_(file), seen_(pages_.Count() + 1) {}
 
     FoundRows Read() {
-        bool sound = pages_.isSound;
         std::vector<Row> schema;
-        sound = Walk(1, schema) && sound;
+        found_.readable = pages_.isReadable;
+        found_.whole = Walk(1, schema) && pages_.isSound;
         const struct {
-            const char* table;
+            const char* name;
             bool needed;
             void (Reader::*take)(const Row&);
         } tables[] = {{"registry_key", true, &Reader::TakeKey},
                       {"key_value", true, &Reader::TakeValue},
                       {"key_checksum", false, &Reader::TakeChecksum}};
-        bool broken[std::size(tables)] = {};
-        for (std::size_t i = 0; i < std::size(tables); ++i) {
-            const std::uint64_t root = RootOf(schema, tables[i].table);
+        for (const auto& table : tables) {
+            const std::uint64_t root = RootOf(schema, table.name);
             std::vector<Row> rows;
-            broken[i] = !sound || (root ? !Walk(root, rows) : tables[i].needed);
-            for (const Row& row : rows) (this->*tables[i].take)(row);
+            const bool isWhole = root ? Walk(root, rows) : !table.needed;
+            if (!isWhole) found_.whole = false;
+            for (const Row& row : rows) (this->*table.take)(row);
         }
-        found_.readable = pages_.isReadable;
-        found_.whole = std::none_of(std::begin(broken), std::end(broken), [](bool b) { return b; });
         if (!found_.whole) TakeStrayRows();
         return std::move(found_);
     }

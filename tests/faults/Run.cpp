@@ -7,6 +7,7 @@
 #include <fstream>
 #include <iterator>
 #include <set>
+#include <stdexcept>
 
 #include "app/EmergencyFile.h"
 #include "exchange/KeptFile.h"
@@ -68,7 +69,7 @@ std::set<std::string> Emergencies(const fs::path& data) {
         const auto unsaved = ReadEmergencyBytes({std::istreambuf_iterator<char>(file), {}});
         StoredImage stored;
         if (!unsaved) continue;
-        for (const Note& note : unsaved->notes) stored.notes.push_back({0, note});
+        for (const Note& note : unsaved->notes) stored.notes.emplace_back().note = note;
         stored.entries = unsaved->entries;
         Image image;
         std::string why;
@@ -122,10 +123,11 @@ std::vector<LoggedCall> CallsOf(const std::string& scenario) {
     const fs::path data = folder / "data";
     const Image present = Prepare(scenario, data);
     const Sheet log, promised;
-    InProcess(data, [&] {
+    const int status = InProcess(data, [&] {
         Ledger ledger(promised, scenario == kDamaged);
         Work(scenario, data, present, {}, ledger, log);
     });
+    if (status != 0) throw std::runtime_error(scenario + " fails without a fault");
     std::vector<LoggedCall> calls;
     lseek(log, 0, SEEK_SET);
     for (LoggedCall call; ReadLog(log, call);) calls.push_back(call);
