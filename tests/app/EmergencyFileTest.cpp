@@ -54,8 +54,11 @@ TEST(EmergencyFile, GoesIntoTheFirstPrivateFolder) {
     ASSERT_EQ(files.size(), 2u);
     EXPECT_EQ(files[0].parent_path(), root / "own");
     EXPECT_TRUE(IsForTheUserOnly(root / "own"));
-    std::ifstream file(files[0], std::ios::binary);
-    ExpectSample(ReadEmergencyBytes({std::istreambuf_iterator<char>(file), {}}));
+    {
+        // Closed again before its folder is removed.
+        std::ifstream file(files[0], std::ios::binary);
+        ExpectSample(ReadEmergencyBytes({std::istreambuf_iterator<char>(file), {}}));
+    }
     EXPECT_FALSE(WriteEmergencyFile({}, {root / "file"}).Kept());
     fs::remove_all(root);
 }
