@@ -8,8 +8,8 @@
 #include "addressbook/AddressKeys.h"
 #include "addressbook/NameLookup.h"
 #include "dialogs/DialogLayout.h"
-#include "dialogs/basMessage.h"
-#include "dialogs/basWait.h"
+#include "dialogs/Message.h"
+#include "dialogs/Wait.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <cstdlib>
 
 #include "addressbook/EntryList.h"
-#include "base/basText.h"
+#include "base/Text.h"
 #include "dialogs/DialogLayout.h"
 
 namespace {

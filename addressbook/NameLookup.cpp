@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "dialogs/basWait.h"
+#include "dialogs/Wait.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 
 #include "addressbook/NameLookup.h"
 #include "base/MessageWindow_msw.h"
-#include "base/basText.h"
+#include "base/Text.h"
 
 namespace {
 

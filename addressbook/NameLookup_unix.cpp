@@ -1,7 +1,7 @@
 #include <gio/gio.h>
 
 #include "addressbook/NameLookup.h"
-#include "base/basText.h"
+#include "base/Text.h"
 
 struct NameLookup::Running {
     Answer answer;  // empty once nobody waits any more

@@ -10,7 +10,7 @@
 #include "base/CaseFold.h"
 #include "dialogs/ControlNames.h"
 #include "dialogs/OneDialog.h"
-#include "dialogs/basWait.h"
+#include "dialogs/Wait.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <wx/weakref.h>
 
 #include "dialogs/ControlNames.h"
-#include "dialogs/basWait.h"
+#include "dialogs/Wait.h"
 
 frmAddressbookEntryEdit::frmAddressbookEntryEdit()
     : frmDialog(L"Adressbucheinträge bearbeiten", L"ch4_networkaddressbook.html", true) {

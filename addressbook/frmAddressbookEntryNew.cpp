@@ -3,7 +3,7 @@
 #include <wx/button.h>
 #include <wx/textctrl.h>
 
-#include "dialogs/basWait.h"
+#include "dialogs/Wait.h"
 
 frmAddressbookEntryNew::frmAddressbookEntryNew()
     : frmDialog(L"Neuer Adressbucheintrag", L"ch4_networkaddressbook.html"), fields_(new EntryFields(this)) {

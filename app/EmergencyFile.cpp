@@ -10,7 +10,7 @@
 #include "base/DataFolder.h"
 #include "base/FileName.h"
 #include "base/NewFile.h"
-#include "base/basText.h"
+#include "base/Text.h"
 #include "exchange/KeptFile.h"
 #include "model/KeepReason.h"
 

@@ -17,7 +17,7 @@
 #include "app/HandOver.h"
 #include "base/FileName.h"
 #include "base/MessageWindow_msw.h"
-#include "base/basText.h"
+#include "base/Text.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include "app/NoteServices.h"
 
-#include "dialogs/basMessage.h"
-#include "dialogs/basWait.h"
+#include "dialogs/Message.h"
+#include "dialogs/Wait.h"
 #include "exchange/KeptNotes.h"
 #include "model/KeepReason.h"
 #include "notes/basNotes.h"

@@ -8,7 +8,7 @@
 
 #include "app/CommandLine.h"
 #include "app/Platform.h"
-#include "base/basText.h"
+#include "base/Text.h"
 
 namespace {
 

@@ -14,7 +14,7 @@
 
 #include "app/Platform.h"
 #include "base/FileName.h"
-#include "base/basText.h"
+#include "base/Text.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include <algorithm>
 
 #include "app/PopupMenu.h"
-#include "dialogs/basWait.h"
+#include "dialogs/Wait.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <wx/window.h>
 
 #include "app/PopupMenu.h"
-#include "dialogs/basWait.h"
+#include "dialogs/Wait.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
-#include "dialogs/basMessage.h"
-#include "dialogs/basWait.h"
+#include "dialogs/Message.h"
+#include "dialogs/Wait.h"
 #include "model/KeepReason.h"
 
 namespace {

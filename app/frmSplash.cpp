@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "app/Platform.h"
-#include "dialogs/basWait.h"
+#include "dialogs/Wait.h"
 #include "res/Resources.h"
 
 namespace {

@@ -3,7 +3,7 @@
 #include "app/Platform.h"
 #include "app/Startup.h"
 #include "base/FileName.h"
-#include "base/basText.h"
+#include "base/Text.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // The ANSI code page of Windows.
 #include <windows.h>
 
-#include "base/basText.h"
+#include "base/Text.h"
 
 namespace {
 

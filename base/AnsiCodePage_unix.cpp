@@ -1,7 +1,7 @@
 // Windows-1252: the ANSI code page of the Windows computers that share files and notes with this one.
 #include <array>
 
-#include "base/basText.h"
+#include "base/Text.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "base/ByteFields.h"
 
-#include "base/basText.h"
+#include "base/Text.h"
 
 std::uint64_t CheckSum(std::string_view bytes) {
     std::uint64_t sum = 0xCBF29CE484222325;

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "base/basText.h"
+#include "base/Text.h"
 
 namespace {
 

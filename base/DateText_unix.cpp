@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "base/DateText.h"
-#include "base/basText.h"
+#include "base/Text.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "base/FileName.h"
 
-#include "base/basText.h"
+#include "base/Text.h"
 
 std::wstring ShownFileName(const std::wstring& name) { return FromUtf8(ToUtf8(name)); }
 

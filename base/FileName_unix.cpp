@@ -1,7 +1,7 @@
 #include <algorithm>
 
 #include "base/FileName.h"
-#include "base/basText.h"
+#include "base/Text.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include "dialogs/ControlNames.h"
 #include "dialogs/DialogPlace.h"
 #include "dialogs/DialogStack.h"
-#include "dialogs/basWait.h"
+#include "dialogs/Wait.h"
 #include "res/Resources.h"
 
 DialogWindow::DialogWindow(const wxString& caption, bool resizable)

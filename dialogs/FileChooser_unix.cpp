@@ -2,9 +2,9 @@
 
 #include <memory>
 
-#include "base/basText.h"
+#include "base/Text.h"
 #include "dialogs/DialogStack.h"
-#include "dialogs/basWait.h"
+#include "dialogs/Wait.h"
 
 namespace {
 

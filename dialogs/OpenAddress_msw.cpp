@@ -2,7 +2,7 @@
 
 #include <shellapi.h>
 
-#include "base/basText.h"
+#include "base/Text.h"
 #include "dialogs/OpenAddress.h"
 
 namespace {

@@ -5,7 +5,7 @@
 
 #include "base/FileName.h"
 #include "dialogs/OpenAddress.h"
-#include "dialogs/basWait.h"
+#include "dialogs/Wait.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "dialogs/frmDialog.h"
 
-#include "dialogs/basHelp.h"
+#include "dialogs/Help.h"
 
 frmDialog::frmDialog(const wxString& caption, const std::wstring& helpPage, bool resizable)
     : DialogWindow(caption, resizable), helpPage_(helpPage) {}

@@ -5,7 +5,7 @@
 
 #include "base/FileName.h"
 #include "dialogs/CancelPopup_msw.h"
-#include "dialogs/basWait.h"
+#include "dialogs/Wait.h"
 #include "exchange/ExportPath.h"
 #include "exchange/FileDialog.h"
 

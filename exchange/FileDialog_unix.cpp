@@ -1,7 +1,7 @@
 #include <wx/toplevel.h>
 
 #include "base/FileName.h"
-#include "base/basText.h"
+#include "base/Text.h"
 #include "dialogs/FileChooser_unix.h"
 #include "exchange/ExportPath.h"
 #include "exchange/FileDialog.h"

@@ -5,7 +5,7 @@
 
 #include "base/DateText.h"
 #include "base/FileName.h"
-#include "base/basText.h"
+#include "base/Text.h"
 #include "exchange/ExportFile.h"
 #include "exchange/ExportedNote.h"
 #include "exchange/KeptFile.h"

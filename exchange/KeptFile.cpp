@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "base/ByteFields.h"
-#include "base/basText.h"
+#include "base/Text.h"
 #include "exchange/ExportFile.h"
 #include "exchange/ExportedNote.h"
 #include "model/NoteValues.h"

@@ -4,8 +4,8 @@
 #include <wx/clipbrd.h>
 
 #include "base/DataFolder.h"
-#include "dialogs/basMessage.h"
-#include "dialogs/basWait.h"
+#include "dialogs/Message.h"
+#include "dialogs/Wait.h"
 #include "exchange/NoteFolder.h"
 #include "model/KeepReason.h"
 

@@ -5,8 +5,8 @@
 #include <wx/textctrl.h>
 
 #include "base/FileName.h"
-#include "dialogs/basMessage.h"
-#include "dialogs/basWait.h"
+#include "dialogs/Message.h"
+#include "dialogs/Wait.h"
 #include "exchange/ExportFile.h"
 #include "exchange/ExportPath.h"
 #include "notes/LossQuestion.h"

@@ -7,7 +7,7 @@
 #include <wx/statbox.h>
 #include <wx/textctrl.h>
 
-#include "dialogs/basWait.h"
+#include "dialogs/Wait.h"
 #include "exchange/ExportPath.h"
 #include "exchange/ImportFile.h"
 #include "notes/NoteFont.h"

@@ -1,7 +1,7 @@
 #include "mail/MailText.h"
 
 #include "base/Homepage.h"
-#include "base/basText.h"
+#include "base/Text.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "model/KeepReason.h"
 
-#include "base/basText.h"
+#include "base/Text.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "base/basText.h"
+#include "base/Text.h"
 #include "model/Note.h"
 
 bool LosesCharacters(std::wstring_view text) { return FromAnsi(ToAnsi(text)) != text; }

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "base/basText.h"
+#include "base/Text.h"
 
 std::int32_t DrawnSize(const NoteLook& look) {
     return std::clamp(look.size, kSmallestFontSize, kLargestFontSize);

@@ -13,7 +13,7 @@
 #include <string>
 #include <system_error>
 
-#include "base/basText.h"
+#include "base/Text.h"
 
 namespace SystemSockets {
 

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "addressbook/NameLookup.h"
-#include "dialogs/basWait.h"
+#include "dialogs/Wait.h"
 
 namespace {
 

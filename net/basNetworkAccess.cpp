@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "base/DateText.h"
-#include "base/basText.h"
-#include "dialogs/basWait.h"
+#include "base/Text.h"
+#include "dialogs/Wait.h"
 #include "net/clsIncoming.h"
 #include "net/clsOutgoing.h"
 #include "notes/NoteStore.h"

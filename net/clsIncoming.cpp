@@ -1,6 +1,6 @@
 #include "net/clsIncoming.h"
 
-#include "base/basText.h"
+#include "base/Text.h"
 
 namespace {
 

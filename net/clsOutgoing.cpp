@@ -1,7 +1,7 @@
 #include "net/clsOutgoing.h"
 
-#include "base/basText.h"
-#include "dialogs/basWait.h"
+#include "base/Text.h"
+#include "dialogs/Wait.h"
 
 namespace {
 

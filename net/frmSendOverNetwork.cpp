@@ -6,7 +6,7 @@
 #include <wx/weakref.h>
 
 #include "addressbook/frmAddressbook.h"
-#include "dialogs/basWait.h"
+#include "dialogs/Wait.h"
 #include "notes/LossQuestion.h"
 #include "notes/NoteStore.h"
 

@@ -6,7 +6,7 @@
 #include <deque>
 #include <utility>
 
-#include "base/basText.h"
+#include "base/Text.h"
 #include "notes/LinePen.h"
 
 namespace {

@@ -1,7 +1,7 @@
 #include "notes/LossQuestion.h"
 
-#include "dialogs/basMessage.h"
-#include "dialogs/basWait.h"
+#include "dialogs/Message.h"
+#include "dialogs/Wait.h"
 #include "model/LostCharacters.h"
 #include "notes/NoteStore.h"
 

@@ -1,7 +1,7 @@
 #include <gtk/gtk-a11y.h>
 #include <gtk/gtk.h>
 
-#include "base/basText.h"
+#include "base/Text.h"
 #include "notes/NoteAccess.h"
 
 namespace {

@@ -7,7 +7,7 @@
 #include <wx/wupdlock.h>
 
 #include "dialogs/DialogLayout.h"
-#include "dialogs/basMessage.h"
+#include "dialogs/Message.h"
 #include "notes/ListRows.h"
 #include "notes/NoteStore.h"
 

@@ -3,9 +3,9 @@
 #include <utility>
 
 #include "base/DateText.h"
+#include "dialogs/Message.h"
 #include "dialogs/OneDialog.h"
-#include "dialogs/basMessage.h"
-#include "dialogs/basWait.h"
+#include "dialogs/Wait.h"
 #include "notes/NoteStore.h"
 #include "notes/frmProperties.h"
 

@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-#include "base/basText.h"
+#include "base/Text.h"
 #include "notes/NoteFont.h"
 #include "notes/NoteGesture.h"
 #include "notes/NotePaint.h"

@@ -11,10 +11,10 @@
 #include <algorithm>
 #include <utility>
 
-#include "base/basText.h"
+#include "base/Text.h"
 #include "dialogs/ControlNames.h"
-#include "dialogs/basMessage.h"
-#include "dialogs/basWait.h"
+#include "dialogs/Message.h"
+#include "dialogs/Wait.h"
 #include "notes/NoteFont.h"
 #include "notes/NotePaint.h"
 #include "notes/NoteWindow.h"

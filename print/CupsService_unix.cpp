@@ -7,7 +7,7 @@
 #include <array>
 #include <chrono>
 
-#include "base/basText.h"
+#include "base/Text.h"
 
 namespace {
 

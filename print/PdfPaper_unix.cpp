@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-#include "base/basText.h"
+#include "base/Text.h"
 #include "notes/NoteFont.h"
 
 namespace {

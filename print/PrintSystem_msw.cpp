@@ -12,7 +12,7 @@
 #include <cstring>
 
 #include "dialogs/CancelPopup_msw.h"
-#include "dialogs/basWait.h"
+#include "dialogs/Wait.h"
 #include "notes/NoteFont.h"
 #include "print/PrintSystem.h"
 

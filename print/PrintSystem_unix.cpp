@@ -7,8 +7,8 @@
 #include <cstring>
 
 #include "base/FileName.h"
-#include "base/basText.h"
-#include "dialogs/basWait.h"
+#include "base/Text.h"
+#include "dialogs/Wait.h"
 #include "print/CupsService_unix.h"
 #include "print/PaperFormats_unix.h"
 #include "print/PdfFileDialog_unix.h"

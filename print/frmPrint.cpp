@@ -9,8 +9,8 @@
 #include <wx/stattext.h>
 
 #include "dialogs/ControlNames.h"
-#include "dialogs/basMessage.h"
-#include "dialogs/basWait.h"
+#include "dialogs/Message.h"
+#include "dialogs/Wait.h"
 
 namespace {
 

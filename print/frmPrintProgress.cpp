@@ -8,7 +8,7 @@
 #include <algorithm>
 
 #include "dialogs/ControlNames.h"
-#include "dialogs/basWait.h"
+#include "dialogs/Wait.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <utility>
 
-#include "base/basText.h"
+#include "base/Text.h"
 #include "registry/SettingsKey.h"
 
 namespace {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "base/basText.h"
+#include "base/Text.h"
 #include "registry/RegistryCalls.h"
 #include "registry/WindowsResult_msw.h"
 

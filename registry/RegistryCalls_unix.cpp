@@ -1,5 +1,5 @@
 // The registry's calls over the hive.
-#include "base/basText.h"
+#include "base/Text.h"
 #include "registry/RegistryCalls.h"
 #include "registry/RegistryHive.h"
 

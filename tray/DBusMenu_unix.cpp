@@ -3,7 +3,7 @@
 #include <string>
 #include <utility>
 
-#include "base/basText.h"
+#include "base/Text.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <utility>
 
-#include "base/basText.h"
+#include "base/Text.h"
 #include "tray/SessionBus_unix.h"
 #include "tray/StatusNotifierWatcher_unix.h"
 #include "tray/TrayAction_unix.h"

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <optional>
 
-#include "base/basText.h"
+#include "base/Text.h"
 #include "tray/TipText.h"
 #include "tray/TrayItem.h"
 

@@ -5,7 +5,7 @@
 #include <optional>
 #include <utility>
 
-#include "base/basText.h"
+#include "base/Text.h"
 #include "tray/StatusNotifierItem_unix.h"
 #include "tray/TrayArea_unix.h"
 #include "tray/TrayIcon_unix.h"

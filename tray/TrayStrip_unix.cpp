@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "base/basText.h"
+#include "base/Text.h"
 #include "tray/TrayMouse_unix.h"
 
 namespace {

@@ -2,7 +2,7 @@
 
 #include "app/CommandLine.h"
 #include "base/ExecutableFileName.h"
-#include "base/basText.h"
+#include "base/Text.h"
 
 namespace {
 

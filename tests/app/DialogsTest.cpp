@@ -24,7 +24,7 @@
 #include "addressbook/frmAddressbookEntryNew.h"
 #include "app/frmInfo.h"
 #include "app/frmUnsaved.h"
-#include "dialogs/basMessage.h"
+#include "dialogs/Message.h"
 #include "dialogs/frmMessage.h"
 #include "exchange/frmExport.h"
 #include "exchange/frmImport.h"

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "app/MenuModel.h"
-#include "base/basText.h"
+#include "base/Text.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "base/basText.h"
+#include "base/Text.h"
 #include "tests/app/MenuOnScreen.h"
 
 namespace {

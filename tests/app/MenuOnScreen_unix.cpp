@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "base/basText.h"
+#include "base/Text.h"
 #include "tests/app/MenuOnScreen.h"
 
 namespace {

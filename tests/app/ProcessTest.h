@@ -8,7 +8,7 @@
 #include <fstream>
 
 #include "base/FileName.h"
-#include "base/basText.h"
+#include "base/Text.h"
 #include "registry/clsRegistry.h"
 #include "tests/app/Process.h"
 #include "tests/exchange/SampleNotes.h"

@@ -5,7 +5,7 @@
 #include <stdexcept>
 #include <thread>
 
-#include "base/basText.h"
+#include "base/Text.h"
 #include "registry/clsRegistry.h"
 #include "tests/app/Process.h"
 

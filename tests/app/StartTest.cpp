@@ -6,7 +6,7 @@
 #include "app/NoteServices.h"
 #include "app/frmStart.h"
 #include "base/DataFolder.h"
-#include "dialogs/basMessage.h"
+#include "dialogs/Message.h"
 #include "notes/frmNote.h"
 #include "notes/frmProperties.h"
 #include "tests/app/MenuOnScreen.h"

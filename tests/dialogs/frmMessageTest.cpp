@@ -2,8 +2,8 @@
 #include <wx/display.h>
 #include <wx/stattext.h>
 
+#include "dialogs/Message.h"
 #include "dialogs/OneDialog.h"
-#include "dialogs/basMessage.h"
 #include "dialogs/frmMessage.h"
 
 namespace {

@@ -7,7 +7,7 @@
 #include <chrono>
 #include <random>
 
-#include "base/basText.h"
+#include "base/Text.h"
 #include "exchange/ImportFile.h"
 #include "exchange/KeptFile.h"
 #include "model/LostCharacters.h"

@@ -9,9 +9,9 @@
 
 #include "base/DataFolder.h"
 #include "base/FileName.h"
-#include "dialogs/basWait.h"
-#include "exchange/basExport.h"
-#include "exchange/basImport.h"
+#include "dialogs/Wait.h"
+#include "exchange/ExportNotes.h"
+#include "exchange/ImportNotes.h"
 #include "exchange/frmExport.h"
 #include "exchange/frmImport.h"
 #include "model/StoredImage.h"

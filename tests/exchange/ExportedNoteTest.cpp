@@ -6,7 +6,7 @@
 #include <random>
 #include <sstream>
 
-#include "base/basText.h"
+#include "base/Text.h"
 #include "exchange/ExportedNote.h"
 #include "tests/exchange/SampleNotes.h"
 

@@ -1,6 +1,6 @@
 #include <gtk/gtk.h>
 
-#include "base/basText.h"
+#include "base/Text.h"
 #include "tests/exchange/FileDialogOnScreen.h"
 
 namespace {

@@ -4,7 +4,7 @@
 #include <random>
 
 #include "base/DataFolder.h"
-#include "base/basText.h"
+#include "base/Text.h"
 #include "exchange/ExportFile.h"
 #include "exchange/ImportFile.h"
 #include "exchange/KeptFile.h"

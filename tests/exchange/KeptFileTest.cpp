@@ -3,7 +3,7 @@
 #include <limits>
 #include <sstream>
 
-#include "base/basText.h"
+#include "base/Text.h"
 #include "exchange/ExportedNote.h"
 #include "exchange/KeptFile.h"
 #include "tests/exchange/SampleNotes.h"

@@ -8,7 +8,7 @@
 #include "base/DataFolder.h"
 #include "base/FileName.h"
 #include "exchange/ImportFile.h"
-#include "exchange/basImport.h"
+#include "exchange/ImportNotes.h"
 #include "tests/support/Events.h"
 #include "tests/support/Messages.h"
 #include "tests/support/Support.h"

@@ -9,7 +9,7 @@
 #include <sstream>
 #include <vector>
 
-#include "base/basText.h"
+#include "base/Text.h"
 
 namespace {
 

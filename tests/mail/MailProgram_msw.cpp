@@ -4,7 +4,7 @@
 #include <iterator>
 
 #include "base/FileName.h"
-#include "base/basText.h"
+#include "base/Text.h"
 #include "registry/clsRegistry.h"
 #include "tests/mail/MailProgram.h"
 

@@ -1,7 +1,7 @@
 #include <cstdlib>
 #include <fstream>
 
-#include "base/basText.h"
+#include "base/Text.h"
 #include "tests/mail/MailProgram.h"
 
 // A script in the place of the desktop's opener.

@@ -2,7 +2,7 @@
 
 #include <random>
 
-#include "base/basText.h"
+#include "base/Text.h"
 #include "mail/MailText.h"
 
 namespace {

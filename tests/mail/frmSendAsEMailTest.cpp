@@ -4,7 +4,7 @@
 #include <wx/textctrl.h>
 
 #include "mail/MailText.h"
-#include "mail/basMail.h"
+#include "mail/SendAsEMail.h"
 #include "mail/frmSendAsEMail.h"
 #include "model/LostCharacters.h"
 #include "model/StoredImage.h"

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "base/basText.h"
+#include "base/Text.h"
 #include "net/Protocol.h"
 
 namespace {

@@ -1,5 +1,5 @@
 // The receiving side as another computer sees it.
-#include "base/basText.h"
+#include "base/Text.h"
 #include "tests/net/NetworkTest.h"
 
 namespace {

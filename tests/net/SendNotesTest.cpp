@@ -5,11 +5,11 @@
 #include <wx/textctrl.h>
 
 #include "addressbook/frmAddressbook.h"
-#include "dialogs/basMessage.h"
+#include "dialogs/Message.h"
 #include "dialogs/frmMessage.h"
 #include "model/LostCharacters.h"
 #include "model/StoredImage.h"
-#include "net/basSendNotes.h"
+#include "net/SendNotes.h"
 #include "net/frmSendOverNetwork.h"
 #include "net/frmSendOverNetworkProgress.h"
 #include "notes/NoteChoice.h"

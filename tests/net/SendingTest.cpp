@@ -1,6 +1,6 @@
 // The sending side against a peer that answers in every possible way.
-#include "base/basText.h"
-#include "net/basSendNotes.h"
+#include "base/Text.h"
+#include "net/SendNotes.h"
 #include "tests/net/NetworkTest.h"
 
 namespace {

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
 
-#include "base/basText.h"
+#include "base/Text.h"
 #include "notes/frmNote.h"
 #include "tests/notes/NoteRecorder.h"
 

@@ -6,8 +6,8 @@
 #include <wx/spinctrl.h>
 #include <wx/textctrl.h>
 
-#include "base/basText.h"
-#include "dialogs/basMessage.h"
+#include "base/Text.h"
+#include "dialogs/Message.h"
 #include "dialogs/frmMessage.h"
 #include "model/Note.h"
 #include "model/StoredImage.h"

@@ -6,7 +6,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "base/basText.h"
+#include "base/Text.h"
 #include "print/PrintSystem_unix.h"
 #include "print/frmPrintProgress.h"
 #include "tests/print/CupsServer_unix.h"

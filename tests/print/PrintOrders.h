@@ -8,7 +8,7 @@
 #include <functional>
 
 #include "model/StoredImage.h"
-#include "print/basPrint.h"
+#include "print/PrintNotes.h"
 #include "print/frmPrint.h"
 #include "registry/clsRegistry.h"
 #include "tests/notes/NoteRecorder.h"

@@ -7,7 +7,7 @@
 #include <iterator>
 #include <sstream>
 
-#include "base/basText.h"
+#include "base/Text.h"
 #include "exchange/ExportedNote.h"
 #include "net/Receiver.h"
 

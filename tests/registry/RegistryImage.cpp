@@ -5,7 +5,7 @@
 #include <sstream>
 #include <vector>
 
-#include "base/basText.h"
+#include "base/Text.h"
 #include "registry/RegistryCalls.h"
 #include "registry/clsRegistry.h"
 #include "tests/registry/StoredText.h"

@@ -2,7 +2,7 @@
 
 #include <limits>
 
-#include "base/basText.h"
+#include "base/Text.h"
 #include "registry/clsRegistry.h"
 
 namespace {

@@ -7,7 +7,7 @@
 #include <chrono>
 #include <functional>
 
-#include "dialogs/basWait.h"
+#include "dialogs/Wait.h"
 
 // Lets events run for a while.
 inline void RunEvents(std::chrono::milliseconds span = std::chrono::milliseconds(50)) {

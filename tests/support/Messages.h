@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "dialogs/basMessage.h"
+#include "dialogs/Message.h"
 
 class MessageRecorder {
   public:

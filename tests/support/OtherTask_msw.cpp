@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "app/HandOver.h"
-#include "base/basText.h"
+#include "base/Text.h"
 #include "tests/support/OtherTask.h"
 
 namespace {

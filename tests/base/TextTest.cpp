@@ -3,11 +3,11 @@
 #include <algorithm>
 
 #include "base/CaseFold.h"
-#include "base/basText.h"
+#include "base/Text.h"
 
 namespace {
 
-TEST(basText, Utf8IsStrict) {
+TEST(Text, Utf8IsStrict) {
     const struct {
         const char* bytes;
         const wchar_t* text;
@@ -34,7 +34,7 @@ TEST(basText, Utf8IsStrict) {
     EXPECT_EQ(FromUtf8(std::string_view("a\0b", 3)), std::wstring(L"a\0b", 3));
 }
 
-TEST(basText, WhatIsNoCharacterIsReplaced) {
+TEST(Text, WhatIsNoCharacterIsReplaced) {
     const struct {
         std::wstring text;
         const char* bytes;
@@ -54,7 +54,7 @@ TEST(basText, WhatIsNoCharacterIsReplaced) {
     }
 }
 
-TEST(basText, AnsiLosesNoByte) {
+TEST(Text, AnsiLosesNoByte) {
     std::string bytes;
     for (int byte = 0; byte < 256; ++byte) bytes += static_cast<char>(byte);
     EXPECT_EQ(ToAnsi(FromAnsi(bytes)), bytes);
@@ -62,7 +62,7 @@ TEST(basText, AnsiLosesNoByte) {
     EXPECT_EQ(ToAnsi(L"\u0100 \u20AC \u0080 \u4E2D ß"), "? \x80 ? ? \xDF");
 }
 
-TEST(basText, LineBreaks) {
+TEST(Text, LineBreaks) {
     const struct {
         const wchar_t* text;
         const wchar_t* crLf;
@@ -84,7 +84,7 @@ TEST(basText, LineBreaks) {
     EXPECT_EQ(StoredLength(L"äö€\U0001F600\n"), 2u + 2 + 3 + 4 + 2);
 }
 
-TEST(basText, EditsAreCutToFit) {
+TEST(Text, EditsAreCutToFit) {
     const struct {
         std::wstring before, after;
         std::size_t limit;
@@ -118,7 +118,7 @@ TEST(basText, EditsAreCutToFit) {
 
 // Every way to cut every edit of these pieces keeps CR LF and surrogate pairs whole and stays within the
 // limit.
-TEST(basText, EditsAreNeverCutInsideAUnit) {
+TEST(Text, EditsAreNeverCutInsideAUnit) {
     const std::wstring pair = {wchar_t(0xD83D), wchar_t(0xDE00)}, other = {wchar_t(0xD83D), wchar_t(0xDE01)};
     const std::wstring pieces[] = {L"", L"a", L"\r\n", L"\r", L"\n", pair, other, L"x\r\ny", L"ä"};
     for (const auto& left : pieces)

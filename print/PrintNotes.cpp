@@ -1,4 +1,4 @@
-#include "print/basPrint.h"
+#include "print/PrintNotes.h"
 
 #include <wx/button.h>
 
@@ -6,9 +6,9 @@
 #include <cmath>
 #include <optional>
 
+#include "dialogs/Message.h"
 #include "dialogs/OneDialog.h"
-#include "dialogs/basMessage.h"
-#include "dialogs/basWait.h"
+#include "dialogs/Wait.h"
 #include "notes/NoteStore.h"
 #include "print/frmPrint.h"
 #include "print/frmPrintProgress.h"

@@ -1,4 +1,4 @@
-#include "dialogs/basMessage.h"
+#include "dialogs/Message.h"
 
 #include <utility>
 

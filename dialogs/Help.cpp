@@ -1,8 +1,8 @@
-#include "dialogs/basHelp.h"
+#include "dialogs/Help.h"
 
 #include "base/FileName.h"
+#include "dialogs/Message.h"
 #include "dialogs/OpenAddress.h"
-#include "dialogs/basMessage.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "base/basText.h"
+#include "base/Text.h"
 
 #include <algorithm>
 

@@ -1,9 +1,9 @@
-#include "mail/basMail.h"
+#include "mail/SendAsEMail.h"
 
 #include <wx/textctrl.h>
 
 #include "dialogs/OneDialog.h"
-#include "dialogs/basWait.h"
+#include "dialogs/Wait.h"
 #include "mail/MailText.h"
 #include "mail/frmSendAsEMail.h"
 #include "notes/NoteStore.h"

@@ -1,11 +1,11 @@
-#include "net/basSendNotes.h"
+#include "net/SendNotes.h"
 
 #include <algorithm>
 #include <optional>
 
+#include "dialogs/Message.h"
 #include "dialogs/OneDialog.h"
-#include "dialogs/basMessage.h"
-#include "dialogs/basWait.h"
+#include "dialogs/Wait.h"
 #include "net/basNetworkAccess.h"
 #include "net/frmSendOverNetwork.h"
 #include "net/frmSendOverNetworkProgress.h"

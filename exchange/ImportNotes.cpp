@@ -1,10 +1,10 @@
-#include "exchange/basImport.h"
+#include "exchange/ImportNotes.h"
 
 #include <functional>
 
 #include "base/FileName.h"
+#include "dialogs/Message.h"
 #include "dialogs/OneDialog.h"
-#include "dialogs/basMessage.h"
 #include "exchange/ExportFile.h"
 #include "exchange/ImportFile.h"
 #include "exchange/KeptNotes.h"

@@ -1,7 +1,7 @@
-#include "exchange/basExport.h"
+#include "exchange/ExportNotes.h"
 
+#include "dialogs/Message.h"
 #include "dialogs/OneDialog.h"
-#include "dialogs/basMessage.h"
 #include "exchange/ExportFile.h"
 #include "exchange/ExportPath.h"
 #include "exchange/ExportedNote.h"

@@ -1,4 +1,4 @@
-#include "dialogs/basWait.h"
+#include "dialogs/Wait.h"
 
 #include <wx/evtloop.h>
 #include <wx/timer.h>
