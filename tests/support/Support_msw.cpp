@@ -58,8 +58,12 @@ void WriteProtect(const std::filesystem::path& file) {
     SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY);
 }
 
-// The system keeps others out of the user's profile.
+// Windows keeps others out of the user's profile, in which these folders lie.
 bool IsForTheUserOnly(const std::filesystem::path& path) {
-    const std::filesystem::path inside = path.lexically_relative(SharedDataFolder());
-    return std::filesystem::exists(path) && !inside.empty() && *inside.begin() != "..";
+    const auto lies = [&](const std::filesystem::path& folder) {
+        const std::filesystem::path inside = path.lexically_relative(folder);
+        return !inside.empty() && *inside.begin() != "..";
+    };
+    return std::filesystem::exists(path) &&
+           (lies(SharedDataFolder()) || lies(std::filesystem::temp_directory_path()));
 }
