@@ -58,8 +58,12 @@ std::uint16_t LocalPort(Handle handle) {
     return ntohs(address.sin_port);
 }
 
-Handle Accept(Handle listener) {
-    return Prepared(static_cast<Handle>(SystemSockets::AcceptNext(Of(listener))));
+Request Accept(Handle listener) {
+    sockaddr_in peer{};
+    const auto handle = static_cast<Handle>(SystemSockets::AcceptNext(Of(listener), peer));
+    char dotted[INET_ADDRSTRLEN] = "";
+    if (handle != kNoHandle) inet_ntop(AF_INET, &peer.sin_addr, dotted, sizeof dotted);
+    return {Prepared(handle), dotted};
 }
 
 Handle BeginConnect(const std::string& address, std::uint16_t port, int& error) {

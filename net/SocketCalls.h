@@ -15,9 +15,15 @@ constexpr Handle kNoHandle = -1;
 Handle Listen(std::uint16_t port, int& error);
 std::uint16_t LocalPort(Handle handle);
 
-// The next connection that waits, or kNoHandle. Where the process can open no more handles, the connection is
-// closed at once.
-Handle Accept(Handle listener);
+// A connection that waited at a listening socket, and the dotted address of the computer that it comes from.
+struct Request {
+    Handle handle = kNoHandle;
+    std::string address;
+};
+
+// The next connection that waits; one without a handle when there is none. Where the process can open no more
+// handles, the connection is closed at once.
+Request Accept(Handle listener);
 
 // Begins to connect to a dotted address. The handle becomes writable when that is decided; ConnectError then
 // tells how, 0 for connected.

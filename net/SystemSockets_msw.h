@@ -36,7 +36,11 @@ inline Socket New() {
     return NotWaiting(socket(AF_INET, SOCK_STREAM, 0));
 }
 
-inline Socket AcceptNext(Socket listener) { return NotWaiting(accept(listener, nullptr, nullptr)); }
+// peer: gets the address of the other side.
+inline Socket AcceptNext(Socket listener, sockaddr_in& peer) {
+    Length size = sizeof peer;
+    return NotWaiting(accept(listener, reinterpret_cast<sockaddr*>(&peer), &size));
+}
 
 // A call takes no more than a positive number of bytes.
 inline int Limited(std::size_t size) { return static_cast<int>(std::min<std::size_t>(size, 1'000'000)); }

@@ -40,8 +40,12 @@ inline Socket New() {
     return socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
 }
 
-inline Socket AcceptNext(Socket listener) {
-    const auto accept = [&] { return accept4(listener, nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC); };
+// peer: gets the address of the other side.
+inline Socket AcceptNext(Socket listener, sockaddr_in& peer) {
+    const auto accept = [&] {
+        Length size = sizeof peer;
+        return accept4(listener, reinterpret_cast<sockaddr*>(&peer), &size, SOCK_NONBLOCK | SOCK_CLOEXEC);
+    };
     const Socket accepted = accept();
     if (accepted < 0 && (errno == EMFILE || errno == ENFILE)) {
         // Left alone, the connection would wake the program again and again.

@@ -83,8 +83,8 @@ void TcpSocket::Open(SocketCalls::Handle handle, SocketState state) {
     UpdateWants();
 }
 
-SocketCalls::Handle TcpSocket::NextRequest() {
-    return state_ == Listening ? SocketCalls::Accept(handle_) : SocketCalls::kNoHandle;
+SocketCalls::Request TcpSocket::NextRequest() {
+    return state_ == Listening ? SocketCalls::Accept(handle_) : SocketCalls::Request();
 }
 
 void TcpSocket::SendData(const std::string& bytes) {

@@ -74,8 +74,8 @@ class TcpSocket {
     // Closes without an event. What was handed over but is not with the kernel yet is lost.
     void Close();
 
-    // Of a listening socket: the next connection that waits, or kNoHandle.
-    SocketCalls::Handle NextRequest();
+    // Of a listening socket: the next connection that waits; without a handle when there is none.
+    SocketCalls::Request NextRequest();
 
     // Something of what was handed over is not with the kernel yet.
     bool SendPending() const { return !out_.empty(); }

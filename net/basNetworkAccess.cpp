@@ -71,16 +71,16 @@ void NetworkAccess::RemoveClosed() {
 }
 
 void NetworkAccess::ConnectionRequest() {
-    const SocketCalls::Handle request = sckSend.NextRequest();
-    if (request == SocketCalls::kNoHandle) return;
+    const SocketCalls::Request request = sckSend.NextRequest();
+    if (request.handle == SocketCalls::kNoHandle) return;
     RemoveClosed();
-    if (IsQuitting() || pool_.size() >= kMostSessions) {
-        SocketCalls::Close(request);
+    if (IsQuitting() || pool_.size() >= kMostSessions || (MayConnect && !MayConnect(request.address))) {
+        SocketCalls::Close(request.handle);
         return;
     }
     const auto session = std::make_shared<clsIncoming>(
         options_.patience, [this] { RemoveClosed(); }, [this](const Note& note) { return TakeIn(note); });
-    session->Socket.Accept(request);
+    session->Socket.Accept(request.handle);
     pool_.push_back(session);
     session->ConnectionEstablished();
 }

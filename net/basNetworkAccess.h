@@ -36,6 +36,10 @@ class NetworkAccess : private SocketEvents {
     // elsewhere. What it could not keep is an error for the sender, and the note is not taken in.
     std::function<KeepResult(const Note&)> KeepLongNote;
 
+    // Asked once for each connection before anything is said to it: false closes it. The address is the
+    // dotted one of the computer that connects. Empty: everybody may.
+    std::function<bool(const std::string& address)> MayConnect;
+
     // Listens, if it does not already. False while the port is taken; the program does without receiving
     // then.
     bool Listen();

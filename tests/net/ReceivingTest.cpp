@@ -105,6 +105,17 @@ TEST_F(Receiving, SessionsBuildTheirNotesIndependently) {
     EXPECT_TRUE(SessionsEnd());
 }
 
+TEST_F(Receiving, WhoMayNotConnectGetsNoGreeting) {
+    std::vector<std::string> asked;
+    network->MayConnect = [&](const std::string& address) {
+        asked.push_back(address);
+        return asked.size() == 2;
+    };
+    Talk([](RawConnection& connection) { EXPECT_EQ(connection.Rest(), ""); });
+    Talk([](RawConnection& connection) { EXPECT_EQ(connection.Line(), kGreeting); });
+    EXPECT_EQ(asked, (std::vector<std::string>{"127.0.0.1", "127.0.0.1"}));
+}
+
 TEST_F(Receiving, NoMoreThan256AtATime) {
     Meanwhile([&] {
         std::vector<RawConnection> connections;
