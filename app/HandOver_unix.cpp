@@ -3,6 +3,7 @@
 // kernel does one or the other first, so both sides know the same.
 #include <glib-unix.h>
 #include <poll.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -62,22 +63,10 @@ struct Sender {
 
 class SocketCopy : public RunningCopy {
   public:
-    explicit SocketCopy(MeetingPlace place) : place_(std::move(place)) {
-        if (!place_) return;
-        place_.RemoveSocket();  // of a copy that was killed
-        socket_ = Descriptor(socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
-        const sockaddr_un address = place_.SocketAddress();
-        if (!socket_ ||
-            bind(socket_.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
-            listen(socket_.Get(), SOMAXCONN) != 0) {
-            socket_ = Descriptor();
-        }
-    }
+    explicit SocketCopy(MeetingPlace place) : place_(std::move(place)) {}
 
-    ~SocketCopy() override {
-        StopListening();
-        // The folder's descriptor, and with it the lock, goes last.
-    }
+    // The place, and with it the lock, goes last.
+    ~SocketCopy() override { StopListening(); }
 
     void Listen(std::function<void(const std::wstring&)> receive) override {
         receive_ = std::move(receive);
@@ -90,25 +79,24 @@ class SocketCopy : public RunningCopy {
     }
 
   private:
+    // Who still comes waits, and finds out at the end of this process that nobody has taken anything.
     void StopListening() {
-        if (!socket_) return;
-        place_.RemoveSocket();
         acceptable_.Remove();
         retry_.Remove();
         senders_.clear();
-        socket_ = Descriptor();
     }
 
     void Accept() {
-        if (!socket_) return;
-        acceptable_.Set(g_unix_fd_add(socket_.Get(), G_IO_IN, OnSender, this));
+        if (!place_.Socket()) return;
+        acceptable_.Set(g_unix_fd_add(place_.Socket().Get(), G_IO_IN, OnSender, this));
     }
 
     static gboolean OnSender(gint, GIOCondition, gpointer self) {
         auto& copy = *static_cast<SocketCopy*>(self);
-        Descriptor socket(accept4(copy.socket_.Get(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC));
+        Descriptor socket = copy.place_.Accept();
         if (!socket) {
-            if (errno == EAGAIN || errno == EINTR || errno == ECONNABORTED) return G_SOURCE_CONTINUE;
+            if (errno != EMFILE && errno != ENFILE && errno != ENOMEM && errno != ENOBUFS)
+                return G_SOURCE_CONTINUE;
             // Out of descriptors: the sender stays in the queue, and asking for it at once again is no use.
             copy.acceptable_.Remove();
             copy.retry_.Set(g_timeout_add_seconds(1, OnRetry, self));
@@ -186,7 +174,6 @@ class SocketCopy : public RunningCopy {
     }
 
     MeetingPlace place_;
-    Descriptor socket_;
     Source acceptable_, retry_, deliver_;
     std::list<Sender> senders_;
     std::deque<std::wstring> names_;
@@ -221,11 +208,8 @@ bool Send(const Descriptor& socket, const std::string& message, Clock::time_poin
 // One attempt. Nothing when the copy ended, has not begun to listen, or did not answer in time: then the name
 // is withdrawn.
 std::optional<bool> Ask(const MeetingPlace& place, const std::string& message, Clock::time_point deadline) {
-    const Descriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
-    const sockaddr_un address = place.SocketAddress();
-    if (connect(socket.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
-        return std::nullopt;
-    }
+    const Descriptor socket = place.Connect();
+    if (!socket) return std::nullopt;
     if (!Send(socket, message, deadline)) return std::nullopt;
     if (!Ready(socket, POLLIN, deadline)) shutdown(socket.Get(), SHUT_RD);
     char answer = 0;  // it may have come in between
@@ -237,7 +221,7 @@ std::optional<bool> Ask(const MeetingPlace& place, const std::string& message, C
 
 std::unique_ptr<RunningCopy> RunningCopy::Claim() {
     MeetingPlace place;
-    if (place && !place.Lock()) return nullptr;
+    if (!place.Lock()) return nullptr;
     return std::make_unique<SocketCopy>(std::move(place));
 }
 
@@ -246,7 +230,7 @@ bool HandOver(const std::wstring& fileName) {
     std::string message = FilePath(AbsoluteFileName(fileName)).native();
     message += '\0';
     const MeetingPlace place;
-    if (!place || message.size() > kLongestMessage) return false;
+    if (message.size() > kLongestMessage) return false;
     for (;;) {
         if (const std::optional<bool> answer = Ask(place, message, deadline)) return *answer;
         if (Clock::now() + kRetryPause >= deadline || !place.IsLocked()) return false;

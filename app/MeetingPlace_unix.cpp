@@ -3,47 +3,59 @@
 #include <fcntl.h>
 #include <glib.h>
 #include <sys/file.h>
-#include <sys/stat.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
-#include <cstdio>
-#include <cstdlib>
+#include <cstddef>
+#include <string>
 #include <thread>
 #include <utility>
 
+#include "base/ByteFields.h"
 #include "base/DataFolder.h"
+
+namespace fs = std::filesystem;
 
 namespace {
 
-const char* const kSocketName = "socket";
+constexpr int kAttempts = 4;
+constexpr std::chrono::milliseconds kPause{10};
 
-// The folder, created when missing; nothing unless it is a real folder of this user.
-Descriptor OpenPrivateFolder(const std::string& path) {
-    mkdir(path.c_str(), 0700);
-    Descriptor folder(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-    struct stat status {};
-    if (!folder || fstat(folder.Get(), &status) != 0 || status.st_uid != geteuid()) return Descriptor();
-    if ((status.st_mode & 0777) != 0700 && fchmod(folder.Get(), 0700) != 0) return Descriptor();
-    return folder;
+// The same for every path to the folder above, and also while the folder itself is missing.
+fs::path PathOfNotes() {
+    std::error_code failed;
+    const fs::path above = fs::weakly_canonical(SharedDataFolder(), failed);
+    return failed || above.empty() ? DataFolder() : above / DataFolder().filename();
 }
 
-Descriptor OpenDataFolder() {
-    const std::string data = DataFolder().string();
-    return Descriptor(data.empty() ? -1 : open(data.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+Descriptor OpenFolder(const fs::path& path) {
+    if (path.empty()) return Descriptor();
+    g_mkdir_with_parents(path.c_str(), 0700);
+    return Descriptor(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
 }
 
-Descriptor OpenMeetingFolder() {
-    if (const std::string data = DataFolder().string(); !data.empty()) {
-        g_mkdir_with_parents(data.c_str(), 0700);
-        if (Descriptor folder = OpenPrivateFolder(data + "/running")) return folder;
-    }
-    const char* runtime = std::getenv("XDG_RUNTIME_DIR");
-    if (runtime && runtime[0] == '/') {
-        if (Descriptor folder = OpenPrivateFolder(std::string(runtime) + "/kivora")) return folder;
-    }
-    return OpenPrivateFolder("/tmp/kivora-" + std::to_string(geteuid()));
+Descriptor NewSocket() { return Descriptor(socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0)); }
+
+// Calls bind or connect with the name, which has a NUL in front where others have a path.
+int WithName(int (*call)(int, const sockaddr*, socklen_t), const Descriptor& socket, const fs::path& notes) {
+    const std::string name =
+        "kivora-" + std::to_string(geteuid()) + "-" + std::to_string(CheckSum(notes.native()));
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    const std::size_t length = name.copy(address.sun_path + 1, sizeof address.sun_path - 1);
+    return call(socket.Get(), reinterpret_cast<const sockaddr*>(&address),
+                static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + length));
+}
+
+// Names can be taken, and connected to, by every user.
+bool IsOfThisUser(const Descriptor& connection) {
+    ucred other{};
+    socklen_t size = sizeof other;
+    return getsockopt(connection.Get(), SOL_SOCKET, SO_PEERCRED, &other, &size) == 0 &&
+           other.uid == geteuid();
 }
 
 // True as well where there is nothing to lock.
@@ -62,32 +74,50 @@ Descriptor& Descriptor::operator=(Descriptor&& other) noexcept {
     return *this;
 }
 
-MeetingPlace::MeetingPlace() : folder_(OpenMeetingFolder()), data_(OpenDataFolder()) {}
+MeetingPlace::MeetingPlace() : path_(PathOfNotes()), folder_(OpenFolder(path_)) {}
 
 bool MeetingPlace::Lock() {
     // Somebody who only looks whether the folder is locked has it for a moment, too.
-    for (int attempt = 0; attempt < 4; ++attempt) {
-        if (attempt > 0) std::this_thread::sleep_for(std::chrono::milliseconds(10));
-        if (TakeLock(folder_) && TakeLock(data_)) return true;
+    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+        if (attempt > 0) std::this_thread::sleep_for(kPause);
+        // The folder first: from then on it shows that somebody is about to listen.
+        if (TakeLock(folder_)) return TakeName();
     }
     return false;
+}
+
+bool MeetingPlace::TakeName() {
+    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+        if (attempt > 0) std::this_thread::sleep_for(kPause);
+        socket_ = NewSocket();
+        if (WithName(bind, socket_, path_) == 0 && listen(socket_.Get(), SOMAXCONN) == 0) return true;
+        const bool inUse = errno == EADDRINUSE;
+        socket_ = Descriptor();
+        if (!inUse) return true;
+        if (Connect()) return false;
+        // Its owner is about to listen, or it is another user, who keeps nobody from his notes.
+    }
+    return true;
 }
 
 bool MeetingPlace::IsLocked() const {
-    for (const Descriptor* const folder : {&folder_, &data_}) {
-        // The lock belongs to the opening of the folder, so an opening of its own is needed to see it.
-        const Descriptor other(openat(folder->Get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-        if (flock(other.Get(), LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK) return true;
-    }
-    return false;
+    if (Connect()) return true;
+    // The lock belongs to the opening of the folder, so an opening of its own is needed to see it.
+    const Descriptor other(openat(folder_.Get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    return flock(other.Get(), LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK;
 }
 
-sockaddr_un MeetingPlace::SocketAddress() const {
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    std::snprintf(address.sun_path, sizeof address.sun_path, "/proc/self/fd/%d/%s", folder_.Get(),
-                  kSocketName);
-    return address;
+Descriptor MeetingPlace::Accept() const {
+    Descriptor connection(accept4(socket_.Get(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC));
+    if (!connection || IsOfThisUser(connection)) return connection;
+    errno = EACCES;
+    return Descriptor();
 }
 
-void MeetingPlace::RemoveSocket() const { unlinkat(folder_.Get(), kSocketName, 0); }
+Descriptor MeetingPlace::Connect() const {
+    Descriptor connection = NewSocket();
+    if (WithName(connect, connection, path_) != 0) return Descriptor();
+    if (IsOfThisUser(connection)) return connection;
+    errno = EACCES;
+    return Descriptor();
+}

@@ -1,13 +1,10 @@
 #pragma once
-// Where copies of the program meet: a private folder of the user with a socket in it. Whoever holds the
-// folder's lock is the running copy, and it holds that of the folder with the notes as well: when the first
-// folder is removed, there is still no second copy on the same notes. The kernel drops the locks of a killed
-// process, and programs that clean up temporary folders leave a locked one alone.
+// Where copies of the program meet: a socket whose name stands for the folder with the notes. The name is the
+// kernel's, no file has it: whatever happens to folders, nobody else gets it, and it is gone with the
+// process. Whoever has it is the running copy, and it has that folder locked as well, for copies that the
+// name does not reach: those in another network namespace, and those that know the folder by another path.
 
-#include <sys/socket.h>
-#include <sys/un.h>
-
-#include <string>
+#include <filesystem>
 
 class Descriptor {
   public:
@@ -24,25 +21,27 @@ class Descriptor {
 
 class MeetingPlace {
   public:
-    // Opens the folder and creates it when it is missing: where the notes are kept, so that whoever would
-    // write the same notes meets the same lock, however it was started. Where that cannot be, in the user's
-    // runtime folder, else below /tmp. A folder of somebody else is never used.
+    // That of the notes that the environment names. Creates their folder when it is missing.
     MeetingPlace();
 
-    explicit operator bool() const { return static_cast<bool>(folder_); }
-
-    // Takes the lock until this object ends. False when another process has it; a file system without locks
-    // refuses nobody.
+    // Becomes the running copy until this object ends. False when another process is; where nothing can be
+    // locked nobody is refused.
     bool Lock();
-    // True while any process holds the lock.
+    // True while any process is the running copy.
     bool IsLocked() const;
 
-    // The socket's address. It goes by way of the opened folder, because an address is too short for some
-    // paths.
-    sockaddr_un SocketAddress() const;
-    void RemoveSocket() const;
+    // Of whoever has the lock: where the others arrive, none when another user has taken the name.
+    const Descriptor& Socket() const { return socket_; }
+    // Takes one who has arrived; none, with the reason in errno, when there is nobody. Another user is
+    // EACCES.
+    Descriptor Accept() const;
+    // Goes to the running copy of this user; none when it does not listen.
+    Descriptor Connect() const;
 
   private:
-    Descriptor folder_;
-    Descriptor data_;  // where the notes are kept; none if that cannot be opened
+    bool TakeName();
+
+    const std::filesystem::path path_;  // of the notes
+    Descriptor folder_;                 // with them; none if that cannot be opened
+    Descriptor socket_;
 };

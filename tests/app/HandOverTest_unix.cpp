@@ -1,17 +1,22 @@
 // What only copies that meet at a socket can do to each other: the other copies are forked.
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
+#include <sys/file.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <filesystem>
+#include <functional>
 #include <thread>
 #include <vector>
 
 #include "app/HandOver.h"
 #include "app/MeetingPlace_unix.h"
+#include "base/DataFolder.h"
 #include "tests/app/OtherCopy.h"
 #include "tests/support/Events.h"
 
@@ -25,10 +30,10 @@ class HandOverSocketTest : public testing::Test {
   protected:
     // A raw connection to the running copy.
     static int Connect() {
-        const MeetingPlace place;
-        const int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-        const sockaddr_un address = place.SocketAddress();
-        EXPECT_EQ(connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+        const Descriptor connected = MeetingPlace().Connect();
+        EXPECT_TRUE(connected);
+        const int fd = dup(connected.Get());
+        fcntl(fd, F_SETFL, 0);  // it waits
         return fd;
     }
 
@@ -40,26 +45,20 @@ class HandOverSocketTest : public testing::Test {
     std::vector<std::wstring> names_;
 };
 
-TEST_F(HandOverSocketTest, WaitsForACopyThatIsStillStarting) {
+TEST_F(HandOverSocketTest, WaitsForACopyThatIsAboutToListen) {
     role_.reset();
-    OtherCopy first = OtherCopy::Doing([] {
-        MeetingPlace place;
-        if (!place.Lock()) return 1;
-        std::this_thread::sleep_for(400ms);
-        const int listener = socket(AF_UNIX, SOCK_STREAM, 0);
-        const sockaddr_un address = place.SocketAddress();
-        place.RemoveSocket();
-        if (bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) return 2;
-        listen(listener, 1);
-        const int sender = accept(listener, nullptr, nullptr);
-        char buffer[16];
-        if (read(sender, buffer, sizeof buffer) != 3) return 3;
-        return write(sender, "+", 1) == 1 ? 0 : 4;
-    });
+    std::filesystem::create_directories(DataFolder());
+    const Descriptor folder(open(DataFolder().c_str(), O_RDONLY | O_CLOEXEC));
+    ASSERT_EQ(flock(folder.Get(), LOCK_EX | LOCK_NB), 0);
+    OtherCopy sender = OtherCopy::Sender({L"/a"});
     std::this_thread::sleep_for(100ms);
-    EXPECT_TRUE(HandOver(L"/a"));
-    EXPECT_TRUE(RunUntil([&] { return first.Ended(); }, kLimit));
-    EXPECT_EQ(first.Result(), 0);
+    EXPECT_FALSE(sender.Ended());
+    flock(folder.Get(), LOCK_UN);
+    role_ = RunningCopy::Claim();
+    ASSERT_TRUE(role_);
+    Listen();
+    EXPECT_TRUE(RunUntil([&] { return sender.Ended() && !names_.empty(); }, kLimit));
+    EXPECT_EQ(sender.Result(), 0);
 }
 
 TEST_F(HandOverSocketTest, BadSendersHarmNobody) {
@@ -115,82 +114,131 @@ TEST_F(HandOverSocketTest, SilentSendersInEveryPlaceDelayOthersOnly) {
     for (std::size_t i = 0; i < 16; ++i) close(silent[i]);
 }
 
-// Where copies meet, for values of the variables that name the user's folders.
 class MeetingPlaceTest : public testing::Test {
   protected:
-    MeetingPlaceTest() : data_(std::getenv("XDG_DATA_HOME")), runtime_(std::getenv("XDG_RUNTIME_DIR")) {}
-    ~MeetingPlaceTest() override {
-        setenv("XDG_DATA_HOME", data_.c_str(), 1);
-        setenv("XDG_RUNTIME_DIR", runtime_.c_str(), 1);
+    MeetingPlaceTest() : data_(std::getenv("XDG_DATA_HOME")) {}
+    ~MeetingPlaceTest() override { setenv("XDG_DATA_HOME", data_.c_str(), 1); }
+
+    // What is handed over by another copy now gets to this one.
+    static void ExpectHandOver(RunningCopy& role) {
+        std::wstring received;
+        role.Listen([&](const std::wstring& name) { received = name; });
+        OtherCopy sender = OtherCopy::Sender({L"/a"});
+        EXPECT_TRUE(RunUntil([&] { return sender.Ended() && !received.empty(); }, kLimit));
+        EXPECT_EQ(received, L"/a");
     }
 
-    static std::filesystem::path Folder(const MeetingPlace& place) {
-        return std::filesystem::read_symlink(
-            std::filesystem::path(place.SocketAddress().sun_path).parent_path());
-    }
-
-    const std::string data_, runtime_;
-    const std::string shared_ = "/tmp/kivora-" + std::to_string(geteuid());
+    const std::string data_;
 };
 
-TEST_F(MeetingPlaceTest, LiesWithTheNotesHoweverTheProgramWasStarted) {
-    const std::filesystem::path expected = std::filesystem::path(data_) / "kivora" / "running";
-    for (const char* runtime : {runtime_.c_str(), "", "/nowhere"}) {
-        setenv("XDG_RUNTIME_DIR", runtime, 1);
-        const MeetingPlace place;
-        ASSERT_TRUE(place);
-        EXPECT_EQ(Folder(place), expected) << runtime;
-        EXPECT_EQ(std::filesystem::status(expected).permissions(), std::filesystem::perms::owner_all);
-    }
-}
-
-TEST_F(MeetingPlaceTest, IsTakenAlsoWhenItsFolderIsRemoved) {
-    MeetingPlace first;
-    ASSERT_TRUE(first.Lock());
-    std::filesystem::remove_all(Folder(first));
-    MeetingPlace second;
-    EXPECT_FALSE(second.Lock());
-    EXPECT_TRUE(second.IsLocked());
-}
-
-TEST_F(MeetingPlaceTest, WithoutAFolderForDataIsAPrivateFolderOfTheUser) {
-    setenv("XDG_DATA_HOME", "/proc/nowhere", 1);
-    const std::filesystem::path root = runtime_;
-    std::filesystem::remove_all(root / "link");
-    std::filesystem::create_directories(root / "link");
-    std::filesystem::create_directories(root / "elsewhere");
-    std::filesystem::create_directory_symlink(root / "elsewhere", root / "link" / "kivora");
-    const struct {
-        std::string runtime;
-        std::filesystem::path folder;
-    } rows[] = {
-        {root, root / "kivora"},     {root / "link", shared_},  // a link may lead to somebody else's folder
-        {root / "missing", shared_}, {"relative", shared_},    {"", shared_},
+TEST_F(MeetingPlaceTest, IsTakenWhateverHappensToTheFolderOfTheNotes) {
+    const std::filesystem::path folder = DataFolder(), away = folder.parent_path() / "away";
+    const std::function<void()> events[] = {
+        [&] { std::filesystem::remove_all(folder); },
+        [&] { std::filesystem::rename(folder, away); },
+        [&] { std::filesystem::create_directories(folder); },
+        [&] { std::filesystem::remove_all(folder.parent_path()); },
     };
-    for (const auto& row : rows) {
-        setenv("XDG_RUNTIME_DIR", row.runtime.c_str(), 1);
-        const MeetingPlace place;
-        ASSERT_TRUE(place) << row.runtime;
-        EXPECT_EQ(Folder(place), row.folder) << row.runtime;
-        struct stat status {};
-        ASSERT_EQ(stat(row.folder.c_str(), &status), 0);
-        EXPECT_EQ(status.st_mode & 0777, 0700u) << row.runtime;
+    for (const auto& event : events) {
+        const auto role = RunningCopy::Claim();
+        ASSERT_TRUE(role);
+        event();
+        EXPECT_FALSE(RunningCopy::Claim());
+        ExpectHandOver(*role);
+        std::filesystem::remove_all(away);
     }
 }
 
-TEST_F(MeetingPlaceTest, WorksAtTheEndOfALongPath) {
-    std::filesystem::path deep = data_;
-    for (int i = 0; i < 10; ++i) deep /= std::string(40, 'd');
-    std::filesystem::create_directories(deep);
-    setenv("XDG_DATA_HOME", deep.c_str(), 1);
+TEST_F(MeetingPlaceTest, GoesToOneOfManyThatComeAtOnce) {
+    int go[2], answers[2];
+    ASSERT_EQ(pipe(go) + pipe(answers), 0);
+    constexpr int kCopies = 20;
+    std::vector<OtherCopy> copies;
+    for (int i = 0; i < kCopies; ++i) {
+        copies.push_back(OtherCopy::Doing([&] {
+            close(go[1]);
+            char byte = 0;
+            if (read(go[0], &byte, 1) != 0) return 1;
+            std::unique_ptr<RunningCopy> role;
+            for (int attempt = 0; attempt < 3 && !role; ++attempt) {
+                std::error_code ignored;
+                std::filesystem::remove_all(DataFolder(), ignored);
+                role = RunningCopy::Claim();
+            }
+            if (write(answers[1], role ? "+" : "-", 1) != 1) return 2;
+            return role ? pause() : 0;
+        }));
+    }
+    close(go[0]);
+    close(go[1]);
+    std::string heard(kCopies, ' ');
+    for (char& answer : heard) ASSERT_EQ(read(answers[0], &answer, 1), 1);
+    EXPECT_EQ(std::count(heard.begin(), heard.end(), '+'), 1) << heard;
+    close(answers[0]);
+    close(answers[1]);
+}
+
+TEST_F(MeetingPlaceTest, IsTheSameByEveryPathToTheFolder) {
+    const std::filesystem::path real = std::filesystem::path(data_) / "real", link = real.native() + "-link";
+    std::filesystem::create_directories(real);
+    std::filesystem::create_directory_symlink(real, link);
+    setenv("XDG_DATA_HOME", real.c_str(), 1);
     const auto role = RunningCopy::Claim();
     ASSERT_TRUE(role);
-    std::wstring received;
-    role->Listen([&](const std::wstring& name) { received = name; });
-    OtherCopy sender = OtherCopy::Sender({L"/a"});
-    EXPECT_TRUE(RunUntil([&] { return sender.Ended() && !received.empty(); }, kLimit));
-    EXPECT_EQ(received, L"/a");
-    EXPECT_TRUE(std::filesystem::is_socket(deep / "kivora" / "running" / "socket"));
+    setenv("XDG_DATA_HOME", link.c_str(), 1);
+    EXPECT_FALSE(RunningCopy::Claim());
+    ExpectHandOver(*role);
+    setenv("XDG_DATA_HOME", data_.c_str(), 1);
+    EXPECT_TRUE(RunningCopy::Claim()) << "other notes";
+    std::filesystem::remove(link);
+}
+
+TEST_F(MeetingPlaceTest, NeedsNoFolder) {
+    for (const std::string& data :
+         {std::string("/proc/nowhere"), data_ + "/" + std::string(200, 'd') + "/" + std::string(200, 'd')}) {
+        setenv("XDG_DATA_HOME", data.c_str(), 1);
+        const auto role = RunningCopy::Claim();
+        ASSERT_TRUE(role);
+        EXPECT_FALSE(RunningCopy::Claim());
+        ExpectHandOver(*role);
+    }
+}
+
+// A socket of another user.
+Descriptor OfNobody(int (*call)(int, const sockaddr*, socklen_t), const sockaddr_un& address,
+                    socklen_t size) {
+    Descriptor made(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    EXPECT_EQ(seteuid(65534), 0);
+    EXPECT_EQ(call(made.Get(), reinterpret_cast<const sockaddr*>(&address), size), 0);
+    if (call == bind) EXPECT_EQ(listen(made.Get(), 1), 0);
+    EXPECT_EQ(seteuid(0), 0);
+    return made;
+}
+
+TEST_F(MeetingPlaceTest, BelongsToOneUser) {
+    if (geteuid() != 0) GTEST_SKIP() << "only root can be two users";
+    sockaddr_un address{};
+    socklen_t size = sizeof address;
+    {
+        MeetingPlace place;
+        ASSERT_TRUE(place.Lock());
+        getsockname(place.Socket().Get(), reinterpret_cast<sockaddr*>(&address), &size);
+    }
+    {
+        const auto role = RunningCopy::Claim();
+        ASSERT_TRUE(role);
+        bool received = false;
+        role->Listen([&](const std::wstring&) { received = true; });
+        const Descriptor intruder = OfNobody(connect, address, size);
+        EXPECT_EQ(send(intruder.Get(), "/a", 3, MSG_NOSIGNAL), 3);
+        char byte = 0;
+        EXPECT_TRUE(RunUntil(
+            [&] { return recv(intruder.Get(), &byte, 1, MSG_DONTWAIT) != -1 || errno != EAGAIN; }, kLimit));
+        EXPECT_FALSE(received);
+    }
+    const Descriptor taken = OfNobody(bind, address, size);
+    EXPECT_FALSE(MeetingPlace().Connect()) << "nobody else hears of files";
+    EXPECT_TRUE(RunningCopy::Claim()) << "nobody else keeps a user from the notes";
 }
 
 }  // namespace
