@@ -107,13 +107,14 @@ void Program::ImportQueuedFiles() {
         const bool imported = ImportNotes(Store(), file);
         // Before the message, because that may stay for long and what it says has to be true meanwhile.
         const KeepResult kept = Store().WriteImage();
+        const bool any = Store().CountNotes() > before;
         // Notes of which the user hears that they failed must not come with those of the next file.
         while (!kept.Kept() && Store().CountNotes() > before) Store().TakeBack(*Store().Notes().back());
         if (imported && kept.Kept()) {
             ShowMessage(L"Die Notizen aus " + ShownFileName(file) + L" wurden erfolgreich importiert.",
                         kInformation, L"Importieren erfolgreich");
         } else {
-            ShowImportFailure(file, ReasonText(kept));
+            ShowImportFailure(file, any ? ReasonText(kept) : std::wstring());
         }
     }
 }
