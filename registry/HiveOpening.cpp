@@ -76,7 +76,7 @@ OpenedHive Replace(const fs::path& file, HiveImage& image, RecoveryReport report
         opened.result = SetAside(file, isDamaged ? "defekt" : "ersetzt", aside);
     }
     if (opened.result.Kept())
-        opened.result = PutInPlace(Unfinished(file), file);
+        opened.result = PutHiveInPlace(Unfinished(file), file);
     else
         unlink(Unfinished(file).c_str());
     if (!opened.result.Kept()) return opened;

@@ -159,7 +159,7 @@ HiveLock::~HiveLock() {
 
 KeepResult BringToDisk(const fs::path& file) { return Sync(file) ? KeepResult() : LastFailure(file); }
 
-KeepResult PutInPlace(const fs::path& finished, const fs::path& file) {
+KeepResult PutHiveInPlace(const fs::path& finished, const fs::path& file) {
     if (!Sync(finished) || std::rename(finished.c_str(), file.c_str()) != 0) {
         const KeepResult failed = LastFailure(file);
         unlink(finished.c_str());

@@ -59,7 +59,7 @@ class HiveLock {
 KeepResult BringToDisk(const std::filesystem::path& file);
 
 // Brings a finished file to the disk and gives it its name, at once in place of one that has it.
-KeepResult PutInPlace(const std::filesystem::path& finished, const std::filesystem::path& file);
+KeepResult PutHiveInPlace(const std::filesystem::path& finished, const std::filesystem::path& file);
 
 // Gives the file a further name, FILE.WORD-YYYYMMDD-HHMMSS, and moves its log there, so that the next file of
 // its name begins without one. `aside` receives the name.

@@ -72,7 +72,7 @@ KeepResult KeepState(HiveFile& opened, const fs::path& file) {
     }
     if (const std::string day = DayOf(newest); !day.empty() && day != DayOf(copy))
         fs::rename(newest, Beside(newest, day), ignored);
-    result = PutInPlace(copy, newest);
+    result = PutHiveInPlace(copy, newest);
     const std::vector<fs::path> days = Days(file);
     for (std::size_t i = kDays; i < days.size(); ++i) fs::remove(days[i], ignored);
     return result;
