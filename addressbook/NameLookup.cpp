@@ -18,8 +18,8 @@ NameLookup::NameLookup(const std::wstring& name, Answer answer)
 
 std::wstring ResolveHostAddress(const std::wstring& name, const std::function<bool()>& abandoned) {
     std::optional<std::wstring> found;
-    const NameLookup lookup(name, [&](const std::wstring& address) {
-        found = address;
+    const NameLookup lookup(name, [&](const std::vector<std::wstring>& addresses) {
+        found = addresses.empty() ? L"" : addresses.front();
         WakeWaits();
     });
     WaitUntil([&] { return found || (abandoned && abandoned()); });

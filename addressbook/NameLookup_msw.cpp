@@ -32,21 +32,25 @@ struct NameLookup::Running {
         if (task) WSACancelAsyncRequest(task);
     }
 
-    std::wstring Dotted() const {
+    std::vector<std::wstring> Dotted() const {
         const auto* found = reinterpret_cast<const hostent*>(host);
-        if (found->h_addrtype != AF_INET || !found->h_addr_list[0]) return {};
-        in_addr address;
-        std::memcpy(&address, found->h_addr_list[0], sizeof address);
-        return FromAnsi(inet_ntoa(address));
+        std::vector<std::wstring> addresses;
+        for (char** each = found->h_addr_list; found->h_addrtype == AF_INET && *each; ++each) {
+            in_addr address;
+            std::memcpy(&address, *each, sizeof address);
+            addresses.push_back(FromAnsi(inet_ntoa(address)));
+        }
+        return addresses;
     }
 
     std::optional<LRESULT> OnMessage(UINT message, LPARAM lParam) {
         if (message != kAnswered) return std::nullopt;
         task = nullptr;
-        const std::wstring address = WSAGETASYNCERROR(lParam) == 0 ? Dotted() : L"";
+        const std::vector<std::wstring> addresses =
+            WSAGETASYNCERROR(lParam) == 0 ? Dotted() : std::vector<std::wstring>();
         // A copy, because the look-up may be destroyed by its own answer.
         const Answer told = answer;
-        told(address);
+        told(addresses);
         return 0;
     }
 

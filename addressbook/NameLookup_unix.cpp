@@ -12,12 +12,15 @@ struct NameLookup::Running {
 
 namespace {
 
-std::wstring FirstAddress(GResolver* resolver, GAsyncResult* result) {
-    GList* const addresses = g_resolver_lookup_by_name_with_flags_finish(resolver, result, nullptr);
-    if (!addresses) return {};
-    g_autofree char* dotted = g_inet_address_to_string(static_cast<GInetAddress*>(addresses->data));
-    g_resolver_free_addresses(addresses);
-    return FromUtf8(dotted);
+std::vector<std::wstring> Addresses(GResolver* resolver, GAsyncResult* result) {
+    GList* const found = g_resolver_lookup_by_name_with_flags_finish(resolver, result, nullptr);
+    std::vector<std::wstring> addresses;
+    for (const GList* each = found; each; each = each->next) {
+        g_autofree char* dotted = g_inet_address_to_string(static_cast<GInetAddress*>(each->data));
+        addresses.push_back(FromUtf8(dotted));
+    }
+    g_resolver_free_addresses(found);
+    return addresses;
 }
 
 }  // namespace
@@ -30,10 +33,10 @@ std::shared_ptr<NameLookup::Running> NameLookup::Start(const std::wstring& name,
         [](GObject* source, GAsyncResult* result, gpointer data) {
             const std::unique_ptr<std::shared_ptr<Running>> running(
                 static_cast<std::shared_ptr<Running>*>(data));
-            const std::wstring address = FirstAddress(G_RESOLVER(source), result);
+            const std::vector<std::wstring> addresses = Addresses(G_RESOLVER(source), result);
             // A copy, because the look-up may be destroyed by its own answer.
             const Answer answer = (*running)->answer;
-            if (answer) answer(address);
+            if (answer) answer(addresses);
         },
         new std::shared_ptr<Running>(started));
     g_object_unref(resolver);

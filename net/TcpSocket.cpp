@@ -46,8 +46,9 @@ void TcpSocket::Listen() {
 void TcpSocket::Connect(const std::wstring& host) {
     Close();
     state_ = Connecting;
-    lookup_ = std::make_unique<NameLookup>(host, [this](const std::wstring& address) {
+    lookup_ = std::make_unique<NameLookup>(host, [this](const std::vector<std::wstring>& addresses) {
         const auto alive = receiver_.weak_from_this().lock();
+        const std::wstring address = addresses.empty() ? L"" : addresses.front();
         const std::string dotted(address.begin(), address.end());
         lookup_.reset();
         BeginConnect(dotted);

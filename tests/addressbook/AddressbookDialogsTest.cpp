@@ -245,12 +245,12 @@ TEST_F(AddressbookDialogs, NamesAreLookedUpWhileEventsGoOn) {
         EXPECT_EQ(ResolveHostAddress(row.name), row.address) << wxString(row.name).utf8_string();
     EXPECT_EQ(ResolveHostAddress(L"localhost", [] { return true; }), L"") << "abandoned";
     {
-        const NameLookup given_up(L"localhost", [](const std::wstring&) { ADD_FAILURE(); });
+        const NameLookup given_up(L"localhost", [](const std::vector<std::wstring>&) { ADD_FAILURE(); });
     }
     // The answer may destroy its look-up.
     bool answered = false;
     std::unique_ptr<NameLookup> lookup;
-    lookup = std::make_unique<NameLookup>(L"127.0.0.1", [&](const std::wstring&) {
+    lookup = std::make_unique<NameLookup>(L"127.0.0.1", [&](const std::vector<std::wstring>&) {
         lookup.reset();
         answered = true;
     });
