@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "app/Commands.h"
+
 // Text before the first "/".
 class CommandLineError : public std::runtime_error {
   public:
@@ -18,12 +20,14 @@ class CommandLineError : public std::runtime_error {
 std::vector<std::wstring> SplitCommandLine(const std::wstring& commandLine);
 
 struct StartRequest {
-    enum Kind { Resident, Import, Print, Help, Version, Wrong };
+    enum Kind { Resident, Import, Print, Run, Wrong };
     Kind kind = Resident;
-    std::vector<std::wstring> files;
-    std::wstring wrong;  // the option that is not known
+    std::vector<std::wstring> files;  // Import, Print
+    Command command = {};             // Run
+    std::wstring wrong = {};          // Wrong: what, in a sentence without its full stop
 };
 
-// What arguments ask for: none of them the resident program, "[print]" (or "/[print]") first printing, else
-// file names to import. --help, --version and -- as usual.
+// What arguments ask for: none of them the resident program, "[print]" (or "/[print]") first printing, a word
+// with a hyphen the command of that name with all that follows, else file names to import. Behind "--" there
+// are file names only.
 StartRequest RequestOf(const std::vector<std::wstring>& arguments);

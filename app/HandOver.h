@@ -1,20 +1,27 @@
 #pragma once
-// The agreement between copies of the program: one of them is the running copy, and it takes file names from
-// the others. The test for a running copy and the channel to it are one thing, so they cannot disagree.
+// The agreement between copies of the program: one of them is the running copy, and it takes names of files
+// and commands from the others. The test for a running copy and the channel to it are one thing, so they
+// cannot disagree.
 
 #include <functional>
 #include <memory>
 #include <string>
 
+#include "app/Commands.h"
+
 class RunningCopy {
   public:
+    // What is done with what another copy hands over. A command without a name is one file to be opened, an
+    // absolute path; nobody waits for the answer to that.
+    using Receive = std::function<CommandAnswer(const Command& command)>;
+
     virtual ~RunningCopy() = default;  // gives the role up
 
-    // From now on `receive` gets each file name (an absolute path) that another copy hands over, as an event
-    // of its own. Names that arrived before are delivered then.
-    virtual void Listen(std::function<void(const std::wstring& fileName)> receive) = 0;
+    // From now on `receive` gets what other copies hand over, one after the other, each as an event of its
+    // own. What arrived before is delivered then.
+    virtual void Listen(Receive receive) = 0;
 
-    // Takes no more names. Those that the other copies know to be taken are delivered before it returns.
+    // Takes nothing more. What the other copies know to be taken is delivered before it returns.
     virtual void Finish() = 0;
 
     // Makes this process the running copy; null when another one is. A copy that was killed leaves nothing
@@ -27,3 +34,12 @@ class RunningCopy {
 // made absolute; the file need not exist. False when there is no running copy or it does not answer; then the
 // name is withdrawn, and that copy does not take it later either.
 bool HandOver(const std::wstring& fileName);
+
+// The same for a command, whose answer is waited for as well, a minute at the most: the copy may show
+// something to its user meanwhile. Silent: it did not take it, or what became of it is not known.
+struct HandedOver {
+    enum Outcome { NobodyThere, Silent, Answered };
+    Outcome outcome = NobodyThere;
+    CommandAnswer answer = {};
+};
+HandedOver HandOver(const Command& command);

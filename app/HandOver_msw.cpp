@@ -1,7 +1,8 @@
-// A mutex tells that there is a running copy. Its window takes the file names; a DDE conversation does too,
-// for copies and programs that know no other way. That is the second choice, because Windows lets it wait for
-// the windows of all programs, also of one that hangs, and because it carries the characters of the code page
-// only.
+// A mutex tells that there is a running copy. Its window takes file names and packed commands; a DDE
+// conversation takes file names too, for copies and programs that know no other way. That is the second
+// choice, because Windows lets it wait for the windows of all programs, also of one that hangs, and because
+// it carries the characters of the code page only. What a command comes to is sent to a window of its
+// sender's.
 #include <windows.h>
 
 #include <ddeml.h>
@@ -29,12 +30,41 @@ const char* const kService = "Kivora";
 const char* const kTopic = "Import";
 const char* const kItem = "lblDDERec";
 constexpr std::chrono::seconds kPatience{5};
+constexpr std::chrono::seconds kPatienceForResult{60};
 // A copy that has just started may not have come to opening its window.
 constexpr std::chrono::seconds kPatienceForWindow{1};
 constexpr DWORD kRetryPauseMilliseconds = 20;
 
-// Who has the say over one file name: the running copy, which takes it, or the sender, which withdraws it.
-// The first to ask gets it, so never both.
+DWORD MillisecondsUntil(Clock::time_point deadline) {
+    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
+    return static_cast<DWORD>(std::max<long long>(left.count(), 1));
+}
+
+// The class of the window that waits for what a command comes to.
+std::wstring AskerClass(DWORD process, ULONG_PTR number) {
+    return L"Kivora.Asker." + std::to_wstring(process) + L"." + std::to_wstring(number);
+}
+
+// What was taken, and the class of the window that waits for what becomes of it.
+struct Errand {
+    Command command;
+    std::wstring asker = {};  // empty for a file
+};
+
+// A window with text for another program, which has it when this returns.
+void SendText(HWND window, DWORD sender, ULONG_PTR number, const std::wstring& text, DWORD milliseconds) {
+    COPYDATASTRUCT data{number, static_cast<DWORD>(text.size() * sizeof(wchar_t)),
+                        const_cast<wchar_t*>(text.data())};
+    SendMessageTimeoutW(window, WM_COPYDATA, sender, reinterpret_cast<LPARAM>(&data), SMTO_BLOCK,
+                        milliseconds, nullptr);
+}
+
+std::wstring TextOf(const COPYDATASTRUCT& data) {
+    return {static_cast<const wchar_t*>(data.lpData), data.cbData / sizeof(wchar_t)};
+}
+
+// Who has the say over one message: the running copy, which takes it, or the sender, which withdraws it. The
+// first to ask gets it, so never both.
 class Say {
   public:
     // Made by the sender, which names it by its process and a number of its own.
@@ -115,14 +145,14 @@ class DdeCopy : public RunningCopy {
         CloseHandle(mutex_);
     }
 
-    void Listen(std::function<void(const std::wstring&)> receive) override {
+    void Listen(Receive receive) override {
         receive_ = std::move(receive);
-        for (std::size_t i = 0; i < names_.size(); ++i) DeliverLater();
+        for (std::size_t i = 0; i < errands_.size(); ++i) DeliverLater();
     }
 
     void Finish() override {
         StopListening();
-        while (!names_.empty()) DeliverOne();
+        while (!errands_.empty()) DeliverOne();
     }
 
   private:
@@ -143,7 +173,7 @@ class DdeCopy : public RunningCopy {
         if (type != XTYP_POKE || format != CF_TEXT || !running->conversations_->IsName(item, kItem) ||
             HasGivenUp(conversation))
             return nullptr;
-        running->Take(Caption(data));
+        running->TakeFile(Caption(data));
         return reinterpret_cast<HDDEDATA>(DDE_FACK);
     }
 
@@ -166,13 +196,21 @@ class DdeCopy : public RunningCopy {
         if (message != WM_COPYDATA) return std::nullopt;
         const auto* data = reinterpret_cast<const COPYDATASTRUCT*>(lParam);
         if (!Say::Open(process, data->dwData).Get()) return FALSE;
-        Take(std::wstring(static_cast<const wchar_t*>(data->lpData), data->cbData / sizeof(wchar_t)));
+        // No name of a file holds a NUL.
+        std::wstring message = TextOf(*data);
+        if (std::optional<Command> command = Unpacked(message))
+            Take({std::move(*command), AskerClass(process, data->dwData)});
+        else
+            TakeFile(std::move(message));
         return TRUE;
     }
 
-    void Take(std::wstring name) {
-        if (name.empty()) return;
-        names_.push_back(std::move(name));
+    void TakeFile(std::wstring name) {
+        if (!name.empty()) Take({{L"", {std::move(name)}}});
+    }
+
+    void Take(Errand errand) {
+        errands_.push_back(std::move(errand));
         if (receive_) DeliverLater();
     }
 
@@ -184,18 +222,23 @@ class DdeCopy : public RunningCopy {
     }
 
     void DeliverOne() {
-        if (names_.empty()) return;
-        const std::wstring name = std::move(names_.front());
-        names_.pop_front();
-        if (receive_) receive_(name);
+        if (errands_.empty()) return;
+        const Errand errand = std::move(errands_.front());
+        errands_.pop_front();
+        if (!receive_) return;
+        const CommandAnswer answer = receive_(errand.command);
+        if (errand.asker.empty()) return;
+        if (const HWND asker = MessageWindow::Find(errand.asker.c_str()))
+            SendText(asker, 0, static_cast<ULONG_PTR>(answer.exitCode), answer.text,
+                     MillisecondsUntil(Clock::now() + kPatience));
     }
 
     HANDLE mutex_;
     std::unique_ptr<MessageWindow> window_;
     std::unique_ptr<Conversations> conversations_;
     HSZ service_ = nullptr;
-    std::deque<std::wstring> names_;
-    std::function<void(const std::wstring&)> receive_;
+    std::deque<Errand> errands_;
+    Receive receive_;
     std::shared_ptr<DdeCopy*> self_ = std::make_shared<DdeCopy*>(this);
 };
 
@@ -217,11 +260,6 @@ std::string AnsiName(const std::wstring& name) {
 }
 
 HDDEDATA CALLBACK IgnoreDde(UINT, UINT, HCONV, HSZ, HSZ, HDDEDATA, ULONG_PTR, ULONG_PTR) { return nullptr; }
-
-DWORD MillisecondsUntil(Clock::time_point deadline) {
-    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
-    return static_cast<DWORD>(std::max<long long>(left.count(), 1));
-}
 
 bool Poke(const Conversations& conversations, HCONV conversation, std::string message,
           Clock::time_point deadline) {
@@ -256,16 +294,32 @@ HWND WindowOfRunningCopy(Clock::time_point deadline) {
     return window;
 }
 
-bool Send(HWND window, std::wstring name, Clock::time_point deadline) {
+ULONG_PTR NextNumber() {
     static ULONG_PTR number = 0;
+    return ++number;
+}
+
+// True when the running copy has taken the message.
+bool Send(HWND window, ULONG_PTR number, const std::wstring& message, Clock::time_point deadline) {
     const DWORD process = GetCurrentProcessId();
-    const Say say = Say::Make(process, ++number);
+    const Say say = Say::Make(process, number);
     if (!say) return false;
-    COPYDATASTRUCT data{number, static_cast<DWORD>(name.size() * sizeof(wchar_t)), name.data()};
-    // The window may get the message after that time, and whether it has taken the name shows elsewhere.
-    SendMessageTimeoutW(window, WM_COPYDATA, process, reinterpret_cast<LPARAM>(&data), SMTO_BLOCK,
-                        MillisecondsUntil(deadline), nullptr);
+    // The window may get the message after that time, and whether it has taken it shows elsewhere.
+    SendText(window, process, number, message, MillisecondsUntil(deadline));
     return !say.Get();
+}
+
+// Lets messages come in until something has arrived or the process has ended; not for ever.
+template <class Arrived>
+void WaitFor(HANDLE process, Clock::time_point deadline, const Arrived& arrived) {
+    while (!arrived() && Clock::now() < deadline) {
+        const DWORD handles = process ? 1 : 0;
+        const DWORD what =
+            MsgWaitForMultipleObjects(handles, &process, FALSE, MillisecondsUntil(deadline), QS_ALLINPUT);
+        MSG message;
+        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
+        if (handles == 1 && what == WAIT_OBJECT_0) return;
+    }
 }
 
 // Whoever sets `decided` first decides: here the name is poked, elsewhere that it is withdrawn.
@@ -291,7 +345,7 @@ bool HandOver(const std::wstring& fileName) {
     const Clock::time_point start = Clock::now(), deadline = start + kPatience;
     const std::wstring name = AbsoluteFileName(fileName);
     if (const HWND window = WindowOfRunningCopy(start + kPatienceForWindow))
-        return Send(window, name, deadline);
+        return Send(window, NextNumber(), name, deadline);
     // A window that does not answer would keep the conversation for ever, so that waits in a thread that can
     // be left behind.
     std::promise<bool> promise;
@@ -303,4 +357,32 @@ bool HandOver(const std::wstring& fileName) {
     if (taken.wait_until(deadline) != std::future_status::ready && !decided->exchange(true)) return false;
     // What is poked is answered, or its conversation ended, at the deadline.
     return taken.wait_until(deadline + kPatienceForWindow) == std::future_status::ready && taken.get();
+}
+
+HandedOver HandOver(const Command& command) {
+    const Clock::time_point deadline = Clock::now() + kPatience;
+    if (!IsCopyRunning()) return {HandedOver::NobodyThere};
+    const HWND window = WindowOfRunningCopy(deadline);
+    if (!window) return {IsCopyRunning() ? HandedOver::Silent : HandedOver::NobodyThere};
+    DWORD copy = 0;
+    GetWindowThreadProcessId(window, &copy);
+    AllowSetForegroundWindow(copy);  // it may have a dialog to show
+
+    const ULONG_PTR number = NextNumber();
+    std::optional<CommandAnswer> answer;
+    const MessageWindow asker(AskerClass(GetCurrentProcessId(), number).c_str(),
+                              [&](UINT message, WPARAM, LPARAM lParam) -> std::optional<LRESULT> {
+                                  if (message != WM_COPYDATA) return std::nullopt;
+                                  const auto& data = *reinterpret_cast<const COPYDATASTRUCT*>(lParam);
+                                  answer = CommandAnswer{static_cast<int>(data.dwData), TextOf(data)};
+                                  return TRUE;
+                              });
+    // The copy may have fewer rights than this process.
+    ChangeWindowMessageFilterEx(asker.Get(), WM_COPYDATA, MSGFLT_ALLOW, nullptr);
+    if (!Send(window, number, Packed(command), deadline)) return {HandedOver::Silent};
+    const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, copy);
+    WaitFor(process, Clock::now() + kPatienceForResult, [&] { return answer.has_value(); });
+    if (process) CloseHandle(process);
+    if (!answer) return {HandedOver::Silent};
+    return {HandedOver::Answered, std::move(*answer)};
 }

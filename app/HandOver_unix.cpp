@@ -1,6 +1,8 @@
-// A message is one file name and the NUL behind it; the answer is one byte. The answer is what counts: a name
-// is taken when "taken" could be sent, and a sender that gives up refuses to be sent anything more. The
-// kernel does one or the other first, so both sides know the same.
+// A message is one file name, which begins with "/", and the NUL behind it, or a packed command. The first
+// byte of the answer is what counts: a message is taken when "taken" could be sent, and a sender that gives
+// up refuses to be sent anything more. The kernel does one or the other first, so both sides know the same.
+// What a command comes to follows when it is done: a line with the exit code, a blank and the number of the
+// bytes behind it, and then these, the text.
 #include <glib-unix.h>
 #include <poll.h>
 #include <sys/socket.h>
@@ -8,6 +10,7 @@
 
 #include <cerrno>
 #include <chrono>
+#include <cstdio>
 #include <deque>
 #include <list>
 #include <optional>
@@ -16,6 +19,7 @@
 #include "app/HandOver.h"
 #include "app/MeetingPlace_unix.h"
 #include "base/FileName.h"
+#include "base/Text.h"
 
 namespace {
 
@@ -23,11 +27,12 @@ using Clock = std::chrono::steady_clock;
 
 constexpr char kTaken = '+';
 constexpr char kRefused = '-';
-constexpr std::size_t kLongestMessage = 65536;
+constexpr std::size_t kLongestMessage = 1 << 18;
 // A sender has its few bytes ready; one that is slower than this holds a place that others need.
 constexpr guint kSlowestSenderSeconds = 3;
 constexpr std::size_t kMostSenders = 16;
 constexpr std::chrono::seconds kPatience{5};
+constexpr std::chrono::seconds kPatienceForResult{60};
 constexpr std::chrono::milliseconds kRetryPause{20};
 
 // An event source of the main loop, removed with its owner.
@@ -61,6 +66,30 @@ struct Sender {
     Source readable, late;
 };
 
+// What was taken, and who waits for what becomes of it.
+struct Errand {
+    Command command;
+    Descriptor asker;  // none for a file
+};
+
+// The result of a command on its way to whoever asked for it.
+struct Result {
+    Result(SocketCopy* owner, Descriptor connection, std::string bytes)
+        : copy(owner), asker(std::move(connection)), unsent(std::move(bytes)) {}
+    SocketCopy* copy;
+    Descriptor asker;
+    std::string unsent;
+    Source writable;
+};
+
+// Nothing as long as it is not complete. A file is a command without a name.
+std::optional<Command> MessageOf(const std::string& bytes) {
+    if (!bytes.starts_with('/')) return bytes.ends_with('\0') ? Unpacked(FileName(bytes)) : std::nullopt;
+    const std::size_t end = bytes.find('\0');
+    if (end == bytes.npos) return std::nullopt;
+    return Command{L"", {FileName(bytes.substr(0, end))}};
+}
+
 class SocketCopy : public RunningCopy {
   public:
     explicit SocketCopy(MeetingPlace place) : place_(std::move(place)) {}
@@ -68,14 +97,14 @@ class SocketCopy : public RunningCopy {
     // The place, and with it the lock, goes last.
     ~SocketCopy() override { StopListening(); }
 
-    void Listen(std::function<void(const std::wstring&)> receive) override {
+    void Listen(Receive receive) override {
         receive_ = std::move(receive);
         Accept();
     }
 
     void Finish() override {
         StopListening();
-        while (!names_.empty()) DeliverOne();
+        while (!errands_.empty()) DeliverOne();
     }
 
   private:
@@ -133,11 +162,12 @@ class SocketCopy : public RunningCopy {
             return G_SOURCE_CONTINUE;
         }
         sender.received.append(buffer, static_cast<std::size_t>(count));
-        const std::size_t end = sender.received.find('\0');
-        if (end != std::string::npos && sender.received[0] == '/') {
-            if (Answer(sender, kTaken)) sender.copy->Take(sender.received.substr(0, end));
+        const char first = sender.received[0];
+        const bool possible = first == '/' || (first > '0' && first <= '9');
+        if (std::optional<Command> message = MessageOf(sender.received)) {
+            if (Answer(sender, kTaken)) sender.copy->Take(std::move(*message), sender);
             sender.copy->Dismiss(sender);
-        } else if (end != std::string::npos || sender.received.size() > kLongestMessage) {
+        } else if (!possible || sender.received.size() > kLongestMessage) {
             Answer(sender, kRefused);
             sender.copy->Dismiss(sender);
         }
@@ -154,30 +184,57 @@ class SocketCopy : public RunningCopy {
         if (!acceptable_ && !retry_) Accept();
     }
 
-    void Take(const std::string& name) {
-        names_.push_back(FileName(name));
+    void Take(Command command, Sender& sender) {
+        const bool file = command.name.empty();
+        sender.readable.Remove();
+        errands_.push_back({std::move(command), file ? Descriptor() : std::move(sender.socket)});
         if (!deliver_) deliver_.Set(g_idle_add_full(G_PRIORITY_DEFAULT, OnDeliver, this, nullptr));
     }
 
     static gboolean OnDeliver(gpointer self) {
         auto& copy = *static_cast<SocketCopy*>(self);
         copy.DeliverOne();
-        if (copy.names_.empty()) copy.deliver_.Remove();
+        if (copy.errands_.empty()) copy.deliver_.Remove();
         return G_SOURCE_CONTINUE;
     }
 
     void DeliverOne() {
-        if (names_.empty()) return;
-        const std::wstring name = std::move(names_.front());
-        names_.pop_front();
-        if (receive_) receive_(name);
+        if (errands_.empty()) return;
+        Errand errand = std::move(errands_.front());
+        errands_.pop_front();
+        if (!receive_) return;
+        const CommandAnswer answer = receive_(errand.command);
+        if (!errand.asker) return;
+        const std::string text = ToUtf8(answer.text);
+        Result& result = results_.emplace_back(
+            this, std::move(errand.asker),
+            std::to_string(answer.exitCode) + ' ' + std::to_string(text.size()) + '\n' + text);
+        result.writable.Set(g_unix_fd_add(result.asker.Get(), G_IO_OUT, OnWritable, &result));
+        SendMore(result);
+    }
+
+    static gboolean OnWritable(gint, GIOCondition, gpointer data) {
+        auto& result = *static_cast<Result*>(data);
+        result.copy->SendMore(result);
+        return G_SOURCE_CONTINUE;
+    }
+
+    // Forgets the result when it is sent, or cannot be.
+    void SendMore(Result& result) {
+        const ssize_t count =
+            send(result.asker.Get(), result.unsent.data(), result.unsent.size(), MSG_NOSIGNAL);
+        if (count < 0 && (errno == EAGAIN || errno == EINTR)) return;
+        if (count > 0) result.unsent.erase(0, static_cast<std::size_t>(count));
+        if (count < 0 || result.unsent.empty())
+            results_.remove_if([&](const Result& other) { return &other == &result; });
     }
 
     MeetingPlace place_;
     Source acceptable_, retry_, deliver_;
     std::list<Sender> senders_;
-    std::deque<std::wstring> names_;
-    std::function<void(const std::wstring&)> receive_;
+    std::deque<Errand> errands_;
+    std::list<Result> results_;
+    Receive receive_;
 };
 
 // Waits until the socket is ready for what is asked. False at the deadline.
@@ -205,17 +262,53 @@ bool Send(const Descriptor& socket, const std::string& message, Clock::time_poin
     return true;
 }
 
-// One attempt. Nothing when the copy ended, has not begun to listen, or did not answer in time: then the name
-// is withdrawn.
-std::optional<bool> Ask(const MeetingPlace& place, const std::string& message, Clock::time_point deadline) {
-    const Descriptor socket = place.Connect();
+// One attempt: the connection on which the message was taken. Nothing when the copy ended, has not begun to
+// listen, or did not answer in time: then the message is withdrawn.
+struct Asked {
+    bool taken;
+    Descriptor connection;
+};
+std::optional<Asked> Ask(const MeetingPlace& place, const std::string& message, Clock::time_point deadline) {
+    Descriptor socket = place.Connect();
     if (!socket) return std::nullopt;
     if (!Send(socket, message, deadline)) return std::nullopt;
     if (!Ready(socket, POLLIN, deadline)) shutdown(socket.Get(), SHUT_RD);
     char answer = 0;  // it may have come in between
     if (recv(socket.Get(), &answer, 1, 0) != 1) return std::nullopt;
-    return answer == kTaken;
+    return Asked{answer == kTaken, std::move(socket)};
 }
+
+// Asks until there is an answer. Without one, `running` says whether there is a running copy at all.
+struct Handed {
+    bool running = false;
+    Descriptor connection = {};  // where the message was taken
+};
+Handed Hand(const std::string& message) {
+    const Clock::time_point deadline = Clock::now() + kPatience;
+    const MeetingPlace place;
+    if (message.size() > kLongestMessage) return {place.IsLocked()};
+    for (;;) {
+        if (std::optional<Asked> asked = Ask(place, message, deadline))
+            return {true, asked->taken ? std::move(asked->connection) : Descriptor()};
+        if (!place.IsLocked()) return {};
+        if (Clock::now() + kRetryPause >= deadline) return {true};
+        std::this_thread::sleep_for(kRetryPause);
+    }
+}
+
+// What comes up to the end of the connection.
+std::string Rest(const Descriptor& socket, Clock::time_point deadline) {
+    std::string bytes;
+    char buffer[4096];
+    while (Ready(socket, POLLIN, deadline)) {
+        const ssize_t count = recv(socket.Get(), buffer, sizeof buffer, 0);
+        if (count == 0 || (count < 0 && errno != EAGAIN && errno != EINTR)) break;
+        if (count > 0) bytes.append(buffer, static_cast<std::size_t>(count));
+    }
+    return bytes;
+}
+
+std::string Bytes(const std::wstring& message) { return FilePath(message).native(); }
 
 }  // namespace
 
@@ -226,14 +319,19 @@ std::unique_ptr<RunningCopy> RunningCopy::Claim() {
 }
 
 bool HandOver(const std::wstring& fileName) {
-    const Clock::time_point deadline = Clock::now() + kPatience;
-    std::string message = FilePath(AbsoluteFileName(fileName)).native();
-    message += '\0';
-    const MeetingPlace place;
-    if (message.size() > kLongestMessage) return false;
-    for (;;) {
-        if (const std::optional<bool> answer = Ask(place, message, deadline)) return *answer;
-        if (Clock::now() + kRetryPause >= deadline || !place.IsLocked()) return false;
-        std::this_thread::sleep_for(kRetryPause);
-    }
+    const Handed handed = Hand(Bytes(AbsoluteFileName(fileName)) + '\0');
+    return static_cast<bool>(handed.connection);
+}
+
+HandedOver HandOver(const Command& command) {
+    const Handed handed = Hand(Bytes(Packed(command)));
+    if (!handed.running) return {HandedOver::NobodyThere};
+    if (!handed.connection) return {HandedOver::Silent};
+    const std::string result = Rest(handed.connection, Clock::now() + kPatienceForResult);
+    int exitCode = 0;
+    std::size_t size = 0;
+    if (std::sscanf(result.c_str(), "%d %zu", &exitCode, &size) != 2) return {HandedOver::Silent};
+    const std::size_t end = result.find('\n') + 1;
+    if (result.size() - end != size) return {HandedOver::Silent};
+    return {HandedOver::Answered, {exitCode, FromUtf8(result.substr(end))}};
 }

@@ -149,6 +149,7 @@ bool Keeping::Repeat() {
             return false;
         }
         ReadStore();
+        if (OnReadLate) OnReadLate();
         if (takesInLeftWork_) TakeInLeftWork();
         store_.ShowNotes([this] { Tell(Boxes::Unwaited); });
     }

@@ -22,6 +22,9 @@ class Keeping {
     // Called when there begins to be unsaved work, and when it is saved.
     void OnChange(std::function<void(bool unsaved)> call) { unsaved_.OnChange = std::move(call); }
 
+    // Called, if set, when what could not be read at the start has been read.
+    std::function<void()> OnReadLate;
+
     // Reads what is kept.
     void Load();
     // Takes in what an earlier run could not save. When nothing could be read for now, it goes on trying.

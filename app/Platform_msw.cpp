@@ -1,5 +1,6 @@
 #include <windows.h>
 
+#include <shellapi.h>
 #include <wx/app.h>
 #include <wx/msw/private.h>
 #include <wx/toplevel.h>
@@ -21,10 +22,37 @@ std::wstring RawArguments() {
     return line.substr(quoted ? end + 1 : end);
 }
 
-void Write(DWORD stream, const std::wstring& text) {
-    const std::string bytes = ToUtf8(text);
+// Where the shell has given the program no output of its own, that is the console it was started from. There
+// is none either when it was started by a click or a key: then a box says what nobody would read otherwise.
+void Write(DWORD stream, const std::wstring& text, UINT icon) {
+    if (text.empty()) return;
     DWORD written = 0;
-    WriteFile(GetStdHandle(stream), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+    const HANDLE given = GetStdHandle(stream);
+    if (given && GetFileType(given) != FILE_TYPE_UNKNOWN && GetFileType(given) != FILE_TYPE_CHAR) {
+        const std::string bytes = ToUtf8(text);
+        WriteFile(given, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+        return;
+    }
+    AttachConsole(ATTACH_PARENT_PROCESS);  // fails when it is attached already
+    const HANDLE console =
+        CreateFileW(L"CONOUT$", GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                    OPEN_EXISTING, 0, nullptr);
+    if (console == INVALID_HANDLE_VALUE) {
+        MessageBoxW(nullptr, text.c_str(), L"Kivora", icon);
+        return;
+    }
+    WriteConsoleW(console, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
+    CloseHandle(console);
+}
+
+// The words of the command line behind the program's name, quoted as other programs take them.
+std::vector<std::wstring> Words() {
+    int count = 0;
+    LPWSTR* const words = CommandLineToArgvW(GetCommandLineW(), &count);
+    if (!words) return {};
+    const std::vector<std::wstring> arguments(words + 1, words + count);
+    LocalFree(words);
+    return arguments;
 }
 
 std::function<void()>* quitHandler = nullptr;  // of the object that lives
@@ -33,7 +61,9 @@ std::function<void()>* quitHandler = nullptr;  // of the object that lives
 
 std::vector<std::wstring> Arguments(int, char**) {
     const std::wstring raw = RawArguments();
-    if (raw.find_first_not_of(L' ') == std::wstring::npos) return {};
+    const std::size_t first = raw.find_first_not_of(L' ');
+    if (first == std::wstring::npos) return {};
+    if (raw[first] == L'-') return Words();  // a command
     try {
         return SplitCommandLine(raw);
     } catch (const CommandLineError&) {
@@ -42,8 +72,8 @@ std::vector<std::wstring> Arguments(int, char**) {
     }
 }
 
-void PrintOut(const std::wstring& text) { Write(STD_OUTPUT_HANDLE, text); }
-void PrintError(const std::wstring& text) { Write(STD_ERROR_HANDLE, text); }
+void PrintOut(const std::wstring& text) { Write(STD_OUTPUT_HANDLE, text, MB_ICONINFORMATION); }
+void PrintError(const std::wstring& text) { Write(STD_ERROR_HANDLE, text, MB_ICONERROR); }
 
 // Windows chooses the language and the manifest says how resolutions are treated; wxWidgets only has to know
 // the module.

@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "addressbook/frmAddressbook.h"
+#include "app/KeptCommands.h"
 #include "app/KivoraApp.h"
 #include "app/Platform.h"
 #include "app/frmSplash.h"
@@ -47,30 +48,60 @@ void Program::InitApplication() {
         if (!PrintNotes(Store())) start_->RemoveCommand(MenuItem::mnuNotizDruck);
     });
     start_->AddCommand(MenuItem::mnuNotizSenden, [this] { SendNotesAsEMail(Store()); });
-    start_->AddCommand(MenuItem::mnuNotizSendOverNetwork,
-                       [this] { SendNotesOverNetwork(network_, Store()); });
+    start_->AddCommand(MenuItem::mnuNotizSendOverNetwork, [this] {
+        SendNotesOverNetwork(network_, Store());
+        if (!IsQuitting()) receiving_->BookChanged();
+    });
     start_->AddCommand(MenuItem::mnuNotizAdressbuch, [this] {
         network_.Listen();
         ShowAddressBook(false);
-        if (!IsQuitting()) Store().SaveNotes();
+        if (IsQuitting()) return;
+        Store().SaveNotes();
+        receiving_->BookChanged();
     });
     services_.OpenMenu = [this](frmNote* note, std::optional<wxPoint> at) {
         start_->ShowPopupMenu(note, at);
     };
     services_.DescribeMenu = [this](const frmNote& note) { return start_->DescribeMenu(&note); };
     services_.RunMenu = [this](frmNote& note, int id) { start_->RunFromTrayMenu(&note, id); };
-    keeping_.OnChange([this](bool unsaved) { start_->ShowUnsaved(unsaved); });
+    keeping_.OnChange([this](bool unsaved) {
+        unsaved_ = unsaved;
+        ShowState();
+    });
     start_->notIcon.ShowIcon();
     network_.KeepLongNote = KeepLongNote;
-    network_.Listen();
+    receiving_.emplace(network_, [this] { ShowState(); });
+    receiving_->From(ReadReceiveFrom());
+    keeping_.OnReadLate = [this] { receiving_->From(ReadReceiveFrom()); };
     keeping_.TakeInLeftWork();
     Store().ShowNotes([this] {
         SettleDown();
         keeping_.Tell(Keeping::Boxes::Unwaited);
     });
     if (role_) {
-        role_->Listen([this](const std::wstring& file) { Guarded([&] { ReceiveFile(file); }); });
+        role_->Listen([this](const Command& command) {
+            CommandAnswer answer{1, L"Der Befehl ist fehlgeschlagen.\n"};
+            Guarded([&] { answer = CarryOut(command); });
+            return answer;
+        });
     }
+}
+
+CommandAnswer Program::CarryOut(const Command& command) {
+    if (command.name.empty()) {
+        ReceiveFile(command.arguments[0]);
+        return {};
+    }
+    if (command.name != L"--receive") return CarryOutAlone(command);
+    CommandAnswer answer = SetReceiveFrom(command, [this](ReceiveFrom from) { receiving_->From(from); });
+    if (answer.exitCode == 0 && receiving_->Now().portTaken)
+        answer.text += L"Zurzeit kommen keine an: Ein anderes Programm belegt den Port 5998.\n";
+    return answer;
+}
+
+void Program::ShowState() {
+    if (!start_ || !receiving_) return;
+    start_->ShowState({unsaved_, receiving_->Now().from, receiving_->Now().portTaken});
 }
 
 void Program::LoadNotes() {
@@ -91,7 +122,13 @@ void Program::ImportFiles(const std::vector<std::wstring>& files) {
     LoadNotes();
     keeping_.Tell(Keeping::Boxes::Waited);
     files_.assign(files.begin(), files.end());
-    if (role_) role_->Listen([this](const std::wstring& file) { files_.push_back(file); });
+    if (role_) {
+        role_->Listen([this](const Command& command) {
+            if (!command.name.empty()) return CarryOutAlone(command);
+            files_.push_back(command.arguments[0]);
+            return CommandAnswer();
+        });
+    }
     ImportQueuedFiles();
     if (role_) role_->Finish();
     ImportQueuedFiles();
@@ -154,6 +191,7 @@ void Program::DisplayHasDied() {
 }
 
 void Program::Unload() {
+    receiving_.reset();
     network_.Stop();
     stateTimer_.reset();
     Store().UnloadAllNotes();

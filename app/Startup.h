@@ -12,6 +12,7 @@
 #include "app/HandOver.h"
 #include "app/Keeping.h"
 #include "app/NoteServices.h"
+#include "app/Receiving.h"
 #include "app/StateTimer.h"
 #include "net/basNetworkAccess.h"
 
@@ -51,7 +52,9 @@ class Program {
   private:
     void InitApplication();
     void LoadNotes();
+    CommandAnswer CarryOut(const Command& command);
     void ReceiveFile(const std::wstring& fileName);
+    void ShowState();
     void ImportQueuedFiles();
     void Unload();
 
@@ -60,7 +63,9 @@ class Program {
     NoteServices services_;
     Keeping keeping_;
     NetworkAccess network_;
+    std::optional<Receiving> receiving_;  // of the resident program
     frmStart* start_ = nullptr;
+    bool unsaved_ = false;            // there is work that is not on the disk
     std::deque<std::wstring> files_;  // still to be imported
 };
 

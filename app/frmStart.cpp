@@ -65,7 +65,7 @@ frmStart::frmStart(NoteStore& store, std::function<void()> quit)
         {mnuNotizEnde, std::move(quit)},
     };
 
-    ShowUnsaved(false);
+    ShowState({});
     notIcon.Events.DblClick = [this](int button) {
         if (button == 1) RunCommand(mnuNotizNeu);
     };
@@ -88,9 +88,9 @@ frmStart::frmStart(NoteStore& store, std::function<void()> quit)
                     [this](int id) { RunFromTrayMenu(nullptr, id); }};
 }
 
-void frmStart::ShowUnsaved(bool unsaved) {
-    notIcon.LetIconFile(ResourcePicture(unsaved ? kUnsavedIcon : kProgramIcon));
-    notIcon.IconToolTip(unsaved ? L"Kivora 1.6 - nicht gespeichert" : L"Kivora 1.6");
+void frmStart::ShowState(const ProgramState& state) {
+    notIcon.LetIconFile(ResourcePicture(state.unsaved ? kUnsavedIcon : kProgramIcon));
+    notIcon.IconToolTip(IconTip(state));
 }
 
 void frmStart::ShowPopupMenu(frmNote* note, std::optional<wxPoint> at) {

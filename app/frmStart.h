@@ -9,6 +9,7 @@
 #include <map>
 #include <optional>
 
+#include "app/IconTip.h"
 #include "app/MenuModel.h"
 #include "tray/Notification.h"
 
@@ -40,8 +41,8 @@ class frmStart : public wxFrame {
     // Takes it away again.
     void RemoveCommand(MenuItem item);
 
-    // The icon and its tip say that there is unsaved work, or no longer.
-    void ShowUnsaved(bool unsaved);
+    // The icon and its tip say how it stands.
+    void ShowState(const ProgramState& state);
 
     Notification notIcon;
 

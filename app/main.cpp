@@ -1,22 +1,11 @@
 #include "app/CommandLine.h"
 #include "app/HandOver.h"
 #include "app/Platform.h"
+#include "app/RunCommand.h"
 #include "app/Startup.h"
 #include "base/FileName.h"
-#include "base/Text.h"
 
 namespace {
-
-const wchar_t* const kUsage =
-    L"Aufruf: kivora [DATEI…]\n"
-    L"        kivora [print] [DATEI…]\n"
-    L"\n"
-    L"Ohne Dateien startet Kivora und zeigt die Notizen auf dem Bildschirm.\n"
-    L"Mit Dateien (.kvr) werden deren Notizen importiert, nach dem Wort [print] gedruckt.\n"
-    L"\n"
-    L"  --            alles Weitere sind Dateien\n"
-    L"  -h, --help    zeigt diese Hilfe\n"
-    L"  --version     zeigt die Version\n";
 
 // Hands the files over to the running copy, as long as it answers, and returns the others.
 std::vector<std::wstring> HandOverFiles(std::vector<std::wstring> files) {
@@ -29,14 +18,10 @@ std::vector<std::wstring> HandOverFiles(std::vector<std::wstring> files) {
 int main(int argc, char** argv) {
     StartRequest request = RequestOf(Arguments(argc, argv));
     switch (request.kind) {
-        case StartRequest::Help:
-            PrintOut(kUsage);
-            return 0;
-        case StartRequest::Version:
-            PrintOut(L"Kivora " + FromUtf8(KIVORA_VERSION) + L"\n");
-            return 0;
+        case StartRequest::Run:
+            return RunCommand(request.command);
         case StartRequest::Wrong:
-            PrintError(L"kivora: unbekannte Option " + ShownFileName(request.wrong) + L"\n" + kUsage);
+            PrintError(L"kivora: " + ShownFileName(request.wrong) + L"\n\n" + UsageText());
             return 2;
         case StartRequest::Print:
         case StartRequest::Resident:

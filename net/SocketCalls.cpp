@@ -66,6 +66,22 @@ Request Accept(Handle listener) {
     return {Prepared(handle), dotted};
 }
 
+bool IsAddress(const std::string& text) {
+    in_addr address{};
+    return inet_pton(AF_INET, text.c_str(), &address) == 1;
+}
+
+// A socket can be bound to no other.
+bool IsOwnAddress(const std::string& address) {
+    sockaddr_in own{};
+    own.sin_family = AF_INET;
+    if (inet_pton(AF_INET, address.c_str(), &own.sin_addr) != 1) return false;
+    const SystemSockets::Socket socket = SystemSockets::New();
+    const bool bound = bind(socket, reinterpret_cast<sockaddr*>(&own), sizeof own) == 0;
+    SystemSockets::Close(socket);
+    return bound;
+}
+
 Handle BeginConnect(const std::string& address, std::uint16_t port, int& error) {
     sockaddr_in target{};
     target.sin_family = AF_INET;

@@ -21,6 +21,10 @@ struct Request {
     std::string address;
 };
 
+// A dotted address ("192.168.0.7"), and one of this computer.
+bool IsAddress(const std::string& text);
+bool IsOwnAddress(const std::string& address);
+
 // The next connection that waits; one without a handle when there is none. Where the process can open no more
 // handles, the connection is closed at once.
 Request Accept(Handle listener);

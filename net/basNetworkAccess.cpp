@@ -16,6 +16,22 @@ constexpr std::size_t kMostSessions = 256;
 
 }  // namespace
 
+class NetworkAccess::Undecided {
+  public:
+    explicit Undecided(const SocketCalls::Request& request) : request_(request) {}
+    ~Undecided() {
+        if (request_.handle != SocketCalls::kNoHandle) SocketCalls::Close(request_.handle);
+    }
+    Undecided(const Undecided&) = delete;
+    Undecided& operator=(const Undecided&) = delete;
+
+    const std::string& Address() const { return request_.address; }
+    SocketCalls::Handle Take() { return std::exchange(request_.handle, SocketCalls::kNoHandle); }
+
+  private:
+    SocketCalls::Request request_;
+};
+
 NetworkAccess::NetworkAccess(NoteStore& store, const Options& options) : store_(store), options_(options) {}
 
 NetworkAccess::NetworkAccess(NoteStore& store) : NetworkAccess(store, Options()) {}
@@ -23,7 +39,7 @@ NetworkAccess::NetworkAccess(NoteStore& store) : NetworkAccess(store, Options())
 NetworkAccess::~NetworkAccess() { Stop(); }
 
 bool NetworkAccess::Listen() {
-    if (sckSend.State() != TcpSocket::Listening) {
+    if (listensAtAll_ && sckSend.State() != TcpSocket::Listening) {
         sckSend.LocalPort(options_.localPort);
         sckSend.Listen();
     }
@@ -32,6 +48,7 @@ bool NetworkAccess::Listen() {
 
 void NetworkAccess::Stop() {
     sckSend.Close();
+    undecided_.clear();
     for (const auto& session : std::exchange(pool_, {})) session->Socket.Close();
 }
 
@@ -74,15 +91,48 @@ void NetworkAccess::ConnectionRequest() {
     const SocketCalls::Request request = sckSend.NextRequest();
     if (request.handle == SocketCalls::kNoHandle) return;
     RemoveClosed();
-    if (IsQuitting() || pool_.size() >= kMostSessions || (MayConnect && !MayConnect(request.address))) {
-        SocketCalls::Close(request.handle);
-        return;
-    }
+    const auto undecided = std::make_shared<Undecided>(request);
+    if (IsQuitting() || pool_.size() + undecided_.size() >= kMostSessions) return;
+    if (!MayConnect) return Admit(undecided);
+    undecided_.push_back(undecided);
+    MayConnect(request.address, [this, asked = std::weak_ptr(undecided)](bool may) {
+        const auto decided = asked.lock();
+        if (!decided || std::erase(undecided_, decided) == 0) return;
+        if (may && !IsQuitting()) Admit(decided);
+    });
+}
+
+void NetworkAccess::Admit(const std::shared_ptr<Undecided>& request) {
     const auto session = std::make_shared<clsIncoming>(
-        options_.patience, [this] { RemoveClosed(); }, [this](const Note& note) { return TakeIn(note); });
-    session->Socket.Accept(request.handle);
+        request->Address(), options_.patience, [this] { RemoveClosed(); },
+        [this](const Note& note) { return TakeIn(note); });
+    session->Socket.Accept(request->Take());
     pool_.push_back(session);
     session->ConnectionEstablished();
+}
+
+void NetworkAccess::AskAgain() {
+    if (!MayConnect) return;
+    for (const std::shared_ptr<clsSession>& session : std::vector(pool_)) {
+        const auto* const incoming = dynamic_cast<const clsIncoming*>(session.get());
+        if (!incoming) continue;
+        MayConnect(incoming->Address, [this, asked = std::weak_ptr(session)](bool may) {
+            const auto session = asked.lock();
+            if (may || !session) return;
+            session->Socket.Close();
+            RemoveClosed();
+        });
+    }
+}
+
+void NetworkAccess::ListensAtAll(bool listens) {
+    listensAtAll_ = listens;
+    if (listens) return;
+    sckSend.Close();
+    undecided_.clear();
+    for (const std::shared_ptr<clsSession>& session : pool_)
+        if (dynamic_cast<const clsIncoming*>(session.get())) session->Socket.Close();
+    RemoveClosed();
 }
 
 KeepResult NetworkAccess::TakeIn(const Note& received) {

@@ -36,12 +36,20 @@ class NetworkAccess : private SocketEvents {
     // elsewhere. What it could not keep is an error for the sender, and the note is not taken in.
     std::function<KeepResult(const Note&)> KeepLongNote;
 
-    // Asked once for each connection before anything is said to it: false closes it. The address is the
-    // dotted one of the computer that connects. Empty: everybody may.
-    std::function<bool(const std::string& address)> MayConnect;
+    // Asked for each connection before anything is said to it, and again by AskAgain. The answer comes within
+    // the call or later; false closes the connection. The address is the dotted one of the computer that
+    // connects. Empty: everybody may.
+    using Answer = std::function<void(bool may)>;
+    std::function<void(const std::string& address, Answer answer)> MayConnect;
 
-    // Listens, if it does not already. False while the port is taken; the program does without receiving
-    // then.
+    // Who may connect has changed: asks for each connection that there is.
+    void AskAgain();
+
+    // Whether Listen has an effect; true at first. False ends listening and every connection from outside.
+    void ListensAtAll(bool listens);
+
+    // Listens, if it does not already. False while the port is taken, or when it is not to listen at all; the
+    // program does without receiving then.
     bool Listen();
     std::uint16_t LocalPort() const { return sckSend.LocalPort(); }
 
@@ -64,7 +72,11 @@ class NetworkAccess : private SocketEvents {
     std::size_t CountSessions() const { return pool_.size(); }
 
   private:
+    // A connection of which nobody has said yet whether it may stay. It closes with the last that has it.
+    class Undecided;
+
     void ConnectionRequest() override;
+    void Admit(const std::shared_ptr<Undecided>& request);
     void RemoveClosed();
     KeepResult TakeIn(const Note& received);
 
@@ -72,5 +84,7 @@ class NetworkAccess : private SocketEvents {
     const Options options_;
     TcpSocket sckSend{*this};                        // listens
     std::vector<std::shared_ptr<clsSession>> pool_;  // in the order of addition
+    std::vector<std::shared_ptr<Undecided>> undecided_;
+    bool listensAtAll_ = true;
     bool cancelled_ = false;
 };

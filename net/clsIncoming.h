@@ -14,8 +14,11 @@ class clsIncoming : public clsSession {
     // Takes a finished note in. The sender gets an error for one that was not kept.
     using TakeIn = std::function<KeepResult(const Note&)>;
 
-    clsIncoming(std::chrono::milliseconds patience, Ended ended, TakeIn takeIn)
-        : clsSession(patience, std::move(ended)), takeIn_(std::move(takeIn)) {}
+    // address: the other computer's, dotted.
+    clsIncoming(std::string address, std::chrono::milliseconds patience, Ended ended, TakeIn takeIn)
+        : clsSession(patience, std::move(ended)), Address(std::move(address)), takeIn_(std::move(takeIn)) {}
+
+    const std::string Address;
 
     void ConnectionEstablished() override;
     void Socket_DataArrival(std::int32_t bytes) override;

@@ -1,6 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <sstream>
+
 #include "app/CommandLine.h"
+#include "app/IconTip.h"
 #include "base/ExecutableFileName.h"
 #include "base/Text.h"
 
@@ -62,18 +66,81 @@ TEST(CommandLine, TellsWhatArgumentsAskFor) {
         {{L"--", L"[print]"}, StartRequest::Import, {L"[print]"}},
         {{L"[print]", L"--", L"--help"}, StartRequest::Print, {L"--help"}},
         {{L"--", L"--version", L"--"}, StartRequest::Import, {L"--version", L"--"}},
-        {{L"a.kvr", L"--help"}, StartRequest::Help, {}},
-        {{L"-h"}, StartRequest::Help, {}},
-        {{L"--version", L"--help"}, StartRequest::Version, {}},
-        {{L"a.kvr", L"--nonsense"}, StartRequest::Wrong, {}},
-        {{L"-x"}, StartRequest::Wrong, {}},
     };
     for (const auto& row : rows) {
         const StartRequest request = RequestOf(row.arguments);
         EXPECT_EQ(request.kind, row.kind) << Shown(row.arguments);
         EXPECT_EQ(Shown(request.files), Shown(row.files)) << Shown(row.arguments);
     }
-    EXPECT_EQ(RequestOf({L"--nonsense"}).wrong, L"--nonsense");
+}
+
+TEST(CommandLine, FindsCommandsWithTheirArguments) {
+    const struct {
+        Texts arguments;
+        Command command;     // without a name where it is none
+        const wchar_t* why;  // that it is none
+    } rows[] = {
+        {{L"--receive"}, {L"--receive", {}}, L""},
+        {{L"--receive", L"none"}, {L"--receive", {L"none"}}, L""},
+        {{L"--receive=ü=1"}, {L"--receive", {L"ü=1"}}, L""},
+        {{L"--receive", L"--help"}, {L"--receive", {L"--help"}}, L""},
+        {{L"a.kvr", L"--help"}, {L"--help", {}}, L""},
+        {{L"-h"}, {L"--help", {}}, L""},
+        {{L"--version", L"--help"}, {L"--version", {L"--help"}}, L""},
+        {{L"--receive", L"all", L"none"}, {}, L"zu viel hinter --receive"},
+        {{L"a.kvr", L"--receive"}, {}, L"--receive steht nicht an erster Stelle"},
+        {{L"a.kvr", L"--nonsense"}, {}, L"unbekannte Option --nonsense"},
+        {{L"-x=1"}, {}, L"unbekannte Option -x=1"},
+    };
+    for (const auto& row : rows) {
+        const StartRequest request = RequestOf(row.arguments);
+        const bool isCommand = !row.command.name.empty();
+        EXPECT_EQ(request.kind, isCommand ? StartRequest::Run : StartRequest::Wrong) << Shown(row.arguments);
+        EXPECT_EQ(request.command, row.command) << Shown(row.arguments);
+        EXPECT_EQ(ToUtf8(request.wrong), ToUtf8(row.why)) << Shown(row.arguments);
+    }
+}
+
+TEST(Commands, PackAndUnpack) {
+    for (const Command& command : {Command{L"--a", {}}, Command{L"--b", {L"", L"ä €", L"-"}}}) {
+        const std::wstring text = Packed(command);
+        EXPECT_EQ(Unpacked(text), command);
+        for (std::size_t length = 0; length < text.size(); ++length)
+            EXPECT_EQ(Unpacked(text.substr(0, length)), std::nullopt) << length;
+    }
+    for (const wchar_t* const other : {L"/a.kvr", L"2", L"C:\\a.kvr"})
+        EXPECT_EQ(Unpacked(other), std::nullopt);
+}
+
+// Whoever adds a command tells of it wherever commands are told of.
+TEST(Commands, AreInThePagesAndInTheCompletion) {
+    for (const char* const page : {"packaging/linux/kivora.1", "packaging/linux/kivora.de.1",
+                                   "packaging/linux/kivora.bash", "hilfe/ch5_commands.html"}) {
+        std::ostringstream content;
+        content << std::ifstream(std::string(SOURCE_FOLDER) + "/" + page).rdbuf();
+        std::string text = content.str();
+        std::erase(text, '\\');  // manual pages protect hyphens so
+        for (const CommandRow& row : Commands())
+            EXPECT_NE(text.find(ToUtf8(row.name)), text.npos) << page << " " << ToUtf8(row.name);
+    }
+}
+
+TEST(IconTip, SaysWhatIsNotAsUsual) {
+    const struct {
+        ProgramState state;
+        const char* tip;
+    } rows[] = {
+        {{}, "Kivora 1.6"},
+        {{true}, "Kivora 1.6 - nicht gespeichert"},
+        {{false, ReceiveFrom::Known}, "Kivora 1.6 - Empfang nur aus Adressbuch"},
+        {{true, ReceiveFrom::None}, "Kivora 1.6 - nicht gespeichert - Empfang ausgeschaltet"},
+        {{false, ReceiveFrom::All, true}, "Kivora 1.6 - kein Empfang, Port belegt"},
+        {{true, ReceiveFrom::Known, true}, "Kivora 1.6 - nicht gespeichert - kein Empfang, Port belegt"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(ToUtf8(IconTip(row.state)), row.tip);
+        EXPECT_LE(IconTip(row.state).size(), 63u);
+    }
 }
 
 TEST(ExecutableFileName, CompletesFolderAndEnding) {

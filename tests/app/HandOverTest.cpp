@@ -1,6 +1,7 @@
 // Hand-over between real processes.
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <chrono>
 #include <thread>
 
@@ -18,7 +19,10 @@ constexpr auto kLimit = 10s;
 class HandOverTest : public testing::Test {
   protected:
     void Listen() {
-        role_->Listen([this](const std::wstring& name) { names_.push_back(name); });
+        role_->Listen([this](const Command& command) {
+            names_.push_back(command.arguments[0]);
+            return CommandAnswer();
+        });
     }
 
     std::unique_ptr<RunningCopy> role_ = RunningCopy::Claim();
@@ -75,10 +79,30 @@ TEST_F(HandOverTest, DeliversTakenNamesBeforeItFinishes) {
     EXPECT_EQ(late.Result(), 1);
 }
 
+TEST_F(HandOverTest, ACommandIsAnswered) {
+    const Command command{L"--beispiel", {L"", L"ä €", L"C:\\a b"}};
+    const CommandAnswer expected{3, L"€ä\n" + std::wstring(400'000, L'x')};
+    role_->Listen([&](const Command& received) {
+        EXPECT_EQ(received, command);
+        return expected;
+    });
+    std::atomic<bool> done = false;
+    std::thread asker([&] {
+        const HandedOver handed = HandOver(command);
+        EXPECT_EQ(handed.outcome, HandedOver::Answered);
+        EXPECT_EQ(handed.answer.exitCode, expected.exitCode);
+        EXPECT_TRUE(handed.answer.text == expected.text) << handed.answer.text.size();
+        done = true;
+    });
+    EXPECT_TRUE(RunUntil([&] { return done.load(); }, kLimit));
+    asker.join();
+}
+
 TEST_F(HandOverTest, NobodyThereIsToldAtOnce) {
     EXPECT_FALSE(RunningCopy::Claim()) << "one copy has the role";
     role_.reset();
     EXPECT_FALSE(HandOver(L"/a"));
+    EXPECT_EQ(HandOver(Command{L"--beispiel"}).outcome, HandedOver::NobodyThere);
 }
 
 TEST_F(HandOverTest, KilledCopyIsReplaced) {
@@ -98,6 +122,7 @@ TEST_F(HandOverTest, KilledCopyIsReplaced) {
 TEST_F(HandOverTest, AHungCopyIsGivenUpAndTakesNothingLater) {
     Listen();
     std::thread([] { EXPECT_FALSE(HandOver(L"/withdrawn")); }).join();
+    std::thread([] { EXPECT_EQ(HandOver(Command{L"--beispiel"}).outcome, HandedOver::Silent); }).join();
     OtherCopy sender = OtherCopy::Sender({L"/taken"});
     EXPECT_TRUE(RunUntil([&] { return sender.Ended() && !names_.empty(); }, kLimit));
     EXPECT_EQ(sender.Result(), 0);

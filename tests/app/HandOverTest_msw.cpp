@@ -17,11 +17,18 @@ using namespace std::chrono_literals;
 
 class HandOverOnWindows : public testing::Test {
   protected:
+    static RunningCopy::Receive To(std::vector<std::wstring>& names) {
+        return [&names](const Command& command) {
+            names.push_back(command.arguments[0]);
+            return CommandAnswer();
+        };
+    }
+
     // What the running copy gets when another one hands the names over.
     std::vector<std::wstring> Taken(const std::vector<std::wstring>& names) {
         const auto role = RunningCopy::Claim();
         std::vector<std::wstring> taken;
-        role->Listen([&](const std::wstring& name) { taken.push_back(name); });
+        role->Listen(To(taken));
         if (!hasWindow_) DestroyWindow(MessageWindow::Find(L"Kivora.HandOver"));
         OtherCopy sender = OtherCopy::Sender(names);
         EXPECT_TRUE(RunUntil([&] { return sender.Ended() && taken.size() >= names.size(); }, 10s));
@@ -73,7 +80,7 @@ TEST_F(HandOverOnWindows, CopiesWithoutAWindowHoldDdeConversations) {
 TEST_F(HandOverOnWindows, WhatIsWithdrawnIsNotTakenByDdeEither) {
     const auto role = RunningCopy::Claim();
     std::vector<std::wstring> taken;
-    role->Listen([&](const std::wstring& name) { taken.push_back(name); });
+    role->Listen(To(taken));
     DestroyWindow(MessageWindow::Find(L"Kivora.HandOver"));
     std::thread([] { EXPECT_FALSE(HandOver(L"C:\\withdrawn")); }).join();
     OtherCopy sender = OtherCopy::Sender({L"C:\\taken"});

@@ -38,7 +38,10 @@ class HandOverSocketTest : public testing::Test {
     }
 
     void Listen() {
-        role_->Listen([this](const std::wstring& name) { names_.push_back(name); });
+        role_->Listen([this](const Command& command) {
+            names_.push_back(command.arguments[0]);
+            return CommandAnswer();
+        });
     }
 
     std::unique_ptr<RunningCopy> role_ = RunningCopy::Claim();
@@ -122,7 +125,10 @@ class MeetingPlaceTest : public testing::Test {
     // What is handed over by another copy now gets to this one.
     static void ExpectHandOver(RunningCopy& role) {
         std::wstring received;
-        role.Listen([&](const std::wstring& name) { received = name; });
+        role.Listen([&](const Command& command) {
+            received = command.arguments[0];
+            return CommandAnswer();
+        });
         OtherCopy sender = OtherCopy::Sender({L"/a"});
         EXPECT_TRUE(RunUntil([&] { return sender.Ended() && !received.empty(); }, kLimit));
         EXPECT_EQ(received, L"/a");
@@ -228,7 +234,10 @@ TEST_F(MeetingPlaceTest, BelongsToOneUser) {
         const auto role = RunningCopy::Claim();
         ASSERT_TRUE(role);
         bool received = false;
-        role->Listen([&](const std::wstring&) { received = true; });
+        role->Listen([&](const Command&) {
+            received = true;
+            return CommandAnswer();
+        });
         const Descriptor intruder = OfNobody(connect, address, size);
         EXPECT_EQ(send(intruder.Get(), "/a", 3, MSG_NOSIGNAL), 3);
         char byte = 0;

@@ -29,7 +29,9 @@ class Process {
   public:
     // Starts the program with arguments. Without `display` it has none.
     explicit Process(std::vector<std::string> arguments, bool display = true);
-    // The same where a command line is one text, with this text at its end.
+    // A command, whose words are quoted where they have to be.
+    static std::unique_ptr<Process> Doing(const std::vector<std::string>& words);
+    // Like the first where a command line is one text, with this text at its end.
     Process(std::vector<std::string> arguments, const std::wstring& rest);
     ~Process();  // kills it
     Process(const Process&) = delete;

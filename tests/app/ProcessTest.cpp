@@ -96,6 +96,29 @@ TEST_F(ProcessTest, KilledCopyLeavesItsNotesAndItsPlace) {
     EXPECT_EQ(SavedTexts(), (Texts{L"eins", L"zwei"}));
 }
 
+TEST_F(ProcessTest, WhoMaySendIsSetByACommand) {
+    const auto answer = [](const std::vector<std::string>& words, int exitCode) {
+        const auto command = Process::Doing(words);
+        EXPECT_EQ(command->Wait(10s), exitCode) << command->Errors();
+        return command->Output().substr(0, command->Output().find(':'));
+    };
+    const auto kept = [] { return ToUtf8(AsText(Registry().GetValue(kReceive, REG_TYPE_SZ))); };
+    EXPECT_EQ(answer({"--receive"}, 0), "all");
+    EXPECT_EQ(answer({"--receive", "known"}, 0), "known");
+    EXPECT_EQ(kept(), "known");
+    Import(L"eins");  // a save that rewrites the notes leaves the setting alone
+    EXPECT_EQ(kept(), "known");
+    Process program({});
+    WaitUntilShown(2);
+    EXPECT_EQ(answer({"--receive"}, 0), "known");
+    EXPECT_EQ(answer({"--receive", "none"}, 0), "none");
+    EXPECT_EQ(kept(), "none");
+    EXPECT_EQ(answer({"--receive", "some"}, 2), "");
+    EXPECT_EQ(kept(), "none");
+    EXPECT_FALSE(program.Ended());
+    Registry().DeleteValue(kReceive);
+}
+
 TEST_F(ProcessTest, EndsInOrderWhenAsked) {
     Import(L"eins");
     Process program({});

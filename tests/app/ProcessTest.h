@@ -17,6 +17,8 @@ inline const ProgramPlace* place = nullptr;
 
 inline const std::wstring kSettings = L"HKLM\\Software\\Kivora\\1.5\\";
 
+inline const std::wstring kReceive = L"HKLM\\Software\\Kivora\\Receive";
+
 inline std::vector<std::wstring> SavedTexts() {
     std::vector<std::wstring> names, texts;
     Registry().EnumKeys(kSettings, names);

@@ -148,6 +148,13 @@ Process::Process(std::vector<std::string> arguments, const std::wstring& rest)
     CloseHandle(start.hStdError);
 }
 
+std::unique_ptr<Process> Process::Doing(const std::vector<std::string>& words) {
+    std::wstring line;
+    for (const std::string& word : words) line += L" \"" + FromUtf8(word) + L"\"";
+    line.erase(1, 1).erase(line.find(L'"'), 1);  // the command itself stands without
+    return std::make_unique<Process>(std::vector<std::string>(), line);
+}
+
 Process::~Process() {
     if (!Ended()) {
         Kill();

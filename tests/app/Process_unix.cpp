@@ -62,6 +62,10 @@ Process::Process(std::vector<std::string> arguments, bool display) : parts_(std:
     _exit(127);
 }
 
+std::unique_ptr<Process> Process::Doing(const std::vector<std::string>& words) {
+    return std::make_unique<Process>(words, false);
+}
+
 Process::~Process() {
     if (!Ended()) {
         Kill();

@@ -107,13 +107,52 @@ TEST_F(Receiving, SessionsBuildTheirNotesIndependently) {
 
 TEST_F(Receiving, WhoMayNotConnectGetsNoGreeting) {
     std::vector<std::string> asked;
-    network->MayConnect = [&](const std::string& address) {
+    network->MayConnect = [&](const std::string& address, const NetworkAccess::Answer& answer) {
         asked.push_back(address);
-        return asked.size() == 2;
+        answer(asked.size() == 2);
     };
     Talk([](RawConnection& connection) { EXPECT_EQ(connection.Rest(), ""); });
     Talk([](RawConnection& connection) { EXPECT_EQ(connection.Line(), kGreeting); });
     EXPECT_EQ(asked, (std::vector<std::string>{"127.0.0.1", "127.0.0.1"}));
+}
+
+// What is decided later keeps the connection waiting without a word; what changes ends connections that
+// stand.
+TEST_F(Receiving, WhoMayConnectIsSaidLaterAndAgain) {
+    NetworkAccess::Answer decide;
+    network->MayConnect = [&](const std::string&, NetworkAccess::Answer answer) {
+        decide = std::move(answer);
+        WakeWaits();
+    };
+    std::optional<RawConnection> first, second;
+    Meanwhile([&] { first.emplace(RawConnection::To(network->LocalPort())); });
+    ASSERT_TRUE(RunUntil([&] { return static_cast<bool>(decide); }));
+    Meanwhile([&] {
+        first->Send("NOTE_NEW\r\n");
+        EXPECT_EQ(first->Line(100ms), "<nothing>");
+    });
+    decide(true);
+    Meanwhile([&] {
+        EXPECT_EQ(first->Line(), kGreeting);
+        EXPECT_EQ(first->Line(), "OK");
+    });
+    network->AskAgain();
+    decide(true);
+    Meanwhile([&] { EXPECT_EQ(first->Ask("NOTE_TEXT noch da"), "OK"); });
+    network->AskAgain();
+    decide(false);
+    Meanwhile([&] { EXPECT_EQ(first->Rest(), ""); });
+
+    decide = nullptr;
+    Meanwhile([&] { second.emplace(RawConnection::To(network->LocalPort())); });
+    ASSERT_TRUE(RunUntil([&] { return static_cast<bool>(decide); }));
+    network->ListensAtAll(false);
+    Meanwhile([&] { EXPECT_EQ(second->Rest(), ""); });
+    decide(true);
+    EXPECT_EQ(network->CountSessions(), 0u);
+    EXPECT_FALSE(network->Listen());
+    network->ListensAtAll(true);
+    EXPECT_TRUE(network->Listen());
 }
 
 TEST_F(Receiving, NoMoreThan256AtATime) {

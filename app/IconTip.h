@@ -1,0 +1,16 @@
+#pragma once
+// The tip of the program's icon.
+
+#include <string>
+
+#include "model/ReceiveSetting.h"
+
+// What there is to say of the program beside its name.
+struct ProgramState {
+    bool unsaved = false;  // there is work that is not on the disk
+    ReceiveFrom from = ReceiveFrom::All;
+    bool portTaken = false;  // another program listens where notes would come in
+};
+
+// "Kivora 1.6" where there is nothing to say. 63 characters at most, which is what an icon's tip holds.
+std::wstring IconTip(const ProgramState& state);

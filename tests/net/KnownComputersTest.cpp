@@ -1,0 +1,78 @@
+// Which addresses are those of computers in the address book.
+#include <gtest/gtest.h>
+
+#include <optional>
+
+#include "base/Text.h"
+#include "model/AddressBook.h"
+#include "net/KnownComputers.h"
+#include "tests/support/Events.h"
+
+namespace {
+
+class KnownComputersTest : public testing::Test {
+  protected:
+    ~KnownComputersTest() override { Book({}); }
+
+    static void Book(const std::vector<std::wstring>& addresses) {
+        while (!AddressBook().empty()) RemoveAddressBookEntry(AddressBook().front().PCName());
+        for (const std::wstring& address : addresses)
+            AddAddressBookEntry({L"Name von " + address, address, L""});
+    }
+
+    bool Knows(const std::string& address) {
+        std::optional<bool> answer;
+        known_.Ask(address, [&](bool known) {
+            answer = known;
+            WakeWaits();
+        });
+        EXPECT_EQ(WaitUntil([&] { return answer.has_value(); }, std::chrono::seconds(15)), WaitEnd::Met);
+        return answer.value_or(false);
+    }
+
+    KnownComputers known_;
+};
+
+TEST_F(KnownComputersTest, AreThoseOfTheBookOfNow) {
+    const struct {
+        std::vector<std::wstring> book;
+        const char* address;
+        bool known;
+    } rows[] = {
+        {{}, "127.0.0.1", false},
+        {{L"192.0.2.7", L" 192.0.2.8 "}, "192.0.2.8", true},
+        {{L"192.0.2.7", L" 192.0.2.8 "}, "192.0.2.9", false},
+        {{L"192.0.2.7"}, "127.0.0.1", false},
+        {{L"localhost"}, "127.0.0.1", true},
+        {{L"localhost"}, "127.0.0.2", true},  // of this computer as well
+        {{L"localhost"}, "192.0.2.7", false},
+        {{L"nirgends.invalid", L""}, "192.0.2.7", false},
+        {{L"nirgends.invalid", L"localhost"}, "127.0.0.1", true},
+    };
+    for (const auto& row : rows) {
+        Book(row.book);
+        EXPECT_EQ(Knows(row.address), row.known) << row.address;
+    }
+}
+
+TEST_F(KnownComputersTest, AllWhoAskDuringALookUpAreAnswered) {
+    Book({L"localhost"});
+    std::string answers;
+    for (const char* const address : {"127.0.0.1", "192.0.2.7", "127.0.0.3"})
+        known_.Ask(address, [&](bool known) { answers += known ? '+' : '-'; });
+    EXPECT_EQ(answers, "") << "names are looked up while events go on";
+    EXPECT_TRUE(RunUntil([&] { return answers.size() == 3; }));
+    EXPECT_EQ(answers, "+-+");
+}
+
+// The answer of a look-up that the book has overtaken does not count.
+TEST_F(KnownComputersTest, TheBookMayChangeDuringALookUp) {
+    Book({L"localhost"});
+    std::optional<bool> answer;
+    known_.Ask("127.0.0.1", [&](bool known) { answer = known; });
+    Book({L"192.0.2.7"});
+    EXPECT_TRUE(RunUntil([&] { return answer.has_value(); }));
+    EXPECT_EQ(answer, false);
+}
+
+}  // namespace
