@@ -197,11 +197,11 @@ class DdeCopy : public RunningCopy {
         const auto* data = reinterpret_cast<const COPYDATASTRUCT*>(lParam);
         if (!Say::Open(process, data->dwData).Get()) return FALSE;
         // No name of a file holds a NUL.
-        std::wstring message = TextOf(*data);
-        if (std::optional<Command> command = Unpacked(message))
+        std::wstring text = TextOf(*data);
+        if (std::optional<Command> command = Unpacked(text))
             Take({std::move(*command), AskerClass(process, data->dwData)});
         else
-            TakeFile(std::move(message));
+            TakeFile(std::move(text));
         return TRUE;
     }
 
