@@ -1,31 +1,29 @@
 #include "app/Autostart.h"
 
+#include "base/FileName.h"
 #include "notes/NoteStore.h"
 #include "registry/clsRegistry.h"
 #include "tray/Notification.h"
 
 namespace {
+
 const wchar_t* const kRunValue = L"HKLM\\Software\\Microsoft\\Windows\\CurrentVersion\\Run\\Kivora";
-}
+
+KeepResult Enter(bool enable) { return enable ? EnterInSession() : RemoveFromSession(); }
+
+}  // namespace
 
 KeepResult SetAutostart(NoteStore& store, bool enable) {
+    if (KeepResult session = Enter(enable); !session.Kept()) return session;
     RegistryTransaction writing;
-    KeepResult session;
-    if (enable) {
-        const std::wstring fileName = AutostartFileName();
-        Registry().SetValue(kRunValue, REG_TYPE_SZ, fileName);
-        session = EnterInSession(fileName);
-    } else {
+    if (enable)
+        Registry().SetValue(kRunValue, REG_TYPE_SZ, RegisteredProgram());
+    else
         Registry().DeleteValue(kRunValue);
-        session = RemoveFromSession();
-    }
-    if (!session.Kept()) return session;
-    if (KeepResult entered = writing.Commit(); !entered.Kept()) {
-        // Back to what the flag says.
-        if (enable)
-            RemoveFromSession();
-        else
-            EnterInSession(AutostartFileName());
+    KeepResult entered = writing.Commit();
+    // Ordinary users of Windows may not write that value, and do not need it.
+    if (!entered.Kept() && StartsWithSession(!enable) != enable) {
+        Enter(!enable);  // back to what the flag says
         return entered;
     }
     store.AutostartEnabled = enable;

@@ -12,6 +12,9 @@ class NoteStore;
 KeepResult SetAutostart(NoteStore& store, bool enable);
 
 // What the platform's own list needs beyond the registry value.
-std::wstring AutostartFileName();
-KeepResult EnterInSession(const std::wstring& fileName);
+KeepResult EnterInSession();
 KeepResult RemoveFromSession();
+
+// Whether the session really starts the program. Users of Windows can change that elsewhere; on Linux the
+// flag tells.
+bool StartsWithSession(bool flag);

@@ -14,14 +14,12 @@ std::filesystem::path EntryFile() {
 
 }  // namespace
 
-std::wstring AutostartFileName() { return ProgramPath(); }
-
-KeepResult EnterInSession(const std::wstring& fileName) {
+KeepResult EnterInSession() {
     const std::filesystem::path file = EntryFile(), unfinished = file.parent_path() / ".kivora.desktop.neu";
     g_mkdir_with_parents(file.parent_path().c_str(), 0700);
     std::error_code failed;
     std::filesystem::remove(unfinished, failed);  // of a start that was broken off
-    failed = WriteNewFile(unfinished, AutostartEntry(FilePath(fileName).native()));
+    failed = WriteNewFile(unfinished, AutostartEntry(FilePath(ProgramPath()).native()));
     if (!failed) std::filesystem::rename(unfinished, file, failed);
     return FailureOf(failed);
 }
@@ -31,3 +29,5 @@ KeepResult RemoveFromSession() {
     std::filesystem::remove(EntryFile(), failed);
     return FailureOf(failed);
 }
+
+bool StartsWithSession(bool flag) { return flag; }

@@ -15,16 +15,17 @@
 #include <memory>
 #include <thread>
 
+#include "app/CopyMutex_msw.h"
 #include "app/HandOver.h"
 #include "base/FileName.h"
 #include "base/MessageWindow_msw.h"
+#include "base/ShortFileName_msw.h"
 #include "base/Text.h"
 
 namespace {
 
 using Clock = std::chrono::steady_clock;
 
-const wchar_t* const kMutex = L"Local\\Kivora";
 const wchar_t* const kWindowClass = L"Kivora.HandOver";
 const char* const kService = "Kivora";
 const char* const kTopic = "Import";
@@ -142,7 +143,7 @@ class DdeCopy : public RunningCopy {
     ~DdeCopy() override {
         StopListening();
         running = nullptr;
-        CloseHandle(mutex_);
+        if (mutex_) CloseHandle(mutex_);
     }
 
     void Listen(Receive receive) override {
@@ -242,23 +243,6 @@ class DdeCopy : public RunningCopy {
     std::shared_ptr<DdeCopy*> self_ = std::make_shared<DdeCopy*>(this);
 };
 
-// A copy with other rights may not let its mutex be opened, but it is there.
-bool IsCopyRunning() {
-    const HANDLE mutex = OpenMutexW(SYNCHRONIZE, FALSE, kMutex);
-    if (!mutex) return GetLastError() == ERROR_ACCESS_DENIED;
-    CloseHandle(mutex);
-    return true;
-}
-
-// The name in the code page; a short form of the file system's where that lacks a character.
-std::string AnsiName(const std::wstring& name) {
-    const std::string bytes = ToAnsi(name);
-    if (FromAnsi(bytes) == name) return bytes;
-    std::wstring shortName(GetShortPathNameW(name.c_str(), nullptr, 0), L'\0');
-    shortName.resize(GetShortPathNameW(name.c_str(), shortName.data(), static_cast<DWORD>(shortName.size())));
-    return shortName.empty() ? bytes : ToAnsi(shortName);
-}
-
 HDDEDATA CALLBACK IgnoreDde(UINT, UINT, HCONV, HSZ, HSZ, HDDEDATA, ULONG_PTR, ULONG_PTR) { return nullptr; }
 
 bool Poke(const Conversations& conversations, HCONV conversation, std::string message,
@@ -274,14 +258,9 @@ bool Poke(const Conversations& conversations, HCONV conversation, std::string me
 }  // namespace
 
 std::unique_ptr<RunningCopy> RunningCopy::Claim() {
-    const HANDLE mutex = CreateMutexW(nullptr, FALSE, kMutex);
-    const DWORD error = GetLastError();
-    if (!mutex && error == ERROR_ACCESS_DENIED) return nullptr;
-    if (mutex && error == ERROR_ALREADY_EXISTS) {
-        CloseHandle(mutex);
-        return nullptr;
-    }
-    return std::make_unique<DdeCopy>(mutex);
+    bool none = false;
+    const HANDLE mutex = ClaimCopyMutex(none);
+    return mutex || none ? std::make_unique<DdeCopy>(mutex) : nullptr;
 }
 
 namespace {
@@ -289,7 +268,7 @@ namespace {
 // Null when the running copy opens none in time.
 HWND WindowOfRunningCopy(Clock::time_point deadline) {
     HWND window = nullptr;
-    while (IsCopyRunning() && !(window = MessageWindow::Find(kWindowClass)) && Clock::now() < deadline)
+    while (IsCopyMutexHeld() && !(window = MessageWindow::Find(kWindowClass)) && Clock::now() < deadline)
         Sleep(kRetryPauseMilliseconds);
     return window;
 }
@@ -328,7 +307,7 @@ bool Converse(const std::string& name, Clock::time_point deadline, std::atomic<b
     const HSZ service = conversations.Name(kService), topic = conversations.Name(kTopic);
     HCONV conversation = nullptr;
     // The running copy may not have come to offering its service.
-    while (IsCopyRunning() && !(conversation = DdeConnect(conversations.Get(), service, topic, nullptr)) &&
+    while (IsCopyMutexHeld() && !(conversation = DdeConnect(conversations.Get(), service, topic, nullptr)) &&
            Clock::now() < deadline)
         Sleep(kRetryPauseMilliseconds);
     DdeFreeStringHandle(conversations.Get(), service);
@@ -351,7 +330,8 @@ bool HandOver(const std::wstring& fileName) {
     std::promise<bool> promise;
     std::future<bool> taken = promise.get_future();
     const auto decided = std::make_shared<std::atomic<bool>>(false);
-    std::thread([promise = std::move(promise), name = AnsiName(name), deadline, decided]() mutable {
+    std::thread([promise = std::move(promise), name = ToAnsi(NameInCodePage(name)), deadline,
+                 decided]() mutable {
         promise.set_value(Converse(name, deadline, *decided));
     }).detach();
     if (taken.wait_until(deadline) != std::future_status::ready && !decided->exchange(true)) return false;
@@ -361,9 +341,9 @@ bool HandOver(const std::wstring& fileName) {
 
 HandedOver HandOver(const Command& command) {
     const Clock::time_point deadline = Clock::now() + kPatience;
-    if (!IsCopyRunning()) return {HandedOver::NobodyThere};
+    if (!IsCopyMutexHeld()) return {HandedOver::NobodyThere};
     const HWND window = WindowOfRunningCopy(deadline);
-    if (!window) return {IsCopyRunning() ? HandedOver::Silent : HandedOver::NobodyThere};
+    if (!window) return {IsCopyMutexHeld() ? HandedOver::Silent : HandedOver::NobodyThere};
     DWORD copy = 0;
     GetWindowThreadProcessId(window, &copy);
     AllowSetForegroundWindow(copy);  // it may have a dialog to show

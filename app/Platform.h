@@ -38,6 +38,10 @@ class EndRequests {
     std::vector<unsigned> sources_;
 };
 
+// True when the program was started with rights that the user's desktop does not have, and with them sees
+// other notes than the user's. Only Windows has such rights.
+bool SeesNotesOfAllUsers();
+
 // Calls `last` when the display goes away under the program, before the process ends because of it: from
 // within any call that draws, so nothing that draws may be called any more.
 void WhenDisplayDies(std::function<void()> last);

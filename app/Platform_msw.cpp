@@ -6,20 +6,34 @@
 #include <wx/toplevel.h>
 
 #include <cstdlib>
+#include <filesystem>
 
 #include "app/CommandLine.h"
 #include "app/Platform.h"
+#include "base/FileName.h"
 #include "base/Text.h"
 
 namespace {
 
-// What follows the program's name in the process's command line.
+// Whether the name, which may lack its ".exe", is that of the running program.
+bool NamesProgram(const std::wstring& name) {
+    std::error_code failed;
+    return std::filesystem::equivalent(name, ProgramPath(), failed) ||
+           std::filesystem::equivalent(name + L".exe", ProgramPath(), failed);
+}
+
+// What follows the program's name in the process's command line. Without quotation marks the name may have
+// blanks, as it has in what the program registers.
 std::wstring RawArguments() {
     const std::wstring line = GetCommandLineW();
     const bool quoted = line.starts_with(L'"');
-    const std::size_t end = line.find(quoted ? L'"' : L' ', quoted ? 1 : 0);
-    if (end == std::wstring::npos) return {};
-    return line.substr(quoted ? end + 1 : end);
+    const std::size_t first = line.find(quoted ? L'"' : L' ', quoted ? 1 : 0);
+    if (quoted && first != std::wstring::npos) return line.substr(first + 1);
+    for (std::size_t end = first; end != std::wstring::npos; end = line.find(L' ', end + 1)) {
+        if (NamesProgram(line.substr(0, end))) return line.substr(end);
+    }
+    if (first == std::wstring::npos || NamesProgram(line)) return {};
+    return line.substr(first);
 }
 
 // Where the shell has given the program no output of its own, that is the console it was started from. There
@@ -53,6 +67,16 @@ std::vector<std::wstring> Words() {
     const std::vector<std::wstring> arguments(words + 1, words + count);
     LocalFree(words);
     return arguments;
+}
+
+bool IsElevated(HANDLE process) {
+    HANDLE token = nullptr;
+    if (!OpenProcessToken(process, TOKEN_QUERY, &token)) return false;
+    TOKEN_ELEVATION elevation{};
+    DWORD size = 0;
+    GetTokenInformation(token, TokenElevation, &elevation, sizeof elevation, &size);
+    CloseHandle(token);
+    return elevation.TokenIsElevated;
 }
 
 std::function<void()>* quitHandler = nullptr;  // of the object that lives
@@ -96,6 +120,18 @@ EndRequests::EndRequests(std::function<void()> quit) : quit_(std::move(quit)) {
 }
 
 EndRequests::~EndRequests() { quitHandler = nullptr; }
+
+// Without an administrator's rights Windows keeps for each user what the program writes for all of them.
+// Where the desktop has those rights, too, the user never starts it without.
+bool SeesNotesOfAllUsers() {
+    DWORD id = 0;
+    GetWindowThreadProcessId(GetShellWindow(), &id);
+    const HANDLE shell = OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, id);
+    if (!shell) return false;
+    const bool more = IsElevated(GetCurrentProcess()) && !IsElevated(shell);
+    CloseHandle(shell);
+    return more;
+}
 
 // Windows ends the session first, and says so.
 void WhenDisplayDies(std::function<void()>) {}

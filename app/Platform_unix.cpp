@@ -115,3 +115,5 @@ void NeverFocus(wxTopLevelWindow& window) {
 }
 
 std::wstring UsedLibraries() { return L"die Bibliotheken wxWidgets, GTK, SQLite und CUPS"; }
+
+bool SeesNotesOfAllUsers() { return false; }

@@ -77,6 +77,13 @@ void Program::InitApplication() {
     Store().ShowNotes([this] {
         SettleDown();
         keeping_.Tell(Keeping::Boxes::Unwaited);
+        if (SeesNotesOfAllUsers())
+            TellMessage(
+                L"Kivora läuft mit den Rechten eines Administrators und zeigt deshalb nicht Ihre Notizen, "
+                L"sondern solche, die für alle Benutzer dieses Computers gelten: Was Sie jetzt schreiben, "
+                L"sehen auch die anderen, und löschen können sie es nicht.\r\n\r\nBeenden Sie Kivora und "
+                L"starten Sie es ohne diese Rechte, dann sind Ihre eigenen Notizen wieder da.",
+                kExclamation, L"Notizen aller Benutzer");
     });
     if (role_) {
         role_->Listen([this](const Command& command) {

@@ -97,6 +97,7 @@ void frmStart::ShowPopupMenu(frmNote* note, std::optional<wxPoint> at) {
     if (menuOpen_) return;
     popupNoteKey_.reset();
     if (note) popupNoteKey_ = note->NoteKey();
+    store_.AutostartEnabled = StartsWithSession(store_.AutostartEnabled);
     wxMenu menu;
     AppendPicture(menu, kIdOffset + IdOf(MenuItem::mnuNotizPicture), LoadPicture(kMenuBanner),
                   kMenuPictureHeight);

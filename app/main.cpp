@@ -4,6 +4,7 @@
 #include "app/RunCommand.h"
 #include "app/Startup.h"
 #include "base/FileName.h"
+#include "tray/TrayItem.h"
 
 namespace {
 
@@ -32,7 +33,10 @@ int main(int argc, char** argv) {
     // Everything that another copy can do is done before wxWidgets starts.
     std::unique_ptr<RunningCopy> role;
     if (request.kind != StartRequest::Print) role = RunningCopy::Claim();
-    if (!role && request.kind == StartRequest::Resident) return 0;
+    if (!role && request.kind == StartRequest::Resident) {
+        TrayItem::RemindOtherCopies();
+        return 0;
+    }
     if (!role && request.kind == StartRequest::Import) {
         request.files = HandOverFiles(std::move(request.files));
         if (request.files.empty()) return 0;

@@ -24,3 +24,7 @@ std::wstring AbsoluteFileName(const std::wstring& name);
 // Full path of the running program, and its folder without a separator at its end.
 std::wstring ProgramPath();
 std::wstring ProgramFolder();
+
+// The path under which the program enters itself in the registry. On Windows it ends in ".exe", and where the
+// code page lacks a character it is a short form, if the disk has one.
+std::wstring RegisteredProgram();

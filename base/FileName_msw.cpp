@@ -1,7 +1,10 @@
 // Names of files are text in Windows (UTF-16), so nothing has to be converted.
 #include <windows.h>
 
+#include "base/ExecutableFileName.h"
 #include "base/FileName.h"
+#include "base/ShortFileName_msw.h"
+#include "base/Text.h"
 
 std::wstring FileName(const std::filesystem::path& path) { return path.native(); }
 
@@ -26,4 +29,15 @@ std::wstring ProgramPath() {
         }
         path.resize(path.size() * 2);
     }
+}
+
+std::wstring NameInCodePage(const std::wstring& name) {
+    if (FromAnsi(ToAnsi(name)) == name) return name;
+    std::wstring shortName(GetShortPathNameW(name.c_str(), nullptr, 0), L'\0');
+    shortName.resize(GetShortPathNameW(name.c_str(), shortName.data(), static_cast<DWORD>(shortName.size())));
+    return shortName.empty() ? name : shortName;
+}
+
+std::wstring RegisteredProgram() {
+    return NameInCodePage(ExecutableFileName(ProgramFolder(), FileName(FilePath(ProgramPath()).filename())));
 }

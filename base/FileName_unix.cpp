@@ -75,3 +75,5 @@ std::wstring ProgramPath() {
     }
     return FileName(name);
 }
+
+std::wstring RegisteredProgram() { return ProgramPath(); }

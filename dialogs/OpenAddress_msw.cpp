@@ -2,7 +2,6 @@
 
 #include <shellapi.h>
 
-#include "base/Text.h"
 #include "dialogs/OpenAddress.h"
 
 namespace {
@@ -14,6 +13,6 @@ constexpr INT_PTR kLastError = 32;
 
 bool OpenAddress(const std::wstring& address) {
     const HINSTANCE result =
-        ShellExecuteA(nullptr, "open", ToAnsi(address).c_str(), nullptr, nullptr, SW_SHOWNORMAL);
+        ShellExecuteW(nullptr, L"open", address.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
     return reinterpret_cast<INT_PTR>(result) > kLastError;
 }

@@ -1,14 +1,11 @@
 #include "exchange/Association.h"
 
+#include "base/FileName.h"
 #include "registry/clsRegistry.h"
 
-bool RegisterFileExtensions() {
-    const std::wstring program = RegisteredProgram();
-    // No quotation marks: whoever reads the command line finds the file behind the slash.
-    const struct {
-        const wchar_t* key;
-        std::wstring value;
-    } entries[] = {
+// No quotation marks: whoever reads the command line finds the file behind the slash.
+std::vector<AssociationEntry> AssociationEntries(const std::wstring& program) {
+    return {
         {L".kvr", L"Kivora.Export"},
         {L"Kivora.Export", L"Exportierte Kivora-Notizen"},
         {L"Kivora.Export\\DefaultIcon", program + L",0"},
@@ -18,15 +15,20 @@ bool RegisterFileExtensions() {
         {L"Kivora.Export\\shell\\print", L"Notizen drucken..."},
         {L"Kivora.Export\\shell\\print\\command", program + L" /[print] /%1"},
     };
+}
+
+bool RegisterFileExtensions() {
+    bool changed = false;
     {
         RegistryTransaction together;
-        for (const auto& entry : entries) {
-            const std::wstring key = std::wstring(L"HKCR\\") + entry.key;
+        for (const AssociationEntry& entry : AssociationEntries(RegisteredProgram())) {
+            const std::wstring key = std::wstring(L"HKCR\\") + entry.key, value = key + L"\\";
+            changed = changed || AsText(Registry().GetValue(value, REG_TYPE_SZ)) != entry.value;
             Registry().CreateKey(key);
-            Registry().SetValue(key + L"\\", REG_TYPE_SZ, entry.value);
+            Registry().SetValue(value, REG_TYPE_SZ, entry.value);
         }
         together.Commit();
     }
-    RegisterWithDesktop();
+    RegisterWithDesktop(changed);
     return true;
 }

@@ -154,6 +154,4 @@ gboolean RegisterNow(gpointer) {
 
 }  // namespace
 
-std::wstring RegisteredProgram() { return ProgramPath(); }
-
-void RegisterWithDesktop() { g_idle_add_full(G_PRIORITY_LOW, RegisterNow, nullptr, nullptr); }
+void RegisterWithDesktop(bool) { g_idle_add_full(G_PRIORITY_LOW, RegisterNow, nullptr, nullptr); }

@@ -30,4 +30,7 @@ class TrayItem {
     // To be called when the menu of any icon may have changed. Cheap: the menus are described anew when
     // events run next, and only for areas that show menus themselves.
     static void MenusChanged();
+
+    // Makes the icons of the user's other copies come again that Windows has lost. Linux loses none.
+    static void RemindOtherCopies();
 };

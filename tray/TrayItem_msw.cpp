@@ -13,6 +13,7 @@
 
 namespace {
 
+const wchar_t* const kWindowClass = L"Kivora.Notification";
 constexpr UINT kIconId = 1;
 constexpr std::size_t kLongestTip = 63;
 // The message by which Windows tells of the mouse on the icon; lParam is the number of the mouse's own
@@ -75,6 +76,9 @@ class MswTrayItem : public TrayItem {
                                 GetModuleHandleW(nullptr), nullptr)),
           report_(std::move(report)) {
         SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+        // A copy that was started with an administrator's rights hears the shell and the other copies too.
+        for (const UINT message : {AreaCreated(), kCallback})
+            ChangeWindowMessageFilterEx(window_, message, MSGFLT_ALLOW, nullptr);
         Fill(picture, toolTip);
         if (!Tell(NIM_ADD)) Retry();
     }
@@ -95,7 +99,7 @@ class MswTrayItem : public TrayItem {
             WNDCLASSW type{};
             type.lpfnWndProc = OnMessage;
             type.hInstance = GetModuleHandleW(nullptr);
-            type.lpszClassName = L"Kivora.Notification";
+            type.lpszClassName = kWindowClass;
             return RegisterClassW(&type);
         }();
         return MAKEINTATOM(registered);
@@ -155,3 +159,10 @@ std::unique_ptr<TrayItem> TrayItem::Add(const wxBitmapBundle& picture, const std
 }
 
 void TrayItem::MenusChanged() {}  // here the program opens its menus itself
+
+// They do what they do when the shell has started again.
+void TrayItem::RemindOtherCopies() {
+    HWND window = nullptr;
+    while ((window = FindWindowExW(nullptr, window, kWindowClass, nullptr)))
+        PostMessageW(window, AreaCreated(), 0, 0);
+}

@@ -167,3 +167,5 @@ std::unique_ptr<TrayItem> TrayItem::Add(const wxBitmapBundle& picture, const std
 void TrayItem::MenusChanged() {
     if (UnixTrayItem::count > 0) TrayArea::Get().MenusChanged();
 }
+
+void TrayItem::RemindOtherCopies() {}

@@ -100,8 +100,8 @@ Function ${prefix}EndRunningCopy
     ${If} $0 = 0
         Return
     ${EndIf}
-    MessageBox MB_OKCANCEL|MB_ICONINFORMATION "Kivora läuft und wird jetzt beendet. Die Notizen sind gespeichert, \
-        bis auf eine, die Sie vielleicht gerade schreiben." /SD IDOK IDOK +2
+    MessageBox MB_OKCANCEL|MB_ICONINFORMATION "Kivora läuft und wird jetzt beendet. Die Notizen sind gespeichert; \
+        was Sie gerade schreiben, kommt in den Papierkorb von Kivora." /SD IDOK IDOK +2
     Abort
     ${Do}
         Call ${prefix}AskToEnd
@@ -229,6 +229,17 @@ Section Uninstall
     ReadRegStr $0 HKLM "${RUN}" "Kivora"
     ${If} $0 == "$INSTDIR\kivora.exe"
         DeleteRegValue HKLM "${RUN}" "Kivora"
+    ${EndIf}
+    ; Those of the user who removes it; what other users have entered for themselves is out of reach.
+    ReadRegStr $0 HKCU "${RUN}" "Kivora"
+    ${If} $0 == '"$INSTDIR\kivora.exe"'
+        DeleteRegValue HKCU "${RUN}" "Kivora"
+    ${EndIf}
+    ReadRegStr $0 HKCU "${TYPE}\shell\open\command" ""
+    ${If} $0 == "$INSTDIR\kivora.exe /%1"
+        DeleteRegKey HKCU "${TYPE}"
+        DeleteRegValue HKCU "${CLASSES}\.kvr" ""
+        DeleteRegKey /ifempty HKCU "${CLASSES}\.kvr"
     ${EndIf}
 
     ; By their names: the folder may hold what is not the program's.

@@ -1,11 +1,14 @@
 #include <windows.h>
 
+#include <aclapi.h>
 #include <gtest/gtest.h>
+#include <sddl.h>
 
 #include <chrono>
 #include <future>
 #include <thread>
 
+#include "app/CopyMutex_msw.h"
 #include "app/HandOver.h"
 #include "base/MessageWindow_msw.h"
 #include "tests/app/OtherCopy.h"
@@ -96,11 +99,46 @@ TEST_F(HandOverOnWindows, ACopyThatLetsNobodyNearIsARunningOne) {
     InitializeAcl(&none, sizeof none, ACL_REVISION);
     SetSecurityDescriptorDacl(&nobody, TRUE, &none, FALSE);
     SECURITY_ATTRIBUTES attributes{sizeof attributes, &nobody, FALSE};
-    const HANDLE mutex = CreateMutexW(&attributes, FALSE, L"Local\\Kivora");
+    const HANDLE mutex = CreateMutexW(&attributes, FALSE, CopyMutexName().c_str());
     ASSERT_TRUE(mutex);
     EXPECT_FALSE(RunningCopy::Claim());
     CloseHandle(mutex);
     EXPECT_TRUE(RunningCopy::Claim());
+}
+
+// Of that one only the mutex can be seen from here, so it does not get the file, and nobody is told that it
+// did.
+TEST_F(HandOverOnWindows, ACopyInAnotherSessionIsARunningOne) {
+    const HANDLE mutex = CreateMutexW(nullptr, FALSE, CopyMutexName().c_str());
+    ASSERT_TRUE(CopyMutexName().starts_with(L"Global\\"));
+    EXPECT_FALSE(RunningCopy::Claim());
+    EXPECT_FALSE(HandOver(L"C:\\a.kvr"));
+    CloseHandle(mutex);
+    EXPECT_TRUE(RunningCopy::Claim());
+}
+
+// The mutex of a copy that was started as an administrator is no secret to one that was not.
+TEST_F(HandOverOnWindows, EveryCopyOfTheUserMayOpenTheMutex) {
+    const auto role = RunningCopy::Claim();
+    const HANDLE mutex = OpenMutexW(READ_CONTROL, FALSE, CopyMutexName().c_str());
+    ASSERT_TRUE(mutex);
+    ACL* list = nullptr;
+    SECURITY_DESCRIPTOR* descriptor = nullptr;
+    GetSecurityInfo(mutex, SE_KERNEL_OBJECT, DACL_SECURITY_INFORMATION, nullptr, nullptr, &list, nullptr,
+                    reinterpret_cast<void**>(&descriptor));
+    ASSERT_TRUE(list);
+    bool user = false;
+    for (DWORD i = 0; i < list->AceCount; ++i) {
+        ACCESS_ALLOWED_ACE* entry = nullptr;
+        GetAce(list, i, reinterpret_cast<void**>(&entry));
+        wchar_t* text = nullptr;
+        ConvertSidToStringSidW(&entry->SidStart, &text);
+        user = user || CopyMutexName().ends_with(std::wstring(L".") + text);
+        LocalFree(text);
+    }
+    EXPECT_TRUE(user);
+    LocalFree(descriptor);
+    CloseHandle(mutex);
 }
 
 }  // namespace

@@ -164,6 +164,7 @@ TEST_F(ProcessTest, PrintingLeavesTheSavedNotesAlone) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    if (const int result = ServeOtherwise(argc, argv); result >= 0) return result;
     testing::InitGoogleTest(&argc, argv);
     const ProgramPlace there;
     place = &there;

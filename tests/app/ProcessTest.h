@@ -15,6 +15,9 @@
 
 inline const ProgramPlace* place = nullptr;
 
+// What a test has started this very program for; negative when it is to run the tests.
+int ServeOtherwise(int argc, char** argv);
+
 inline const std::wstring kSettings = L"HKLM\\Software\\Kivora\\1.5\\";
 
 inline const std::wstring kReceive = L"HKLM\\Software\\Kivora\\Receive";

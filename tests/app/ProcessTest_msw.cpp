@@ -2,11 +2,88 @@
 
 #include <shellapi.h>
 
+#include <stdexcept>
+
+#include "base/CaseFold.h"
+#include "base/DataFolder.h"
 #include "tests/app/ProcessTest.h"
 
 namespace {
 
 using namespace std::chrono_literals;
+
+std::wstring ProgramFile() { return std::filesystem::absolute(FromUtf8(KIVORA_PROGRAM)).native(); }
+
+// A program that was started with this command line, and is ended.
+class Started {
+  public:
+    Started(const std::wstring& program, std::wstring line, HANDLE token = nullptr) {
+        STARTUPINFOW start{};
+        start.cb = sizeof start;
+        if (!CreateProcessAsUserW(token, program.c_str(), line.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                                  nullptr, &start, &process_))
+            throw std::runtime_error("the program does not start");
+    }
+    ~Started() {
+        TerminateProcess(process_.hProcess, 9);
+        WaitForSingleObject(process_.hProcess, INFINITE);
+        CloseHandle(process_.hThread);
+        CloseHandle(process_.hProcess);
+    }
+    Started(const Started&) = delete;
+    Started& operator=(const Started&) = delete;
+
+    bool EndsSoon() const { return WaitForSingleObject(process_.hProcess, 5000) == WAIT_OBJECT_0; }
+
+  private:
+    PROCESS_INFORMATION process_{};
+};
+
+// The token of the same user without an administrator's rights.
+HANDLE LimitedToken() {
+    HANDLE own = nullptr, limited = nullptr;
+    OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY | TOKEN_DUPLICATE, &own);
+    TOKEN_LINKED_TOKEN linked{};
+    DWORD size = 0;
+    GetTokenInformation(own, TokenLinkedToken, &linked, sizeof linked, &size);
+    DuplicateTokenEx(linked.LinkedToken, TOKEN_ALL_ACCESS, nullptr, SecurityImpersonation, TokenPrimary,
+                     &limited);
+    CloseHandle(linked.LinkedToken);
+    CloseHandle(own);
+    return limited;
+}
+
+// The unnamed value as Windows has it for the user.
+std::wstring CommandOf(const wchar_t* verb) {
+    const std::wstring key = std::wstring(L"Kivora.Export\\shell\\") + verb + L"\\command";
+    wchar_t text[1024] = L"";
+    DWORD size = sizeof text;
+    RegGetValueW(HKEY_CLASSES_ROOT, key.c_str(), nullptr, RRF_RT_REG_SZ, nullptr, text, &size);
+    return text;
+}
+
+BOOL CALLBACK TypeInto(HWND window, LPARAM text) {
+    wchar_t name[64] = L"";
+    GetClassNameW(window, name, 64);
+    const bool many = (GetWindowLongW(window, GWL_STYLE) & ES_MULTILINE) != 0;
+    if (!many || InCapitals(name).find(L"EDIT") == std::wstring::npos) return TRUE;
+    for (const wchar_t character : *reinterpret_cast<const std::wstring*>(text))
+        SendMessageW(window, WM_CHAR, character, 0);
+    return FALSE;
+}
+
+// As the shell opens it, until the program that was started for it has ended.
+void Open(const std::wstring& file) {
+    SHELLEXECUTEINFOW order{};
+    order.cbSize = sizeof order;
+    order.fMask = SEE_MASK_NOCLOSEPROCESS;
+    order.lpFile = file.c_str();
+    order.nShow = SW_SHOWNORMAL;
+    ASSERT_TRUE(ShellExecuteExW(&order));
+    // It is nobody else's to end, and would get into the way of the next test.
+    EXPECT_EQ(WaitForSingleObject(order.hProcess, 5000), WAIT_OBJECT_0);
+    CloseHandle(order.hProcess);
+}
 
 TEST_F(ProcessTest, SaysWhatItCanBeStartedWith) {
     Process help({"--help"});
@@ -35,17 +112,73 @@ TEST_F(ProcessTest, TheShellOpensExportFiles) {
         Eventually([] { return Registry().KeyExists(L"HKCR\\Kivora.Export\\shell\\print\\command"); }));
     WaitUntilShown(1);
     const std::wstring file = FromUtf8(File("Eigene Notizen ü.kvr", L"aus der Shell"));
-    SHELLEXECUTEINFOW order{};
-    order.cbSize = sizeof order;
-    order.fMask = SEE_MASK_NOCLOSEPROCESS;
-    order.lpFile = file.c_str();
-    order.nShow = SW_SHOWNORMAL;
-    ASSERT_TRUE(ShellExecuteExW(&order));
-    // It is nobody else's to end, and would get into the way of the next test.
-    EXPECT_EQ(WaitForSingleObject(order.hProcess, 5000), WAIT_OBJECT_0);
-    CloseHandle(order.hProcess);
+    Open(file);
     EXPECT_TRUE(Eventually([] { return SavedTexts() == Texts{L"aus der Shell"}; }));
     EXPECT_FALSE(program.Ended());
 }
 
+// The code page lacks characters of the path under which the program enters itself, and the shell may start
+// it with that path unquoted.
+TEST_F(ProcessTest, LiesInAFolderOfAnyName) {
+    const std::filesystem::path folder = place->Folder() / L"Σημειώσεις und mehr";
+    std::filesystem::create_directories(folder);
+    const std::wstring program = (folder / L"kivora.exe").native();
+    ASSERT_TRUE(CopyFileW(ProgramFile().c_str(), program.c_str(), FALSE));
+    const Started first(program, L"\"" + program + L"\"");
+    WaitUntilShown(1);
+    const std::wstring registered = CommandOf(L"open");
+    EXPECT_TRUE(std::filesystem::equivalent(registered.substr(0, registered.find(L" /%1")), program));
+    Open(FromUtf8(File("eins.kvr", L"aus der Shell")));
+    EXPECT_TRUE(Eventually([] { return SavedTexts() == Texts{L"aus der Shell"}; }));
+    const Started unquoted(program, program + L" /" + FromUtf8(File("zwei.kvr", L"ohne Zeichen")));
+    EXPECT_TRUE(unquoted.EndsSoon());
+    EXPECT_TRUE(Eventually([] { return SavedTexts() == Texts{L"aus der Shell", L"ohne Zeichen"}; }));
+}
+
+// With rights that the desktop does not have it shows other notes than the user's.
+TEST_F(ProcessTest, SaysThatItShowsTheNotesOfAllUsers) {
+    const HANDLE limited = LimitedToken();
+    const Started shell(ProgramPath(), L"\"" + ProgramPath() + L"\" --shell", limited);
+    CloseHandle(limited);
+    ASSERT_TRUE(Eventually([] { return GetShellWindow() != nullptr; }));
+    Process program({});
+    EXPECT_FALSE(WaitForWindow("Notizen aller Benutzer").empty());
+    program.AskToEnd();
+    EXPECT_EQ(program.Wait(), 0);
+}
+
+// Nobody can be asked any more what is to become of it.
+TEST_F(ProcessTest, WhatIsTypedWhenTheSessionEndsGoesToTheBin) {
+    const std::filesystem::path bin = DataFolder() / L"papierkorb";
+    std::filesystem::remove_all(bin);
+    Process program({});
+    WaitUntilShown(1);
+    PostMessageW(FindWindowW(L"Kivora.Notification", nullptr), WM_MOUSEMOVE, 1, WM_LBUTTONDBLCLK);
+    const std::string dialog = WaitForWindow("Neue Notiz");
+    ASSERT_FALSE(dialog.empty());
+    std::wstring text = L"angefangen";
+    EnumChildWindows(FindWindowW(nullptr, L"Neue Notiz"), TypeInto, reinterpret_cast<LPARAM>(&text));
+    program.AskToEnd();
+    EXPECT_EQ(program.Wait(), 0);
+    ASSERT_TRUE(std::filesystem::is_directory(bin));
+    std::ifstream file(std::filesystem::directory_iterator(bin)->path(), std::ios::binary);
+    const std::string bytes{std::istreambuf_iterator<char>(file), {}};
+    EXPECT_NE(bytes.find("angefangen"), std::string::npos);
+}
+
 }  // namespace
+
+// Another process than that of the tests is the shell, with other rights.
+int ServeOtherwise(int argc, char** argv) {
+    if (argc < 2 || std::string_view(argv[1]) != "--shell") return -1;
+    const HWND window = CreateWindowW(L"STATIC", L"", WS_OVERLAPPED, 0, 0, 1, 1, nullptr, nullptr,
+                                      GetModuleHandleW(nullptr), nullptr);
+    // In no header.
+    using Function = BOOL(WINAPI*)(HWND);
+    const auto set = reinterpret_cast<Function>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"user32.dll"), "SetShellWindow")));
+    set(window);
+    MSG message;
+    while (GetMessageW(&message, nullptr, 0, 0) > 0) DispatchMessageW(&message);
+    return 0;
+}

@@ -167,3 +167,5 @@ TEST_F(ProcessTest, AnInstalledProgramLeavesNoEntryOfItsOwn) {
 }
 
 }  // namespace
+
+int ServeOtherwise(int, char**) { return -1; }

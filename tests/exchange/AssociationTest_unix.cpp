@@ -25,7 +25,7 @@ TEST(Association, DesktopFilesAreWrittenOnlyWhenSomethingChanged) {
     fs::remove_all(Data() / "mime");
     const fs::path entry = Data() / "applications" / "kivora.desktop";
     const fs::path type = Data() / "mime" / "packages" / "kivora.xml";
-    RegisterWithDesktop();
+    RegisterWithDesktop(false);
     ASSERT_TRUE(RunUntil([&] { return fs::exists(entry) && fs::exists(type); }));
     const std::string program = FilePath(ProgramPath()).native();
     EXPECT_NE(Content(entry).find("\nExec=" + program + " %F\n"), std::string::npos) << Content(entry);
@@ -41,7 +41,7 @@ TEST(Association, DesktopFilesAreWrittenOnlyWhenSomethingChanged) {
             std::ofstream(changed) << "x";
             fs::last_write_time(changed, longAgo);
         }
-        RegisterWithDesktop();
+        RegisterWithDesktop(false);
         RunEvents();
     };
     again({});

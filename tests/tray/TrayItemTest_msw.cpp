@@ -87,4 +87,11 @@ TEST_F(TrayItemOnWindows, IsModifiedBeforeItIsAddedAgain) {
     EXPECT_EQ(shell_.orders, (std::vector<DWORD>{NIM_ADD, NIM_MODIFY, NIM_MODIFY, NIM_ADD}));
 }
 
+TEST_F(TrayItemOnWindows, ComesAgainWhenAnotherCopyIsStarted) {
+    const auto item = Add();
+    shell_.there = false;
+    TrayItem::RemindOtherCopies();
+    EXPECT_TRUE(RunUntil([&] { return shell_.there; }));
+}
+
 }  // namespace
