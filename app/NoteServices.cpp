@@ -8,6 +8,7 @@
 
 NoteServices::NoteServices() : store_(*this) {
     store_.OnDelete = KeepDeletedNote;
+    store_.OnDeleteTogether = KeepDeletedFlood;
     store_.OnUnbinned = [](const Note& note, bool gone, const KeepResult& why) {
         if (gone) return TellOfUnkeptNote(note);
         TellMessage(

@@ -23,6 +23,7 @@
 #include "mail/SendAsEMail.h"
 #include "model/KeepReason.h"
 #include "net/SendNotes.h"
+#include "net/frmFlood.h"
 #include "notes/basNotes.h"
 #include "print/PrintNotes.h"
 
@@ -70,6 +71,7 @@ void Program::InitApplication() {
     });
     start_->notIcon.ShowIcon();
     network_.KeepLongNote = KeepLongNote;
+    network_.OnFlood = [this](const FloodGuard::Flood& flood) { AskAboutFlood(network_, flood); };
     receiving_.emplace(network_, [this] { ShowState(); });
     receiving_->From(ReadReceiveFrom());
     keeping_.OnReadLate = [this] { receiving_->From(ReadReceiveFrom()); };

@@ -90,7 +90,10 @@ int DialogWindow::ShowModal() {
 void DialogWindow::End(DialogState result) {
     state_ = result;
     // At once: whoever waits for it may have to wait for dialogs that were opened later.
-    if (LeaveScreen() && state_ == DialogState::Ok && OnConfirmed) OnConfirmed();
+    if (LeaveScreen()) {
+        if (state_ == DialogState::Ok && OnConfirmed) OnConfirmed();
+        if (!IsQuitting()) Ended();
+    }
     WakeWaits();
 }
 

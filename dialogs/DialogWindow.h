@@ -70,6 +70,9 @@ class DialogWindow : public wxDialog {
     // Takes the dialog from the screen, if it is there, and lets ShowModal return. result: not Waiting.
     void End(DialogState result);
 
+    // Called when it has ended and gone from the screen, unless the program quits.
+    virtual void Ended() {}
+
     // What F1 does. False when there is no help.
     virtual bool Help() { return false; }
 

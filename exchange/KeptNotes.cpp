@@ -6,18 +6,23 @@
 #include "base/DataFolder.h"
 #include "dialogs/Message.h"
 #include "dialogs/Wait.h"
+#include "exchange/ImportFile.h"
 #include "exchange/NoteFolder.h"
 #include "model/KeepReason.h"
 
 namespace {
 
 constexpr std::size_t kDeletedNotes = 100;
+constexpr std::size_t kDeletedFloods = 10;
 
-KeepResult Keep(const Note& note, const char* folder, std::size_t most) {
+// Of the texts in one file of a flood; the import takes files twice as large.
+constexpr std::size_t kFloodCharacters = kMostImportedCharacters / 2;
+
+KeepResult Keep(const std::vector<Note>& notes, const std::filesystem::path& folder, std::size_t most) {
     const std::filesystem::path data = DataFolder();
     if (data.empty()) return {KeepFailure::NoAccess};
     try {
-        NoteFolder(data / folder, most).Keep(note);
+        NoteFolder(data / folder, most).KeepTogether(notes);
         return {};
     } catch (const std::system_error& failure) {
         return FailureOf(failure.code());
@@ -46,9 +51,22 @@ void TellOfUnkeptTexts() {
 
 }  // namespace
 
-KeepResult KeepLongNote(const Note& note) { return Keep(note, "lange-notizen", NoteFolder::kUnlimited); }
+KeepResult KeepLongNote(const Note& note) { return Keep({note}, "lange-notizen", NoteFolder::kUnlimited); }
 
-KeepResult KeepDeletedNote(const Note& note) { return Keep(note, "papierkorb", kDeletedNotes); }
+KeepResult KeepDeletedNote(const Note& note) { return Keep({note}, "papierkorb", kDeletedNotes); }
+
+KeepResult KeepDeletedFlood(const std::vector<Note>& notes) {
+    KeepResult kept;
+    for (auto next = notes.begin(); next != notes.end() && kept.Kept();) {
+        std::vector<Note> together;
+        for (std::size_t characters = 0; next != notes.end() && characters < kFloodCharacters; ++next) {
+            characters += next->text.size();
+            together.push_back(*next);
+        }
+        kept = Keep(together, std::filesystem::path("papierkorb") / "flut", kDeletedFloods);
+    }
+    return kept;
+}
 
 void TellOfUnkeptNote(const Note& note) {
     std::wstring& texts = UnkeptTexts();

@@ -2,6 +2,8 @@
 // Notes that would be lost otherwise are kept as export files in folders of the user's data, from which they
 // can be imported.
 
+#include <vector>
+
 #include "registry/KeepResult.h"
 
 struct Note;
@@ -13,6 +15,11 @@ KeepResult KeepLongNote(const Note& note);
 // For a note that is about to be deleted: writes it to "papierkorb", where the newest 100 stay, and returns
 // when it is on the disk. A note without text needs no keeping.
 KeepResult KeepDeletedNote(const Note& note);
+
+// For notes that came as a flood and are about to be deleted together: writes them to files of many notes in
+// "papierkorb/flut", where the newest 10 files stay, so that they take no place of notes that the user
+// deleted one by one. Returns when all are on the disk.
+KeepResult KeepDeletedFlood(const std::vector<Note>& notes);
 
 // For one that was deleted and is not there: a little later a message says so, and the text lies in the
 // clipboard then.

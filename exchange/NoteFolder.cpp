@@ -72,9 +72,13 @@ std::vector<std::wstring> KeptNames(const fs::path& folder) {
 
 }  // namespace
 
-void NoteFolder::Keep(const Note& note, Clock::time_point now) const {
-    if (note.text.empty()) return;
-    const std::string bytes = KeptFileBytes({note});
+void NoteFolder::Keep(const Note& note, Clock::time_point now) const { KeepTogether({note}, now); }
+
+void NoteFolder::KeepTogether(const std::vector<Note>& notes, Clock::time_point now) const {
+    const auto written =
+        std::find_if(notes.begin(), notes.end(), [](const Note& note) { return !note.text.empty(); });
+    if (written == notes.end()) return;
+    const std::string bytes = KeptFileBytes(notes);
     std::error_code failed = MakeFolder(folder_);
     if (failed) throw std::system_error(failed);
 
@@ -86,7 +90,7 @@ void NoteFolder::Keep(const Note& note, Clock::time_point now) const {
         names.push_back(name + kExport);
         return WriteNewFile(folder_ / FilePath(names.back()), bytes);
     };
-    const std::wstring words = NameFromText(note.text, kLongestNamedText);
+    const std::wstring words = NameFromText(written->text, kLongestNamedText);
     failed = write(words.empty() ? stamp : stamp + L" " + words);
     if (failed && !words.empty()) {
         // There are file systems that do not take every name.

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <filesystem>
 #include <limits>
+#include <vector>
 
 #include "model/Note.h"
 
@@ -22,6 +23,10 @@ class NoteFolder {
     // then the folder is as it was.
     void Keep(const Note& note,
               std::chrono::system_clock::time_point now = std::chrono::system_clock::now()) const;
+
+    // The same for notes that go into one file, which then counts as one note.
+    void KeepTogether(const std::vector<Note>& notes,
+                      std::chrono::system_clock::time_point now = std::chrono::system_clock::now()) const;
 
   private:
     std::filesystem::path folder_;

@@ -6,7 +6,7 @@ namespace {
 
 constexpr std::string_view kLineEnd = "\r\n";
 constexpr std::size_t kShownOfLongLine = 256;
-constexpr std::size_t kCapacityToKeep = 64 * 1024;
+constexpr std::size_t kCapacityToKeep = 16 * 1024;
 
 }  // namespace
 

@@ -24,8 +24,9 @@ class LineBuffer {
     // Forgets everything held.
     void Clear();
 
-    // Bytes held.
+    // Bytes held, and the memory that they take.
     std::size_t Size() const { return data_.size() - begin_; }
+    std::size_t Capacity() const { return data_.capacity(); }
 
   private:
     void Consume(std::size_t end);

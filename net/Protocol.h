@@ -16,10 +16,13 @@
 constexpr std::uint16_t kNotePort = 5998;
 constexpr std::wstring_view kProtocolVersion = L"1.0.0";
 
-// Longest line and longest text of a note that a receiver takes, in bytes. Far more than anyone writes, and
-// little enough that nobody can fill the memory of another computer.
-constexpr std::size_t kLongestLine = std::size_t{1} << 20;
-constexpr std::size_t kLongestNoteText = std::size_t{4} << 20;
+// Longest text of a note that a receiver takes, in bytes: what a record of an export file holds. The longest
+// line has room for such a text and the word before it, NOTE_TEXT and a blank.
+constexpr std::size_t kLongestNoteText = 65535;
+constexpr std::size_t kLongestLine = 65545;
+
+// Longest reply that a sender reads as a whole; receivers of earlier versions repeat a long line in it.
+constexpr std::size_t kLongestReply = std::size_t{1} << 20;
 
 // Receiver: a command line in two. A line without a blank is its own parameter, too.
 std::wstring_view CommandWord(std::wstring_view line);

@@ -25,7 +25,12 @@ std::optional<Receiver::Step> Receiver::Next() {
     } else {
         CarryOut(step);
     }
+    if (!step.note) std::wstring().swap(line_);  // with its memory
     return step;
+}
+
+std::size_t Receiver::HeldBytes() const {
+    return buffer_.Capacity() + line_.capacity() * sizeof(wchar_t) + (note_ ? note_->text.capacity() : 0);
 }
 
 std::string Receiver::Fail(int number, std::wstring_view description) {

@@ -1,6 +1,6 @@
 #pragma once
 // The receiver's half of the protocol without its connection: bytes go in, replies and finished notes come
-// out, one command at a time. Of notes it holds no more than one line and the one under construction.
+// out, one command at a time. It holds no more than one line and the note under construction.
 
 #include <optional>
 #include <string>
@@ -36,7 +36,8 @@ class Receiver {
     // what else has arrived.
     std::string Fail(int number, std::wstring_view description);
 
-    std::size_t HeldBytes() const { return buffer_.Size() + (note_ ? note_->text.size() : 0); }
+    // The memory that it takes beside the object itself.
+    std::size_t HeldBytes() const;
 
   private:
     struct Construction {
@@ -50,7 +51,7 @@ class Receiver {
     std::string ToReply(const std::wstring& line) const;
 
     LineBuffer buffer_{kLongestLine};
-    std::wstring line_;  // the last one taken
+    std::wstring line_;  // the last one taken, as long as an error may name it
     std::optional<Construction> note_;
     bool quit_ = false;
 };

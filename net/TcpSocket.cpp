@@ -12,7 +12,7 @@ namespace {
 constexpr std::size_t kPiece = 8 * 1024;
 
 // With more than this unsent nothing is read: whoever does not take the answers gets to ask nothing more.
-constexpr std::size_t kMostUnsent = 64 * 1024;
+constexpr std::size_t kMostUnsent = 16 * 1024;
 
 constexpr int kHostNotFound = 11001;
 

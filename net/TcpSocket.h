@@ -80,6 +80,9 @@ class TcpSocket {
     // Something of what was handed over is not with the kernel yet.
     bool SendPending() const { return !out_.empty(); }
 
+    // The memory that what was read and what is not sent yet takes.
+    std::size_t HeldBytes() const { return in_.capacity() + out_.capacity(); }
+
   private:
     template <class... Parameters, class... Arguments>
     void Tell(void (SocketEvents::*event)(Parameters...), const Arguments&... arguments);

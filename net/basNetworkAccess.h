@@ -9,8 +9,11 @@
 #include <string>
 #include <vector>
 
+#include "net/ConnectionLimits.h"
+#include "net/FloodGuard.h"
 #include "net/Protocol.h"
 #include "net/TcpSocket.h"
+#include "net/clsIncoming.h"
 #include "registry/KeepResult.h"
 
 class NoteStore;
@@ -69,7 +72,14 @@ class NetworkAccess : private SocketEvents {
     // Lets the session prepare, closes its socket and takes it out of the pool.
     void Shutdown(const std::shared_ptr<clsSession>& session);
 
-    std::size_t CountSessions() const { return pool_.size(); }
+    // Called when other computers flood this one with notes, if set: the user is to be asked. Nobody waits
+    // for the answer, which comes by AnswerFlood; until then no more of those notes are taken.
+    std::function<void(const FloodGuard::Flood& flood)> OnFlood;
+    // The user's answer to the last OnFlood. Deleted puts the notes of the flood that nobody has touched into
+    // the bin; the result tells when that failed, and then they are all still there and the answer is Refuse.
+    KeepResult AnswerFlood(FloodGuard::Answer answer);
+
+    std::size_t CountSessions() const { return outgoing_.size() + incoming_.size(); }
 
   private:
     // A connection of which nobody has said yet whether it may stay. It closes with the last that has it.
@@ -78,13 +88,22 @@ class NetworkAccess : private SocketEvents {
     void ConnectionRequest() override;
     void Admit(const std::shared_ptr<Undecided>& request);
     void RemoveClosed();
-    KeepResult TakeIn(const Note& received);
+    void CloseForRoom(ConnectionLimits::Number number);
+    void Heard(ConnectionLimits::Number number, std::size_t heldBytes, bool complete);
+    std::optional<clsIncoming::Refusal> TakeIn(const Note& received, const std::string& address);
+    void AskAboutFlood();
+    KeepResult DeleteFlood();
 
     NoteStore& store_;
     const Options options_;
-    TcpSocket sckSend{*this};                        // listens
-    std::vector<std::shared_ptr<clsSession>> pool_;  // in the order of addition
+    TcpSocket sckSend{*this};  // listens
+    ConnectionLimits limits_;
+    // The pool of sessions, each in the order of addition, and who is to become one.
+    std::vector<std::shared_ptr<clsOutgoing>> outgoing_;
+    std::vector<std::shared_ptr<clsIncoming>> incoming_;
     std::vector<std::shared_ptr<Undecided>> undecided_;
+    FloodGuard floodGuard_;
+    FloodGuard::Flood flood_;  // of which the user was asked last
     bool listensAtAll_ = true;
     bool cancelled_ = false;
 };

@@ -1,10 +1,6 @@
 #include "net/clsIncoming.h"
 
-#include "base/Text.h"
-
 namespace {
-
-constexpr int kNotKept = 51;
 
 // How long one arrival may keep other events waiting.
 constexpr auto kTurn = std::chrono::milliseconds(3);
@@ -15,23 +11,31 @@ void clsIncoming::ConnectionEstablished() { Socket.SendData(Receiver::GreetingLi
 
 void clsIncoming::Socket_DataArrival(std::int32_t) {
     receiver_.Append(Socket.GetData());
+    bool complete = false;
+    const bool all = CarryOutLines(complete);
+    heard_(HeldBytes(), complete);
+    if (!IsConnected()) return;
+    if (!all)
+        Socket.AskAgain();
+    else if (leaving_ && !Socket.SendPending())
+        End();
+}
+
+bool clsIncoming::CarryOutLines(bool& complete) {
     const auto end = std::chrono::steady_clock::now() + kTurn;
     while (const auto step = receiver_.Next()) {
+        complete = true;
         CarryOut(*step);
-        if (step->note || std::chrono::steady_clock::now() >= end) {
-            if (!receiver_.HasLine()) break;
-            Socket.AskAgain();
-            return;
-        }
+        if (step->note || std::chrono::steady_clock::now() >= end) return !receiver_.HasLine();
     }
-    if (leaving_ && !Socket.SendPending()) End();
+    return true;
 }
 
 void clsIncoming::CarryOut(const Receiver::Step& step) {
     std::string reply = step.reply;
     if (step.note) {
-        const KeepResult result = takeIn_(*step.note);
-        if (!result.Kept()) reply = receiver_.Fail(kNotKept, FromUtf8(result.detail));
+        if (const auto refusal = takeIn_(*step.note))
+            reply = receiver_.Fail(refusal->number, refusal->description);
     }
     if (!reply.empty()) Socket.SendData(reply);
     if (step.quit && !leaving_) {

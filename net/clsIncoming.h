@@ -5,29 +5,54 @@
 
 #include <wx/timer.h>
 
+#include <optional>
+#include <string>
+
+#include "net/ConnectionLimits.h"
 #include "net/Receiver.h"
 #include "net/clsSession.h"
-#include "registry/KeepResult.h"
 
 class clsIncoming : public clsSession {
   public:
-    // Takes a finished note in. The sender gets an error for one that was not kept.
-    using TakeIn = std::function<KeepResult(const Note&)>;
+    // Takes a finished note in. The sender gets the error of one that was not taken.
+    struct Refusal {
+        int number;
+        std::wstring description;
+    };
+    using TakeIn = std::function<std::optional<Refusal>(const Note&)>;
 
-    // address: the other computer's, dotted.
-    clsIncoming(std::string address, std::chrono::milliseconds patience, Ended ended, TakeIn takeIn)
-        : clsSession(patience, std::move(ended)), Address(std::move(address)), takeIn_(std::move(takeIn)) {}
+    // Hears of every arrival: the memory that the session takes now, and whether a line was completed. May
+    // close the session.
+    using Heard = std::function<void(std::size_t heldBytes, bool complete)>;
 
-    const std::string Address;
+    // The other computer: its dotted address, and the number of its connection.
+    struct Peer {
+        std::string address;
+        ConnectionLimits::Number number;
+    };
+
+    clsIncoming(Peer peer, std::chrono::milliseconds patience, Ended ended, TakeIn takeIn, Heard heard)
+        : clsSession(patience, std::move(ended)),
+          OtherSide(std::move(peer)),
+          takeIn_(std::move(takeIn)),
+          heard_(std::move(heard)) {}
+
+    const Peer OtherSide;
+
+    // The memory that the other side makes it take.
+    std::size_t HeldBytes() const { return receiver_.HeldBytes() + Socket.HeldBytes(); }
 
     void ConnectionEstablished() override;
     void Socket_DataArrival(std::int32_t bytes) override;
     void Socket_SendComplete() override;
 
   private:
+    // False when there is more to carry out.
+    bool CarryOutLines(bool& complete);
     void CarryOut(const Receiver::Step& step);
 
     const TakeIn takeIn_;
+    const Heard heard_;
     Receiver receiver_;
     bool leaving_ = false;  // after QUIT
     wxTimer leavingLimit_;

@@ -7,7 +7,7 @@ namespace {
 
 // Held of what arrives. A receiver that says more than this without being asked is not listened to any
 // longer.
-constexpr std::size_t kMostUnread = 2 * kLongestLine;
+constexpr std::size_t kMostUnread = 2 * kLongestReply;
 
 // Answers that are there at once need no loop of events. The window gets its turn all the same.
 constexpr auto kBetweenPauses = std::chrono::milliseconds(20);
@@ -20,7 +20,7 @@ void clsOutgoing::Send(const std::vector<Note>& NotesToSend,
     sentNotes_ = 0;
     if (!IsConnected()) return;
     for (const Note& note : NotesToSend) {
-        if (remoteVersion_ != kProtocolVersion || SendNote(note, failed)) ++sentNotes_;
+        if (!SpeaksOurVersion() || SendNote(note, failed)) ++sentNotes_;
         if (IsQuitting()) return;
     }
 }

@@ -36,6 +36,8 @@ class clsOutgoing : public clsSession {
 
     // The protocol version of the other side, empty while it is not known.
     const std::wstring& GetRemoteHostProgramVersion() const { return remoteVersion_; }
+    // Else nothing is sent to it.
+    bool SpeaksOurVersion() const { return remoteVersion_ == kProtocolVersion; }
     std::wstring GetNumberSentNotes() const { return std::to_wstring(sentNotes_); }
 
     void Socket_DataArrival(std::int32_t bytes) override;
@@ -46,7 +48,7 @@ class clsOutgoing : public clsSession {
     std::wstring ReadLine();
     void LetOthersRun();
 
-    LineBuffer received_{kLongestLine};
+    LineBuffer received_{kLongestReply};
     std::wstring remoteVersion_;
     std::int32_t sentNotes_ = 0;
     bool aborted_ = false;

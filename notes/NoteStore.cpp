@@ -87,6 +87,7 @@ KeepResult NoteStore::AddNoteIfKept(const Note& content) {
     KeepResult result = WriteImage();
     if (result.Kept()) {
         note.ShowStacked();
+        note.Untouched(true);
         Heard(result);
     } else {
         Remove(note);
@@ -127,6 +128,18 @@ bool NoteStore::DeleteNote(frmNote& note) {
     }
     if (!binned.Kept() && OnUnbinned) OnUnbinned(content, gone, binned);
     return gone;
+}
+
+KeepResult NoteStore::DeleteTogether(const std::vector<frmNote*>& notes) {
+    std::vector<Note> contents;
+    for (const frmNote* const note : notes) contents.push_back(note->Content());
+    KeepResult binned = OnDeleteTogether && !notes.empty() ? OnDeleteTogether(contents) : KeepResult();
+    if (!binned.Kept() || notes.empty()) return binned;
+    for (frmNote* const note : notes) ForgetMinimizedNote(*note);
+    const std::unordered_set<const frmNote*> gone(notes.begin(), notes.end());
+    std::erase_if(notes_, [&](const NotePtr& each) { return gone.contains(each.get()); });
+    SaveNotes();
+    return binned;
 }
 
 bool NoteStore::PutIntoBin(const Note& written) const {
@@ -215,6 +228,16 @@ void NoteStore::PlaceOnScreens() {
 std::size_t NoteStore::CountVisibleNotes() const {
     return static_cast<std::size_t>(
         std::count_if(notes_.begin(), notes_.end(), [](const NotePtr& note) { return !note->Minimized(); }));
+}
+
+NoteStore::UntouchedNotes NoteStore::CountUntouchedNotes() const {
+    UntouchedNotes untouched;
+    for (const NotePtr& note : notes_) {
+        if (!note->Untouched()) continue;
+        ++untouched.notes;
+        untouched.characters += note->Text().size();
+    }
+    return untouched;
 }
 
 std::size_t NoteStore::CountMinimizedByCommand() const {

@@ -49,7 +49,7 @@ class NoteStore {
     };
     AddedNote AddNote(const Note& content);
     // The same for a note whose sender waits for the answer: one that could not be kept does not stay, and
-    // whatever else is unsaved stays so.
+    // whatever else is unsaved stays so. It counts as untouched.
     KeepResult AddNoteIfKept(const Note& content);
     // Lets a note disappear that was just added: nothing is saved, and it goes into no bin.
     void TakeBack(frmNote& note);
@@ -59,6 +59,9 @@ class NoteStore {
     // neither the bin nor the save succeeds the note stays, and false is the result. A note that only the bin
     // has taken is back after a restart, unless a later save is kept.
     bool DeleteNote(frmNote& note);
+    // Puts the notes into the bin as one, takes their windows away and saves once. When the bin fails they
+    // are all still there, and the result says why.
+    KeepResult DeleteTogether(const std::vector<frmNote*>& notes);
     // For a text that was written and does not become a note. False when it did not get there.
     bool PutIntoBin(const Note& written) const;
     void UnloadAllNotes();  // only at the end of the program
@@ -75,6 +78,11 @@ class NoteStore {
 
     std::size_t CountNotes() const { return notes_.size(); }
     std::size_t CountVisibleNotes() const;
+    // Of the notes that frmNote::Untouched is true for.
+    struct UntouchedNotes {
+        std::size_t notes = 0, characters = 0;
+    };
+    UntouchedNotes CountUntouchedNotes() const;
     std::size_t CountMinimizedByCommand() const;
 
     // The next note in the store's order that is not minimized, or the one before; the order is a circle. The
@@ -92,6 +100,8 @@ class NoteStore {
     std::function<KeepResult(const Note& note)> OnLongText;
     // The bin: called for what goes into it, before it is gone, if set. Must not throw.
     std::function<KeepResult(const Note& note)> OnDelete;
+    // The same for notes that go together.
+    std::function<KeepResult(const std::vector<Note>& notes)> OnDeleteTogether;
     // Called, if set, for a note that did not get into the bin: it has gone all the same, or it stays, and
     // why.
     std::function<void(const Note& note, bool gone, const KeepResult& why)> OnUnbinned;

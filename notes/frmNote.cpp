@@ -36,6 +36,7 @@ void frmNote::Content(const Note& note) {
 }
 
 void frmNote::Changed() {
+    Untouched(false);
     Refresh();
     access_->Changed();
     if (minimized_) RenewIcon();
@@ -224,6 +225,7 @@ void frmNote::OnMotion(wxMouseEvent& event) {
 void frmNote::OnLeave(wxMouseEvent&) { Hover(NotePart::Body); }
 
 void frmNote::OnLeftDown(wxMouseEvent& event) {
+    Untouched(false);
     ShowFocus(std::nullopt);
     const wxPoint2DDouble at = ToTwips(event.GetPosition());
     const NotePart part = layout_.PartAt(at.m_x, at.m_y);
@@ -268,6 +270,7 @@ void frmNote::OnLeftDoubleClick(wxMouseEvent& event) {
 }
 
 void frmNote::OnRightUp(wxMouseEvent& event) {
+    Untouched(false);
     const wxPoint2DDouble at = ToTwips(event.GetPosition());
     const NotePart part = layout_.PartAt(at.m_x, at.m_y);
     if (part == NotePart::Body || part == NotePart::lblMessage) OpenMenu();

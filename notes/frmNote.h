@@ -80,6 +80,11 @@ class frmNote : public wxFrame, public ReadableNote {
     std::int32_t NoteKey() const { return noteKey_; }
     void NoteKey(std::int32_t key) { noteKey_ = key; }
 
+    // The note came from another computer, and since it was shown nobody has clicked, minimized or changed it
+    // or pressed a key that it knows. The store says so of it; what the user does takes it back.
+    bool Untouched() const { return untouched_; }
+    void Untouched(bool on) { untouched_ = on; }
+
     // Shows the note above or among the other windows as its foreground flag says, without activating it.
     // A minimized note stays minimized.
     void ShowStacked();
@@ -154,6 +159,7 @@ class frmNote : public wxFrame, public ReadableNote {
     Note note_;
     std::int32_t noteKey_ = 0;
     bool minimized_ = false;
+    bool untouched_ = false;
     NoteLayout layout_;
     WindowPlace windowPlace_{*this};
     wxSize arrangedFor_;

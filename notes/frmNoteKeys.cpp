@@ -56,6 +56,7 @@ void frmNote::OnKey(wxKeyEvent& event) {
         event.Skip();
         return;
     }
+    Untouched(false);
     ShowFocus(part);
     for (const auto& step : kSteps) {
         if (step.command == command)

@@ -8,6 +8,7 @@
 
 void frmNote::Minimized(bool on) {
     minimized_ = on;
+    Untouched(false);
     Notification::MenusChanged();
     if (!on) {
         ShowStacked();

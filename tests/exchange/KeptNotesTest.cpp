@@ -51,6 +51,15 @@ class KeptNotesTest : public testing::Test, protected MessageRecorder {
 
 }  // namespace
 
+TEST_F(KeptNotesTest, AFloodTakesNoPlaceOfOtherNotes) {
+    Store().DeleteTogether({&AddNote(L"eins"), &AddNote(L"zwei")});
+    EXPECT_EQ(Store().CountNotes(), 0u);
+    ASSERT_EQ(Kept(), std::vector<fs::path>{bin_ / "flut"});
+    const fs::directory_iterator files(bin_ / "flut");
+    EXPECT_EQ(ListNotes(files->path()), (std::vector<std::wstring>{L"eins", L"zwei"}));
+    EXPECT_EQ(std::distance(files, fs::directory_iterator()), 1);
+}
+
 TEST_F(KeptNotesTest, DeletedNoteComesBackByImport) {
     frmNote& note = AddNote(L"Käse\r\nund Brot");
     note.Color(kGreen);

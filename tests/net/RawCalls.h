@@ -7,8 +7,8 @@
 
 namespace RawCalls {
 
-// Throws when nobody listens there.
-int Connect(std::uint16_t port);
+// From the address 127.0.0.N, N being the number of the computer. Throws when nobody listens there.
+int Connect(std::uint16_t port, unsigned computer);
 
 // On a free port, which it gives.
 int Listen(std::uint16_t& port);

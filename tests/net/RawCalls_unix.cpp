@@ -14,11 +14,11 @@ namespace RawCalls {
 
 namespace {
 
-sockaddr_in ThisComputer(std::uint16_t port) {
+sockaddr_in ThisComputer(std::uint16_t port, unsigned computer = 1) {
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK - 1 + computer);
     return address;
 }
 
@@ -30,10 +30,11 @@ int Hurried(int descriptor) {
 
 }  // namespace
 
-int Connect(std::uint16_t port) {
+int Connect(std::uint16_t port, unsigned computer) {
     const int descriptor = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    const sockaddr_in address = ThisComputer(port);
-    if (connect(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
+    const sockaddr_in own = ThisComputer(0, computer), address = ThisComputer(port);
+    if (bind(descriptor, reinterpret_cast<const sockaddr*>(&own), sizeof own) != 0 ||
+        connect(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
         close(descriptor);
         throw std::runtime_error("no connection");
     }

@@ -13,7 +13,9 @@ RawConnection::~RawConnection() {
     if (descriptor_ >= 0) RawCalls::Close(descriptor_, false);
 }
 
-RawConnection RawConnection::To(std::uint16_t port) { return RawConnection(RawCalls::Connect(port)); }
+RawConnection RawConnection::To(std::uint16_t port, unsigned computer) {
+    return RawConnection(RawCalls::Connect(port, computer));
+}
 
 bool RawConnection::Send(const std::string& bytes) const {
     for (std::size_t sent = 0; sent < bytes.size();) {
@@ -48,6 +50,14 @@ std::string RawConnection::Rest(std::chrono::milliseconds limit) {
     while (Receive(limit)) {
     }
     return ended_ ? std::exchange(received_, {}) : "<not ended>";
+}
+
+bool RawConnection::Discard() const {
+    char buffer[65536];
+    while (RawCalls::IsReady(descriptor_, std::chrono::milliseconds(0))) {
+        if (RawCalls::Receive(descriptor_, buffer, sizeof buffer) <= 0) return false;
+    }
+    return true;
 }
 
 void RawConnection::EndSending() const { RawCalls::EndSending(descriptor_); }

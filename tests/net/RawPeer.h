@@ -13,8 +13,8 @@ class RawConnection {
     RawConnection(RawConnection&& other) noexcept;
     ~RawConnection();  // closes it
 
-    // To a port of this computer.
-    static RawConnection To(std::uint16_t port);
+    // To a port of this computer, from one of its loopback addresses, 127.0.0.1 and the following.
+    static RawConnection To(std::uint16_t port, unsigned computer = 1);
 
     bool Send(const std::string& bytes) const;
     // Sends what there is room for and gives its length.
@@ -25,6 +25,8 @@ class RawConnection {
     std::string Ask(const std::string& line);
     // Whatever arrives until the other side closes.
     std::string Rest(std::chrono::milliseconds limit = std::chrono::seconds(5));
+    // Throws away what has arrived; false when the other side has closed.
+    bool Discard() const;
     void EndSending() const;
     // Closes so that the other side gets an error.
     void Reset();

@@ -86,7 +86,8 @@ TEST_F(Receiving, ABrokenConnectionLeavesNothing) {
 TEST_F(Receiving, SessionsBuildTheirNotesIndependently) {
     Meanwhile([&] {
         std::vector<RawConnection> connections;
-        for (int i = 0; i < 20; ++i) connections.push_back(RawConnection::To(network->LocalPort()));
+        for (unsigned i = 0; i < 20; ++i)
+            connections.push_back(RawConnection::To(network->LocalPort(), 1 + i / 16));
         for (RawConnection& connection : connections) EXPECT_EQ(connection.Line(), kGreeting);
         for (const std::string command : {"NOTE_NEW", "NOTE_TEXT", "NOTE_TEXT", "NOTE_FINISHED", "QUIT"}) {
             int number = 0;
@@ -155,23 +156,80 @@ TEST_F(Receiving, WhoMayConnectIsSaidLaterAndAgain) {
     EXPECT_TRUE(network->Listen());
 }
 
-TEST_F(Receiving, NoMoreThan256AtATime) {
+TEST_F(Receiving, NoMoreThan16OfAComputerAnd256InAll) {
     Meanwhile([&] {
         std::vector<RawConnection> connections;
-        for (int i = 0; i < 256; ++i) {
-            connections.push_back(RawConnection::To(network->LocalPort()));
+        for (unsigned i = 0; i < 256; ++i) {
+            connections.push_back(RawConnection::To(network->LocalPort(), 1 + i / 16));
             ASSERT_EQ(connections.back().Line(), kGreeting) << i;
+            if (i == 15) {
+                EXPECT_EQ(RawConnection::To(network->LocalPort(), 1).Rest(), "");
+            }
         }
-        EXPECT_EQ(RawConnection::To(network->LocalPort()).Rest(), "");
+        EXPECT_EQ(RawConnection::To(network->LocalPort(), 17).Rest(), "");
         connections.pop_back();
         std::string line;
         // Until the program has noticed.
         const auto end = std::chrono::steady_clock::now() + 5s;
         while (line != kGreeting && std::chrono::steady_clock::now() < end)
-            line = RawConnection::To(network->LocalPort()).Line();
+            line = RawConnection::To(network->LocalPort(), 17).Line();
         EXPECT_EQ(line, kGreeting);
     });
     EXPECT_TRUE(SessionsEnd());
+}
+
+// Lines without an end, each nearly as long as may be, of which all together are too much.
+TEST_F(Receiving, WhoHoldsMostIsClosedWhenAllHoldTooMuch) {
+    const std::string line(kLongestLine, 'x');
+    Meanwhile([&] {
+        std::vector<RawConnection> connections;
+        for (unsigned i = 0; i < 160; ++i) {
+            connections.push_back(RawConnection::To(network->LocalPort(), 1 + i / 16));
+            EXPECT_EQ(connections.back().Line(), kGreeting);
+            connections.back().Send(line);
+        }
+        RawConnection other = RawConnection::To(network->LocalPort(), 20);
+        EXPECT_EQ(other.Line(), kGreeting);
+        for (RawConnection& connection : connections) connection.Send(" ");
+        EXPECT_EQ(other.Ask("NOTE_NEW"), "OK");
+    });
+    EXPECT_TRUE(SessionsEnd());
+}
+
+TEST_F(Receiving, AFloodIsRefusedUntilTheUserHasAnswered) {
+    std::vector<std::string> floods;
+    network->OnFlood = [&](const FloodGuard::Flood& flood) { floods.push_back(flood.address); };
+    std::vector<Note> bin;
+    store.OnDeleteTogether = [&](const std::vector<Note>& notes) { return bin = notes, KeepResult(); };
+    const auto send = [&] {
+        std::string answer;
+        Talk([&](RawConnection& connection) {
+            connection.Send("NOTE_NEW\r\nNOTE_TEXT x\r\nNOTE_FINISHED\r\n");
+            for (int i = 0; i < 4; ++i) answer = connection.Line();
+        });
+        return answer;
+    };
+    EXPECT_EQ(send(), "OK");
+    // As if many had come before.
+    store.AddNote({.text = L"eigene"});
+    frmNote& note = *store.Notes()[0];
+    EXPECT_TRUE(note.Untouched());
+    note.Hide();
+    note.Text(std::wstring(kMostUntouchedCharacters, L'x'));
+    EXPECT_FALSE(note.Untouched());
+    note.Untouched(true);
+    const std::string refusal =
+        "ERROR Error during command execution: [70] Too many notes. They are refused for now. Offending "
+        "command: NOTE_FINISHED";
+    EXPECT_EQ(send(), refusal);
+    EXPECT_EQ(send(), refusal);
+    EXPECT_EQ(floods, std::vector<std::string>{""});
+    EXPECT_TRUE(network->AnswerFlood(FloodGuard::Answer::Deleted).Kept());
+    EXPECT_EQ(bin.size(), 1u);
+    EXPECT_EQ(send(), "OK");
+    ASSERT_EQ(store.CountNotes(), 2u);
+    EXPECT_EQ(store.Notes()[0]->Text(), L"eigene");
+    EXPECT_EQ(ReadStoredImage().notes.size(), 2u);
 }
 
 TEST_F(Receiving, LongTextsAreKeptElsewhereTooOrTheSenderIsTold) {
@@ -214,8 +272,8 @@ TEST_F(Receiving, ACrowdKeepsNobodyWaiting) {
     while (bytes.size() < 120'000) bytes += " \r\n";
     bytes += "QUIT\r\n";
     std::vector<std::pair<RawConnection, std::size_t>> crowd;
-    for (int i = 0; i < 200; ++i) {
-        RawConnection connection = RawConnection::To(network->LocalPort());
+    for (unsigned i = 0; i < 200; ++i) {
+        RawConnection connection = RawConnection::To(network->LocalPort(), 1 + i / 16);
         const std::size_t sent = connection.TrySend(bytes);
         crowd.emplace_back(std::move(connection), sent);
     }

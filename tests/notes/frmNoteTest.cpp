@@ -28,6 +28,12 @@ class FrmNote : public testing::Test {
         Mouse(wxEVT_LEFT_UP, part.left + part.width / 2, part.top + part.height / 2);
     }
 
+    void PressKey(int code) {
+        wxKeyEvent event(wxEVT_CHAR_HOOK);
+        event.m_keyCode = code;
+        note->ProcessWindowEvent(event);
+    }
+
     NoteRecorder recorder;
     NotePtr note;
 };
@@ -57,6 +63,29 @@ TEST_F(FrmNote, HiddenForegroundIsAppliedByReadingIt) {
     EXPECT_FALSE(note->HiddenForeground());
     EXPECT_EQ(Take(recorder), (Calls{L"save", L"apply"}));
     EXPECT_TRUE(note->Foreground());
+}
+
+TEST_F(FrmNote, IsTouchedByWhatTheUserDoesWithIt) {
+    note->SizeTo(3000, 2000);
+    const std::pair<const char*, std::function<void()>> touches[] = {
+        {"press", [&] { Mouse(wxEVT_LEFT_DOWN, note->Layout().chkForeground.left + 50, 50); }},
+        {"menu", [&] { Mouse(wxEVT_RIGHT_UP, 1000, 1000); }},
+        {"key", [&] { PressKey(WXK_TAB); }},
+        {"minimized", [&] { note->Minimized(true); }},
+        {"back", [&] { note->Minimized(false); }},
+        {"text", [&] { note->Text(L"a"); }},
+        {"foreground", [&] { note->Foreground(true); }},
+    };
+    for (const auto& [name, touch] : touches) {
+        note->Untouched(true);
+        note->ShowStacked();
+        note->PlaceOnScreens();
+        Mouse(wxEVT_MOTION, 1000, 1000);
+        PressKey(WXK_F12);
+        EXPECT_TRUE(note->Untouched());
+        touch();
+        EXPECT_FALSE(note->Untouched()) << name;
+    }
 }
 
 TEST_F(FrmNote, IsNeverSmallerThanFiftyPixels) {
