@@ -20,6 +20,9 @@ constexpr std::size_t kNamedCharacters = 25;
 // A receiver that says more than this about a note means no good.
 constexpr std::size_t kShownCharacters = 2000;
 
+// How long the window shows that a receiver was sent nothing, unless it is closed.
+constexpr std::chrono::seconds kTimeToRead{5};
+
 // From the dialog to the end of the progress.
 OneDialog sending;
 
@@ -73,7 +76,8 @@ void SendNotesOverNetwork(NetworkAccess& network, NoteStore& store) {
         progress->SetStep(1);
         network.Connect(session, recipient);
         if (IsQuitting()) return;
-        if (!cancelled && !session->IsConnected()) {
+        const bool connected = session->IsConnected();
+        if (!cancelled && !connected) {
             ShowMessage(
                 L"Es konnte keine Verbindung zum Ziel-Computer aufgebaut werden.\r\nVersuchen Sie es "
                 L"später bitte erneut.",
@@ -86,5 +90,10 @@ void SendNotesOverNetwork(NetworkAccess& network, NoteStore& store) {
         }
         network.Shutdown(session);
         if (cancelled || IsQuitting()) return;
+        if (connected && !session->SpeaksOurVersion()) {
+            progress->ShowProgress();
+            WaitUntil([&] { return cancelled; }, kTimeToRead);
+            if (cancelled || IsQuitting()) return;
+        }
     }
 }

@@ -83,7 +83,7 @@ frmSendOverNetworkProgress::frmSendOverNetworkProgress(std::function<void()> can
         else
             event.Skip();
     });
-    tmrUpdate.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { Tick(); });
+    tmrUpdate.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { ShowProgress(); });
     tmrUpdate.Start(kUpdateMilliseconds);
 }
 
@@ -111,7 +111,7 @@ void frmSendOverNetworkProgress::SetStep(int step) {
     imgArrow->SetPosition({Pixels(kLeft), Pixels((step - 1) * kRow + kFirstRow)});
 }
 
-void frmSendOverNetworkProgress::Tick() {
+void frmSendOverNetworkProgress::ShowProgress() {
     if (!session_) return;
     if (!session_->GetRemoteHostProgramVersion().empty())
         lblProtocol->SetLabelText(L"Vers. " + session_->GetRemoteHostProgramVersion());

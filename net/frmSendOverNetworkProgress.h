@@ -24,6 +24,9 @@ class frmSendOverNetworkProgress : public frmDialog {
     // Puts the arrow beside a step, 1 to 3; 0 puts it out of sight. Others do nothing.
     void SetStep(int step);
 
+    // Shows how far the session is now; happens by itself five times a second.
+    void ShowProgress();
+
     // The controls, each under its name.
     wxStaticText* Label1 = nullptr;
     wxStaticText* Label3 = nullptr;
@@ -38,7 +41,6 @@ class frmSendOverNetworkProgress : public frmDialog {
   private:
     int Pixels(int twips) const;
     wxStaticText* CreateLabel(const wchar_t* caption, int step);
-    void Tick();
     void Cancel();
 
     std::function<void()> cancelled_;

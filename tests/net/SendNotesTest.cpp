@@ -186,6 +186,36 @@ TEST_F(SendNotes, CancellingEndsEveryPhase) {
     EXPECT_TRUE(messages.empty());
 }
 
+// A receiver of another version gets nothing, and no message says so. The window then stays until it is
+// closed.
+TEST_F(SendNotes, ThatNothingWasSentCanBeRead) {
+    std::atomic<bool> ended = false;
+    RawServer server([&](RawConnection& connection) {
+        connection.Send("OK X PROTOCOL_VERSION 2.0.0\r\n");
+        connection.Rest();
+        ended = true;
+    });
+    Open(server.Port());
+    bool read = false;
+    const WhenShown<frmSendOverNetworkProgress> user(
+        [&](frmSendOverNetworkProgress& window) {
+            EXPECT_LT(std::abs(window.imgArrow->GetPosition().y - window.Label5->GetPosition().y),
+                      window.FromDIP(8));
+            read = true;
+            Press(window.cmdCancel);
+        },
+        [&](frmSendOverNetworkProgress& window) {
+            return ended && window.lblProgress->GetLabel() == L"2 von 2" &&
+                   window.lblProtocol->GetLabelText() == L"Vers. 2.0.0";
+        });
+    Send([](frmSendOverNetwork& dialog) {
+        dialog.txtEmpfänger->SetValue(L"127.0.0.1");
+        Press(dialog.cmdOK);
+    });
+    EXPECT_TRUE(read);
+    EXPECT_TRUE(messages.empty());
+}
+
 TEST_F(SendNotes, MessagesStandAboveTheProgress) {
     auto* window = new frmSendOverNetworkProgress([] {});
     window->Show();
