@@ -59,6 +59,12 @@ bool LineFlow::MeasureMore() {
     return true;
 }
 
+// A blank that bears an accent is seen, and needs its room.
+bool LineFlow::IsBlank(std::size_t at) {
+    if (text_[at] != L' ') return false;
+    return at + 1 >= paragraphEnd_ || !Measured(at + 1) || Advance(at + 1) > 0 || text_[at + 1] == L' ';
+}
+
 // The end of the line that begins at next_ and is to be no wider than `width`. next_ itself when not even the
 // first character fits.
 std::size_t LineFlow::FindEnd(double width) {
@@ -73,7 +79,7 @@ std::size_t LineFlow::FindEnd(double width) {
         if (ownWidth) mayBreak = MayBreakBehind(text_[at]);
         // A tab at the end of a line leads to the end of the line.
         x = text_[at] == L'\t' && x < width ? std::min(BehindTab(x), width) : x + advance;
-        if (x > width + kTolerance && ownWidth && text_[at] != L' ') return allowed > next_ ? allowed : at;
+        if (x > width + kTolerance && ownWidth && !IsBlank(at)) return allowed > next_ ? allowed : at;
     }
     return at;
 }

@@ -26,6 +26,7 @@ class LineFlow {
   private:
     void StartParagraph();
     bool MeasureMore();
+    bool IsBlank(std::size_t at);
     std::size_t FindEnd(double width);
     std::size_t SingleEnd();
     PrintedLine Place(std::size_t end, const PrintFont& font) const;
