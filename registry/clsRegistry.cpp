@@ -123,6 +123,8 @@ bool clsRegistry::KeyExists(const std::wstring& path) {
 }
 
 bool clsRegistry::DeleteKey(const std::wstring& path) {
+    // A path ends at a NUL: what came behind it would name the same key again and again.
+    if (const std::size_t end = path.find(L'\0'); end != path.npos) return DeleteKey(path.substr(0, end));
     const auto place = ItemOf(path);
     if (!place) return false;
     std::vector<std::wstring> subKeys;
