@@ -31,7 +31,7 @@ LineBuffer::Took LineBuffer::Take(std::string& line) {
     const std::size_t length = (complete ? scanned_ : data_.size()) - begin_;
     const bool halfEnd = !complete && length > 0 && data_.back() == '\r';
     if (length - (halfEnd ? 1 : 0) > longest_) {
-        line.assign(data_, begin_, kShownOfLongLine);
+        line.assign(data_, begin_, std::min(length - (halfEnd ? 1 : 0), kShownOfLongLine));
         skipping_ = true;
         SkipRest();
         return Took::TooLong;
