@@ -10,6 +10,7 @@
 #include "base/DataFolder.h"
 #include "base/DesktopEntry.h"
 #include "base/FileName.h"
+#include "base/NewFile.h"
 #include "exchange/Association.h"
 #include "res/Resources.h"
 
@@ -42,9 +43,9 @@ std::string DesktopEntry() {
     return entry;
 }
 
-void WriteFile(const fs::path& file, const char* content, gsize size) {
+void WriteFile(const fs::path& file, std::string_view content) {
     g_mkdir_with_parents(file.parent_path().c_str(), 0700);
-    g_file_set_contents(file.c_str(), content, static_cast<gssize>(size), nullptr);
+    SaveFile(file, content);
 }
 
 // Empty for a file that cannot be read.
@@ -60,7 +61,7 @@ std::string ReadFile(const fs::path& file) {
 // True when the file held something else.
 bool Renew(const fs::path& file, const std::string& content) {
     const bool same = ReadFile(file) == content;
-    if (!same) WriteFile(file, content.data(), content.size());
+    if (!same) WriteFile(file, content);
     return !same;
 }
 
@@ -69,7 +70,7 @@ void WriteIcon(int size) {
     char* bytes = nullptr;
     gsize count = 0;
     if (!gdk_pixbuf_save_to_buffer(picture.GetPixbuf(), &bytes, &count, "png", nullptr, nullptr)) return;
-    WriteFile(IconFile(size), bytes, count);
+    WriteFile(IconFile(size), {bytes, count});
     g_free(bytes);
 }
 
@@ -92,17 +93,20 @@ bool IsThere(const char* program) {
     return path != nullptr;
 }
 
-// Starts one tool after the other without waiting for any of them.
-void RunTools() {
-    static const char script[] =
-        "update-mime-database \"$1/mime\"; update-desktop-database \"$1/applications\"; "
-        "xdg-mime default kivora.desktop application/x-kivora";
-    std::string words[] = {"/bin/sh", "-c", script, "sh", SharedDataFolder().native()};
+void Run(std::vector<std::string> words) {
     std::vector<char*> arguments;
     for (std::string& word : words) arguments.push_back(word.data());
     arguments.push_back(nullptr);
-    const auto silent = static_cast<GSpawnFlags>(G_SPAWN_STDOUT_TO_DEV_NULL | G_SPAWN_STDERR_TO_DEV_NULL);
-    g_spawn_async(nullptr, arguments.data(), nullptr, silent, nullptr, nullptr, nullptr, nullptr);
+    const auto flags = static_cast<GSpawnFlags>(G_SPAWN_SEARCH_PATH | G_SPAWN_STDOUT_TO_DEV_NULL |
+                                                G_SPAWN_STDERR_TO_DEV_NULL);
+    g_spawn_async(nullptr, arguments.data(), nullptr, flags, nullptr, nullptr, nullptr, nullptr);
+}
+
+// Each works on files of its own, so nobody waits for any of them.
+void RunTools() {
+    Run({"update-mime-database", SharedDataFolder() / "mime"});
+    Run({"update-desktop-database", SharedDataFolder() / "applications"});
+    Run({"xdg-mime", "default", "kivora.desktop", "application/x-kivora"});
 }
 
 // True when this very program was installed with an entry and a type of its own where the desktop looks.

@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -50,6 +51,36 @@ TEST(Association, DesktopFilesAreWrittenOnlyWhenSomethingChanged) {
     again(entry);
     EXPECT_NE(fs::last_write_time(entry), longAgo);
     EXPECT_EQ(fs::last_write_time(type), longAgo);
+}
+
+// The tools get the folder as it is named, and one that hangs holds up neither the program nor the others.
+TEST(Association, TheDesktopsToolsAreStarted) {
+    const fs::path tools = Data() / "a \"b$(c)' tools";
+    fs::create_directories(tools);
+    ASSERT_EQ(mkfifo((tools / "gate").c_str(), 0600), 0);
+    const auto make = [&](const char* name, const char* first) {
+        std::ofstream(tools / name) << "#!/bin/sh\n"
+                                    << first
+                                    << "printf '%s\\n' \"$@\" >\"$0.part\"; mv \"$0.part\" \"$0.called\"\n";
+        fs::permissions(tools / name, fs::perms::owner_all);
+    };
+    make("update-mime-database", "read line <\"${0%/*}/gate\"\n");
+    make("update-desktop-database", "");
+    make("xdg-mime", "");
+    const std::string path = std::getenv("PATH"), data = Data();
+    setenv("PATH", (tools.native() + ":" + path).c_str(), 1);
+    setenv("XDG_DATA_HOME", (tools / "data").c_str(), 1);
+    RegisterWithDesktop();
+    const auto called = [&](const char* name) { return fs::exists(tools / (std::string(name) + ".called")); };
+    EXPECT_TRUE(RunUntil([&] { return called("update-desktop-database") && called("xdg-mime"); }));
+    EXPECT_FALSE(called("update-mime-database"));
+    std::ofstream(tools / "gate") << "\n";
+    EXPECT_TRUE(RunUntil([&] { return called("update-mime-database"); }));
+    setenv("XDG_DATA_HOME", data.c_str(), 1);
+    setenv("PATH", path.c_str(), 1);
+    EXPECT_EQ(Content(tools / "update-mime-database.called"), tools.native() + "/data/mime\n");
+    EXPECT_EQ(Content(tools / "update-desktop-database.called"), tools.native() + "/data/applications\n");
+    EXPECT_EQ(Content(tools / "xdg-mime.called"), "default\nkivora.desktop\napplication/x-kivora\n");
 }
 
 }  // namespace
