@@ -4,7 +4,6 @@
 #include "base/DesktopEntry.h"
 #include "base/FileName.h"
 #include "base/NewFile.h"
-#include "model/KeepReason.h"
 
 namespace {
 
@@ -15,13 +14,9 @@ std::filesystem::path EntryFile() {
 }  // namespace
 
 KeepResult EnterInSession() {
-    const std::filesystem::path file = EntryFile(), unfinished = file.parent_path() / ".kivora.desktop.neu";
+    const std::filesystem::path file = EntryFile();
     g_mkdir_with_parents(file.parent_path().c_str(), 0700);
-    std::error_code failed;
-    std::filesystem::remove(unfinished, failed);  // of a start that was broken off
-    failed = WriteNewFile(unfinished, AutostartEntry(FilePath(ProgramPath()).native()));
-    if (!failed) std::filesystem::rename(unfinished, file, failed);
-    return FailureOf(failed);
+    return FailureOf(SaveFile(file, AutostartEntry(FilePath(ProgramPath()).native())));
 }
 
 KeepResult RemoveFromSession() {

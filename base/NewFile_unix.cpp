@@ -87,17 +87,19 @@ bool IsSameFile(const fs::path& path, const struct stat& other) {
 }
 
 // All that the kernel asks when somebody wants to open a file: its owner, its mode, its list of rights.
-bool TakeRightsOf(const Opened& file, const Opened& old, const struct stat& status) {
+std::error_code TakeRightsOf(const Opened& file, const Opened& old, const struct stat& status) {
     constexpr const char* kRights = "system.posix_acl_access";
+    const auto hasNone = [] { return errno == ENODATA || errno == ENOTSUP; };
     char rights[4096];
     const ssize_t size = fgetxattr(old.Handle(), kRights, rights, sizeof rights);
-    if (size < 0 && errno != ENODATA && errno != ENOTSUP) return false;
+    if (size < 0 && !hasNone()) return LastError();
     // The folder may have given it one.
-    if (size < 0 && fremovexattr(file.Handle(), kRights) != 0 && errno != ENODATA && errno != ENOTSUP)
-        return false;
-    return fchown(file.Handle(), status.st_uid, status.st_gid) == 0 &&
-           fchmod(file.Handle(), status.st_mode & 07777) == 0 &&
-           (size <= 0 || fsetxattr(file.Handle(), kRights, rights, static_cast<std::size_t>(size), 0) == 0);
+    if (size < 0 && fremovexattr(file.Handle(), kRights) != 0 && !hasNone()) return LastError();
+    if (fchown(file.Handle(), status.st_uid, status.st_gid) != 0 ||
+        fchmod(file.Handle(), status.st_mode & 07777) != 0 ||
+        (size > 0 && fsetxattr(file.Handle(), kRights, rights, static_cast<std::size_t>(size), 0) != 0))
+        return LastError();
+    return {};
 }
 
 std::error_code CopyRest(const Opened& old, std::size_t from, const Opened& to) {
@@ -127,9 +129,10 @@ std::error_code WriteInPlace(const Opened& old, const struct stat& status, std::
     return failed ? failed : BringToDisk(old);
 }
 
-// Replacing a file takes more than writing to it: its folder, its owner or its file system forbids that.
+// Replacing a file takes more than writing to it: its folder, its owner or its file system forbids that. A
+// disk that takes no changes any more is another matter: it might stop in the middle of the old file.
 bool IsForbidden(const std::error_code& failed) {
-    for (const int number : {EACCES, EPERM, EROFS, EBUSY, ENOTSUP, ENOSYS})
+    for (const int number : {EACCES, EPERM, EBUSY, ENOTSUP, ENOSYS})
         if (failed.value() == number) return true;
     return false;
 }
@@ -142,7 +145,7 @@ std::error_code Replace(const fs::path& file, const Opened& old, const struct st
     if (!made) return LastError();
     std::error_code failed = WriteAll(made, bytes);
     if (!failed && old && rest == Rest::Keep) failed = CopyRest(old, bytes.size(), made);
-    if (!failed && old && !TakeRightsOf(made, old, status)) failed = Error(EPERM);
+    if (!failed && old) failed = TakeRightsOf(made, old, status);
     if (!failed) failed = BringToDisk(made);
     if (const std::error_code closed = made.Close(); !failed) failed = closed;
     if (!failed) failed = TakeName(unfinished, file);

@@ -1,5 +1,5 @@
 #pragma once
-// Opening files that notes are read from or written to.
+// Opening files that notes are read from.
 
 #include <cstddef>
 #include <filesystem>
@@ -13,7 +13,3 @@ bool IsFile(const std::filesystem::path& path);
 
 // Opens a file for reading. The stream has failed when there is no such file.
 std::ifstream OpenExport(const std::filesystem::path& path);
-
-// Opens a file so that records are written over its beginning and the rest of it stays; creates it when there
-// is none. The stream has failed when that is not possible.
-std::fstream OpenForExport(const std::filesystem::path& path);

@@ -41,13 +41,25 @@ std::wstring ReasonText(const KeepResult& result) {
     return text;
 }
 
-KeepResult FailureOf(const std::error_code& error) {
-    if (!error) return {};
-    const KeepFailure failure =
-        error == std::errc::no_space_on_device      ? KeepFailure::DiskFull
-        : error == std::errc::read_only_file_system ? KeepFailure::ReadOnly
-        : error == std::errc::permission_denied || error == std::errc::operation_not_permitted
-            ? KeepFailure::NoAccess
-            : KeepFailure::Failed;
-    return {failure, error.message()};
+std::wstring FileReasonText(const std::error_code& error) {
+    const KeepResult result = FailureOf(error);
+    const wchar_t* sentence = L"";
+    switch (result.failure) {
+        case KeepFailure::NoAccess:
+            sentence = L"Sie dürfen diese Datei oder ihren Ordner nicht ändern.";
+            break;
+        case KeepFailure::ReadOnly:
+            sentence = L"Das Laufwerk lässt keine Änderungen zu.";
+            break;
+        case KeepFailure::DiskFull:
+            sentence = L"Auf dem Laufwerk ist kein Platz mehr frei.";
+            break;
+        case KeepFailure::Locked:
+            sentence = L"Ein anderes Programm hält die Datei fest.";
+            break;
+        default:
+            if (error != std::errc::io_error) return {};
+            sentence = L"Das Laufwerk hat einen Fehler gemeldet.";
+    }
+    return std::wstring(sentence) + L"\r\n(" + FromUtf8(result.detail) + L")";
 }

@@ -1,5 +1,5 @@
 #pragma once
-// Why notes could not be read or kept, in words for their user.
+// Why notes could not be read or kept, or another file not be written, in words for their user.
 
 #include <string>
 #include <system_error>
@@ -10,5 +10,5 @@
 // last line of its own. Empty for a result that was kept.
 std::wstring ReasonText(const KeepResult& result);
 
-// The same kinds of failure for files that are no hive.
-KeepResult FailureOf(const std::error_code& error);
+// The same for a file that the user has named. Empty where its name is at fault, and nothing else is known.
+std::wstring FileReasonText(const std::error_code& error);

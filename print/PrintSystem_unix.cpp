@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "base/FileName.h"
+#include "base/NewFile.h"
 #include "base/Text.h"
 #include "dialogs/Wait.h"
 #include "print/CupsService_unix.h"
@@ -63,9 +64,11 @@ class FileJob : public PdfJob {
     }
 
   protected:
-    bool Deliver(std::FILE* pdf) override {
-        if (fsync(fileno(pdf)) != 0 && errno != EINVAL) return Full();
-        if (rename(unfinished_.c_str(), name_.c_str()) != 0) return Full();
+    bool Deliver(std::FILE*) override {
+        if (const std::error_code failed = PutInPlace(unfinished_, name_)) {
+            errno = failed.value();
+            return Full();
+        }
         unfinished_.clear();
         return true;
     }
@@ -106,7 +109,7 @@ PrintSystem::Started StartFile(const std::filesystem::path& name, const PaperSiz
     // mkstemp makes the file private to the user; this one gets the access that new files usually have.
     const mode_t mask = umask(0);
     umask(mask);
-    fchmod(handle, 0666 & ~mask);
+    fchmod(handle, 0644 & ~mask);
     return {std::make_unique<FileJob>(std::move(file), name, unfinished, paper, title), {}};
 }
 

@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <ctime>
 #include <thread>
 
@@ -19,17 +18,6 @@ namespace fs = std::filesystem;
 namespace {
 
 KeepResult LastFailure(const fs::path& path) { return SystemFailure(errno, path.filename().string()); }
-
-// Brings a file or a folder's names to the disk.
-bool Sync(const fs::path& path) {
-    const int opened = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (opened < 0) return false;
-    const bool synced = fsync(opened) == 0;
-    const int error = errno;
-    close(opened);
-    errno = error;
-    return synced;
-}
 
 void TakeRights(const fs::path& path) {
     struct stat status {};
@@ -49,24 +37,10 @@ std::string Stamp() {
 }  // namespace
 
 KeepResult SystemFailure(int error, const std::string& context) {
-    KeepFailure failure = KeepFailure::Failed;
-    switch (error) {
-        case EACCES:
-        case EPERM:
-            failure = KeepFailure::NoAccess;
-            break;
-        case EROFS:
-            failure = KeepFailure::ReadOnly;
-            break;
-        case ENOSPC:
-        case EDQUOT:
-        case EFBIG:
-            failure = KeepFailure::DiskFull;
-            break;
-        default:
-            break;
-    }
-    return {failure, error ? context + ": " + std::strerror(error) : context};
+    if (error == 0) return {KeepFailure::Failed, context};
+    KeepResult failure = FailureOf(std::error_code(error, std::generic_category()));
+    failure.detail.insert(0, context + ": ");
+    return failure;
 }
 
 fs::path Beside(const fs::path& file, const std::string& end) { return file.native() + end; }
@@ -157,16 +131,17 @@ HiveLock::~HiveLock() {
     if (lock_ >= 0) close(lock_);
 }
 
-KeepResult BringToDisk(const fs::path& file) { return Sync(file) ? KeepResult() : LastFailure(file); }
+KeepResult BringToDisk(const fs::path& file) {
+    const int opened = open(file.c_str(), O_RDONLY | O_CLOEXEC);
+    if (opened < 0) return LastFailure(file);
+    const KeepResult result = fsync(opened) == 0 ? KeepResult() : LastFailure(file);
+    close(opened);
+    return result;
+}
 
 KeepResult PutHiveInPlace(const fs::path& finished, const fs::path& file) {
-    if (!Sync(finished) || std::rename(finished.c_str(), file.c_str()) != 0) {
-        const KeepResult failed = LastFailure(file);
-        unlink(finished.c_str());
-        return failed;
-    }
-    Sync(file.parent_path());
-    return {};
+    const std::error_code failed = PutInPlace(finished, file);
+    return failed ? SystemFailure(failed.value(), file.filename().string()) : KeepResult();
 }
 
 KeepResult SetAside(const fs::path& file, const std::string& word, fs::path& aside) {

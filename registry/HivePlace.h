@@ -58,7 +58,7 @@ class HiveLock {
 // Waits until all of a file is on the disk.
 KeepResult BringToDisk(const std::filesystem::path& file);
 
-// Brings a finished file to the disk and gives it its name, at once in place of one that has it.
+// PutInPlace of base/NewFile.h.
 KeepResult PutHiveInPlace(const std::filesystem::path& finished, const std::filesystem::path& file);
 
 // Gives the file a further name, FILE.WORD-YYYYMMDD-HHMMSS, and moves its log there, so that the next file of

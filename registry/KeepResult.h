@@ -3,6 +3,7 @@
 // everything that stands on one, and travels up to whoever can tell the user or the sender.
 
 #include <string>
+#include <system_error>
 
 enum class KeepFailure {
     None,
@@ -17,7 +18,10 @@ enum class KeepFailure {
 
 struct KeepResult {
     KeepFailure failure = KeepFailure::None;
-    std::string detail = {};  // what the system or SQLite said, in its own words; for experts
+    std::string detail = {};  // what Windows, the kernel or SQLite said, in its own words; for experts
 
     bool Kept() const { return failure == KeepFailure::None; }
 };
+
+// The same for what the operating system says; kept where it says nothing.
+KeepResult FailureOf(const std::error_code& error);

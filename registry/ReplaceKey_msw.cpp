@@ -8,7 +8,6 @@
 #include "base/NewFile.h"
 #include "registry/ReplaceKey.h"
 #include "registry/RewriteJournal.h"
-#include "registry/WindowsResult_msw.h"
 
 namespace {
 
@@ -36,19 +35,10 @@ fs::path JournalFile() {
     return fs::path(folder) / L"Kivora" / (IsRedirected() ? L"redirected.journal" : L"registry.journal");
 }
 
-// The file is the old one or the new one at any time.
 KeepResult WriteJournal(const fs::path& file, const RewriteJournal& journal) {
     if (file.empty()) return {KeepFailure::NoAccess, "no folder for the user's files"};
     CreateDirectoryW(file.parent_path().c_str(), nullptr);
-    const fs::path unfinished = file.native() + L".new";
-    DeleteFileW(unfinished.c_str());
-    if (const std::error_code failed = WriteNewFile(unfinished, BytesOf(journal)))
-        return ResultOf(failed.value());
-    if (MoveFileExW(unfinished.c_str(), file.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
-        return {};
-    const KeepResult failed = ResultOf(static_cast<long>(GetLastError()));
-    DeleteFileW(unfinished.c_str());
-    return failed;
+    return FailureOf(SaveFile(file, BytesOf(journal)));
 }
 
 std::string ReadAll(const fs::path& file) {

@@ -1,6 +1,8 @@
 #pragma once
-// What a Windows error says of something that was to be kept.
+// What Windows's functions for the registry return, as a result.
 
 #include "registry/KeepResult.h"
 
-KeepResult ResultOf(long error);
+inline KeepResult ResultOf(long error) {
+    return FailureOf({static_cast<int>(error), std::system_category()});
+}

@@ -1,15 +1,14 @@
 #include <gtest/gtest.h>
 #include <sys/mman.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
 
 #include "base/NewFile.h"
+#include "tests/support/SmallDisk_unix.h"
 
 namespace {
 
@@ -19,26 +18,6 @@ std::string Content(const fs::path& path) {
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
 }
-
-// A disk that takes no more than so many bytes a file, while this object lives.
-class SmallDisk {
-  public:
-    explicit SmallDisk(rlim_t bytes) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
-        getrlimit(RLIMIT_FSIZE, &before_);
-        const rlimit small{bytes, before_.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &small);
-    }
-    ~SmallDisk() {
-        setrlimit(RLIMIT_FSIZE, &before_);
-        std::signal(SIGXFSZ, handler_);
-    }
-    SmallDisk(const SmallDisk&) = delete;
-    SmallDisk& operator=(const SmallDisk&) = delete;
-
-  private:
-    void (*handler_)(int);
-    rlimit before_{};
-};
 
 // What the root user may do does not count while this object lives.
 class OrdinaryUser {

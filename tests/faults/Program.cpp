@@ -8,7 +8,9 @@
 #include <system_error>
 
 #include "app/EmergencyFile.h"
+#include "base/NewFile.h"
 #include "exchange/ImportFile.h"
+#include "exchange/KeptFile.h"
 #include "exchange/NoteFolder.h"
 #include "registry/RegistryHive.h"
 
@@ -102,6 +104,7 @@ void Ledger::Refused(int image, const std::string& why) {
 }
 void Ledger::Binned(NoteName note) { Line("binned " + ToText(note)); }
 void Ledger::KeptForNextStart(const Image& image) { Line("next " + ToText(image)); }
+void Ledger::Exported(int number) { Line("exported " + std::to_string(number)); }
 void Ledger::Told(const std::string& what) { Line("told " + what); }
 void Ledger::Wrong(const std::string& what) { Line("wrong " + what); }
 
@@ -141,6 +144,8 @@ Ledger::Content Ledger::Read(int file) {
         } else if (what == "kept") {
             words >> content.kept;
             if (content.first == 0) content.first = content.kept;
+        } else if (what == "exported") {
+            words >> content.exported;
         } else if (what == "refused") {
             words >> number;
             content.refused.push_back(number);
@@ -250,6 +255,14 @@ void Program::KeepStateAside() {
     if (!result.Kept()) ledger_.Told("state: " + result.detail);
 }
 
+void Program::Export() {
+    const std::error_code failed = SaveFile(Exported(data_), ExportedBytes(++exports_));
+    if (failed)
+        ledger_.Told("export: " + failed.message());
+    else
+        ledger_.Exported(exports_);
+}
+
 void Program::Quit() { Hive().Close(); }
 
 void Program::EndUnsaved() {
@@ -269,6 +282,12 @@ std::vector<std::filesystem::path> Program::Emergency(const std::filesystem::pat
 
 std::filesystem::path Program::Bin(const std::filesystem::path& data) {
     return data / "kivora" / "papierkorb";
+}
+
+std::filesystem::path Program::Exported(const std::filesystem::path& data) { return data / "export.kvr"; }
+
+std::string Program::ExportedBytes(int number) {
+    return KeptFileBytes({NoteOf({number, 0}), NoteOf({number, 1})});
 }
 
 std::vector<NoteName> ImportedNotes() {

@@ -45,6 +45,7 @@ class Ledger {
     void Refused(int image, const std::string& why);
     void Binned(NoteName note);
     void KeptForNextStart(const Image& image);
+    void Exported(int number);
     void Told(const std::string& what);
     void Wrong(const std::string& what);
     // What the program says of a damaged hive, if anything.
@@ -57,6 +58,7 @@ class Ledger {
         std::vector<int> refused;
         std::vector<NoteName> binned;
         std::vector<Image> forNextStart;
+        int exported = 0;  // the number of the last export that succeeded
         std::vector<std::string> told, wrong;
     };
     static Content Read(int file);
@@ -83,6 +85,8 @@ class Program {
     void Import(const std::filesystem::path& file);
     void Save();
     void KeepStateAside();
+    // Over what an earlier one wrote.
+    void Export();
     void Quit();
     // With a new note that is nowhere yet, when nobody can be asked.
     void EndUnsaved();
@@ -93,6 +97,9 @@ class Program {
     // Where emergency files go.
     static std::vector<std::filesystem::path> Emergency(const std::filesystem::path& data);
     static std::filesystem::path Bin(const std::filesystem::path& data);
+    // What is exported, how often that was done before, and what is in the file then.
+    static std::filesystem::path Exported(const std::filesystem::path& data);
+    static std::string ExportedBytes(int number);
 
   private:
     bool Take(const Image& present);
@@ -100,7 +107,7 @@ class Program {
     std::filesystem::path data_;
     Ledger& ledger_;
     Image image_;
-    int lastNote_ = 0, turn_ = 0;
+    int lastNote_ = 0, turn_ = 0, exports_ = 0;
     bool unsaved_ = false;
 };
 

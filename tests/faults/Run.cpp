@@ -21,7 +21,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr int kAttempts = 3;
+constexpr int kAttempts = 3, kExports = 2;
 
 void SaveUntilKept(Program& program, Ledger& ledger) {
     for (int i = 0; program.IsUnsaved() && i < kAttempts; ++i) program.Save();
@@ -78,6 +78,16 @@ std::set<std::string> Emergencies(const fs::path& data) {
     return images;
 }
 
+// The file is that of the last export that succeeded, or of a later one.
+bool IsExported(const fs::path& data, int last) {
+    std::ifstream file(Program::Exported(data), std::ios::binary);
+    const std::string bytes{std::istreambuf_iterator<char>(file), {}};
+    if (!file.is_open()) return last == 0;
+    for (int number = last; number <= kExports; ++number)
+        if (bytes == Program::ExportedBytes(number)) return true;
+    return false;
+}
+
 // The next start, with nothing in its way.
 void Check(const fs::path& data, const Ledger::Content& promised, Ledger& ledger) {
     const StoredImage stored = ReadStoredImage();
@@ -98,6 +108,7 @@ void Check(const fs::path& data, const Ledger::Content& promised, Ledger& ledger
     const std::set<NoteName> binned = Binned(data);
     for (const NoteName name : promised.binned)
         if (!binned.contains(name)) ledger.Wrong("not in the bin: " + ToText(name));
+    if (!IsExported(data, promised.exported)) ledger.Wrong("an exported file is not what was written");
     const std::set<std::string> emergencies = Emergencies(data);
     for (const Image& each : promised.forNextStart)
         if (!emergencies.contains(ToText(each))) ledger.Wrong("in no emergency file: " + ToText(each));

@@ -47,6 +47,7 @@ void Make(const std::string& scenario, Prepared& prepared) {
     const std::vector<Note> notes = NotesOf({0, ImportedNotes()});
     std::ofstream(ImportFile(data), std::ios::binary) << KeptFileBytes(notes);
     if (scenario == "first") return;
+    std::ofstream(Program::Exported(data), std::ios::binary) << Program::ExportedBytes(0);
 
     const Sheet sheet;
     InProcess(data, [&] {
@@ -91,7 +92,9 @@ std::vector<std::function<void(Program&)>> Steps(const std::string& scenario, co
             &Program::Delete,
             [data](Program& program) { program.Import(ImportFile(data)); },
             &Program::KeepStateAside,
+            &Program::Export,
             &Program::Edit,
+            &Program::Export,
             &Program::Add,
             &Program::Delete,
             &Program::KeepStateAside};

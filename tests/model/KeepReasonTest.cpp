@@ -2,6 +2,7 @@
 
 #include <set>
 
+#include "base/Text.h"
 #include "model/KeepReason.h"
 
 TEST(KeepReason, EveryFailureHasItsOwnSentences) {
@@ -16,20 +17,24 @@ TEST(KeepReason, EveryFailureHasItsOwnSentences) {
     EXPECT_EQ(ReasonText({KeepFailure::None, "not an error"}), L"");
 }
 
-TEST(KeepReason, OfFilesThatAreNoHive) {
+TEST(KeepReason, OfAFileThatTheUserHasNamed) {
     const struct {
         std::errc error;
-        KeepFailure failure;
+        std::wstring text;
     } table[] = {
-        {std::errc::no_space_on_device, KeepFailure::DiskFull},
-        {std::errc::read_only_file_system, KeepFailure::ReadOnly},
-        {std::errc::permission_denied, KeepFailure::NoAccess},
-        {std::errc::io_error, KeepFailure::Failed},
+        {std::errc::no_space_on_device, L"Auf dem Laufwerk ist kein Platz mehr frei."},
+        {std::errc::file_too_large, L"Auf dem Laufwerk ist kein Platz mehr frei."},
+        {std::errc::read_only_file_system, L"Das Laufwerk lässt keine Änderungen zu."},
+        {std::errc::permission_denied, L"Sie dürfen diese Datei oder ihren Ordner nicht ändern."},
+        {std::errc::io_error, L"Das Laufwerk hat einen Fehler gemeldet."},
+        {std::errc::no_such_file_or_directory, L""},
+        {std::errc::is_a_directory, L""},
     };
     for (const auto& row : table) {
-        const KeepResult result = FailureOf(std::make_error_code(row.error));
-        EXPECT_EQ(result.failure, row.failure);
-        EXPECT_FALSE(result.detail.empty());
+        const std::error_code error = std::make_error_code(row.error);
+        const std::wstring detail = L"\r\n(" + FromUtf8(error.message()) + L")";
+        EXPECT_EQ(FileReasonText(error), row.text.empty() ? L"" : row.text + detail);
     }
+    EXPECT_EQ(FileReasonText({}), L"");
     EXPECT_TRUE(FailureOf({}).Kept());
 }

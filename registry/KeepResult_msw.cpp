@@ -1,12 +1,10 @@
-#include "registry/WindowsResult_msw.h"
-
 #include <windows.h>
 
-#include <string>
+#include "registry/KeepResult.h"
 
 namespace {
 
-KeepFailure FailureOf(long error) {
+KeepFailure KindOf(int error) {
     switch (error) {
         case ERROR_ACCESS_DENIED:
             return KeepFailure::NoAccess;
@@ -28,7 +26,9 @@ KeepFailure FailureOf(long error) {
 
 }  // namespace
 
-KeepResult ResultOf(long error) {
-    if (error == ERROR_SUCCESS) return {};
-    return {FailureOf(error), "Windows error " + std::to_string(error)};
+KeepResult FailureOf(const std::error_code& error) {
+    if (!error) return {};
+    // The C++ library has words of its own for what it finds out itself.
+    if (error.category() != std::system_category()) return {KeepFailure::Failed, error.message()};
+    return {KindOf(error.value()), "Windows error " + std::to_string(error.value())};
 }
