@@ -219,6 +219,12 @@ void HiveFile::Rollback() {
     if (database_.InTransaction()) database_.Execute("ROLLBACK");
 }
 
+bool HiveFile::RestartLog() {
+    database_.WaitUntil({});
+    std::string blocked;
+    return database_.Ask("PRAGMA wal_checkpoint(RESTART)", blocked).Kept() && blocked == "0";
+}
+
 bool HiveFile::Noted(Run& run) {
     if (run.Finish()) return true;
     failure_ = run.Result();

@@ -41,6 +41,10 @@ class HiveFile : private HiveWriter {
     KeepResult Commit(HiveImage& image);
     void Rollback();
 
+    // Brings what the log holds into the file, so that the next changes are written over its beginning. False
+    // when that is impossible for now.
+    bool RestartLog();
+
     bool InTransaction() const { return database_.InTransaction(); }
 
     // Closing it writes nothing any more.

@@ -116,8 +116,10 @@ KeepResult RegistryHive::End(const KeepResult& ending) {
     }
     const std::uint64_t before = image_->Total();
     KeepResult result = rewriting_ ? Rewrite() : file_->Commit(*image_);
-    if (result.failure == KeepFailure::Damaged && file_ && file_->Begin(SoonEnough()).Kept())
-        result = file_->Commit(*image_);
+    // A full disk may still have room in the log, once that begins anew.
+    if (file_ && (result.failure == KeepFailure::Damaged ||
+                  (result.failure == KeepFailure::DiskFull && file_->RestartLog())))
+        result = CommitAgain(result);
     if (result.failure == KeepFailure::Damaged && file_) {
         RewriteNext(RecoveryReport::Damaged, result.detail);
         if (rewriting_) result = Rewrite();
@@ -125,6 +127,13 @@ KeepResult RegistryHive::End(const KeepResult& ending) {
     stale_ = !result.Kept() && image_->IsChanged();
     if (image_->Total() != before && !stateDue_) StateIsDue(kStatePause);
     return failure_ = result;
+}
+
+KeepResult RegistryHive::CommitAgain(const KeepResult& before) {
+    if (!file_->Begin(SoonEnough()).Kept()) return before;
+    if (!file_->ChangedElsewhere()) return file_->Commit(*image_);
+    file_->Rollback();
+    return before;
 }
 
 KeepResult RegistryHive::Rewrite() {
@@ -163,6 +172,8 @@ KeepResult RegistryHive::KeepState() {
     const KeepResult result = file_ && depth_ == 0 ? ::KeepState(*file_, path_) : failure_;
     if (file_ && result.Kept()) {
         stateDue_ = false;
+        // So the log stays short, and the file grows while there is room for it.
+        if (file_->RestartLog()) MarkStateNew(path_);
         return result;
     }
     if (result.failure == KeepFailure::Damaged && file_)

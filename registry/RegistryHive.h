@@ -52,6 +52,7 @@ class RegistryHive {
     KeepResult Refresh(HiveDeadline deadline);
     void Open(HiveDeadline deadline);
     void Take(OpenedHive opened);
+    KeepResult CommitAgain(const KeepResult& before);
     KeepResult Rewrite();
     void StateIsDue(std::chrono::milliseconds pause);
     void RewriteNext(RecoveryReport::Event event, const std::string& detail);

@@ -1,7 +1,9 @@
 // The hive file: what lies in it, who may read it, and what happens when it is damaged or cannot be used.
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
+#include <csignal>
 #include <stdexcept>
 
 #include "base/FileName.h"
@@ -249,6 +251,46 @@ TEST(RegistryHive, AHiveThatCannotBeUsedIsNotAnEmptyOne) {
         Hive().Close();
         EXPECT_EQ(MarkOfImage(2), 1);
     }
+}
+
+TEST(RegistryHive, AFullDiskHasTheRoomOfTheLog) {
+    const HiveFolder hive;
+    const fs::path log = hive.File().string() + "-wal";
+    int mark = 0;
+    while (!fs::exists(log) || fs::file_size(log) < 400'000) ASSERT_TRUE(SaveImage(10, ++mark).Kept());
+    ASSERT_LT(fs::file_size(hive.File()), fs::file_size(log));
+    // Files can grow no further, which is the same to a program.
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit full{fs::file_size(log), before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &full);
+    const KeepResult kept = SaveImage(10, ++mark), tooMuch = SaveImage(2'000, mark + 1);
+    setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_TRUE(kept.Kept()) << kept.detail;
+    EXPECT_EQ(tooMuch.failure, KeepFailure::DiskFull);
+    Hive().Close();
+    EXPECT_EQ(MarkOfImage(10), mark);
+}
+
+TEST(RegistryHive, TheLogBeginsAnewBehindAKeptState) {
+    const HiveFolder hive;
+    const fs::path log = hive.File().string() + "-wal";
+    for (int mark = 1; mark <= 5; ++mark) {
+        ASSERT_TRUE(SaveImage(10, mark).Kept());
+        const auto size = fs::file_size(log);
+        ASSERT_TRUE(Hive().KeepState().Kept());
+        ASSERT_TRUE(SaveImage(10, -mark).Kept());
+        EXPECT_EQ(fs::file_size(log), size);
+        ASSERT_TRUE(Hive().KeepState().Kept());
+    }
+    Hive().Close();
+    bool due = false;
+    EXPECT_EQ(MarkOfImage(10), -5);
+    Hive().WhenStateIsDue([&](std::chrono::milliseconds) { due = true; });
+    EXPECT_FALSE(due) << "nothing is new since the last state";
+    Hive().WhenStateIsDue(nullptr);
 }
 
 TEST(RegistryHive, AnotherProgramsWritingHoldsNobodyUpForLong) {
