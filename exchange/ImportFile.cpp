@@ -33,6 +33,9 @@ std::optional<std::string> TextFileBytes(const std::filesystem::path& path) {
 
 // What is not read record by record: the notes of a kept file or of a text file. Nothing for any other.
 std::optional<ReadNotes> NotesAsAWhole(const std::filesystem::path& path) {
+    // Files in which the kernel answers have no size; some of them wait for what there is to say.
+    std::error_code unknown;
+    if (std::filesystem::file_size(path, unknown) == 0) return ReadNotes{.notes = {}, .complete = true};
     if (IsTextFile(path)) {
         const std::optional<std::string> bytes = TextFileBytes(path);
         if (!bytes) return ReadNotes{};

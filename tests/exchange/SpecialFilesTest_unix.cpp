@@ -21,4 +21,14 @@ TEST(SpecialFiles, AreNoExportFiles) {
     fs::remove(pipe);
 }
 
+// Reading such a file may wait for ever. This one does not, and would be a note.
+TEST(SpecialFiles, WithoutASizeAreEmpty) {
+    const fs::path kernels = "/proc/version";
+    ASSERT_TRUE(IsFile(kernels));
+    EXPECT_TRUE(ListNotes(kernels).empty());
+    EXPECT_FALSE(NoteAt(kernels, 0));
+    const ReadNotes read = ReadNotesOf(kernels, 10, [](std::size_t) { return true; });
+    EXPECT_TRUE(read.complete && read.notes.empty());
+}
+
 }  // namespace
