@@ -3,8 +3,8 @@
 #include "base/Text.h"
 
 std::uint64_t CheckSum(std::string_view bytes) {
-    std::uint64_t sum = 0xCBF29CE484222325;
-    for (const char byte : bytes) sum = (sum ^ static_cast<unsigned char>(byte)) * 0x100000001B3;
+    std::uint64_t sum = kSumStart;
+    for (const char byte : bytes) sum = SumWith(sum, static_cast<unsigned char>(byte));
     return sum;
 }
 

@@ -6,7 +6,12 @@
 #include <string>
 #include <string_view>
 
-// FNV-1a, of 64 bits.
+// FNV-1a, of 64 bits: a sum begins with kSumStart and takes in one value after the other. Each step makes
+// different sums of different ones, so a single value that differs is never lost, and can be taken back.
+constexpr std::uint64_t kSumStart = 0xCBF29CE484222325, kSumPrime = 0x100000001B3;
+constexpr std::uint64_t SumWith(std::uint64_t sum, std::uint64_t value) { return (sum ^ value) * kSumPrime; }
+
+// That of bytes.
 std::uint64_t CheckSum(std::string_view bytes);
 
 template <class Number>

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "base/ByteFields.h"
 #include "base/twips.h"
 #include "model/NoteValues.h"
 #include "registry/ReplaceKey.h"
@@ -54,11 +55,11 @@ void WriteEntry(const Write& write, const clsAddressBookEntry& entry) {
     write(L"Comment", entry.Comment());
 }
 
-// Adds values to a hash: FNV-1a, taken over whole characters and numbers.
+// Adds values to a sum, whole characters and numbers.
 struct Digester {
     std::uint64_t& sum;
 
-    void Add(std::uint64_t value) const { sum = (sum ^ value) * 0x100000001B3; }
+    void Add(std::uint64_t value) const { sum = SumWith(sum, value); }
     void operator()(const wchar_t*, const std::wstring& text) const {
         Add(text.size());
         for (const wchar_t character : text) Add(static_cast<std::uint64_t>(character));
@@ -105,7 +106,7 @@ KeepResult WriteStoredImage(bool autostart, const std::vector<const Note*>& note
 
 std::uint64_t DigestOf(bool autostart, const std::vector<const Note*>& notes,
                        const std::vector<clsAddressBookEntry>& entries) {
-    std::uint64_t sum = 0xCBF29CE484222325;
+    std::uint64_t sum = kSumStart;
     const Digester digest{sum};
     digest(L"Autostart", autostart);
     digest.Add(notes.size());

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/ByteFields.h"
 #include "base/CaseFold.h"
 
 namespace {
@@ -16,32 +17,17 @@ std::string_view TakeComponent(std::string_view& path) {
     return component;
 }
 
-// FNV-1a, 64 bits: every step maps different states to different states, so a changed byte is never lost, and
-// each can be taken back.
-constexpr std::uint64_t kStart = 0xCBF29CE484222325u, kPrime = 0x100000001B3u;
-
-std::uint64_t HashOf(std::string_view bytes) {
-    std::uint64_t state = kStart;
-    for (const char c : bytes) state = (state ^ static_cast<unsigned char>(c)) * kPrime;
-    return state;
-}
-
-void AddNumber(std::string& bytes, std::int64_t number) {
-    for (int shift = 0; shift < 64; shift += 8)
-        bytes += static_cast<char>(static_cast<std::uint64_t>(number) >> shift & 0xFF);
-}
-
-void AddText(std::string& bytes, std::string_view text) {
-    AddNumber(bytes, static_cast<std::int64_t>(text.size()));
-    bytes += text;
+void AddBytes(std::string& to, std::string_view bytes) {
+    AddNumber(to, std::uint64_t{bytes.size()});
+    to += bytes;
 }
 
 std::uint64_t HashOf(const HiveValue& value) {
     std::string bytes;
-    AddText(bytes, value.name);
-    AddNumber(bytes, value.type);
-    AddText(bytes, value.data);
-    return HashOf(bytes);
+    AddBytes(bytes, value.name);
+    AddNumber(bytes, std::uint64_t{value.type});
+    AddBytes(bytes, value.data);
+    return CheckSum(bytes);
 }
 
 bool WriteValues(const HiveKey& key, HiveWriter& writer) {
@@ -79,8 +65,8 @@ std::uint64_t ChecksumOf(const HiveKey& key) {
     std::string place;
     AddNumber(place, key.id);
     AddNumber(place, key.parent ? key.parent->id : -1);
-    AddText(place, key.name);
-    std::uint64_t sum = HashOf(place);
+    AddBytes(place, key.name);
+    std::uint64_t sum = CheckSum(place);
     for (const auto& [capitals, value] : key.values) sum += HashOf(value);
     return sum;
 }
@@ -89,16 +75,16 @@ std::optional<HiveValue> RepairedValue(const HiveKey& key, std::uint64_t checksu
     const std::uint64_t difference = checksum - ChecksumOf(key);
     // The inverse of the prime takes a step back: modulo 2^64 both make 1.
     constexpr std::uint64_t kInverse = 0xCE965057AFF6957Bu;
-    static_assert(kPrime * kInverse == 1);
+    static_assert(kSumPrime * kInverse == 1);
     for (const auto& [capitals, value] : key.values) {
         std::string start;
-        AddText(start, value.name);
-        AddNumber(start, value.type);
-        AddNumber(start, static_cast<std::int64_t>(value.data.size()));
+        AddBytes(start, value.name);
+        AddNumber(start, std::uint64_t{value.type});
+        AddNumber(start, std::uint64_t{value.data.size()});
         // The states before each byte of the data, from the front; then back from what the hash should be.
         std::vector<std::uint64_t> states;
-        std::uint64_t state = kStart;
-        const auto step = [&](char c) { state = (state ^ static_cast<unsigned char>(c)) * kPrime; };
+        std::uint64_t state = kSumStart;
+        const auto step = [&](char c) { state = SumWith(state, static_cast<unsigned char>(c)); };
         for (const char c : start) step(c);
         for (const char c : value.data) {
             states.push_back(state);

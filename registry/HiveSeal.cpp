@@ -7,6 +7,7 @@
 #include <fstream>
 #include <string>
 
+#include "base/ByteFields.h"
 #include "registry/HivePlace.h"
 
 namespace fs = std::filesystem;
@@ -29,11 +30,11 @@ struct Seal {
 
 // FNV-1a over words of eight bytes: no changed byte is lost.
 std::uint64_t HashOf(const std::string& bytes) {
-    std::uint64_t state = 0xCBF29CE484222325u ^ bytes.size();
+    std::uint64_t state = kSumStart ^ bytes.size();
     for (std::size_t at = 0; at < bytes.size(); at += 8) {
         std::uint64_t word = 0;
         std::memcpy(&word, bytes.data() + at, std::min<std::size_t>(8, bytes.size() - at));
-        state = (state ^ word) * 0x100000001B3u;
+        state = SumWith(state, word);
     }
     return state;
 }
