@@ -66,7 +66,9 @@ bool Meets(int error, CallKind kind, bool changes) {
         case EROFS:
             return changes;
         case EACCES:
-            return kind == CallKind::Open || (changes && kind != CallKind::Write && kind != CallKind::Sync);
+            // Who has a file open has its consent.
+            return kind == CallKind::Open || (changes && kind != CallKind::Write && kind != CallKind::Sync &&
+                                              kind != CallKind::Truncate);
         case EAGAIN:
         case ENOLCK:
             return kind == CallKind::Lock;
