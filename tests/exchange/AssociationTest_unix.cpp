@@ -70,7 +70,7 @@ TEST(Association, TheDesktopsToolsAreStarted) {
     const std::string path = std::getenv("PATH"), data = Data();
     setenv("PATH", (tools.native() + ":" + path).c_str(), 1);
     setenv("XDG_DATA_HOME", (tools / "data").c_str(), 1);
-    RegisterWithDesktop();
+    RegisterWithDesktop(false);
     const auto called = [&](const char* name) { return fs::exists(tools / (std::string(name) + ".called")); };
     EXPECT_TRUE(RunUntil([&] { return called("update-desktop-database") && called("xdg-mime"); }));
     EXPECT_FALSE(called("update-mime-database"));
