@@ -9,7 +9,6 @@
 #include "res/Resources.h"
 
 namespace {
-constexpr std::chrono::milliseconds kMoment{250};
 constexpr int kStrip = 3;  // pixels
 }  // namespace
 
@@ -27,10 +26,10 @@ frmSplash::frmSplash()
     Bind(wxEVT_KEY_DOWN, &frmSplash::Close, this);
 }
 
-void frmSplash::ShowForAMoment() {
+void frmSplash::ShowForAMoment(std::chrono::milliseconds moment) {
     auto* splash = new frmSplash;
     splash->Show();
-    WaitUntil([splash] { return splash->closed_; }, kMoment);
+    WaitUntil([splash] { return splash->closed_; }, moment);
     splash->Hide();  // the rest would be seen behind it
     splash->Destroy();
 }
