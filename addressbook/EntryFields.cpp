@@ -10,11 +10,9 @@
 #include "dialogs/DialogLayout.h"
 #include "dialogs/Message.h"
 #include "dialogs/Wait.h"
+#include "model/Note.h"
 
 namespace {
-
-// A longer text could be kept, but not read back from the registry.
-constexpr unsigned long kLongestText = 4095;
 
 void FilterKey(wxKeyEvent& event) {
     const wxChar character = event.GetUnicodeKey();
@@ -32,7 +30,7 @@ EntryFields::EntryFields(wxWindow* parent) : wxPanel(parent) {
         sizer->Add(new wxStaticText(this, wxID_ANY, label), wxSizerFlags().Border(wxBOTTOM, FromDIP(2)));
         auto* box =
             new wxTextCtrl(this, wxID_ANY, wxString(), wxDefaultPosition, {RoomForText(*this, 40, 1).x, -1});
-        box->SetMaxLength(kLongestText);
+        box->SetMaxLength(kLongestStoredText);
         sizer->Add(box, wxSizerFlags().Expand().Border(wxBOTTOM, FromDIP(gapBelow)));
         return box;
     };

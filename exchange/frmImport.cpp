@@ -10,6 +10,7 @@
 #include "dialogs/Wait.h"
 #include "exchange/ExportPath.h"
 #include "exchange/ImportFile.h"
+#include "notes/BoxText.h"
 #include "notes/NoteFont.h"
 #include "notes/NotePaint.h"
 #include "notes/NoteWindow.h"
@@ -142,10 +143,7 @@ void frmImport::ShowNote(const Note& note) {
     // A colour that no note has would be painted black, and so is the text.
     txtNotiz->SetBackgroundColour(color ? ToColour(color) : *wxWHITE);
     txtNotiz->SetForegroundColour(*wxBLACK);
-    wxString text(note.text.substr(0, kPreviewedCharacters));
-    text.Replace(L"\r\n", L"\n");
-    text.Replace(L"\r", L"\n");
-    txtNotiz->ChangeValue(text);
+    txtNotiz->ChangeValue(BoxText(std::wstring_view(note.text).substr(0, kPreviewedCharacters)));
 }
 
 void frmImport::ShowLook(const NoteLook& look) {

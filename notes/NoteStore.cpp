@@ -111,6 +111,7 @@ void NoteStore::TakeBack(frmNote& note) {
 }
 
 bool NoteStore::DeleteNote(frmNote& note) {
+    if (Find(note.NoteKey()) != &note) return false;
     const Note content = note.Content();
     const KeepResult binned = OnDelete ? OnDelete(content) : KeepResult();
     const auto place =

@@ -15,6 +15,7 @@
 #include "dialogs/ControlNames.h"
 #include "dialogs/Message.h"
 #include "dialogs/Wait.h"
+#include "notes/BoxText.h"
 #include "notes/NoteFont.h"
 #include "notes/NotePaint.h"
 #include "notes/NoteWindow.h"
@@ -126,9 +127,7 @@ wxSizer* frmProperties::CreateSize() {
 }
 
 void frmProperties::Fill(const Note& note) {
-    wxString text(note.text);
-    text.Replace(L"\r\n", L"\n");
-    text.Replace(L"\r", L"\n");
+    const wxString text = BoxText(note.text);
     filled_ = text.ToStdWstring();
     history_ = TextHistory(filled_);
     for (wxTextCtrl* box : boxes_) box->ChangeValue(text);

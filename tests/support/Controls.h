@@ -31,7 +31,7 @@ bool IsDefaultOf(wxDialog& dialog, wxWindow& button);
 // The colour behind the characters of a box.
 wxColour PaperBehindText(wxTextCtrl& box);
 
-// The system's font for controls becomes this large while the object lives, where that can be had.
+// The desktop's font for controls becomes this large while the object lives, where that can be had.
 class LargeFont {
   public:
     explicit LargeFont(int points);

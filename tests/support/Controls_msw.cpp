@@ -109,7 +109,7 @@ void PressEnter(wxWindow& control) {
 
 bool IsDefaultOf(wxDialog& dialog, wxWindow& button) { return dialog.GetDefaultItem() == &button; }
 
-// The system asks its parent for the colour whenever the text is painted.
+// Windows asks its parent for the colour whenever the text is painted.
 wxColour PaperBehindText(wxTextCtrl& box) {
     const HWND window = box.GetHandle();
     const HDC dc = GetDC(window);

@@ -51,7 +51,7 @@ PrivateFolders::~PrivateFolders() {
     std::filesystem::remove_all(root_, ignored);
 }
 
-// The system has no device that is always full; one that is not there is refused as late.
+// Windows has no device that is always full; one that is not there is refused as late.
 std::wstring FileWithoutRoom() { return L"Q:\\a.kvr"; }
 
 void WriteProtect(const std::filesystem::path& file) {
