@@ -13,7 +13,7 @@ NoteServices::NoteServices() : store_(*this) {
         if (gone) return TellOfUnkeptNote(note);
         TellMessage(
             L"Die Notiz wurde nicht gelöscht, denn sie konnte nicht im Papierkorb aufgehoben werden.\r\n" +
-                ReasonText(why),
+                ReasonText(why, L"die Datei im Papierkorb"),
             kCritical, L"Papierkorb");
     };
 }

@@ -72,9 +72,9 @@ struct Digester {
 }  // namespace
 
 StoredImage ReadStoredImage() {
-    CompleteKey(kSettings);
-    RegistryTransaction reading;
     StoredImage image;
+    if (!CompleteKey(kSettings).Kept()) return image;
+    RegistryTransaction reading;
     Reader{kSettings}(L"Autostart", image.autostart);
     std::vector<std::wstring> names;
     Registry().EnumKeys(kSettings, names);

@@ -25,7 +25,8 @@ struct StoredImage {
     std::vector<clsAddressBookEntry> entries;  // names may be there more than once
 };
 
-// What is there; values that are missing read as empty or 0.
+// What is there; values that are missing read as empty or 0. Nothing where it cannot be read for now
+// (RegistryHealth.h).
 StoredImage ReadStoredImage();
 
 // Replaces all there is, as ReplaceKey does.

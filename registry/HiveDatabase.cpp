@@ -115,7 +115,8 @@ KeepResult HiveDatabase::ResultOf(int code) const {
             return SystemFailure(file && access(file, W_OK) != 0 ? errno : EACCES, said);
         }
         default:
-            return SystemFailure(error, said);
+            if (error) return SystemFailure(error, said);
+            return {(code & 0xFF) == SQLITE_IOERR ? KeepFailure::BadDisk : KeepFailure::Failed, said, code};
     }
 }
 

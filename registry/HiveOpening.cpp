@@ -104,7 +104,7 @@ OpenedHive RecoverHive(const fs::path& file, RecoveryReport::Event event, const 
         readable = found.readable;
         // A disk that gives nothing may give it later; one that lacks some pages has lost them.
         if (!readable && found.values.empty()) {
-            opened.result = {KeepFailure::Failed, "the disk does not give what is on it: " + detail};
+            opened.result = {KeepFailure::BadDisk, "the disk does not give what is on it: " + detail};
             return opened;
         }
         recovery = Recover(found, NewestState(file).get());

@@ -37,7 +37,6 @@ std::string Stamp() {
 }  // namespace
 
 KeepResult SystemFailure(int error, const std::string& context) {
-    if (error == 0) return {KeepFailure::Failed, context};
     KeepResult failure = FailureOf(std::error_code(error, std::generic_category()));
     failure.detail.insert(0, context + ": ");
     return failure;
@@ -66,10 +65,12 @@ KeepResult FindFile(const fs::path& path, fs::path& file) {
     file = path;
     struct stat status {};
     if (lstat(path.c_str(), &status) != 0) return errno == ENOENT ? KeepResult{} : LastFailure(path);
-    if (stat(path.c_str(), &status) != 0) return LastFailure(path);
-    if (S_ISDIR(status.st_mode)) return SystemFailure(EISDIR, path.filename().string());
-    if (!S_ISREG(status.st_mode))
-        return {KeepFailure::Failed, path.filename().string() + ": no regular file"};
+    if (stat(path.c_str(), &status) != 0) {
+        KeepResult failed = LastFailure(path);
+        if (failed.code == ENOENT || failed.code == ELOOP) failed.failure = KeepFailure::DeadLink;
+        return failed;
+    }
+    if (!S_ISREG(status.st_mode)) return {KeepFailure::NoFile, path.filename().string() + ": no file"};
     std::error_code failed;
     file = fs::canonical(path, failed);
     return failed ? SystemFailure(failed.value(), path.filename().string()) : KeepResult{};

@@ -7,21 +7,27 @@
 
 enum class KeepFailure {
     None,
-    NoAccess,  // the file or its folder may not be opened or written
-    ReadOnly,  // the file system takes no changes
-    DiskFull,  // or the user's share of it
-    Locked,    // another program holds the file
-    Damaged,   // what is there cannot be trusted, so nothing is written to it
-    TooNew,    // a later version of the program made it
-    Failed,    // anything else, like a broken disk
+    NoAccess,   // the file or its folder may not be opened or written
+    ReadOnly,   // the file system takes no changes
+    DiskFull,   // no space is left
+    OverQuota,  // the user's share of it is used up
+    Locked,     // another program holds the file
+    BadDisk,    // the disk does not read or write what it should
+    NoFile,     // something else lies in its place or in that of its folder
+    DeadLink,   // a link in its place leads to nothing
+    Damaged,    // what is there cannot be trusted, so nothing is written to it
+    TooNew,     // a later version of the program made it
+    Failed,     // anything else; the code says what
 };
 
 struct KeepResult {
     KeepFailure failure = KeepFailure::None;
-    std::string detail = {};  // what Windows, the kernel or SQLite said, in its own words; for experts
+    std::string detail = {};  // what the kernel, Windows or SQLite said, in its own words; for experts
+    int code = 0;             // its number, where there is one
+    std::wstring file = {};   // which one, where that is known
 
     bool Kept() const { return failure == KeepFailure::None; }
 };
 
-// The same for what the operating system says; kept where it says nothing.
+// The failure behind an error of the kernel or of Windows.
 KeepResult FailureOf(const std::error_code& error);

@@ -4,6 +4,8 @@
 
 namespace {
 
+constexpr int kDiskQuotaExceeded = 1295;  // ERROR_DISK_QUOTA_EXCEEDED, which not every SDK names
+
 KeepFailure KindOf(int error) {
     switch (error) {
         case ERROR_ACCESS_DENIED:
@@ -14,8 +16,20 @@ KeepFailure KindOf(int error) {
         case ERROR_HANDLE_DISK_FULL:
         case ERROR_NO_SYSTEM_RESOURCES:
             return KeepFailure::DiskFull;
+        case kDiskQuotaExceeded:
+            return KeepFailure::OverQuota;
         case ERROR_SHARING_VIOLATION:
+        case ERROR_LOCK_VIOLATION:
             return KeepFailure::Locked;
+        case ERROR_CRC:
+        case ERROR_IO_DEVICE:
+        case ERROR_NOT_READY:
+        case ERROR_REGISTRY_IO_FAILED:
+            return KeepFailure::BadDisk;
+        case ERROR_DIRECTORY:
+        case ERROR_ALREADY_EXISTS:
+        case ERROR_FILE_EXISTS:
+            return KeepFailure::NoFile;
         case ERROR_BADDB:
         case ERROR_REGISTRY_CORRUPT:
             return KeepFailure::Damaged;
@@ -28,7 +42,15 @@ KeepFailure KindOf(int error) {
 
 KeepResult FailureOf(const std::error_code& error) {
     if (!error) return {};
-    // The C++ library has words of its own for what it finds out itself.
-    if (error.category() != std::system_category()) return {KeepFailure::Failed, error.message()};
-    return {KindOf(error.value()), "Windows error " + std::to_string(error.value())};
+    if (error.category() == std::system_category())
+        return {KindOf(error.value()), "Windows error " + std::to_string(error.value()), error.value()};
+    // The C++ library has numbers of its own for what it finds out itself.
+    const KeepFailure failure = error == std::errc::permission_denied       ? KeepFailure::NoAccess
+                                : error == std::errc::read_only_file_system ? KeepFailure::ReadOnly
+                                : error == std::errc::no_space_on_device    ? KeepFailure::DiskFull
+                                : error == std::errc::file_too_large        ? KeepFailure::DiskFull
+                                : error == std::errc::io_error              ? KeepFailure::BadDisk
+                                : error == std::errc::is_a_directory        ? KeepFailure::NoFile
+                                                                            : KeepFailure::Failed;
+    return {failure, error.message(), error.value()};
 }

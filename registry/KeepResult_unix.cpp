@@ -2,27 +2,35 @@
 
 #include "registry/KeepResult.h"
 
-namespace {
-
-KeepFailure KindOf(int error) {
-    switch (error) {
+KeepResult FailureOf(const std::error_code& error) {
+    KeepFailure failure = KeepFailure::Failed;
+    switch (error.value()) {
+        case 0:
+            return {};
         case EACCES:
         case EPERM:
-            return KeepFailure::NoAccess;
+            failure = KeepFailure::NoAccess;
+            break;
         case EROFS:
-            return KeepFailure::ReadOnly;
+            failure = KeepFailure::ReadOnly;
+            break;
         case ENOSPC:
-        case EDQUOT:
         case EFBIG:
-            return KeepFailure::DiskFull;
+            failure = KeepFailure::DiskFull;
+            break;
+        case EDQUOT:
+            failure = KeepFailure::OverQuota;
+            break;
+        case EIO:
+            failure = KeepFailure::BadDisk;
+            break;
+        case EISDIR:
+        case ENOTDIR:
+        case EEXIST:
+            failure = KeepFailure::NoFile;
+            break;
         default:
-            return KeepFailure::Failed;
+            break;
     }
-}
-
-}  // namespace
-
-KeepResult FailureOf(const std::error_code& error) {
-    if (!error) return {};
-    return {KindOf(error.value()), error.message()};
+    return {failure, error.message(), error.value()};
 }

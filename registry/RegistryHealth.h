@@ -1,7 +1,7 @@
 #pragma once
 // How it stands with what lies behind the registry's calls, which themselves report nothing: for whoever
-// tells the user, and whoever repeats what did not succeed. On Windows the registry looks after itself, and
-// all of this says that nothing is the matter.
+// tells the user, and whoever repeats what did not succeed. On Windows the registry looks after itself; there
+// is only the image that was being rewritten when the program ended, and could not be completed yet.
 
 #include <chrono>
 #include <functional>

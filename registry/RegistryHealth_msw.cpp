@@ -1,8 +1,11 @@
 #include "registry/RegistryHealth.h"
+#include "registry/ReplaceKey.h"
+#include "registry/ReplaceKey_msw.h"
+#include "registry/SettingsKey.h"
 
-RegistryHealth HealthOfRegistry() { return {}; }
+RegistryHealth HealthOfRegistry() { return {LastCompletion(), LastCompletion()}; }
 
-KeepResult ReadRegistryAgain() { return {}; }
+KeepResult ReadRegistryAgain() { return CompleteKey(kSettingsKey); }
 
 std::optional<RecoveryReport> TakeRecoveryReport() { return std::nullopt; }
 

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "base/DataFolder.h"
+#include "base/FileName.h"
 #include "registry/HivePages.h"
 #include "registry/HiveSeal.h"
 #include "registry/HiveStates.h"
@@ -60,7 +61,7 @@ void RegistryHive::Take(OpenedHive opened) {
     file_ = std::move(opened.file);
     path_ = opened.path;
     if (opened.image) image_ = std::move(opened.image);
-    failure_ = opened.result;
+    failure_ = OfThisFile(opened.result);
     if (opened.report) report_ = std::move(opened.report);
     stale_ = false;
     if (file_ && image_->Keys().size() > static_cast<std::size_t>(HiveImage::kRoots) && !IsStateNew(path_))
@@ -108,7 +109,7 @@ KeepResult RegistryHive::BeginInFile(HiveDeadline deadline) {
 KeepResult RegistryHive::End(const KeepResult& ending) {
     if (abandoned_.Kept()) abandoned_ = ending;
     if (--depth_ > 0) return writing_;
-    if (!writing_.Kept()) return failure_ = writing_;
+    if (!writing_.Kept()) return failure_ = OfThisFile(writing_);
     if (!abandoned_.Kept()) {
         if (file_) file_->Rollback();
         stale_ = image_->IsChanged();
@@ -126,7 +127,7 @@ KeepResult RegistryHive::End(const KeepResult& ending) {
     }
     stale_ = !result.Kept() && image_->IsChanged();
     if (image_->Total() != before && !stateDue_) StateIsDue(kStatePause);
-    return failure_ = result;
+    return failure_ = OfThisFile(result);
 }
 
 KeepResult RegistryHive::CommitAgain(const KeepResult& before) {
@@ -144,6 +145,11 @@ KeepResult RegistryHive::Rewrite() {
         rewriting_.reset();
         Take(std::move(opened));
     }
+    return result;
+}
+
+KeepResult RegistryHive::OfThisFile(KeepResult result) const {
+    if (!result.Kept()) result.file = FileName(path_);
     return result;
 }
 

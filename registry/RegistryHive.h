@@ -55,6 +55,7 @@ class RegistryHive {
     KeepResult CommitAgain(const KeepResult& before);
     KeepResult Rewrite();
     void StateIsDue(std::chrono::milliseconds pause);
+    KeepResult OfThisFile(KeepResult result) const;
     void RewriteNext(RecoveryReport::Event event, const std::string& detail);
 
     struct Rewriting {

@@ -1,3 +1,5 @@
+#include "registry/ReplaceKey_msw.h"
+
 #include <windows.h>
 
 #include <shlobj.h>
@@ -8,6 +10,7 @@
 #include "base/NewFile.h"
 #include "registry/ReplaceKey.h"
 #include "registry/RewriteJournal.h"
+#include "registry/WindowsResult_msw.h"
 
 namespace {
 
@@ -41,16 +44,22 @@ KeepResult WriteJournal(const fs::path& file, const RewriteJournal& journal) {
     return FailureOf(SaveFile(file, BytesOf(journal)));
 }
 
-std::string ReadAll(const fs::path& file) {
+// Nothing for a file that has gone; a failure when it is there and cannot be read for now.
+KeepResult ReadAll(const fs::path& file, std::string& bytes) {
     const HANDLE opened = CreateFileW(file.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
                                       FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (opened == INVALID_HANDLE_VALUE) return {};
-    std::string bytes;
+    if (opened == INVALID_HANDLE_VALUE) {
+        const DWORD error = GetLastError();
+        const bool gone = error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+        return gone ? KeepResult() : ResultOf(static_cast<long>(error));
+    }
     char part[4096];
     DWORD size = 0;
-    while (ReadFile(opened, part, sizeof part, &size, nullptr) && size > 0) bytes.append(part, size);
+    bool read = false;
+    while ((read = ReadFile(opened, part, sizeof part, &size, nullptr)) && size > 0) bytes.append(part, size);
+    const KeepResult result = read ? KeepResult() : ResultOf(static_cast<long>(GetLastError()));
     CloseHandle(opened);
-    return bytes;
+    return result;
 }
 
 // The path of the mark: what a key without its last backslash is to the one above it, a value is, too.
@@ -95,7 +104,11 @@ KeepResult CompleteKey(const std::wstring& key) {
     const std::wstring mark = ReadMark(key);
     if (mark.empty()) return completed;
     const fs::path file = JournalFile();
-    const auto journal = JournalOf(ReadAll(file));
-    if (journal && journal->mark == mark) completed = Rewrite(key, *journal, file);
+    std::string bytes;
+    completed = ReadAll(file, bytes);
+    const auto journal = JournalOf(bytes);
+    if (completed.Kept() && journal && journal->mark == mark) completed = Rewrite(key, *journal, file);
     return completed;
 }
+
+const KeepResult& LastCompletion() { return completed; }

@@ -206,14 +206,14 @@ TEST(RegistryHive, AHiveThatCannotBeUsedIsNotAnEmptyOne) {
              fs::remove_all(hive.File());
              fs::rename(hive.File().string() + "-weg", hive.File());
          },
-         KeepFailure::Failed, false},
+         KeepFailure::NoFile, false},
         {"a link to nowhere",
          [](const HiveFolder& hive) {
              fs::rename(hive.File(), hive.File().string() + "-weg");
              fs::create_symlink("nirgends", hive.File());
          },
          [](const HiveFolder& hive) { fs::rename(hive.File().string() + "-weg", hive.File()); },
-         KeepFailure::Failed, false},
+         KeepFailure::DeadLink, false},
         {"a later version's", [](const HiveFolder& hive) { hive.Sql("PRAGMA user_version = 99"); },
          [](const HiveFolder& hive) { hive.Sql("PRAGMA user_version = 1"); }, KeepFailure::TooNew, true},
         {"held by another program",
@@ -234,6 +234,7 @@ TEST(RegistryHive, AHiveThatCannotBeUsedIsNotAnEmptyOne) {
         const std::string before = Content(hive.File());
         EXPECT_EQ(HealthOfRegistry().reading.Kept(), row.isReadable);
         EXPECT_EQ(HealthOfRegistry().writing.failure, row.failure);
+        EXPECT_EQ(FilePath(HealthOfRegistry().writing.file), hive.File());
         EXPECT_EQ(Read(), row.isReadable ? L"alt" : L"");
         EXPECT_EQ(SaveImage(2, 1).failure, row.failure);
         EXPECT_EQ(Read(), row.isReadable ? L"alt" : L"");

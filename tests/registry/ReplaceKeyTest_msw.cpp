@@ -12,6 +12,7 @@
 #include "base/DataFolder.h"
 #include "base/FileName.h"
 #include "model/StoredImage.h"
+#include "registry/RegistryHealth.h"
 #include "registry/ReplaceKey.h"
 #include "tests/registry/RegistryImage.h"
 
@@ -167,6 +168,20 @@ TEST_F(ReplaceKeyTest, OnlyTheJournalOfTheContentThatIsNotWholeIsTaken) {
         EXPECT_EQ(ReadImage(), new_);
         EXPECT_EQ(Mark(), L"");
     }
+}
+
+TEST_F(ReplaceKeyTest, WhatCannotBeCompletedForNowIsNotTakenForWhole) {
+    Interrupt();
+    const HANDLE held =
+        CreateFileW(file_.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    EXPECT_TRUE(ReadStoredImage().notes.empty());
+    EXPECT_EQ(HealthOfRegistry().reading.failure, KeepFailure::Locked);
+    EXPECT_FALSE(ReadRegistryAgain().Kept());
+    EXPECT_FALSE(ReplaceKey(kSettingsKey, kOld).Kept());
+    CloseHandle(held);
+    EXPECT_TRUE(ReadRegistryAgain().Kept());
+    EXPECT_TRUE(HealthOfRegistry().reading.Kept());
+    EXPECT_EQ(ReadImage(), new_);
 }
 
 TEST_F(ReplaceKeyTest, ANewJournalCompletesWhatAnOlderOneCouldNot) {
