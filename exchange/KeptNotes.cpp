@@ -51,7 +51,11 @@ void TellOfUnkeptTexts() {
 
 }  // namespace
 
-KeepResult KeepLongNote(const Note& note) { return Keep({note}, "lange-notizen", NoteFolder::kUnlimited); }
+KeepResult KeepLongNote(const Note& note) {
+    const char* const folder = "lange-notizen";
+    if (NoteFolder(DataFolder() / folder).Holds(note)) return {};
+    return Keep({note}, folder, NoteFolder::kUnlimited);
+}
 
 KeepResult KeepDeletedNote(const Note& note) { return Keep({note}, "papierkorb", kDeletedNotes); }
 

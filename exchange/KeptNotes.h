@@ -9,7 +9,7 @@
 struct Note;
 
 // For a note that came over the network or from a file with more text than the store reads back after a
-// restart: writes it to "lange-notizen".
+// restart: writes it to "lange-notizen", unless it lies there already.
 KeepResult KeepLongNote(const Note& note);
 
 // For a note that is about to be deleted: writes it to "papierkorb", where the newest 100 stay, and returns

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 #include <ctime>
+#include <fstream>
+#include <optional>
 #include <vector>
 
 #include "base/FileName.h"
@@ -71,6 +73,19 @@ std::vector<std::wstring> KeptNames(const fs::path& folder) {
 }
 
 }  // namespace
+
+bool NoteFolder::Holds(const Note& note) const {
+    const std::wstring words = NameFromText(note.text, kLongestNamedText);
+    for (const std::wstring& name : KeptNames(folder_)) {
+        if (!name.ends_with(words + kExport)) continue;
+        std::ifstream file(folder_ / FilePath(name), std::ios::binary);
+        const std::optional<std::vector<Note>> kept = ExactNotes(file);
+        if (kept && kept->size() == 1 && kept->front().text == note.text &&
+            kept->front().creationTime == note.creationTime)
+            return true;
+    }
+    return false;
+}
 
 void NoteFolder::Keep(const Note& note, Clock::time_point now) const { KeepTogether({note}, now); }
 

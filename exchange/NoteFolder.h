@@ -28,6 +28,9 @@ class NoteFolder {
     void KeepTogether(const std::vector<Note>& notes,
                       std::chrono::system_clock::time_point now = std::chrono::system_clock::now()) const;
 
+    // True when a note with this text and creation time is kept already.
+    bool Holds(const Note& note) const;
+
   private:
     std::filesystem::path folder_;
     std::size_t most_;

@@ -66,6 +66,16 @@ TEST_F(NoteFolderTest, KeepsTheWholeNote) {
     EXPECT_EQ(NotesIn(file.path()), std::vector<Note>{note});
 }
 
+TEST_F(NoteFolderTest, KnowsWhatItHolds) {
+    const NoteFolder folder(folder_);
+    const Note note{.text = L"Milch\r\nund Brot", .creationTime = L"heute", .look = {.bold = true}};
+    EXPECT_FALSE(folder.Holds(note));
+    folder.Keep(note);
+    EXPECT_TRUE(folder.Holds({.text = note.text, .creationTime = note.creationTime}));
+    EXPECT_FALSE(folder.Holds({.text = note.text + L" und Eier", .creationTime = note.creationTime}));
+    EXPECT_FALSE(folder.Holds({.text = note.text, .creationTime = L"gestern"}));
+}
+
 TEST_F(NoteFolderTest, NamesSayWhatIsInside) {
     const std::pair<std::wstring, Names> rows[] = {
         {L"", {}},
