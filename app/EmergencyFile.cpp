@@ -2,50 +2,42 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cstdint>
-#include <fstream>
-#include <iterator>
+#include <map>
 #include <sstream>
+#include <tuple>
 
+#include "base/ByteFields.h"
 #include "base/DataFolder.h"
 #include "base/FileName.h"
 #include "base/NewFile.h"
 #include "base/Text.h"
 #include "exchange/KeptFile.h"
 #include "model/KeepReason.h"
+#include "registry/clsRegistry.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
 // The file ends in the length of what follows the notes and this mark, so it is found from behind.
-constexpr std::string_view kMark = " Kivora unsaved 1\r\n";
-constexpr std::size_t kLengthDigits = 10;
+constexpr std::string_view kMark = " Kivora unsaved 2\r\n";
+constexpr std::size_t kLengthBytes = 4, kSumBytes = 8;
 constexpr int kMostFiles = 1000;
 
-void AddField(std::string& bytes, std::string_view field) {
-    bytes += std::to_string(field.size());
-    bytes += ':';
-    bytes += field;
+// What makes two notes the same one, wherever they stand.
+auto Identity(const Note& note) {
+    return std::tuple(note.text, note.creationTime, note.look, note.foreground);
 }
 
-// Takes a field from the beginning; nothing where there is none.
-std::optional<std::string_view> TakeField(std::string_view& bytes) {
-    std::size_t length = 0;
-    const auto [end, error] = std::from_chars(bytes.data(), bytes.data() + bytes.size(), length);
-    const auto digits = static_cast<std::size_t>(end - bytes.data());
-    if (error != std::errc() || digits >= bytes.size() || *end != ':' || length > bytes.size() - digits - 1)
-        return std::nullopt;
-    const std::string_view field = bytes.substr(digits + 1, length);
-    bytes.remove_prefix(digits + 1 + length);
-    return field;
+Note AsReadBack(Note note) {
+    note.text = ::AsReadBack(note.text);
+    note.creationTime = ::AsReadBack(note.creationTime);
+    return note;
 }
 
 // Programs that keep their notes at different places do not take in each other's files.
 std::string NameStart() {
-    std::uint64_t hash = 0xCBF29CE484222325;  // FNV-1a
-    for (const char byte : ToUtf8(FileName(DataFolder())))
-        hash = (hash ^ static_cast<unsigned char>(byte)) * 0x100000001B3;
+    const std::uint64_t hash = CheckSum(ToUtf8(FileName(DataFolder())));
     char hex[17] = "";
     const auto end = std::to_chars(hex, hex + 16, hash, 16);
     return "kivora-ungespeichert-" + std::string(hex, end.ptr) + "-";
@@ -59,45 +51,79 @@ std::string Digits(std::size_t number, std::size_t count) {
 }  // namespace
 
 std::string EmergencyBytes(const UnsavedImage& image) {
-    std::string bytes = KeptFileBytes(image.notes);
-    const std::size_t before = bytes.size();
-    AddField(bytes, image.autostart ? "1" : "0");
+    std::string bytes = KeptFileBytes(image.notes), rest;
+    AddNumber<std::uint8_t>(rest, image.stored.has_value());
+    AddNumber(rest, image.stored.value_or(0));
+    AddNumber<std::uint8_t>(rest, image.autostart);
+    AddNumber(rest, static_cast<std::uint32_t>(image.entries.size()));
     for (const clsAddressBookEntry& entry : image.entries) {
         for (const std::wstring* text : {&entry.PCName(), &entry.IP(), &entry.Comment()})
-            AddField(bytes, ToUtf8(*text));
+            AddText(rest, *text);
     }
-    bytes += Digits(bytes.size() - before, kLengthDigits);
+    AddNumber(rest, static_cast<std::uint32_t>(image.files.size()));
+    for (const std::wstring& file : image.files) {
+        const std::u8string name = FilePath(file).u8string();  // on Linux its bytes, whatever they are
+        AddNumber(rest, static_cast<std::uint32_t>(name.size()));
+        rest.append(name.begin(), name.end());
+    }
+    AddNumber(rest, CheckSum(rest));
+    bytes += rest;
+    AddNumber(bytes, static_cast<std::uint32_t>(rest.size()));
     bytes += kMark;
     return bytes;
 }
 
 std::optional<UnsavedImage> ReadEmergencyBytes(const std::string& bytes) {
-    std::string_view rest = bytes;
-    if (!rest.ends_with(kMark)) return std::nullopt;
-    rest.remove_suffix(kMark.size());
-    if (rest.size() < kLengthDigits) return std::nullopt;
-    std::size_t length = 0;
-    const char* const digits = rest.data() + rest.size() - kLengthDigits;
-    std::from_chars(digits, digits + kLengthDigits, length);
-    rest.remove_suffix(kLengthDigits);
-    if (length > rest.size()) return std::nullopt;
-    std::string_view fields = rest.substr(rest.size() - length);
+    std::string_view notes = bytes;
+    if (!notes.ends_with(kMark) || notes.size() < kLengthBytes + kMark.size()) return std::nullopt;
+    notes.remove_suffix(kMark.size());
+    const auto length = FieldReader(notes.substr(notes.size() - kLengthBytes)).Take<std::uint32_t>();
+    notes.remove_suffix(kLengthBytes);
+    if (length > notes.size() || length < kSumBytes) return std::nullopt;
+    const std::string_view rest = notes.substr(notes.size() - length, length - kSumBytes);
+    const std::string_view sum = notes.substr(notes.size() - kSumBytes);
+    notes.remove_suffix(length);
+    if (FieldReader(sum).Take<std::uint64_t>() != CheckSum(rest)) return std::nullopt;
 
-    std::istringstream file(bytes.substr(0, rest.size() - length), std::ios::binary);
-    std::optional<std::vector<Note>> notes = ExactNotes(file);
-    const auto autostart = TakeField(fields);
-    if (!notes || !autostart) return std::nullopt;
-    UnsavedImage image{*autostart == "1", *std::move(notes), {}};
-    while (!fields.empty()) {
-        clsAddressBookEntry entry;
-        const auto name = TakeField(fields), ip = TakeField(fields), comment = TakeField(fields);
-        if (!name || !ip || !comment) return std::nullopt;
-        entry.PCName(FromUtf8(*name));
-        entry.IP(FromUtf8(*ip));
-        entry.Comment(FromUtf8(*comment));
-        image.entries.push_back(std::move(entry));
+    std::istringstream file(std::string(notes), std::ios::binary);
+    std::optional<std::vector<Note>> exact = ExactNotes(file);
+    if (!exact) return std::nullopt;
+    UnsavedImage image;
+    image.notes = *std::move(exact);
+    FieldReader fields(rest);
+    const bool isStored = fields.Take<std::uint8_t>() != 0;
+    const auto stored = fields.Take<std::uint64_t>();
+    if (isStored) image.stored = stored;
+    image.autostart = fields.Take<std::uint8_t>() != 0;
+    for (auto count = fields.Take<std::uint32_t>(); count > 0 && fields.Complete(); --count) {
+        const std::wstring name = fields.Text(), ip = fields.Text(), comment = fields.Text();
+        image.entries.emplace_back(name, ip, comment);
     }
+    for (auto count = fields.Take<std::uint32_t>(); count > 0 && fields.Complete(); --count) {
+        const std::string_view name = fields.Bytes(fields.Take<std::uint32_t>());
+        image.files.push_back(FileName(fs::path(std::u8string(name.begin(), name.end()))));
+    }
+    if (!fields.Complete()) return std::nullopt;
     return image;
+}
+
+Takeover TakeoverOf(const std::vector<Note>& there, const std::vector<Note>& notes, bool replaces) {
+    std::multimap<decltype(Identity(Note())), std::size_t> left;
+    for (std::size_t i = 0; i < there.size(); ++i) left.emplace(Identity(there[i]), i);
+    Takeover takeover;
+    for (const Note& note : notes) {
+        auto same = left.find(Identity(note));
+        if (same == left.end()) same = left.find(Identity(AsReadBack(note)));
+        if (same != left.end()) {
+            takeover.same.emplace_back(same->second, note);
+            left.erase(same);
+        } else {
+            takeover.added.push_back(note);
+        }
+    }
+    if (replaces)
+        for (const auto& [identity, index] : left) takeover.gone.push_back(index);
+    return takeover;
 }
 
 KeepResult WriteEmergencyFile(const UnsavedImage& image, const std::vector<fs::path>& folders) {

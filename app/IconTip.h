@@ -3,11 +3,12 @@
 
 #include <string>
 
+#include "app/Trouble.h"
 #include "model/ReceiveSetting.h"
 
 // What there is to say of the program beside its name.
 struct ProgramState {
-    bool unsaved = false;  // there is work that is not on the disk
+    Trouble trouble = Trouble::None;
     ReceiveFrom from = ReceiveFrom::All;
     bool portTaken = false;  // another program listens where notes would come in
 };

@@ -1,26 +1,23 @@
 #include "app/Keeping.h"
 
 #include <fstream>
-#include <map>
 #include <sstream>
-#include <tuple>
+#include <utility>
 
-#include "app/EmergencyFile.h"
 #include "app/RecoveryText.h"
 #include "app/frmUnsaved.h"
+#include "base/DateText.h"
 #include "base/FileName.h"
 #include "base/NewFile.h"
-#include "base/Text.h"
 #include "dialogs/Message.h"
 #include "dialogs/OneDialog.h"
 #include "dialogs/Wait.h"
 #include "exchange/FileDialog.h"
+#include "exchange/ImportNotes.h"
 #include "exchange/KeptFile.h"
-#include "exchange/KeptNotes.h"
 #include "model/AddressBook.h"
 #include "model/KeepReason.h"
 #include "notes/NoteStore.h"
-#include "notes/basNotes.h"
 #include "registry/RegistryHealth.h"
 
 namespace fs = std::filesystem;
@@ -33,33 +30,28 @@ std::vector<Note> NotesOf(const NoteStore& store) {
     return notes;
 }
 
-// What makes two notes the same one, wherever they stand.
-auto Identity(const Note& note) {
-    return std::tuple(note.text, note.creationTime, note.look, note.foreground);
-}
-
-// Adds the notes that are not there yet, and puts the others where they stood last. The number of the added.
-std::size_t TakeIn(NoteStore& store, const UnsavedImage& image) {
-    std::multimap<decltype(Identity(Note())), frmNote*> there;
-    for (const NotePtr& note : store.Notes()) there.emplace(Identity(note->Content()), note.get());
-    std::size_t added = 0;
-    for (const Note& note : image.notes) {
-        if (const auto same = there.find(Identity(note)); same != there.end()) {
-            same->second->Content(note);
-            there.erase(same);
-        } else {
-            // Should that fail, the note is on the screen, and its beginning comes back.
-            if (!ComesBack(note.text)) KeepLongNote(note);
-            frmNote& adopted = store.AdoptNote(note);
-            ++added;
-            if (note.place != NotePlace()) continue;
-            adopted.PlaceAsNew();  // it was still being written
-            adopted.AutoSize();
-        }
+// The number of notes that were not there.
+std::size_t Apply(NoteStore& store, const UnsavedImage& image) {
+    // As long as nothing else was kept since, and nothing is new here, the image is all there is to be.
+    const bool replaces = image.stored == store.Stored() && store.AllKept();
+    std::vector<frmNote*> there;
+    for (const NotePtr& note : store.Notes()) there.push_back(note.get());
+    const Takeover takeover = TakeoverOf(NotesOf(store), image.notes, replaces);
+    for (const auto& [index, note] : takeover.same) there[index]->Content(note);
+    for (const std::size_t index : takeover.gone) store.TakeBack(*there[index]);
+    for (const Note& note : takeover.added) {
+        frmNote& adopted = store.AdoptNote(note);
+        if (note.place != NotePlace()) continue;
+        adopted.PlaceAsNew();  // it was still being written
+        adopted.AutoSize();
+    }
+    if (replaces) {
+        const std::vector<clsAddressBookEntry> before = AddressBook();
+        for (const clsAddressBookEntry& entry : before) RemoveAddressBookEntry(entry.PCName());
     }
     for (const clsAddressBookEntry& entry : image.entries) AddAddressBookEntry(entry);
     store.AutostartEnabled = image.autostart;
-    return added;
+    return takeover.added.size();
 }
 
 }  // namespace
@@ -67,6 +59,7 @@ std::size_t TakeIn(NoteStore& store, const UnsavedImage& image) {
 Keeping::Keeping(NoteStore& store) : store_(store), unsaved_([this] { return Repeat(); }) {
     store_.OnSaved = [this](const KeepResult& result) {
         unsaved_.Heard(result);
+        ShowTrouble();
         if (store_.AllKept()) RemoveTakenIn();
         if (const auto report = TakeRecoveryReport())
             TellMessage(RecoveryText(*report), kExclamation, L"Notizen wiederhergestellt");
@@ -77,17 +70,30 @@ void Keeping::ReadStore() {
     loaded_ = false;  // until it is complete nothing of it is to be written
     store_.LoadNotes();
     loaded_ = true;
+    unreadable_ = !HealthOfRegistry().reading.Kept();
+    ShowTrouble();
     if (const auto report = TakeRecoveryReport())
         messages_.push_back({RecoveryText(*report), L"Notizen wiederhergestellt", kExclamation});
+}
+
+void Keeping::OnTrouble(std::function<void(Trouble)> call) {
+    onTrouble_ = std::move(call);
+    onTrouble_(shown_);
+}
+
+void Keeping::ShowTrouble() {
+    const Trouble now = unreadable_ ? Trouble::Unreadable : unsaved_.Any() ? Trouble::Unsaved : Trouble::None;
+    if (std::exchange(shown_, now) != now && onTrouble_) onTrouble_(now);
 }
 
 void Keeping::Load() {
     ReadStore();
     const RegistryHealth health = HealthOfRegistry();
-    if (!health.reading.Kept()) {
+    if (unreadable_) {
         messages_.push_back(
             {L"Ihre Notizen können zurzeit nicht gelesen werden. Sie sind nicht verloren: Kivora "
-             L"versucht es weiter und zeigt sie, sobald es gelingt.\r\n\r\n" +
+             L"versucht es weiter und zeigt sie, sobald es gelingt. Bis dahin trägt sein Symbol ein "
+             L"Warnzeichen.\r\n\r\n" +
                  ReasonText(health.reading),
              L"Notizen nicht lesbar", kCritical});
     } else if (!health.writing.Kept()) {
@@ -97,31 +103,38 @@ void Keeping::Load() {
     }
 }
 
+void Keeping::TakeIn(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    std::string bytes;
+    for (char block[4096]; file.read(block, sizeof block) || file.gcount() > 0;)
+        bytes.append(block, static_cast<std::size_t>(file.gcount()));
+    if (file.bad() || !file.is_open()) return;  // the disk does not give it now
+    std::optional<UnsavedImage> image = ReadEmergencyBytes(bytes);
+    if (!image) {  // what was cut off when the machine went down may still hold notes
+        std::istringstream records(bytes, std::ios::binary);
+        image = UnsavedImage{.autostart = store_.AutostartEnabled, .notes = NotesOfKeptFile(records)};
+        if (image->notes.empty()) return;
+    }
+    added_ += Apply(store_, *image);
+    for (const std::wstring& name : image->files) {
+        const std::size_t before = store_.CountNotes();
+        if (!ImportNotes(store_, name))
+            messages_.push_back({ImportFailureText(name), kImportFailure, kCritical});
+        added_ += store_.CountNotes() - before;
+    }
+    takenIn_.push_back(path);
+}
+
 void Keeping::TakeInLeftWork() {
     takesInLeftWork_ = true;
-    if (!HealthOfRegistry().reading.Kept()) {  // nobody knows yet what is there already
+    if (unreadable_) {  // nobody knows yet what is there already
         unsaved_.TryAgainLater();
         return;
     }
-    std::size_t added = 0;
-    for (const fs::path& path : EmergencyFiles(EmergencyFolders())) {
-        std::ifstream file(path, std::ios::binary);
-        std::string bytes;
-        for (char block[4096]; file.read(block, sizeof block) || file.gcount() > 0;)
-            bytes.append(block, static_cast<std::size_t>(file.gcount()));
-        if (file.bad() || !file.is_open()) continue;  // the disk does not give it now
-        std::optional<UnsavedImage> image = ReadEmergencyBytes(bytes);
-        if (!image) {  // what was cut off when the machine went down may still hold notes
-            std::istringstream records(bytes, std::ios::binary);
-            image = UnsavedImage{store_.AutostartEnabled, NotesOfKeptFile(records), {}};
-            if (image->notes.empty()) continue;
-        }
-        added += TakeIn(store_, *image);
-        takenIn_.push_back(path);
-    }
+    for (const fs::path& path : EmergencyFiles(EmergencyFolders())) TakeIn(path);
     if (takenIn_.empty()) return;
     const bool kept = store_.SaveNotes().Kept();
-    if (added > 0) {
+    if (const std::size_t added = std::exchange(added_, 0)) {
         const std::wstring notes =
             added == 1 ? L"Eine Notiz wurde" : std::to_wstring(added) + L" Notizen wurden";
         messages_.push_back(
@@ -143,7 +156,7 @@ void Keeping::Tell(Boxes boxes) {
 
 // True when there is nothing left to be tried again.
 bool Keeping::Repeat() {
-    if (!HealthOfRegistry().reading.Kept()) {
+    if (unreadable_) {
         if (!ReadRegistryAgain().Kept()) {
             store_.SaveNotes();
             return false;
@@ -157,18 +170,26 @@ bool Keeping::Repeat() {
     return true;
 }
 
+// Why something is not kept, in sentences; empty when all of it is.
+std::wstring Keeping::SaveAll() {
+    store_.SaveNotes();
+    if (unsaved_.Any()) return ReasonText(unsaved_.Why());
+    const std::optional<UnkeptText> written = KeepTextBeingWritten();
+    return written ? ReasonText(written->why, L"die Datei im Papierkorb") : std::wstring();
+}
+
 bool Keeping::MayQuit() {
     if (!loaded_) return true;
     static OneDialog once;
     if (once.BroughtForward()) return false;
     const Unsaved::Quiet quiet(unsaved_);
-    store_.SaveNotes();
-    if (!unsaved_.Any()) return true;
-    const OneDialog::Opened<frmUnsaved> dialog(once, ReasonText(unsaved_.Why()));
+    const std::wstring reason = SaveAll();
+    if (reason.empty()) return true;
+    const OneDialog::Opened<frmUnsaved> dialog(once, reason);
     dialog->OnRepeat = [this](frmUnsaved& box) {
-        store_.SaveNotes();
-        box.Reason(ReasonText(unsaved_.Why()));
-        return !unsaved_.Any();
+        const std::wstring now = SaveAll();
+        box.Reason(L"Um " + CurrentTimeText() + L" Uhr erneut versucht, ohne Erfolg.\r\n" + now);
+        return now.empty();
     };
     dialog->OnSaveToFile = [this](frmUnsaved& box) { return SaveToFile(box); };
     decided_ = dialog->ShowModal() == 1;
@@ -176,40 +197,47 @@ bool Keeping::MayQuit() {
 }
 
 bool Keeping::SaveToFile(frmUnsaved& dialog) {
-    const auto chosen = ChooseFile(dialog, {.DialogTitle = L"Notizen sichern", .save = true});
+    const auto chosen = ChooseFile(dialog, {.DialogTitle = L"Notizen sichern",
+                                            .save = true,
+                                            .name = L"Kivora-Notizen " + CurrentDateText() + L".kvr"});
     if (!chosen || IsQuitting()) return false;
-    // Under another name first: a file that is there already stays as it is until the new one is complete.
-    const fs::path file = FilePath(*chosen), unfinished = FilePath(*chosen + L".neu");
-    std::error_code failed = WriteNewFile(unfinished, KeptFileBytes(NotesOf(store_)));
-    if (!failed) {
-        fs::rename(unfinished, file, failed);
-        std::error_code ignored;
-        if (failed) fs::remove(unfinished, ignored);
-    }
-    if (!failed) return true;
-    ShowMessage(L"Die Datei " + ShownFileName(*chosen) + L" konnte nicht geschrieben werden.\r\n(" +
-                    FromUtf8(failed.message()) + L")",
+    const KeepResult saved =
+        FailureOf(SaveFile(FilePath(*chosen), EmergencyBytes(Image(KeepTextBeingWritten()))));
+    if (saved.Kept()) return true;
+    ShowMessage(L"Die Datei " + ShownFileName(*chosen) + L" konnte nicht geschrieben werden.\r\n\r\n" +
+                    ReasonText(saved, L"die Datei"),
                 kCritical, L"Notizen sichern");
     return false;
 }
 
-void Keeping::KeepAtOnce() {
+void Keeping::KeepAtOnce(const std::vector<std::wstring>& files) {
     if (!loaded_) return;
-    const std::optional<Note> written = KeepTextBeingWritten();
+    const std::optional<UnkeptText> written = KeepTextBeingWritten();
     store_.SaveNotes();
-    if (written || (!store_.AllKept() && !decided_)) KeepElsewhere(written);
+    if (decided_) {
+        if (!files.empty()) KeepElsewhere({.autostart = store_.AutostartEnabled}, files);
+    } else if (written || !store_.AllKept() || !files.empty()) {
+        KeepElsewhere(Image(written), files);
+    }
 }
 
-void Keeping::KeepWithoutDisplay() {
+void Keeping::KeepWithoutDisplay(const std::vector<std::wstring>& files) {
     if (!loaded_) return;
-    const std::optional<Note> written = KeepTextBeingWritten();
+    const std::optional<UnkeptText> written = KeepTextBeingWritten();
     store_.WriteImage();
-    if (written || !store_.AllKept()) KeepElsewhere(written);
+    if (written || !store_.AllKept() || !files.empty()) KeepElsewhere(Image(written), files);
 }
 
-void Keeping::KeepElsewhere(const std::optional<Note>& written) {
-    UnsavedImage image{store_.AutostartEnabled, NotesOf(store_), AddressBook()};
-    if (written) image.notes.push_back(*written);
+UnsavedImage Keeping::Image(const std::optional<UnkeptText>& written) const {
+    UnsavedImage image{
+        .autostart = store_.AutostartEnabled, .notes = NotesOf(store_), .entries = AddressBook()};
+    if (!unreadable_) image.stored = store_.Stored();
+    if (written) image.notes.push_back(written->note);
+    return image;
+}
+
+void Keeping::KeepElsewhere(UnsavedImage image, const std::vector<std::wstring>& files) {
+    image.files = files;
     if (WriteEmergencyFile(image, EmergencyFolders()).Kept()) RemoveTakenIn();
 }
 

@@ -9,8 +9,10 @@
 #include <string>
 #include <vector>
 
+#include "app/EmergencyFile.h"
+#include "app/Trouble.h"
 #include "app/Unsaved.h"
-#include "model/Note.h"
+#include "notes/basNotes.h"
 
 class NoteStore;
 class frmUnsaved;
@@ -19,8 +21,8 @@ class Keeping {
   public:
     explicit Keeping(NoteStore& store);
 
-    // Called when there begins to be unsaved work, and when it is saved.
-    void OnChange(std::function<void(bool unsaved)> call) { unsaved_.OnChange = std::move(call); }
+    // Called at once and whenever something else is the matter, or nothing any more.
+    void OnTrouble(std::function<void(Trouble trouble)> call);
 
     // Called, if set, when what could not be read at the start has been read.
     std::function<void()> OnReadLate;
@@ -36,9 +38,10 @@ class Keeping {
     // Saves before the program ends. Where that fails the user is asked; false when the program is to stay.
     bool MayQuit();
     // The same where nobody can be asked: what cannot be saved goes into a file that the next start takes in.
-    void KeepAtOnce();
+    // Files that could not be imported, and of which nobody has been told, are tried again then.
+    void KeepAtOnce(const std::vector<std::wstring>& files);
     // The same when there is no screen any more, from within any call that draws.
-    void KeepWithoutDisplay();
+    void KeepWithoutDisplay(const std::vector<std::wstring>& files);
 
   private:
     struct Message {
@@ -48,15 +51,23 @@ class Keeping {
 
     bool Repeat();
     void ReadStore();
-    void KeepElsewhere(const std::optional<Note>& written);
+    void ShowTrouble();
+    void TakeIn(const std::filesystem::path& path);
+    std::wstring SaveAll();
+    UnsavedImage Image(const std::optional<UnkeptText>& written) const;
+    void KeepElsewhere(UnsavedImage image, const std::vector<std::wstring>& files);
     void RemoveTakenIn();
     bool SaveToFile(frmUnsaved& dialog);
 
     NoteStore& store_;
     Unsaved unsaved_;
-    bool loaded_ = false;  // the store holds what is kept, or there was nothing that could be read
+    std::function<void(Trouble)> onTrouble_;
+    Trouble shown_ = Trouble::None;
+    bool loaded_ = false;      // the store holds what is kept, or there was nothing that could be read
+    bool unreadable_ = false;  // there was nothing that could be read
     bool takesInLeftWork_ = false;
     bool decided_ = false;  // the user knows what is unsaved and lets the program end all the same
     std::vector<Message> messages_;
+    std::size_t added_ = 0;                       // notes of which no message tells yet
     std::vector<std::filesystem::path> takenIn_;  // files whose notes are in the store, but not yet saved
 };

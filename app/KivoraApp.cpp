@@ -15,8 +15,7 @@ bool KivoraApp::OnInit() {
 
 int KivoraApp::OnRun() {
     try {
-        run_();
-        return 0;
+        return run_();
     } catch (...) {
         ReportException();
         return 1;

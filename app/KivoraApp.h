@@ -8,8 +8,9 @@
 
 class KivoraApp : public wxApp {
   public:
-    // run: what the program does, from the start of wxWidgets to the end of the process.
-    explicit KivoraApp(std::function<void()> run) : run_(std::move(run)) {}
+    // run: what the program does, from the start of wxWidgets to the end of the process. Its result is the
+    // process's exit code.
+    explicit KivoraApp(std::function<int()> run) : run_(std::move(run)) {}
 
     bool OnInit() override;
     int OnRun() override;
@@ -20,7 +21,7 @@ class KivoraApp : public wxApp {
                          const wxChar* message) override;
 
   private:
-    std::function<void()> run_;
+    std::function<int()> run_;
 };
 
 // Tells of the exception being handled.

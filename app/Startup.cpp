@@ -65,15 +65,15 @@ void Program::InitApplication() {
     };
     services_.DescribeMenu = [this](const frmNote& note) { return start_->DescribeMenu(&note); };
     services_.RunMenu = [this](frmNote& note, int id) { start_->RunFromTrayMenu(&note, id); };
-    keeping_.OnChange([this](bool unsaved) {
-        unsaved_ = unsaved;
-        ShowState();
-    });
     start_->notIcon.ShowIcon();
     network_.KeepLongNote = KeepLongNote;
     network_.OnFlood = [this](const FloodGuard::Flood& flood) { AskAboutFlood(network_, flood); };
     receiving_.emplace(network_, [this] { ShowState(); });
     receiving_->From(ReadReceiveFrom());
+    keeping_.OnTrouble([this](Trouble trouble) {
+        trouble_ = trouble;
+        ShowState();
+    });
     keeping_.OnReadLate = [this] { receiving_->From(ReadReceiveFrom()); };
     keeping_.TakeInLeftWork();
     Store().ShowNotes([this] {
@@ -110,7 +110,7 @@ CommandAnswer Program::CarryOut(const Command& command) {
 
 void Program::ShowState() {
     if (!start_ || !receiving_) return;
-    start_->ShowState({unsaved_, receiving_->Now().from, receiving_->Now().portTaken});
+    start_->ShowState({trouble_, receiving_->Now().from, receiving_->Now().portTaken});
 }
 
 void Program::LoadNotes() {
@@ -124,13 +124,20 @@ void Program::ReceiveFile(const std::wstring& fileName) {
     Store().ApplyForeground();
     if (imported) return;
     // Who handed it over says nothing more once it is taken. The next file does not wait for the answer.
-    wxTheApp->CallAfter([fileName] { Guarded([&] { ShowImportFailure(fileName); }); });
+    failed_.push_back(fileName);
+    wxTheApp->CallAfter([this] { Guarded([&] { ReportFailure(); }); });
 }
 
-void Program::ImportFiles(const std::vector<std::wstring>& files) {
-    LoadNotes();
-    keeping_.Tell(Keeping::Boxes::Waited);
+void Program::ReportFailure() {
+    if (failed_.empty() || IsQuitting()) return;
+    const std::wstring file = std::move(failed_.front());
+    failed_.pop_front();
+    ShowImportFailure(file);
+}
+
+bool Program::ImportFiles(const std::vector<std::wstring>& files) {
     files_.assign(files.begin(), files.end());
+    LoadNotes();
     if (role_) {
         role_->Listen([this](const Command& command) {
             if (!command.name.empty()) return CarryOutAlone(command);
@@ -138,31 +145,49 @@ void Program::ImportFiles(const std::vector<std::wstring>& files) {
             return CommandAnswer();
         });
     }
-    ImportQueuedFiles();
+    keeping_.Tell(Keeping::Boxes::Waited);
+    bool all = ImportQueuedFiles();
     if (role_) role_->Finish();
-    ImportQueuedFiles();
+    all = ImportQueuedFiles() && all;
     Store().SaveNotes();
     Unload();
+    return all && failed_.empty();
 }
 
-void Program::ImportQueuedFiles() {
+// Takes the file's notes into the saved ones. Nothing when that has succeeded; else they are as they were, as
+// far as it is a matter of saving, and the result is the reason, if there is one to be told.
+std::optional<std::wstring> Program::WhyNotImported(const std::wstring& fileName) {
+    const std::size_t before = Store().CountNotes();
+    const bool imported = ImportNotes(Store(), fileName);
+    const KeepResult kept = Store().WriteImage();
+    const bool any = Store().CountNotes() > before;
+    // Notes of which the user hears that they failed must not come with those of the next file.
+    while (!kept.Kept() && Store().CountNotes() > before) Store().TakeBack(*Store().Notes().back());
+    if (imported && kept.Kept()) return std::nullopt;
+    return any ? ReasonText(kept) : std::wstring();
+}
+
+bool Program::ImportQueuedFiles() {
+    bool all = true;
     while (!files_.empty()) {
         const std::wstring file = std::move(files_.front());
         files_.pop_front();
-        const std::size_t before = Store().CountNotes();
-        const bool imported = ImportNotes(Store(), file);
         // Before the message, because that may stay for long and what it says has to be true meanwhile.
-        const KeepResult kept = Store().WriteImage();
-        const bool any = Store().CountNotes() > before;
-        // Notes of which the user hears that they failed must not come with those of the next file.
-        while (!kept.Kept() && Store().CountNotes() > before) Store().TakeBack(*Store().Notes().back());
-        if (imported && kept.Kept()) {
+        if (const std::optional<std::wstring> reason = WhyNotImported(file)) {
+            all = false;
+            ShowImportFailure(file, *reason);
+        } else {
             ShowMessage(L"Die Notizen aus " + ShownFileName(file) + L" wurden erfolgreich importiert.",
                         kInformation, L"Importieren erfolgreich");
-        } else {
-            ShowImportFailure(file, any ? ReasonText(kept) : std::wstring());
         }
     }
+    return all;
+}
+
+std::vector<std::wstring> Program::Unreported() const {
+    std::vector<std::wstring> files(failed_.begin(), failed_.end());
+    files.insert(files.end(), files_.begin(), files_.end());
+    return files;
 }
 
 void Program::ReportSilentCopy(std::vector<std::wstring> files) {
@@ -190,13 +215,15 @@ void Program::EndAtOnce() {
     if (IsQuitting()) return;
     // The other copies have been told that these files are taken.
     if (role_) role_->Finish();
-    keeping_.KeepAtOnce();
+    for (; !files_.empty(); files_.pop_front())
+        if (WhyNotImported(files_.front())) failed_.push_back(files_.front());
+    keeping_.KeepAtOnce(Unreported());
     EndAllWaits();
     if (wxEventLoopBase* loop = wxTheApp->GetMainLoop()) loop->ScheduleExit(0);
 }
 
 void Program::DisplayHasDied() {
-    if (!IsQuitting()) keeping_.KeepWithoutDisplay();
+    if (!IsQuitting()) keeping_.KeepWithoutDisplay(Unreported());
 }
 
 void Program::Unload() {
@@ -225,10 +252,12 @@ int RunProgram(const StartRequest& request, std::unique_ptr<RunningCopy> role, c
         } else if (request.kind == StartRequest::Resident) {
             program->Reside();
         } else if (runningCopy) {
-            program->ImportFiles(request.files);
+            return program->ImportFiles(request.files) ? 0 : 1;
         } else {
             program->ReportSilentCopy(request.files);
+            return 1;
         }
+        return 0;
     });
     wxApp::SetInstance(app);
     // The arguments are read already, and wxWidgets would find options of its own among them.

@@ -27,9 +27,9 @@ class Program {
     // The resident program: from its picture on the screen to its end.
     void Reside();
 
-    // Takes the files into the saved notes, says of each how that went, and returns. Files that other copies
-    // hand over meanwhile are dealt with in the same way.
-    void ImportFiles(const std::vector<std::wstring>& files);
+    // Takes the files into the saved notes, says of each how that went, and returns: false when one failed.
+    // Files that other copies hand over meanwhile are dealt with in the same way.
+    bool ImportFiles(const std::vector<std::wstring>& files);
 
     // Says of the first file that the running copy does not answer, and tries to hand over the others.
     void ReportSilentCopy(std::vector<std::wstring> files);
@@ -55,7 +55,10 @@ class Program {
     CommandAnswer CarryOut(const Command& command);
     void ReceiveFile(const std::wstring& fileName);
     void ShowState();
-    void ImportQueuedFiles();
+    bool ImportQueuedFiles();
+    std::optional<std::wstring> WhyNotImported(const std::wstring& fileName);
+    void ReportFailure();
+    std::vector<std::wstring> Unreported() const;
     void Unload();
 
     std::unique_ptr<RunningCopy> role_;
@@ -65,9 +68,11 @@ class Program {
     NetworkAccess network_;
     std::optional<Receiving> receiving_;  // of the resident program
     frmStart* start_ = nullptr;
-    bool unsaved_ = false;            // there is work that is not on the disk
-    std::deque<std::wstring> files_;  // still to be imported
+    Trouble trouble_ = Trouble::None;
+    std::deque<std::wstring> files_;   // still to be imported
+    std::deque<std::wstring> failed_;  // could not be imported, and nobody has been told
 };
 
-// Starts wxWidgets, does what was asked for and returns the process's exit code: 1 without a display.
+// Starts wxWidgets, does what was asked for and returns the process's exit code: 1 without a display, and
+// when a file could not be imported.
 int RunProgram(const StartRequest& request, std::unique_ptr<RunningCopy> role, char* programName);

@@ -14,9 +14,7 @@ constexpr std::chrono::milliseconds kLongestPause = std::chrono::seconds(30);
 }  // namespace
 
 void Unsaved::Heard(const KeepResult& result) {
-    const bool before = Any();
     result_ = result;
-    if (before != Any() && OnChange) OnChange(Any());
     if (result.Kept()) {
         timer_.Stop();
         pause_ = {};

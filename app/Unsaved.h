@@ -18,9 +18,6 @@ class Unsaved {
         timer_.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { Repeat(); });
     }
 
-    // Called when there begins to be unsaved work, and when it is saved.
-    std::function<void(bool unsaved)> OnChange;
-
     // The result of a save.
     void Heard(const KeepResult& result);
 

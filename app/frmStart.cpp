@@ -89,7 +89,7 @@ frmStart::frmStart(NoteStore& store, std::function<void()> quit)
 }
 
 void frmStart::ShowState(const ProgramState& state) {
-    notIcon.LetIconFile(ResourcePicture(state.unsaved ? kUnsavedIcon : kProgramIcon));
+    notIcon.LetIconFile(ResourcePicture(state.trouble == Trouble::None ? kProgramIcon : kTroubleIcon));
     notIcon.IconToolTip(IconTip(state));
 }
 
@@ -165,9 +165,9 @@ void frmStart::ToggleAutostart() {
     if (result.Kept())
         store_.SaveNotes();
     else
-        ShowMessage(
-            L"Der automatische Start von Kivora konnte nicht geändert werden.\r\n" + ReasonText(result),
-            kCritical, L"Beim Start von Windows laden");
+        ShowMessage(L"Der automatische Start von Kivora konnte nicht geändert werden.\r\n" +
+                        ReasonText(result, L"die Datei für den automatischen Start"),
+                    kCritical, L"Beim Start von Windows laden");
 }
 
 void frmStart::DeletePopupNote() {

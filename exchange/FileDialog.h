@@ -9,7 +9,8 @@ class wxTopLevelWindow;
 
 struct FileDialogOptions {
     std::wstring DialogTitle = {};
-    bool save = false;  // for a file to be written, else for one that exists
+    bool save = false;       // for a file to be written, else for one that exists
+    std::wstring name = {};  // suggested for it; then the dialog also asks before one is replaced
 };
 
 // Lets the user choose an export file; nothing when that is cancelled. Begins in the folder of the last file

@@ -20,7 +20,8 @@ std::filesystem::path lastFolder;  // of this run
 
 std::optional<std::wstring> ChooseFile(wxTopLevelWindow& owner, const FileDialogOptions& options) {
     const std::filesystem::path folder = lastFolder.empty() ? DocumentsFolder() : lastFolder;
-    std::wstring name(kLongestName, L'\0');
+    std::wstring name = options.name;
+    name.resize(kLongestName);
     OPENFILENAMEW dialog{};
     dialog.lStructSize = sizeof dialog;
     dialog.hwndOwner = owner.GetHandle();
@@ -32,6 +33,7 @@ std::optional<std::wstring> ChooseFile(wxTopLevelWindow& owner, const FileDialog
     dialog.Flags = OFN_EXPLORER | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
     if (options.save) {
         dialog.lpstrDefExt = L"kvr";  // for a name that is typed without one
+        if (!options.name.empty()) dialog.Flags |= OFN_OVERWRITEPROMPT;
     } else {
         dialog.Flags |= OFN_FILEMUSTEXIST;
     }

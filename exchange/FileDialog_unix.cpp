@@ -27,6 +27,10 @@ std::optional<std::wstring> ChooseFile(wxTopLevelWindow& owner, const FileDialog
     AddFilter(chooser.Native(), L"Alle Dateien (*.*)", "*");
     // Without its ending neither this dialog nor the file manager would know the file again.
     if (options.save) chooser.CompleteWith(".kvr", exportFiles);
+    if (!options.name.empty()) {
+        gtk_file_chooser_set_current_name(chooser.Native(), ToUtf8(options.name).c_str());
+        gtk_file_chooser_set_do_overwrite_confirmation(chooser.Native(), TRUE);
+    }
     const std::optional<std::filesystem::path> file = chooser.Choose(lastFolder);
     if (!file) return std::nullopt;
     return FileName(*file);

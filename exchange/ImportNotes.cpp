@@ -37,11 +37,15 @@ bool ImportNotes(NoteStore& store, const std::wstring& fileName) {
     return TakeInFile(store, FilePath(fileName), kMostRecords, [](std::size_t) { return true; });
 }
 
-void ShowImportFailure(const std::wstring& fileName, const std::wstring& reason) {
+std::wstring ImportFailureText(const std::wstring& fileName, const std::wstring& reason) {
     std::wstring text =
         L"Beim Importieren der Notizen aus " + ShownFileName(fileName) + L" ist ein Fehler aufgetreten.";
     if (!reason.empty()) text += L"\r\n\r\n" + reason;
-    ShowMessage(text, kCritical, L"Fehler beim Importieren");
+    return text;
+}
+
+void ShowImportFailure(const std::wstring& fileName, const std::wstring& reason) {
+    ShowMessage(ImportFailureText(fileName, reason), kCritical, kImportFailure);
 }
 
 void ImportNotes(NoteStore& store) {

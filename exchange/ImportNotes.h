@@ -11,6 +11,8 @@ class NoteStore;
 bool ImportNotes(NoteStore& store, const std::wstring& fileName);
 
 // Tells the user that notes of the named file could not be imported and, where that is known, why.
+inline constexpr const wchar_t* kImportFailure = L"Fehler beim Importieren";  // the title
+std::wstring ImportFailureText(const std::wstring& fileName, const std::wstring& reason = {});
 void ShowImportFailure(const std::wstring& fileName, const std::wstring& reason = {});
 
 // "Importieren": lets the user choose a file and its notes, takes them into the store, saves and shows them.

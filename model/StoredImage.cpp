@@ -58,11 +58,18 @@ void WriteEntry(const Write& write, const clsAddressBookEntry& entry) {
 // Adds values to a sum, whole characters and numbers.
 struct Digester {
     std::uint64_t& sum;
+    Digested how;
 
     void Add(std::uint64_t value) const { sum = SumWith(sum, value); }
-    void operator()(const wchar_t*, const std::wstring& text) const {
+    void AddText(const std::wstring& text) const {
         Add(text.size());
         for (const wchar_t character : text) Add(static_cast<std::uint64_t>(character));
+    }
+    void operator()(const wchar_t*, const std::wstring& text) const {
+        if (how == Digested::AsRead)
+            AddText(AsReadBack(text));
+        else
+            AddText(text);
     }
     void operator()(const wchar_t*, double number) const {
         Add(static_cast<std::uint64_t>(RoundToEven(number)));
@@ -105,12 +112,16 @@ KeepResult WriteStoredImage(bool autostart, const std::vector<const Note*>& note
 }
 
 std::uint64_t DigestOf(bool autostart, const std::vector<const Note*>& notes,
-                       const std::vector<clsAddressBookEntry>& entries) {
-    std::uint64_t sum = kSumStart;
-    const Digester digest{sum};
-    digest(L"Autostart", autostart);
-    digest.Add(notes.size());
-    for (const Note* const note : notes) EachValue(*note, digest);
-    for (const clsAddressBookEntry& entry : entries) WriteEntry(digest, entry);
-    return sum;
+                       const std::vector<clsAddressBookEntry>& entries, Digested how) {
+    // A sum does not depend on the order, which reading changes.
+    std::uint64_t total = autostart;
+    const auto add = [&](const auto& visit, std::uint64_t kind) {
+        std::uint64_t sum = kSumStart + kind;
+        visit(Digester{sum, how});
+        total += sum;
+    };
+    for (const Note* const note : notes) add([&](const Digester& digest) { EachValue(*note, digest); }, 1);
+    for (const clsAddressBookEntry& entry : entries)
+        add([&](const Digester& digest) { WriteEntry(digest, entry); }, 2);
+    return total;
 }

@@ -33,6 +33,9 @@ StoredImage ReadStoredImage();
 KeepResult WriteStoredImage(bool autostart, const std::vector<const Note*>& notes,
                             const std::vector<clsAddressBookEntry>& entries);
 
-// A number that is another one when WriteStoredImage would write anything else.
+// A number that is another one when WriteStoredImage would write anything else than a different order. With
+// Digested::AsRead it is that of what ReadStoredImage would give afterwards, whatever the registry makes of
+// long texts and rare characters.
+enum class Digested { Exactly, AsRead };
 std::uint64_t DigestOf(bool autostart, const std::vector<const Note*>& notes,
-                       const std::vector<clsAddressBookEntry>& entries);
+                       const std::vector<clsAddressBookEntry>& entries, Digested how = Digested::Exactly);

@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "model/AddressBook.h"
-#include "model/StoredImage.h"
 #include "notes/NoteWindow.h"
 #include "tray/Notification.h"
 
@@ -17,13 +16,16 @@ void NoteStore::LoadNotes() {
     AutostartEnabled = image.autostart;
     std::vector<NotePtr> added = std::exchange(notes_, {});
     const bool nothingAdded = added.empty() && AddressBook().empty();
+    std::vector<const Note*> stored;
+    for (const StoredNote& each : image.notes) stored.push_back(&each.note);
+    stored_ = DigestOf(image.autostart, stored, image.entries, Digested::AsRead);
     bool shortened = false;
-    for (const StoredNote& stored : image.notes) {
+    for (const StoredNote& each : image.notes) {
         // Keys of windows do not change any more.
-        lastNoteNumber_ = added.empty() ? stored.key : lastNoteNumber_ + 1;
-        Note note = stored.note;
-        if (!stored.tooLong.empty()) {
-            note.text = stored.tooLong;
+        lastNoteNumber_ = added.empty() ? each.key : lastNoteNumber_ + 1;
+        Note note = each.note;
+        if (!each.tooLong.empty()) {
+            note.text = each.tooLong;
             if (!OnLongText || OnLongText(note).Kept()) {
                 note.text.clear();
                 shortened = true;
@@ -45,7 +47,10 @@ KeepResult NoteStore::SaveNotes() {
 
 KeepResult NoteStore::WriteImage() {
     KeepResult result = WriteStoredImage(AutostartEnabled, Contents(), AddressBook());
-    if (result.Kept()) kept_ = Digest();
+    if (result.Kept()) {
+        kept_ = Digest();
+        stored_ = Digest(Digested::AsRead);
+    }
     return result;
 }
 
@@ -55,7 +60,9 @@ std::vector<const Note*> NoteStore::Contents() const {
     return contents;
 }
 
-std::uint64_t NoteStore::Digest() const { return DigestOf(AutostartEnabled, Contents(), AddressBook()); }
+std::uint64_t NoteStore::Digest(Digested how) const {
+    return DigestOf(AutostartEnabled, Contents(), AddressBook(), how);
+}
 
 void NoteStore::Heard(const KeepResult& result) {
     Notification::MenusChanged();  // whatever a menu depends on is saved
@@ -141,12 +148,6 @@ KeepResult NoteStore::DeleteTogether(const std::vector<frmNote*>& notes) {
     std::erase_if(notes_, [&](const NotePtr& each) { return gone.contains(each.get()); });
     SaveNotes();
     return binned;
-}
-
-bool NoteStore::PutIntoBin(const Note& written) const {
-    const KeepResult binned = OnDelete ? OnDelete(written) : KeepResult();
-    if (!binned.Kept() && OnUnbinned) OnUnbinned(written, true, binned);
-    return binned.Kept();
 }
 
 void NoteStore::UnloadAllNotes() {

@@ -15,6 +15,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "model/StoredImage.h"
 #include "notes/ScreenWatch.h"
 #include "notes/frmNote.h"
 #include "registry/KeepResult.h"
@@ -40,6 +41,10 @@ class NoteStore {
     // Whether all of it is kept as it is now; also when a save failed that had nothing to change.
     bool AllKept() const { return kept_ == Digest(); }
 
+    // What a load would give of what was last kept, as a number (DigestOf): the same at the next start,
+    // unless somebody else has written meanwhile.
+    std::uint64_t Stored() const { return stored_; }
+
     // Makes the window of a new note under the next key, at the next place for new notes and in the size that
     // the text needs, shows it and saves. A note that could not be kept is there all the same, as unsaved
     // work.
@@ -62,8 +67,6 @@ class NoteStore {
     // Puts the notes into the bin as one, takes their windows away and saves once. When the bin fails they
     // are all still there, and the result says why.
     KeepResult DeleteTogether(const std::vector<frmNote*>& notes);
-    // For a text that was written and does not become a note. False when it did not get there.
-    bool PutIntoBin(const Note& written) const;
     void UnloadAllNotes();  // only at the end of the program
 
     void MinimizeAll();
@@ -113,7 +116,7 @@ class NoteStore {
     NotePtr MakeNote(const Note& content, std::int32_t key);
     NotePtr MakeNewNote(const Note& content);
     std::vector<const Note*> Contents() const;
-    std::uint64_t Digest() const;
+    std::uint64_t Digest(Digested how = Digested::Exactly) const;
     void Heard(const KeepResult& result);
     void Remove(frmNote& note);
     void ShowNextNotes();
@@ -127,7 +130,8 @@ class NoteStore {
     };
     std::shared_ptr<ToShow> toShow_;  // while notes are being shown
     std::int32_t lastNoteNumber_ = 0;
-    std::uint64_t kept_ = Digest();                                       // of what was last kept
+    std::uint64_t kept_ = Digest();  // of what was last kept
+    std::uint64_t stored_ = 0;
     std::optional<std::unordered_set<std::int32_t>> minimizedByCommand_;  // by NoteKey
     ScreenWatch screens_{[this] { PlaceOnScreens(); }};
 };

@@ -22,19 +22,28 @@ class Writing {
         current = this;
     }
     ~Writing() {
-        Keep();
         current = nullptr;
+        Drop();
     }
     Writing(const Writing&) = delete;
     Writing& operator=(const Writing&) = delete;
 
     void Done() { done_ = true; }
     // The text, if there was one and it could not be kept.
-    std::optional<Note> Keep() {
-        if (std::exchange(done_, true) || !dialog_.TextChanged()) return std::nullopt;
+    std::optional<UnkeptText> Keep() {
+        if (done_ || !dialog_.TextChanged()) return std::nullopt;
         Note written = dialog_.Written(note_);
-        if (store_.PutIntoBin(written)) return std::nullopt;
-        return written;
+        if (written == binned_) return std::nullopt;
+        KeepResult result = store_.OnDelete ? store_.OnDelete(written) : KeepResult();
+        if (!result.Kept()) return UnkeptText{std::move(written), std::move(result)};
+        binned_ = std::move(written);
+        return std::nullopt;
+    }
+    // It does not become a note.
+    void Drop() {
+        const std::optional<UnkeptText> unkept = Keep();
+        if (unkept && store_.OnUnbinned) store_.OnUnbinned(unkept->note, true, unkept->why);
+        Done();
     }
 
     static inline Writing* current = nullptr;
@@ -43,6 +52,7 @@ class Writing {
     const NoteStore& store_;
     const frmProperties& dialog_;
     const Note note_;
+    std::optional<Note> binned_;
     bool done_ = false;
 };
 
@@ -50,7 +60,7 @@ Note WrittenNow() { return {.creationTime = CurrentCreationTime()}; }
 
 }  // namespace
 
-std::optional<Note> KeepTextBeingWritten() {
+std::optional<UnkeptText> KeepTextBeingWritten() {
     return Writing::current ? Writing::current->Keep() : std::nullopt;
 }
 
@@ -75,7 +85,7 @@ void EditNote(NoteStore& store, frmNote& note) {
     dialog->OnConfirmed = [&] {
         frmNote* edited = store.Find(key);
         if (!edited) {
-            writing.Keep();
+            writing.Drop();
             ShowMessage(
                 L"Die bearbeitete Notiz ist zwischenzeitlich gelöscht worden.\r\nDie Änderungen werden "
                 L"verworfen.",

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "model/Note.h"
+#include "registry/KeepResult.h"
 
 class NoteStore;
 class frmNote;
@@ -19,6 +20,11 @@ void NewNote(NoteStore& store);
 // changes are dropped.
 void EditNote(NoteStore& store, frmNote& note);
 
-// Does so at once with the text of a dialog that is open, because the program ends. Touches no window. The
-// result is the text when it could not be kept there.
-std::optional<Note> KeepTextBeingWritten();
+// Does so at once with the text of a dialog that is open, because the program is to end, and tells nobody.
+// Touches no window; what is written further is kept anew. The result is a text that could not be kept there,
+// and why.
+struct UnkeptText {
+    Note note;
+    KeepResult why;
+};
+std::optional<UnkeptText> KeepTextBeingWritten();

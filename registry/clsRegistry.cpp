@@ -169,6 +169,13 @@ bool clsRegistry::CreateKey(const std::wstring& path) {
     return key.has_value();
 }
 
+std::wstring AsReadBack(const std::wstring& text) {
+    constexpr std::uint32_t kType = REG_TYPE_SZ;
+    const std::size_t room = kTextBuffer * RegistryCalls::kBytesOfCharacter;
+    const RegistryCalls::Value value{kType, ToCodePage(text)};
+    return value.bytes.size() > room ? std::wstring() : TextOf(value, room);
+}
+
 std::wstring WholeText(const std::wstring& PathWithValue) {
     constexpr std::size_t kRoom = 16 << 20;
     const auto place = ItemOf(PathWithValue);

@@ -50,6 +50,10 @@ class clsRegistry {
 // The instance that the whole program uses, created at first use.
 clsRegistry& Registry();
 
+// What GetValue gives back of a text that SetValue has written: nothing of one that is too long, and what the
+// registry's code page makes of the others.
+std::wstring AsReadBack(const std::wstring& text);
+
 // A text of any length, also one that GetValue does not give back. Empty when there is none.
 std::wstring WholeText(const std::wstring& PathWithValue);
 

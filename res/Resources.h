@@ -11,7 +11,7 @@ enum ResourceId : int {
     kCriticalPicture = 4,  // heads of message boxes, square, 32 to 64 pixels
     kWarningPicture = 5,
     kInformationPicture = 6,
-    kUnsavedIcon = 7,  // the program icon with a warning mark, square, 16 to 64 pixels
+    kTroubleIcon = 7,  // the program icon with a warning mark, square, 16 to 64 pixels
     // 100 to 103: folded corner in the pure tones red, light blue, yellow, green; 110 to 113: in the pale
     // tones. 30 x 32 pixels for the bottom-right corner of the note's rectangle; the left and the top edge
     // have exactly the note's colour. 120 to 123: small note for the notification area in these colours,

@@ -40,7 +40,7 @@ Picture ResourcePicture(int id) {
     Picture picture;
     picture.bitmap = LoadPicture(id);
     const bool icon =
-        id == kProgramIcon || id == kUnsavedIcon || (id >= kFirstNoteIcon && id <= kLastNoteIcon);
+        id == kProgramIcon || id == kTroubleIcon || (id >= kFirstNoteIcon && id <= kLastNoteIcon);
     if (picture.bitmap.IsOk()) picture.type = icon ? Picture::Icon : Picture::Bitmap;
     return picture;
 }

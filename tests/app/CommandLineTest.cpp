@@ -131,11 +131,14 @@ TEST(IconTip, SaysWhatIsNotAsUsual) {
         const char* tip;
     } rows[] = {
         {{}, "Kivora 1.6"},
-        {{true}, "Kivora 1.6 - nicht gespeichert"},
-        {{false, ReceiveFrom::Known}, "Kivora 1.6 - Empfang nur aus Adressbuch"},
-        {{true, ReceiveFrom::None}, "Kivora 1.6 - nicht gespeichert - Empfang ausgeschaltet"},
-        {{false, ReceiveFrom::All, true}, "Kivora 1.6 - kein Empfang, Port belegt"},
-        {{true, ReceiveFrom::Known, true}, "Kivora 1.6 - nicht gespeichert - kein Empfang, Port belegt"},
+        {{Trouble::Unsaved}, "Kivora 1.6 - nicht gespeichert"},
+        {{Trouble::None, ReceiveFrom::Known}, "Kivora 1.6 - Empfang nur aus Adressbuch"},
+        {{Trouble::Unsaved, ReceiveFrom::None}, "Kivora 1.6 - nicht gespeichert - Empfang ausgeschaltet"},
+        {{Trouble::None, ReceiveFrom::All, true}, "Kivora 1.6 - kein Empfang, Port belegt"},
+        {{Trouble::Unsaved, ReceiveFrom::All, true},
+         "Kivora 1.6 - nicht gespeichert - kein Empfang, Port belegt"},
+        {{Trouble::Unreadable, ReceiveFrom::Known},
+         "Kivora 1.6 - Notizen nicht lesbar - Empfang nur aus Adressbuch"},
     };
     for (const auto& row : rows) {
         EXPECT_EQ(ToUtf8(IconTip(row.state)), row.tip);

@@ -2,6 +2,7 @@
 
 #include <fstream>
 #include <iterator>
+#include <set>
 
 #include "app/EmergencyFile.h"
 #include "tests/support/Support.h"
@@ -18,7 +19,9 @@ UnsavedImage Sample() {
     return {
         true,
         {{.text = L"Käse Ω", .creationTime = L"heute", .look = {.bold = true}, .place = {1, 2, 3, 4}}, {}},
-        {entry, clsAddressBookEntry()}};
+        {entry, clsAddressBookEntry()},
+        0xFEDCBA9876543210,
+        {L"/home/Käse.kvr", L""}};
 }
 
 void ExpectSample(const std::optional<UnsavedImage>& read) {
@@ -26,6 +29,8 @@ void ExpectSample(const std::optional<UnsavedImage>& read) {
     ASSERT_TRUE(read);
     EXPECT_TRUE(read->autostart);
     EXPECT_EQ(read->notes, sample.notes);
+    EXPECT_EQ(read->stored, sample.stored);
+    EXPECT_EQ(read->files, sample.files);
     ASSERT_EQ(read->entries.size(), 2u);
     EXPECT_EQ(read->entries[0].PCName(), sample.entries[0].PCName());
     EXPECT_EQ(read->entries[0].IP(), sample.entries[0].IP());
@@ -39,6 +44,28 @@ TEST(EmergencyFile, HoldsEverythingOrIsRefused) {
     ExpectSample(ReadEmergencyBytes(bytes));
     for (std::size_t length = 0; length < bytes.size(); ++length)
         EXPECT_FALSE(ReadEmergencyBytes(bytes.substr(0, length))) << length;
+    for (std::size_t at = 0; at < bytes.size(); ++at) {
+        std::string altered = bytes;
+        altered[at] = static_cast<char>(altered[at] ^ 1);
+        EXPECT_FALSE(ReadEmergencyBytes(altered)) << at;
+    }
+}
+
+TEST(EmergencyFile, TakesThePlaceOfWhatIsThereOrIsAddedToIt) {
+    const Note same = {.text = L"gleich", .place = {1, 2, 3, 4}};
+    Note moved = same;
+    moved.place.left = 5;
+    const Note edited = {.text = L"geändert"}, deleted = {.text = L"gelöscht"};
+    const Note whole = {.text = std::wstring(5000, L'x'), .creationTime = L"heute"};
+    const Note blank = {.creationTime = L"heute"};  // what the registry gives back of it
+    const std::vector<Note> there = {deleted, same, blank, same}, notes = {moved, edited, whole};
+    for (const bool replaces : {true, false}) {
+        const Takeover takeover = TakeoverOf(there, notes, replaces);
+        EXPECT_EQ(takeover.same, (std::vector<std::pair<std::size_t, Note>>{{1, moved}, {2, whole}}));
+        EXPECT_EQ(takeover.added, std::vector<Note>{edited});
+        EXPECT_EQ(std::set(takeover.gone.begin(), takeover.gone.end()),
+                  replaces ? std::set<std::size_t>({0, 3}) : std::set<std::size_t>());
+    }
 }
 
 TEST(EmergencyFile, GoesIntoTheFirstPrivateFolder) {

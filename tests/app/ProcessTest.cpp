@@ -27,7 +27,7 @@ TEST_F(ProcessTest, ImportsFilesWithoutARunningCopy) {
         message = WaitForWindow("Fehler beim Importieren");
         ASSERT_FALSE(message.empty());
         Press(message, "Escape");
-        EXPECT_EQ(import.Wait(), 0);
+        EXPECT_EQ(import.Wait(), 1);
     }
     EXPECT_EQ(Windows().size(), 0u);
     EXPECT_EQ(SavedTexts(), Texts{L"Käse & Brot €"});
@@ -74,7 +74,7 @@ TEST_F(ProcessTest, SaysThatAStoppedCopyDoesNotAnswer) {
     const std::string message = WaitForWindow("Fehler", 7s);
     EXPECT_FALSE(message.empty());
     if (!message.empty()) Press(message, "Return");
-    EXPECT_EQ(second.Wait(), 0);
+    EXPECT_EQ(second.Wait(), 1);
     first.Continue();
     first.AskToEnd();
     EXPECT_EQ(first.Wait(), 0);

@@ -76,6 +76,36 @@ TEST_F(ProcessTest, TheDesktopOpensExportFiles) {
 }
 
 // Nothing can be read or saved for now, and nobody can be asked when the session ends.
+TEST_F(ProcessTest, AnImportSaysThatItsNotesAreNotSaved) {
+    namespace fs = std::filesystem;
+    Hive().Close();
+    const fs::path hive = DataFolder() / "registry.sqlite", away = place->Folder() / "away";
+    fs::rename(hive, away);
+    fs::create_directory(hive);
+    Process import({File("1.kvr", L"eins")});
+    for (const char* title : {"Notizen nicht lesbar", "Fehler beim Importieren"}) {
+        const std::string message = WaitForWindow(title);
+        EXPECT_FALSE(message.empty()) << title;
+        Press(message, "Return");
+    }
+    EXPECT_EQ(import.Wait(), 1);
+    fs::remove(hive);
+    fs::rename(away, hive);
+}
+
+// Nobody is left to whom it could be told.
+TEST_F(ProcessTest, AFileThatFailsWhileTheProgramEndsIsReportedAtTheNextStart) {
+    Process import({File("1.kvr", L"eins")});
+    ASSERT_FALSE(WaitForWindow("Importieren erfolgreich").empty());
+    Process second({File("weg.kvr", L"") + ".gibt-es-nicht", File("2.kvr", L"zwei")});
+    EXPECT_EQ(second.Wait(2s), 0);
+    import.AskToEnd();
+    EXPECT_EQ(import.Wait(2s), 1);
+    EXPECT_EQ(SavedTexts(), (Texts{L"eins", L"zwei"}));
+    Process next({});
+    EXPECT_FALSE(WaitForWindow("Fehler beim Importieren").empty());
+}
+
 TEST_F(ProcessTest, UnsavedWorkComesBackAfterASignal) {
     namespace fs = std::filesystem;
     Import(L"eins");

@@ -9,6 +9,7 @@
 #include "base/FileName.h"
 #include "exchange/ImportFile.h"
 #include "exchange/ImportNotes.h"
+#include "exchange/KeptFile.h"
 #include "tests/support/Events.h"
 #include "tests/support/Messages.h"
 #include "tests/support/Support.h"
@@ -103,4 +104,19 @@ TEST_F(KeptNotesTest, WithoutABinTheTextGoesToTheClipboard) {
                             L"Papierkorb|16|Die Notiz konnte nicht im Papierkorb aufgehoben werden.\r\n"
                             L"Ihr Text liegt jetzt in der Zwischenablage."});
     EXPECT_EQ(Clipboard(), L"eins\r\n\r\nzwei Ω");
+}
+
+TEST_F(KeptNotesTest, AnImportSaysThatALongTextIsKeptNowhereElse) {
+    const fs::path elsewhere = DataFolder() / "lange-notizen", file = DataFolder() / "lang.kvr";
+    const std::wstring text(5000, L'x');
+    fs::create_directories(DataFolder());
+    std::ofstream(file, std::ios::binary) << KeptFileBytes({{.text = text, .place = {300, 300, 3000, 3000}}});
+    for (const bool works : {false, true}) {
+        fs::remove_all(elsewhere);
+        if (!works) std::ofstream(elsewhere) << "in the way";
+        EXPECT_EQ(ImportNotes(Store(), FileName(file)), works);
+        EXPECT_EQ(Store().Notes().back()->Text(), text);
+    }
+    fs::remove_all(elsewhere);
+    fs::remove(file);
 }

@@ -199,10 +199,12 @@ void Program::Save() {
     ledger_.Trying(image_);
     const KeepResult result = WriteStoredImage(false, all, {EntryOf(image_)});
     unsaved_ = !result.Kept();
-    if (result.Kept())
+    if (result.Kept()) {
+        stored_ = DigestOf(false, all, {EntryOf(image_)}, Digested::AsRead);
         ledger_.Kept(image_.number);
-    else
+    } else {
         ledger_.Refused(image_.number, result.detail);
+    }
     if (unsaved_ && result.detail.empty()) ledger_.Wrong("a save failed without a reason");
     ledger_.Recovered(TakeRecoveryReport());
 }
@@ -268,7 +270,7 @@ void Program::Quit() { Hive().Close(); }
 void Program::EndUnsaved() {
     image_.notes.push_back({++lastNote_, 0});
     ++image_.number;
-    const UnsavedImage unsaved{false, NotesOf(image_), {EntryOf(image_)}};
+    const UnsavedImage unsaved{false, NotesOf(image_), {EntryOf(image_)}, stored_};
     const KeepResult result = WriteEmergencyFile(unsaved, Emergency(data_));
     if (result.Kept())
         ledger_.KeptForNextStart(image_);

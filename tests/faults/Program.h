@@ -109,6 +109,7 @@ class Program {
     Image image_;
     int lastNote_ = 0, turn_ = 0, exports_ = 0;
     bool unsaved_ = false;
+    std::optional<std::uint64_t> stored_;  // what was saved last
 };
 
 // What an import brings, in order; its file is made of them.

@@ -61,14 +61,19 @@ std::set<NoteName> Binned(const fs::path& data) {
     return names;
 }
 
-// Which images lie in emergency files.
-std::set<std::string> Emergencies(const fs::path& data) {
+// Which images lie in emergency files. Each has to find what was saved last when it was written.
+std::set<std::string> Emergencies(const fs::path& data, const StoredImage& there, Ledger& ledger) {
+    std::vector<const Note*> notes;
+    for (const StoredNote& each : there.notes) notes.push_back(&each.note);
+    const std::uint64_t digest = DigestOf(there.autostart, notes, there.entries, Digested::AsRead);
     std::set<std::string> images;
     for (const fs::path& path : EmergencyFiles(Program::Emergency(data))) {
         std::ifstream file(path, std::ios::binary);
         const auto unsaved = ReadEmergencyBytes({std::istreambuf_iterator<char>(file), {}});
         StoredImage stored;
         if (!unsaved) continue;
+        if (unsaved->stored && unsaved->stored != digest)
+            ledger.Wrong("an emergency file takes what is there for something else than what was saved");
         for (const Note& note : unsaved->notes) stored.notes.emplace_back().note = note;
         stored.entries = unsaved->entries;
         Image image;
@@ -109,7 +114,7 @@ void Check(const fs::path& data, const Ledger::Content& promised, Ledger& ledger
     for (const NoteName name : promised.binned)
         if (!binned.contains(name)) ledger.Wrong("not in the bin: " + ToText(name));
     if (!IsExported(data, promised.exported)) ledger.Wrong("an exported file is not what was written");
-    const std::set<std::string> emergencies = Emergencies(data);
+    const std::set<std::string> emergencies = Emergencies(data, stored, ledger);
     for (const Image& each : promised.forNextStart)
         if (!emergencies.contains(ToText(each))) ledger.Wrong("in no emergency file: " + ToText(each));
 

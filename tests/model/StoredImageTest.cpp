@@ -109,6 +109,24 @@ TEST_F(StoredImageTest, HoldsEverything) {
     EXPECT_EQ(ReadImage(), image.substr(0, image.find("Note0")));
 }
 
+TEST_F(StoredImageTest, TheDigestOfWhatWasWrittenIsThatOfWhatIsRead) {
+    StoredImage written;
+    written.autostart = true;
+    for (const std::wstring& text :
+         {std::wstring(L"a"), std::wstring(L"ü Ω"), std::wstring(L"bis\0hier", 8), std::wstring(5000, L'x'),
+          std::wstring(5000, L'Ω'), std::wstring(1, wchar_t(0xD800)), std::wstring()})
+        written.notes.emplace_back().note = {.text = text, .place = {10.5, -11.5, 3000.25, 1e12}};
+    while (written.notes.size() < 12) written.notes.push_back(written.notes[0]);  // Note10 before Note2
+    written.entries = {Entry(L"Büro Ω", L"10.0.0.1"), Entry(std::wstring(5000, L'x'))};
+    const auto digest = [](const StoredImage& image) {
+        return DigestOf(image.autostart, NotesOf(image), image.entries, Digested::AsRead);
+    };
+    ASSERT_TRUE(Write(written));
+    EXPECT_EQ(digest(ReadStoredImage()), digest(written));
+    written.notes[11].note.place.left += 1;
+    EXPECT_NE(digest(ReadStoredImage()), digest(written));
+}
+
 TEST_F(StoredImageTest, TakesSubkeysInTheRegistrysOrderAndNumbersThemAnew) {
     for (const wchar_t* name : {L"Note0", L"Note2", L"Note10", L"NoteX", L"note7", L"Nota"})
         PutText(name + std::wstring(L"\\Text"), name);

@@ -47,6 +47,24 @@ TEST_F(NoteStoreTest, LoadsWhatIsKeptAndKeepsIt) {
     EmptyAddressBook();
 }
 
+TEST_F(NoteStoreTest, ATextThatIsTooLongGoesOnlyWhenItIsKeptElsewhere) {
+    const Note longNote = {.text = std::wstring(5000, L'x'), .creationTime = L"heute"};
+    const std::wstring path = std::wstring(kSettingsKey) + L"Note0\\Text";
+    ASSERT_TRUE(WriteStoredImage(false, {&longNote}, {}).Kept());
+    std::vector<Note> kept;
+    for (const KeepFailure failure : {KeepFailure::DiskFull, KeepFailure::None}) {
+        NoteStore loaded(recorder);
+        loaded.OnLongText = [&](const Note& note) { return kept.push_back(note), KeepResult{failure}; };
+        loaded.LoadNotes();
+        const bool stays = failure != KeepFailure::None;
+        EXPECT_EQ(kept.back(), longNote);
+        EXPECT_EQ(loaded.Notes()[0]->Text(), stays ? longNote.text : L"");
+        EXPECT_EQ(WholeText(path), stays ? longNote.text : L"");
+        EXPECT_TRUE(loaded.AllKept());
+    }
+    EXPECT_EQ(kept.size(), 2u);
+}
+
 TEST_F(NoteStoreTest, WhatIsTakenBackWasNeverDeleted) {
     store.OnDelete = [](const Note&) -> KeepResult { return ADD_FAILURE(), KeepResult(); };
     frmNote& note = Add(store, L"a");

@@ -170,6 +170,7 @@ TEST_F(clsRegistryTest, TextsComeBackUpToTheirLimit) {
             EXPECT_TRUE(registry.SetValue(kBelow + L"text", type, row.written));
             EXPECT_EQ(AsText(registry.GetValue(kBelow + L"text", type)), row.read)
                 << row.written.size() << " characters of type " << type;
+            EXPECT_EQ(AsReadBack(row.written), row.read);
         }
 }
 

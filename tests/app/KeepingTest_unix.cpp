@@ -1,0 +1,189 @@
+// What is unsaved at the end of the program, and what becomes of it at the next start.
+#include <gtest/gtest.h>
+#include <wx/button.h>
+#include <wx/stattext.h>
+#include <wx/textctrl.h>
+
+#include <cstdlib>
+
+#include "app/EmergencyFile.h"
+#include "app/Keeping.h"
+#include "app/frmUnsaved.h"
+#include "base/FileName.h"
+#include "model/KeepReason.h"
+#include "notes/frmProperties.h"
+#include "tests/addressbook/Entries.h"
+#include "tests/notes/NoteRecorder.h"
+#include "tests/registry/HiveFolder.h"
+#include "tests/support/Dialogs.h"
+#include "tests/support/Events.h"
+#include "tests/support/Messages.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using Texts = std::vector<std::wstring>;
+
+// One run of the program with the hive of the test.
+struct ProgramRun : MessageRecorder {
+    ProgramRun() {
+        keeping.Load();
+        keeping.TakeInLeftWork();
+        keeping.Tell(Keeping::Boxes::Unwaited);
+    }
+    ~ProgramRun() {
+        store.UnloadAllNotes();
+        EmptyAddressBook();
+        Hive().Close();
+    }
+    Texts NoteTexts() const {
+        Texts texts;
+        for (const NotePtr& note : store.Notes()) texts.push_back(note->Text());
+        return texts;
+    }
+    void SetText(std::size_t index, const std::wstring& text) {
+        Note note = store.Notes()[index]->Content();
+        note.text = text;
+        store.Notes()[index]->Content(note);
+    }
+
+    NoteRecorder recorder;
+    NoteStore store{recorder};
+    Keeping keeping{store};
+};
+
+class KeepingTest : public testing::Test {
+  protected:
+    KeepingTest() : before_(std::getenv("TMPDIR") ? std::getenv("TMPDIR") : "") {
+        fs::create_directories(temporary_);
+        setenv("TMPDIR", temporary_.c_str(), 1);
+        ProgramRun first;
+        first.store.AdoptNote({.text = L"eins"});
+        first.store.AdoptNote({.text = L"zwei", .place = {10.4, 20.6, 3000, 2000}});
+        AddAddressBookEntry(Entry(L"Büro"));
+        EXPECT_TRUE(first.store.SaveNotes().Kept());
+    }
+    ~KeepingTest() override {
+        if (before_.empty())
+            unsetenv("TMPDIR");
+        else
+            setenv("TMPDIR", before_.c_str(), 1);
+    }
+
+    // From now on nothing can be saved, and again.
+    void Block() const {
+        fs::rename(hive_.File(), Away());
+        fs::create_directory(hive_.File());
+    }
+    void Unblock() const {
+        fs::remove(hive_.File());
+        fs::rename(Away(), hive_.File());
+    }
+    // A run that deletes a note and the address, changes a note and adds one, and cannot save.
+    void EndUnsaved(const Texts& files = {}) const {
+        ProgramRun run;
+        Block();
+        run.store.DeleteNote(*run.store.Notes()[0]);
+        run.SetText(0, L"zwei, geändert");
+        run.store.AdoptNote({.text = L"drei"});
+        RemoveAddressBookEntry(L"Büro");
+        run.keeping.KeepAtOnce(files);
+        EXPECT_FALSE(run.store.AllKept());
+        Unblock();
+    }
+    static bool IsFileLeft() { return !EmergencyFiles(EmergencyFolders()).empty(); }
+
+  private:
+    fs::path Away() const { return hive_.Folder() / "away"; }
+
+    const HiveFolder hive_;
+    const fs::path temporary_ = hive_.Folder() / "tmp";
+    const std::string before_;
+};
+
+}  // namespace
+
+TEST_F(KeepingTest, UnsavedWorkTakesThePlaceOfWhatWasSavedLast) {
+    EndUnsaved();
+    const ProgramRun next;
+    EXPECT_EQ(next.NoteTexts(), (Texts{L"zwei, geändert", L"drei"}));
+    EXPECT_TRUE(AddressBook().empty());
+    EXPECT_TRUE(next.store.AllKept());
+    EXPECT_FALSE(IsFileLeft());
+    ASSERT_EQ(next.messages.size(), 1u);
+    EXPECT_TRUE(next.messages[0].starts_with(L"Notizen übernommen|64|"));
+}
+
+TEST_F(KeepingTest, UnsavedWorkIsAddedToWhatWasSavedSince) {
+    EndUnsaved();
+    {
+        NoteRecorder recorder;
+        NoteStore other(recorder);  // of a program that takes nothing in
+        other.LoadNotes();
+        other.AdoptNote({.text = L"vier"});
+        EXPECT_TRUE(other.WriteImage().Kept());
+        other.UnloadAllNotes();
+        EmptyAddressBook();
+    }
+    const ProgramRun next;
+    EXPECT_EQ(next.NoteTexts(), (Texts{L"eins", L"zwei", L"vier", L"zwei, geändert", L"drei"}));
+    EXPECT_EQ(AddressBook().size(), 1u);
+    EXPECT_FALSE(IsFileLeft());
+}
+
+TEST_F(KeepingTest, FilesThatNobodyWasToldOfAreTriedAgain) {
+    EndUnsaved({L"/gibt/es nicht.kvr"});
+    const ProgramRun next;
+    ASSERT_EQ(next.messages.size(), 2u);
+    EXPECT_EQ(next.messages[0],
+              L"Fehler beim Importieren|16|Beim Importieren der Notizen aus "
+              L"/gibt/es nicht.kvr ist ein Fehler aufgetreten.");
+    EXPECT_FALSE(IsFileLeft());
+}
+
+TEST_F(KeepingTest, TheIconSaysWhatIsTheMatter) {
+    Block();
+    ProgramRun run;
+    std::vector<Trouble> shown;
+    run.keeping.OnTrouble([&](Trouble trouble) { shown.push_back(trouble); });
+    EXPECT_EQ(shown, std::vector<Trouble>{Trouble::Unreadable});
+    Unblock();
+    EXPECT_TRUE(RunUntil([&] { return run.store.CountNotes() == 2; }));
+    EXPECT_EQ(shown.back(), Trouble::None);
+    Block();
+    run.SetText(0, L"neu");
+    EXPECT_FALSE(run.store.SaveNotes().Kept());
+    EXPECT_EQ(shown.back(), Trouble::Unsaved);
+    Unblock();
+    EXPECT_TRUE(run.store.SaveNotes().Kept());
+    EXPECT_EQ(shown.back(), Trouble::None);
+}
+
+// A text that is being written is work, too.
+TEST_F(KeepingTest, WithoutABinTheUserIsAskedBeforeATextIsDropped) {
+    ProgramRun run;
+    bool bin = false;
+    run.store.OnDelete = [&](const Note&) {
+        return KeepResult{bin ? KeepFailure::None : KeepFailure::DiskFull};
+    };
+    std::vector<std::wstring> reasons;
+    WhenShown<frmUnsaved> asked([&](frmUnsaved& dialog) {
+        reasons.push_back(dialog.lblReason->GetLabelText().ToStdWstring());
+        Press(dialog.cmdOK);
+        reasons.push_back(dialog.lblReason->GetLabelText().ToStdWstring());
+        Press(dialog.cmdAbbrechen);
+    });
+    WhenShown<frmProperties> written([&](frmProperties& dialog) {
+        dialog.txtMessage->SetValue(L"noch nichts");
+        EXPECT_FALSE(run.keeping.MayQuit());
+        bin = true;
+        EXPECT_TRUE(run.keeping.MayQuit());
+        Press(dialog.cmdAbbrechen);
+    });
+    NewNote(run.store);
+    ASSERT_EQ(reasons.size(), 2u);
+    EXPECT_TRUE(reasons[0].starts_with(L"Auf dem Laufwerk")) << reasons[0];
+    EXPECT_TRUE(reasons[1].starts_with(L"Um ")) << reasons[1];
+    EXPECT_NE(reasons[1].find(L"Uhr erneut versucht, ohne Erfolg."), std::wstring::npos);
+    EXPECT_TRUE(run.messages.empty());
+}
