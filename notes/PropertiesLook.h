@@ -2,6 +2,7 @@
 // Touches of the properties dialog that only the platform's own controls can give.
 
 #include <cstddef>
+#include <functional>
 
 struct NoteLook;
 class wxCheckBox;
@@ -22,3 +23,9 @@ void PutCaret(wxTextCtrl& box, std::size_t characters);
 
 // Keeps the text of a multi-line box a little away from the box's border.
 void PadText(wxTextCtrl& box, int pixels);
+
+// What the user puts in at once, by a paste or a drop, is cut behind as many characters as the box holds
+// already and `more`: laying out a line of megabytes, only to throw it away again, would take GTK minutes.
+// `cut` gets the number of the characters left out before the box tells of its change. What the program puts
+// in stays whole.
+void LimitInsertions(wxTextCtrl& box, std::size_t more, std::function<void(std::size_t)> cut);

@@ -3,9 +3,36 @@
 #include <wx/radiobut.h>
 #include <wx/textctrl.h>
 
+#include <utility>
+
 #include "dialogs/FindWidget_unix.h"
 #include "notes/NoteFont.h"
 #include "notes/PropertiesLook.h"
+
+namespace {
+
+struct InsertionLimit {
+    glong more;
+    std::function<void(std::size_t)> cut;
+    int userActions = 0;  // that are going on
+};
+
+void OnUserAction(GtkTextBuffer*, InsertionLimit* limit) { ++limit->userActions; }
+void OnUserActionEnd(GtkTextBuffer*, InsertionLimit* limit) { --limit->userActions; }
+
+void OnInsertion(GtkTextBuffer* buffer, GtkTextIter* where, const char* text, int bytes,
+                 InsertionLimit* limit) {
+    const glong most = gtk_text_buffer_get_char_count(buffer) + limit->more;
+    if (limit->userActions == 0 || bytes <= most) return;
+    const glong characters = g_utf8_strlen(text, bytes);
+    if (characters <= most) return;
+    g_signal_stop_emission_by_name(buffer, "insert-text");
+    limit->cut(static_cast<std::size_t>(characters - most));
+    const char* end = g_utf8_offset_to_pointer(text, most);
+    gtk_text_buffer_insert(buffer, where, text, static_cast<int>(end - text));
+}
+
+}  // namespace
 
 // By attributes of the label: a check box that gets a font of its own after it was made is laid out too small
 // at first. wxFont gives a layout the attributes for lines under and through the text only.
@@ -51,4 +78,16 @@ void PadText(wxTextCtrl& box, int pixels) {
     gtk_text_view_set_right_margin(text, pixels);
     gtk_text_view_set_top_margin(text, pixels);
     gtk_text_view_set_bottom_margin(text, pixels);
+}
+
+void LimitInsertions(wxTextCtrl& box, std::size_t more, std::function<void(std::size_t)> cut) {
+    GtkWidget* widget = FindWidget(box.GetHandle(), GTK_TYPE_TEXT_VIEW);
+    if (!widget) return;
+    GtkTextBuffer* buffer = gtk_text_view_get_buffer(GTK_TEXT_VIEW(widget));
+    auto* limit = new InsertionLimit{static_cast<glong>(more), std::move(cut)};
+    g_signal_connect(buffer, "begin-user-action", G_CALLBACK(OnUserAction), limit);
+    g_signal_connect(buffer, "end-user-action", G_CALLBACK(OnUserActionEnd), limit);
+    g_signal_connect_data(
+        buffer, "insert-text", G_CALLBACK(OnInsertion), limit,
+        [](gpointer data, GClosure*) { delete static_cast<InsertionLimit*>(data); }, GConnectFlags());
 }

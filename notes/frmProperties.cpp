@@ -61,6 +61,10 @@ wxSizer* frmProperties::CreateBoxes() {
         box->SetForegroundColour(*wxBLACK);
         NameControl(*box, L"Text der Notiz");
         PadText(*box, FromDIP(kDialogGap));
+        LimitInsertions(*box, kLongestStoredText, [this](std::size_t cut) {
+            cut_ += cut;
+            CallAfter([this] { TellOfCut(); });
+        });
         box->Bind(wxEVT_TEXT, [this, box](wxCommandEvent&) { OnText(box); });
         box->Bind(wxEVT_KEY_DOWN, &frmProperties::OnBoxKey, this);
         if (i != kAlignLeft) box->Hide();
