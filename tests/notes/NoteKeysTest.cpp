@@ -113,7 +113,7 @@ TEST_F(NoteKeysTest, ArrowsMoveAndSizeAndAreSavedOnce) {
 TEST_F(NoteKeysTest, ArrowsBeginWhereTheWindowManagerPutTheNote) {
     const wxRect elsewhere(333, 222, 200, 160);
     note->Move(elsewhere.GetPosition());  // past the note
-    ASSERT_TRUE(RunUntil([&] { return RectOnScreen(*note) == elsewhere; }, std::chrono::seconds(10)));
+    ASSERT_TRUE(RunUntil([&] { return RectOnScreen(*note) == elsewhere; }));
     EXPECT_EQ(note->WindowRect(), elsewhere);
     Key(WXK_RIGHT);
     EXPECT_EQ(Place(), (std::vector<double>{343, 222, 200, 160}));

@@ -137,7 +137,7 @@ TEST_F(FrmNote, StandsWhereItWasPlaced) {
         note->Place({place.x * 15.0, place.y * 15.0, 3000, 2400});
         note->ShowStacked();
         const wxRect rect(place, wxSize(200, 160));
-        EXPECT_TRUE(RunUntil([&] { return RectOnScreen(*note) == rect; }, std::chrono::seconds(10)));
+        EXPECT_TRUE(RunUntil([&] { return RectOnScreen(*note) == rect; }));
         EXPECT_EQ(note->WindowRect(), rect);
     }
 }
