@@ -39,7 +39,10 @@ struct NoteStyle {
 };
 // In the order of the dialog's boxes.
 inline constexpr NoteStyle kNoteStyles[] = {
-    {&NoteLook::underlined, L"unterstrichen"}, {&NoteLook::bold, L"fett"}, {&NoteLook::italic, L"kursiv"}};
+    {&NoteLook::underlined, L"unterstrichen"},
+    {&NoteLook::bold, L"fett"},
+    {&NoteLook::italic, L"kursiv"},
+};
 
 // The window's place on the desktop, in twips. May be one that the screens of now cannot show.
 struct NotePlace {

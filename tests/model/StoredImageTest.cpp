@@ -161,3 +161,13 @@ TEST_F(StoredImageTest, ReadsWhateverIsThere) {
     EXPECT_EQ(stored.notes[0].note.text, L"");
     EXPECT_EQ(stored.notes[0].note.look.size, 0);
 }
+
+TEST_F(StoredImageTest, EachStyleIsKept) {
+    StoredImage styled;
+    for (const NoteStyle& style : kNoteStyles) styled.notes.emplace_back().note.look.*style.flag = true;
+    EXPECT_TRUE(Write(styled));
+    const StoredImage read = ReadStoredImage();
+    ASSERT_EQ(read.notes.size(), styled.notes.size());
+    for (std::size_t i = 0; i < read.notes.size(); ++i)
+        EXPECT_EQ(read.notes[i].note.look, styled.notes[i].note.look) << ToUtf8(kNoteStyles[i].caption);
+}
