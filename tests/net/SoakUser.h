@@ -12,6 +12,8 @@ class SoakUser {
     // A note is to lie in front of everything else at that place of the screen.
     SoakUser(int x, int y, std::chrono::milliseconds pause);
     ~SoakUser() { Stop(); }
+    // From now on times are kept.
+    void Measure() { measures_ = true; }
     void Stop();
 
     // After Stop. Menus that did not come within ten seconds count as such.
@@ -20,6 +22,6 @@ class SoakUser {
   private:
     void Work(int x, int y, std::chrono::milliseconds pause);
 
-    std::atomic<bool> stop_ = false;
+    std::atomic<bool> stop_ = false, measures_ = false;
     std::thread thread_;
 };

@@ -80,7 +80,8 @@ void SoakUser::Work(int x, int y, std::chrono::milliseconds pause) {
         const auto begin = Clock::now();
         act("click 3");
         const bool opened = screen.WaitForMenu(true);
-        times.push_back(std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - begin));
+        const auto time = std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - begin);
+        if (measures_) times.push_back(time);
         if (!opened) continue;
         std::this_thread::sleep_for(100ms);
         act("key Escape");

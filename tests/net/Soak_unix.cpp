@@ -60,12 +60,13 @@ class Program {
         ended_ = true;
     }
 
-    // What it takes of the machine's memory, in MB.
+    // Its resident memory in MB. What it shares with other programs is in it as a whole, so that it does not
+    // depend on which of them run.
     double Memory() const {
-        std::ifstream file(Proc("smaps_rollup"));
+        std::ifstream file(Proc("status"));
         for (std::string word; file >> word;) {
             double kilobytes = 0;
-            if (word == "Pss:" && file >> kilobytes) return kilobytes / 1024;
+            if (word == "VmRSS:" && file >> kilobytes) return kilobytes / 1024;
         }
         return 0;
     }
@@ -193,6 +194,7 @@ int Soak(const std::string& name, std::chrono::seconds time, unsigned connection
     double mostMemory = memory;
     long mostDescriptors = descriptors;
 
+    user.Measure();
     SoakPeers peers(kPort, connections, kNotesASecond);
     for (const auto end = Clock::now() + time; Clock::now() < end && !program.Ended();) {
         std::this_thread::sleep_for(1s);
@@ -213,7 +215,7 @@ int Soak(const std::string& name, std::chrono::seconds time, unsigned connection
     CheckNotes(peers, report);
     const double slowest = Report::Times("menu opened", user.times);
     report.Require(!user.times.empty() && slowest <= Milliseconds(kSlowestMenu), "a menu came late");
-    std::printf("memory: %.1f MB at first, %.1f MB at most (+%.1f), %.1f MB at last (+%.1f)\n", memory,
+    std::printf("memory: %.1f MB at first, %.1f MB at most (%+.1f), %.1f MB at last (%+.1f)\n", memory,
                 mostMemory, mostMemory - memory, memoryAfter, memoryAfter - memory);
     report.Require(mostMemory - memory < kMostGrowth, "memory grew too much");
     std::printf("descriptors: %ld at first, %ld at most, %ld at last\n", descriptors, mostDescriptors,
