@@ -49,7 +49,8 @@ class FloodGuard {
 
     // What the user wants: GoOn takes further notes, of that address without this limit, of all computers as
     // many again. Refuse takes none of that address until the program ends, and of all computers none as long
-    // as so many are untouched. Deleted: those that came are gone; an address is refused all the same.
+    // as so many are untouched. Deleted: those that came are gone; an address is refused all the same, of
+    // all computers more are taken.
     enum class Answer { GoOn, Refuse, Deleted };
     void Answered(Answer answer);
 

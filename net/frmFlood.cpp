@@ -19,13 +19,12 @@ constexpr int kTextCharacters = 70;
 std::wstring Described(const FloodGuard::Flood& flood) {
     if (flood.address.empty()) {
         return L"Sehr viele Notizen sind von anderen Computern gekommen, ohne dass sich jemand darum "
-               L"gekümmert "
-               L"hat. Kivora lehnt weitere ab, bis Sie sich entscheiden. Wer sie sendet, erfährt es.\r\n\r\n"
+               L"gekümmert hat. Kivora lehnt weitere ab, bis Sie sich entscheiden. Wer sie sendet, erfährt "
+               L"es.\r\n\r\n"
                L"Nach \"Ablehnen\" nimmt Kivora erst wieder Notizen an, wenn Sie unter denen aufgeräumt "
-               L"haben, die "
-               L"da sind. Gelöscht werden alle, die noch niemand angefasst hat. Sie liegen dann im "
-               L"Papierkorb, im "
-               L"Ordner \"flut\".";
+               L"haben, die da sind. Gelöscht werden alle, die noch niemand angefasst hat; sie liegen dann "
+               L"im "
+               L"Papierkorb, im Ordner \"flut\", und Kivora nimmt wieder Notizen an.";
     }
     const std::wstring address(flood.address.begin(), flood.address.end());
     return L"Der Computer " + address + L" hat innerhalb einer Minute mehr als " +
@@ -33,9 +32,8 @@ std::wstring Described(const FloodGuard::Flood& flood) {
            L" Notizen gesendet. Kivora lehnt weitere von ihm ab, bis Sie sich entscheiden. Wer sie sendet, "
            L"erfährt es.\r\n\r\n"
            L"\"Ablehnen\" gilt für diesen Computer bis zum nächsten Start von Kivora. Gelöscht werden seine "
-           L"Notizen aus dieser Minute, die noch niemand angefasst hat. Sie liegen dann im Papierkorb, im "
-           L"Ordner "
-           L"\"flut\".";
+           L"Notizen aus dieser Minute, die noch niemand angefasst hat; sie liegen dann im Papierkorb, im "
+           L"Ordner \"flut\".";
 }
 
 }  // namespace
@@ -53,7 +51,8 @@ frmFlood::frmFlood(const FloodGuard::Flood& flood, std::function<void(FloodGuard
     content->Add(lblFlood, wxSizerFlags(1));
     // It comes while the user does something else: the key that he is just pressing must not let more in.
     wxSizer* const buttons = CreateButtons(L"&Ablehnen", L"");
-    cmdLöschen = CreateChoice(*buttons, L"Ablehnen und &löschen", FloodGuard::Answer::Deleted);
+    cmdLöschen = CreateChoice(*buttons, flood.address.empty() ? L"&Löschen" : L"Ablehnen und &löschen",
+                              FloodGuard::Answer::Deleted);
     cmdAnnehmen = CreateChoice(*buttons, L"&Weiter annehmen", FloodGuard::Answer::GoOn);
     SetContent(content, buttons);
     cmdOK->SetFocus();

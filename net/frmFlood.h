@@ -20,7 +20,7 @@ class frmFlood : public frmDialog {
     wxStaticText* lblFlood = nullptr;
     using frmDialog::cmdOK;           // "Ablehnen"
     wxButton* cmdAnnehmen = nullptr;  // "Weiter annehmen"
-    wxButton* cmdLöschen = nullptr;   // "Ablehnen und löschen"
+    wxButton* cmdLöschen = nullptr;   // "Ablehnen und löschen", "Löschen" where it is nobody's
 
   private:
     wxButton* CreateChoice(wxSizer& buttons, const wchar_t* caption, FloodGuard::Answer answer);
