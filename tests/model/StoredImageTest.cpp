@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "base/Text.h"
 #include "model/StoredImage.h"
 #include "registry/clsRegistry.h"
 #include "tests/addressbook/Entries.h"
