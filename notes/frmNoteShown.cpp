@@ -11,6 +11,8 @@ void frmNote::Minimized(bool on) {
     Untouched(false);
     Notification::MenusChanged();
     if (!on) {
+        // X11 may not have told GTK its place yet when it was hidden, soon after it had come up.
+        if (!IsShown()) PlaceAsStored();
         ShowStacked();
         if (notNotizIcon_) notNotizIcon_->HideIcon();
         host_.ForgetMinimizedNote(*this);
