@@ -1,18 +1,9 @@
 #include "app/Receiving.h"
 
-#include <chrono>
-
 #include "net/basNetworkAccess.h"
 
-namespace {
-
-// Nothing tells that a port has become free. To try costs a hundredth of a millisecond.
-constexpr std::chrono::milliseconds kPause = std::chrono::seconds(5);
-
-}  // namespace
-
-Receiving::Receiving(NetworkAccess& network, std::function<void()> onChange)
-    : network_(network), onChange_(std::move(onChange)) {
+Receiving::Receiving(NetworkAccess& network, std::function<void()> onChange, std::chrono::milliseconds pause)
+    : network_(network), onChange_(std::move(onChange)), pause_(pause) {
     again_.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { Listen(); });
     network_.MayConnect = [this](const std::string& address, const KnownComputers::Answer& answer) {
         MayConnect(address, answer);
@@ -34,7 +25,7 @@ void Receiving::Listen() {
     const bool listening = network_.Listen();
     state_.portTaken = !listening && state_.from != ReceiveFrom::None;
     if (state_.portTaken)
-        again_.StartOnce(static_cast<int>(kPause.count()));
+        again_.StartOnce(static_cast<int>(pause_.count()));
     else
         again_.Stop();
     onChange_();

@@ -3,6 +3,7 @@
 
 #include <wx/timer.h>
 
+#include <chrono>
 #include <functional>
 
 #include "model/ReceiveSetting.h"
@@ -12,9 +13,12 @@ class NetworkAccess;
 
 class Receiving {
   public:
-    // Nobody is listened to yet. Both outlive this object.
+    // Nobody is listened to yet. The network outlives this object.
     // onChange: called when State may have changed.
-    Receiving(NetworkAccess& network, std::function<void()> onChange);
+    // pause: between attempts to get the port while another program has it. Nothing tells that it has become
+    // free; to try costs a hundredth of a millisecond.
+    Receiving(NetworkAccess& network, std::function<void()> onChange,
+              std::chrono::milliseconds pause = std::chrono::seconds(5));
 
     // Takes effect at once, also for connections that exist.
     void From(ReceiveFrom from);
@@ -34,6 +38,7 @@ class Receiving {
 
     NetworkAccess& network_;
     const std::function<void()> onChange_;
+    const std::chrono::milliseconds pause_;
     State state_;
     KnownComputers known_;
     wxTimer again_;  // runs while the port is taken
