@@ -7,6 +7,17 @@ namespace {
 constexpr std::size_t kAny = CommandRow::kAny;
 
 constexpr CommandRow kCommands[] = {
+    {L"--new", L"[TEXT]",
+     L"neue Notiz mit diesem Text, nach einem Minuszeichen mit dem der Standardeingabe; ohne Text: öffnet "
+     L"den "
+     L"Dialog",
+     CarriedOutBy::Copy, 0, kAny},
+    {L"--toggle", L"", L"minimiert alle Notizen; sind es schon alle: holt sie zurück", CarriedOutBy::Copy, 0,
+     0},
+    {L"--list", L"", L"zeigt alle Notizen, jede in einer Zeile", CarriedOutBy::CopyOrKept, 0, 0},
+    {L"--export", L"DATEI", L"schreibt alle Notizen in eine Datei", CarriedOutBy::CopyOrKept, 1, 1, true},
+    {L"--import", L"DATEI…", L"nimmt die Notizen der Dateien auf", CarriedOutBy::Copy, 1, kAny, true},
+    {L"--print", L"", L"öffnet den Dialog zum Drucken", CarriedOutBy::Copy, 0, 0},
     {L"--receive", L"[all|known|none]",
      L"von wem Notizen angenommen werden: von allen, nur von Computern des Adressbuchs, von niemandem; "
      L"ohne Wert: zeigt, was gilt",

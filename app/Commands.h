@@ -13,8 +13,8 @@
 
 // A command as it was typed, or as another copy hands it over.
 struct Command {
-    std::wstring name;  // with its hyphens; without a name the arguments are files to be opened
-    std::vector<std::wstring> arguments;
+    std::wstring name = {};  // with its hyphens; without a name the arguments are files to be opened
+    std::vector<std::wstring> arguments = {};
 
     bool operator==(const Command&) const = default;
 };

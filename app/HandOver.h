@@ -35,10 +35,14 @@ class RunningCopy {
 // name is withdrawn, and that copy does not take it later either.
 bool HandOver(const std::wstring& fileName);
 
-// The same for a command, whose answer is waited for as well, a minute at the most: the copy may show
-// something to its user meanwhile. Silent: it did not take it, or what became of it is not known.
+// The same for a command, whose answer is waited for as well, a minute at the most.
 struct HandedOver {
-    enum Outcome { NobodyThere, Silent, Answered };
+    enum Outcome {
+        NobodyThere,  // there is no running copy
+        Silent,       // it does not answer, and does not take the command later either
+        Lost,         // it took the command; what became of that is not known
+        Answered,
+    };
     Outcome outcome = NobodyThere;
     CommandAnswer answer = {};
 };

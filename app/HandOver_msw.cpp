@@ -363,6 +363,6 @@ HandedOver HandOver(const Command& command) {
     const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, copy);
     WaitFor(process, Clock::now() + kPatienceForResult, [&] { return answer.has_value(); });
     if (process) CloseHandle(process);
-    if (!answer) return {HandedOver::Silent};
+    if (!answer) return {HandedOver::Lost};
     return {HandedOver::Answered, std::move(*answer)};
 }

@@ -281,7 +281,7 @@ std::optional<Asked> Ask(const MeetingPlace& place, const std::string& message, 
 // Asks until there is an answer. Without one, `running` says whether there is a running copy at all.
 struct Handed {
     bool running = false;
-    Descriptor connection = {};  // where the message was taken
+    Descriptor connection{};  // where the message was taken
 };
 Handed Hand(const std::string& message) {
     const Clock::time_point deadline = Clock::now() + kPatience;
@@ -330,8 +330,8 @@ HandedOver HandOver(const Command& command) {
     const std::string result = Rest(handed.connection, Clock::now() + kPatienceForResult);
     int exitCode = 0;
     std::size_t size = 0;
-    if (std::sscanf(result.c_str(), "%d %zu", &exitCode, &size) != 2) return {HandedOver::Silent};
+    if (std::sscanf(result.c_str(), "%d %zu", &exitCode, &size) != 2) return {HandedOver::Lost};
     const std::size_t end = result.find('\n') + 1;
-    if (result.size() - end != size) return {HandedOver::Silent};
+    if (result.size() - end != size) return {HandedOver::Lost};
     return {HandedOver::Answered, {exitCode, FromUtf8(result.substr(end))}};
 }

@@ -1,7 +1,13 @@
 #include "app/KeptCommands.h"
 
+#include <optional>
+
+#include "base/FileName.h"
+#include "base/NewFile.h"
 #include "base/Text.h"
+#include "exchange/KeptFile.h"
 #include "model/KeepReason.h"
+#include "model/StoredImage.h"
 #include "registry/RegistryHealth.h"
 
 namespace {
@@ -18,18 +24,44 @@ const wchar_t* Described(ReceiveFrom from) {
     return L"none: Es werden keine Notizen angenommen.\n";
 }
 
-// In lines of a terminal.
-std::wstring Reason(const KeepResult& result) {
-    std::wstring text = ReasonText(result);
-    std::erase(text, L'\r');
-    return text + L"\n";
-}
-
-CommandAnswer NotDone(const std::wstring& what, const KeepResult& why) {
-    return {1, what + L"\n" + Reason(why)};
+// Nothing where it cannot be read.
+std::optional<std::vector<Note>> KeptNotes() {
+    StoredImage image = ReadStoredImage();
+    if (!HealthOfRegistry().reading.Kept()) return std::nullopt;
+    std::vector<Note> notes;
+    for (StoredNote& stored : image.notes) {
+        if (!stored.tooLong.empty()) stored.note.text = std::move(stored.tooLong);
+        notes.push_back(std::move(stored.note));
+    }
+    return notes;
 }
 
 }  // namespace
+
+std::wstring InTerminal(std::wstring message) {
+    std::erase(message, L'\r');
+    if (!message.ends_with(L'\n')) message += L'\n';
+    return message;
+}
+
+CommandAnswer NotDone(const std::wstring& what, const KeepResult& why) {
+    return {1, InTerminal(what + L"\n" + ReasonText(why))};
+}
+
+CommandAnswer ListNotes(const std::vector<Note>& notes) {
+    CommandAnswer answer;
+    for (const Note& note : notes)
+        answer.text += Flattened(note.creationTime) + L"\t" + Flattened(note.text) + L"\n";
+    return answer;
+}
+
+CommandAnswer ExportNotes(const std::vector<Note>& notes, const std::wstring& fileName) {
+    if (const std::error_code failed = SaveFile(FilePath(fileName), KeptFileBytes(notes)))
+        return NotDone(L"Die Datei " + ShownFileName(fileName) + L" konnte nicht geschrieben werden.",
+                       FailureOf(failed));
+    return {0, std::to_wstring(notes.size()) + (notes.size() == 1 ? L" Notiz" : L" Notizen") +
+                   L" in die Datei " + ShownFileName(fileName) + L" geschrieben.\n"};
+}
 
 CommandAnswer SetReceiveFrom(const Command& command, const std::function<void(ReceiveFrom)>& apply) {
     if (command.arguments.empty()) {
@@ -45,9 +77,14 @@ CommandAnswer SetReceiveFrom(const Command& command, const std::function<void(Re
     return {0, Described(*from)};
 }
 
+// What only a resident copy can do comes here from one that is none.
 CommandAnswer CarryOutAlone(const Command& command) {
     if (command.name == L"--help") return {0, UsageText()};
     if (command.name == L"--version") return {0, L"Kivora " + FromUtf8(KIVORA_VERSION) + L"\n"};
     if (command.name == L"--receive") return SetReceiveFrom(command, nullptr);
-    return {2, L"unbekannter Befehl " + command.name + L"\n"};
+    if (command.name != L"--list" && command.name != L"--export")
+        return {1, L"Kivora importiert gerade Dateien. Versuchen Sie es danach noch einmal.\n"};
+    const auto notes = KeptNotes();
+    if (!notes) return NotDone(L"Die Notizen können nicht gelesen werden.", HealthOfRegistry().reading);
+    return command.name == L"--list" ? ListNotes(*notes) : ExportNotes(*notes, command.arguments[0]);
 }

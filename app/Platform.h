@@ -14,6 +14,13 @@ std::vector<std::wstring> Arguments(int argc, char** argv);
 void PrintOut(const std::wstring& text);
 void PrintError(const std::wstring& text);
 
+// What comes in on the standard input, up to its end or to some more than this many bytes.
+std::string ReadInput(std::size_t most);
+
+// Starts the resident program in a process of its own that goes on without this one. The result tells whether
+// that has ended; empty where it could not be started.
+std::function<bool()> StartResident();
+
 // The language, the display and what else wxWidgets and its libraries look up when they start.
 void PrepareEnvironment();
 

@@ -99,6 +99,34 @@ std::vector<std::wstring> Arguments(int, char**) {
 void PrintOut(const std::wstring& text) { Write(STD_OUTPUT_HANDLE, text, MB_ICONINFORMATION); }
 void PrintError(const std::wstring& text) { Write(STD_ERROR_HANDLE, text, MB_ICONERROR); }
 
+std::string ReadInput(std::size_t most) {
+    std::string input;
+    char buffer[4096];
+    DWORD count = 0;
+    const HANDLE stream = GetStdHandle(STD_INPUT_HANDLE);
+    while (input.size() <= most && ReadFile(stream, buffer, sizeof buffer, &count, nullptr) && count > 0)
+        input.append(buffer, count);
+    // The command prompt speaks UTF-8 or the code page of consoles, which is another one than that of files.
+    const int size = static_cast<int>(input.size());
+    if (MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, input.data(), size, nullptr, 0) > 0) return input;
+    std::wstring text(input.size(), L'\0');
+    text.resize(
+        static_cast<std::size_t>(MultiByteToWideChar(CP_OEMCP, 0, input.data(), size, text.data(), size)));
+    return ToUtf8(text);
+}
+
+std::function<bool()> StartResident() {
+    std::wstring line = L"\"" + ProgramPath() + L"\"";
+    STARTUPINFOW start{};
+    start.cb = sizeof start;
+    PROCESS_INFORMATION started{};
+    if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &started))
+        return {};
+    CloseHandle(started.hThread);
+    // Windows takes the handle back with this process, which ends soon.
+    return [process = started.hProcess] { return WaitForSingleObject(process, 0) == WAIT_OBJECT_0; };
+}
+
 // Windows chooses the language and the manifest says how resolutions are treated; wxWidgets only has to know
 // the module.
 void PrepareEnvironment() { wxSetInstance(GetModuleHandleW(nullptr)); }

@@ -1,7 +1,9 @@
+#include <fcntl.h>
 #include <gdk/gdkx.h>
 #include <glib-unix.h>
 #include <gtk/gtk.h>
 #include <malloc.h>
+#include <sys/wait.h>
 #include <unistd.h>
 #include <wx/toplevel.h>
 
@@ -50,6 +52,29 @@ std::vector<std::wstring> Arguments(int argc, char** argv) {
 
 void PrintOut(const std::wstring& text) { std::fputs(ToUtf8(text).c_str(), stdout); }
 void PrintError(const std::wstring& text) { std::fputs(ToUtf8(text).c_str(), stderr); }
+
+std::string ReadInput(std::size_t most) {
+    std::string input;
+    char buffer[4096];
+    for (std::size_t count;
+         input.size() <= most && (count = std::fread(buffer, 1, sizeof buffer, stdin)) > 0;)
+        input.append(buffer, count);
+    return input;
+}
+
+std::function<bool()> StartResident() {
+    const std::string program = FilePath(ProgramPath()).native();
+    const pid_t process = fork();
+    if (process < 0) return {};
+    if (process == 0) {
+        setsid();
+        const int nowhere = open("/dev/null", O_RDWR);
+        for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) dup2(nowhere, stream);
+        execl(program.c_str(), "kivora", nullptr);
+        _exit(127);
+    }
+    return [process] { return waitpid(process, nullptr, WNOHANG) != 0; };
+}
 
 void PrepareEnvironment() {
     // Nobody sees GTK's texts while the program comes up: it asks for the names of a thousand properties, and

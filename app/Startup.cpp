@@ -45,9 +45,7 @@ void Program::InitApplication() {
     start_ = new frmStart(Store(), [this] { QuitApplication(); });
     start_->AddCommand(MenuItem::mnuNotizImport, [this] { ImportNotes(Store()); });
     start_->AddCommand(MenuItem::mnuNotizExport, [this] { ExportNotes(Store()); });
-    start_->AddCommand(MenuItem::mnuNotizDruck, [this] {
-        if (!PrintNotes(Store())) start_->RemoveCommand(MenuItem::mnuNotizDruck);
-    });
+    start_->AddCommand(MenuItem::mnuNotizDruck, [this] { Print(); });
     start_->AddCommand(MenuItem::mnuNotizSenden, [this] { SendNotesAsEMail(Store()); });
     start_->AddCommand(MenuItem::mnuNotizSendOverNetwork, [this] {
         SendNotesOverNetwork(network_, Store());
@@ -74,6 +72,7 @@ void Program::InitApplication() {
         trouble_ = trouble;
         ShowState();
     });
+    commands_.emplace(Store(), *receiving_, [this] { Print(); });
     keeping_.OnReadLate = [this] { receiving_->From(ReadReceiveFrom()); };
     keeping_.TakeInLeftWork();
     Store().ShowNotes([this] {
@@ -101,11 +100,11 @@ CommandAnswer Program::CarryOut(const Command& command) {
         ReceiveFile(command.arguments[0]);
         return {};
     }
-    if (command.name != L"--receive") return CarryOutAlone(command);
-    CommandAnswer answer = SetReceiveFrom(command, [this](ReceiveFrom from) { receiving_->From(from); });
-    if (answer.exitCode == 0 && receiving_->Now().portTaken)
-        answer.text += L"Zurzeit kommen keine an: Ein anderes Programm belegt den Port 5998.\n";
-    return answer;
+    return commands_->CarryOut(command);
+}
+
+void Program::Print() {
+    if (!PrintNotes(Store())) start_->RemoveCommand(MenuItem::mnuNotizDruck);
 }
 
 void Program::ShowState() {
@@ -154,26 +153,13 @@ bool Program::ImportFiles(const std::vector<std::wstring>& files) {
     return all && failed_.empty();
 }
 
-// Takes the file's notes into the saved ones. Nothing when that has succeeded; else they are as they were, as
-// far as it is a matter of saving, and the result is the reason, if there is one to be told.
-std::optional<std::wstring> Program::WhyNotImported(const std::wstring& fileName) {
-    const std::size_t before = Store().CountNotes();
-    const bool imported = ImportNotes(Store(), fileName);
-    const KeepResult kept = Store().WriteImage();
-    const bool any = Store().CountNotes() > before;
-    // Notes of which the user hears that they failed must not come with those of the next file.
-    while (!kept.Kept() && Store().CountNotes() > before) Store().TakeBack(*Store().Notes().back());
-    if (imported && kept.Kept()) return std::nullopt;
-    return any ? ReasonText(kept) : std::wstring();
-}
-
 bool Program::ImportQueuedFiles() {
     bool all = true;
     while (!files_.empty()) {
         const std::wstring file = std::move(files_.front());
         files_.pop_front();
         // Before the message, because that may stay for long and what it says has to be true meanwhile.
-        if (const std::optional<std::wstring> reason = WhyNotImported(file)) {
+        if (const std::optional<std::wstring> reason = WhyNotImported(Store(), file)) {
             all = false;
             ShowImportFailure(file, *reason);
         } else {
@@ -216,7 +202,7 @@ void Program::EndAtOnce() {
     // The other copies have been told that these files are taken.
     if (role_) role_->Finish();
     for (; !files_.empty(); files_.pop_front())
-        if (WhyNotImported(files_.front())) failed_.push_back(files_.front());
+        if (WhyNotImported(Store(), files_.front())) failed_.push_back(files_.front());
     keeping_.KeepAtOnce(Unreported());
     EndAllWaits();
     if (wxEventLoopBase* loop = wxTheApp->GetMainLoop()) loop->ScheduleExit(0);

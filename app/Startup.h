@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "app/CommandLine.h"
+#include "app/CopyCommands.h"
 #include "app/HandOver.h"
 #include "app/Keeping.h"
 #include "app/NoteServices.h"
@@ -54,9 +55,9 @@ class Program {
     void LoadNotes();
     CommandAnswer CarryOut(const Command& command);
     void ReceiveFile(const std::wstring& fileName);
+    void Print();
     void ShowState();
     bool ImportQueuedFiles();
-    std::optional<std::wstring> WhyNotImported(const std::wstring& fileName);
     void ReportFailure();
     std::vector<std::wstring> Unreported() const;
     void Unload();
@@ -67,6 +68,7 @@ class Program {
     Keeping keeping_;
     NetworkAccess network_;
     std::optional<Receiving> receiving_;  // of the resident program
+    std::optional<CopyCommands> commands_;
     frmStart* start_ = nullptr;
     Trouble trouble_ = Trouble::None;
     std::deque<std::wstring> files_;   // still to be imported

@@ -80,6 +80,13 @@ TEST(CommandLine, FindsCommandsWithTheirArguments) {
         Command command;     // without a name where it is none
         const wchar_t* why;  // that it is none
     } rows[] = {
+        {{L"--new"}, {L"--new", {}}, L""},
+        {{L"--new", L"-"}, {L"--new", {L"-"}}, L""},
+        {{L"--new", L"Milch", L"--", L"--help"}, {L"--new", {L"Milch", L"--", L"--help"}}, L""},
+        {{L"--import", L"a b.kvr", L"/ü.kvr"}, {L"--import", {L"a b.kvr", L"/ü.kvr"}}, L""},
+        {{L"--import"}, {}, L"zu --import fehlt DATEI…"},
+        {{L"--export"}, {}, L"zu --export fehlt DATEI"},
+        {{L"--list", L"x"}, {}, L"zu viel hinter --list"},
         {{L"--receive"}, {L"--receive", {}}, L""},
         {{L"--receive", L"none"}, {L"--receive", {L"none"}}, L""},
         {{L"--receive=ü=1"}, {L"--receive", {L"ü=1"}}, L""},

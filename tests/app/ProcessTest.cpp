@@ -96,11 +96,73 @@ TEST_F(ProcessTest, KilledCopyLeavesItsNotesAndItsPlace) {
     EXPECT_EQ(SavedTexts(), (Texts{L"eins", L"zwei"}));
 }
 
+// What a command prints when its exit code is this one.
+std::string Printed(const std::vector<std::string>& words, int exitCode = 0) {
+    const auto command = Process::Doing(words);
+    EXPECT_EQ(command->Wait(10s), exitCode) << words[0] << command->Errors();
+    EXPECT_EQ(command->Errors().empty(), exitCode == 0) << words[0] << command->Errors();
+    return command->Output();
+}
+
+TEST_F(ProcessTest, TheRunningCopyCarriesOutCommands) {
+    Import(L"eins");
+    Process program({});
+    WaitUntilShown(2);
+    // What a command has answered is on the disk.
+    Printed({"--new", "Käse & \"Brot\"", "zwei"});
+    EXPECT_EQ(SavedTexts(), (Texts{L"eins", L"Käse & \"Brot\" zwei"}));
+    Printed({"--new", ""}, 1);
+    const std::string list = Printed({"--list"});
+    EXPECT_EQ(std::count(list.begin(), list.end(), '\n'), 2);
+    EXPECT_NE(list.find("\teins\n"), list.npos);
+    EXPECT_NE(list.find("\tKäse & \"Brot\" zwei\n"), list.npos);
+
+    const std::string all = ToUtf8(FileName(place->Folder() / FilePath(L"alle ü.kvr")));
+    Printed({"--export", all});
+    Printed({"--export", all + "/nirgends"}, 1);
+    Printed({"--import", all, File("drei.kvr", L"drei")});
+    EXPECT_EQ(SavedTexts().size(), 5u);
+    Printed({"--import", all + ".fehlt", all}, 1);
+    EXPECT_EQ(SavedTexts().size(), 7u);
+
+    WaitUntilShown(8);
+    const std::vector<std::string> shown = Windows();
+    const auto stillShown = [&] {
+        const std::vector<std::string> now = Windows();
+        return std::ranges::count_if(shown, [&](const auto& id) { return std::ranges::count(now, id) > 0; });
+    };
+    Printed({"--toggle"});
+    EXPECT_TRUE(Eventually([&] { return stillShown() == 1; })) << "the program's icon";
+    Printed({"--toggle"});
+    EXPECT_TRUE(Eventually([&] { return stillShown() == 8; }));
+
+    for (const auto& [command, title] : {std::pair("--new", "Neue Notiz"), std::pair("--print", "Drucken")}) {
+        Printed({command});
+        const std::string dialog = WaitForWindow(title);
+        ASSERT_FALSE(dialog.empty()) << title;
+        Press(dialog, "Escape");
+        EXPECT_TRUE(Eventually([&] { return WaitForWindow(title, 0ms).empty(); }));
+        EXPECT_FALSE(program.Ended());
+    }
+}
+
+// Those that need no window.
+TEST_F(ProcessTest, CommandsWorkOnWhatIsKeptWithoutARunningCopy) {
+    Import(L"eins");
+    const std::string all = ToUtf8(FileName(place->Folder() / "alle.kvr"));
+    EXPECT_NE(Printed({"--list"}).find("\teins\n"), std::string::npos);
+    Printed({"--export", all});
+    Printed({"--export", all});  // in the place of what it held
+    Process program({});
+    WaitUntilShown(2);
+    Printed({"--import", all});
+    EXPECT_EQ(SavedTexts(), (Texts{L"eins", L"eins"}));
+}
+
 TEST_F(ProcessTest, WhoMaySendIsSetByACommand) {
     const auto answer = [](const std::vector<std::string>& words, int exitCode) {
-        const auto command = Process::Doing(words);
-        EXPECT_EQ(command->Wait(10s), exitCode) << command->Errors();
-        return command->Output().substr(0, command->Output().find(':'));
+        const std::string printed = Printed(words, exitCode);
+        return printed.substr(0, printed.find(':'));
     };
     const auto kept = [] { return ToUtf8(AsText(Registry().GetValue(kReceive, REG_TYPE_SZ))); };
     EXPECT_EQ(answer({"--receive"}, 0), "all");

@@ -150,7 +150,12 @@ Process::Process(std::vector<std::string> arguments, const std::wstring& rest)
 
 std::unique_ptr<Process> Process::Doing(const std::vector<std::string>& words) {
     std::wstring line;
-    for (const std::string& word : words) line += L" \"" + FromUtf8(word) + L"\"";
+    for (const std::string& word : words) {
+        line += L" \"";
+        for (const wchar_t character : FromUtf8(word))
+            line.append(character == L'"' ? L"\\" : L"").append(1, character);
+        line += L'"';
+    }
     line.erase(1, 1).erase(line.find(L'"'), 1);  // the command itself stands without
     return std::make_unique<Process>(std::vector<std::string>(), line);
 }
