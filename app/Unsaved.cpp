@@ -1,7 +1,5 @@
 #include "app/Unsaved.h"
 
-#include <wx/app.h>
-
 #include <algorithm>
 
 #include "dialogs/Message.h"
@@ -24,8 +22,9 @@ void Unsaved::Heard(const KeepResult& result) {
     TryAgainLater();
     if (told_) return;
     told_ = true;
-    // Not within the gesture or the dialog that has just saved.
-    wxTheApp->CallAfter([this] { Tell(); });
+    // Not within the gesture or the dialog that has just saved; by the timer, so that it goes with this
+    // object.
+    timer_.CallAfter([this] { Tell(); });
 }
 
 void Unsaved::TryAgainLater() {
