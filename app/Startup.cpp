@@ -27,8 +27,8 @@
 #include "notes/basNotes.h"
 #include "print/PrintNotes.h"
 
-Program::Program(std::unique_ptr<RunningCopy> role)
-    : role_(std::move(role)), keeping_(Store()), network_(Store()) {}
+Program::Program(std::unique_ptr<RunningCopy> role, const NetworkAccess::Options& network)
+    : role_(std::move(role)), keeping_(Store()), network_(Store(), network) {}
 Program::~Program() = default;
 
 void Program::Reside() {

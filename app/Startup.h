@@ -22,7 +22,7 @@ class frmStart;
 class Program {
   public:
     // role: null where this process is not the running copy.
-    explicit Program(std::unique_ptr<RunningCopy> role);
+    explicit Program(std::unique_ptr<RunningCopy> role, const NetworkAccess::Options& network = {});
     ~Program();
 
     // The resident program: from its picture on the screen to its end.

@@ -19,23 +19,11 @@
 #include <map>
 #include <set>
 
-#include "addressbook/frmAddressbook.h"
-#include "addressbook/frmAddressbookEntryEdit.h"
-#include "addressbook/frmAddressbookEntryNew.h"
-#include "app/frmInfo.h"
-#include "app/frmUnsaved.h"
-#include "dialogs/Message.h"
-#include "dialogs/frmMessage.h"
-#include "exchange/frmExport.h"
-#include "exchange/frmImport.h"
-#include "mail/frmSendAsEMail.h"
 #include "model/StoredImage.h"
-#include "net/frmSendOverNetwork.h"
 #include "net/frmSendOverNetworkProgress.h"
-#include "notes/frmProperties.h"
-#include "print/frmPrint.h"
-#include "print/frmPrintProgress.h"
+#include "notes/NoteStore.h"
 #include "registry/clsRegistry.h"
+#include "tests/app/AllDialogs.h"
 #include "tests/notes/NoteRecorder.h"
 #include "tests/support/Controls.h"
 #include "tests/support/Events.h"
@@ -43,13 +31,6 @@
 namespace {
 
 using namespace std::chrono_literals;
-
-class NoPrinting : public PrintSystem {
-  public:
-    PrinterList Printers() override { return {}; }
-    bool SetUp(PrinterSettings&) override { return false; }
-    Started Start(const PrinterSettings&, const std::wstring&) override { return {}; }
-};
 
 // Keys that are there twice because the captions are fixed: they lead to one control after the other.
 const std::map<std::string, std::wstring> kSharedKeys = {
@@ -176,40 +157,7 @@ class Dialogs : public testing::Test {
         for (const wchar_t* name : {L"Büro", L"Flur"}) {
             AddAddressBookEntry({name, L"10.0.0.1", L""});
         }
-        const std::wstring path = L"/home/jemand/" + std::wstring(400, L'x') + L"/datei.kvr";
-        all = DialogsOfPlatform();
-        const std::vector<NamedDialog> common = {
-            {"address book", [] { return new frmAddressbook(false); }},
-            {"address book, picking", [] { return new frmAddressbook(true); }},
-            {"new entry", [] { return new frmAddressbookEntryNew; }},
-            {"edited entries", [] { return new frmAddressbookEntryEdit; }},
-            {"export", [this] { return new frmExport(store); }},
-            {"import", [] { return new frmImport; }},
-            {"e-mail", [this] { return new frmSendAsEMail(store); }},
-            {"network", [this] { return new frmSendOverNetwork(store); }},
-            {"sending",
-             [this] {
-                 auto* dialog = new frmSendOverNetworkProgress([this] { cancelled = true; });
-                 dialog->SetStep(1);
-                 return dialog;
-             }},
-            {"note", [] { return new frmProperties(L"Neue Notiz"); }},
-            {"print",
-             [this] {
-                 return new frmPrint(store, printing, {L"Drucker im Büro", {}},
-                                     L"Es ist kein Drucker installiert.");
-             }},
-            {"printing", [] { return new frmPrintProgress; }},
-            {"info", [] { return new frmInfo; }},
-            {"unsaved", [] { return new frmUnsaved(L"Auf dem Laufwerk ist kein Platz mehr frei."); }},
-            {"message", [] { return new frmMessage(L"Zeile\r\nZeile", kInformation, L"Titel"); }},
-            {"question",
-             [path] {
-                 return new frmMessage(L"Die Datei " + path + L" existiert bereits.\r\nÜberschreiben?",
-                                       kExclamation | kYesNo, L"Datei existiert bereits");
-             }},
-        };
-        all.insert(all.end(), common.begin(), common.end());
+        all = AllDialogs(store, [this] { cancelled = true; });
     }
     ~Dialogs() override {
         store.UnloadAllNotes();
@@ -254,7 +202,6 @@ class Dialogs : public testing::Test {
 
     NoteRecorder recorder;
     NoteStore store{recorder};
-    NoPrinting printing;
     std::vector<NamedDialog> all;
     bool cancelled = false;
 };

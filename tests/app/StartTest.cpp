@@ -97,20 +97,6 @@ TEST_F(StartTest, NoteItemsActOnTheirNote) {
     EXPECT_FALSE(std::filesystem::is_empty(DataFolder() / "papierkorb"));
 }
 
-TEST_F(StartTest, NoteDeletedUnderTheOpenMenuIsNothing) {
-    frmNote& note = AddNote(L"eins");
-    for (const wchar_t* command : {L"Notiz löschen", L"Immer im Vordergrund", L"Notiz bearbeiten..."}) {
-        frmNote& doomed = AddNote(L"zwei");
-        WithMenu(&doomed, [&](MenuOnScreen& menu) {
-            Store().DeleteNote(doomed);
-            menu.Choose(command);
-        });
-        EXPECT_EQ(Store().CountNotes(), 1u);
-        EXPECT_EQ(start_->PopupNote(), nullptr);
-    }
-    EXPECT_FALSE(note.Foreground());
-}
-
 TEST_F(StartTest, MinimizesAllAndTakesItBack) {
     frmNote& note = AddNote(L"eins");
     WithMenu(nullptr, [](MenuOnScreen& menu) { menu.Choose(L"Alle Notizen minimieren"); });
@@ -154,13 +140,6 @@ TEST_F(StartTest, ASecondMenuDoesNotOpenOverTheFirst) {
         EXPECT_EQ(start_->PopupNote(), &note);
         menu.Close();
     });
-}
-
-TEST_F(StartTest, QuittingClosesTheMenuAndRunsNothing) {
-    frmNote& note = AddNote(L"eins");
-    WithMenu(&note, [&](MenuOnScreen&) { EndAllWaits(); });
-    ResetWaits();
-    EXPECT_EQ(Store().CountNotes(), 1u);
 }
 
 // The same menu where the notification area shows it itself.

@@ -87,15 +87,6 @@ TEST_F(ExchangeTest, WriteProtectedFilesAreNotChosen) {
     fs::permissions(path, fs::perms::owner_all);
 }
 
-TEST_F(ExchangeTest, QuittingEndsAnOpenFileDialog) {
-    Import([&](frmImport& dialog) {
-        WithFileDialog(dialog.cmdDurchsuchen, [](FileDialogOnScreen&) { EndAllWaits(); });
-    });
-    EXPECT_FALSE(OpenDialog<frmImport>());
-    ResetWaits();
-    EXPECT_EQ(opened, 1);
-}
-
 TEST_F(ExchangeTest, ADroppedFileFillsTheBox) {
     const fs::path path = Write(L"gezogen.kvr", FileBytes(SampleFiles()[0].notes));
     Import([&](frmImport& dialog) {
