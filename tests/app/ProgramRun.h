@@ -256,6 +256,7 @@ class ProgramRun {
         Note rare = Store().Notes()[1]->Content();
         rare.text = kRare;  // which the registry of Windows does not give back
         Store().Notes()[1]->Content(rare);
+        Store().SaveNotes();
         Later([this] {
             waiting_.open(*this);
             returned_ = true;
