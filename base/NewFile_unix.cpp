@@ -80,10 +80,13 @@ fs::path BehindLinks(fs::path path) {
     return path;
 }
 
-bool IsSameFile(const fs::path& path, const struct stat& other) {
+// Whether this is a name of the file. A failure when the disk does not say it.
+std::error_code IsNameOf(const fs::path& path, const struct stat& file, bool& is) {
     struct stat status {};
-    return lstat(path.c_str(), &status) == 0 && status.st_dev == other.st_dev &&
-           status.st_ino == other.st_ino;
+    is = lstat(path.c_str(), &status) == 0;
+    if (!is) return errno == ENOENT || errno == ENOTDIR ? std::error_code() : LastError();
+    is = status.st_dev == file.st_dev && status.st_ino == file.st_ino;
+    return {};
 }
 
 // All that the kernel asks when somebody wants to open a file: its owner, its mode, its list of rights.
@@ -178,8 +181,11 @@ std::error_code SaveFile(const fs::path& file, std::string_view bytes, Rest rest
     if (exists && (!old || fstat(old.Handle(), &status) != 0)) return LastError();
     if (exists && !S_ISREG(status.st_mode)) return Error(EINVAL);
     // What /dev/stdout leads to need not have a name.
-    if (exists && !IsSameFile(target, status)) return WriteInPlace(old, status, bytes, rest);
-    const std::error_code failed = Replace(target, old, status, bytes, rest);
+    bool named = true;
+    std::error_code failed = exists ? IsNameOf(target, status, named) : std::error_code();
+    if (failed) return failed;
+    if (!named) return WriteInPlace(old, status, bytes, rest);
+    failed = Replace(target, old, status, bytes, rest);
     return exists && IsForbidden(failed) ? WriteInPlace(old, status, bytes, rest) : failed;
 }
 
