@@ -3,6 +3,7 @@
 // is one object of this class for each of them, as long as the program runs. Who is asked for the dialog
 // calls BroughtForward first and opens another one only when that returns false.
 
+#include <wx/app.h>
 #include <wx/event.h>
 #include <wx/weakref.h>
 
@@ -15,7 +16,9 @@ class OneDialog {
     // Brings the dialog to the front if it is open, or else what its caller still waits for. False when it is
     // not open and the operation not under way.
     bool BroughtForward() const {
-        const bool open = uses_ > 0 || (dialog_ && dialog_->IsShown());
+        // One that was closed before GTK had come to show it counts as shown until wxWidgets deletes it.
+        const bool open =
+            uses_ > 0 || (dialog_ && dialog_->IsShown() && !wxTheApp->IsScheduledForDestruction(dialog_));
         if (open && dialog_) dialog_->Raise();
         return open;
     }
