@@ -1,5 +1,7 @@
 #include "model/NoteLayout.h"
 
+#include <cmath>
+
 NotePart NoteLayout::PartAt(double x, double y) const {
     if (cmdMinimize.Contains(x, y)) return NotePart::cmdMinimize;
     if (chkForeground.Contains(x, y)) return NotePart::chkForeground;
@@ -78,7 +80,8 @@ Pointer PointerAt(const NoteLayout& layout, double x, double y) {
     }
 }
 
-std::array<PixelPoint, 6> NoteOutline(int widthPixels, int heightPixels) {
+std::array<PixelPoint, 6> NoteOutline(int widthPixels, int heightPixels, double scale) {
     const int w = widthPixels, h = heightPixels;
-    return {{{w, h - 30}, {w - 16, h - 2}, {w - 19, h}, {0, h}, {0, 0}, {w, 0}}};
+    const auto cut = [scale](int pixels) { return static_cast<int>(std::lround(pixels * scale)); };
+    return {{{w, h - cut(30)}, {w - cut(16), h - cut(2)}, {w - cut(19), h}, {0, h}, {0, 0}, {w, 0}}};
 }

@@ -21,6 +21,7 @@ constexpr double kTimeHeight = 300;
 constexpr double kButtonSize = 225;  // cmdMinimize and chkForeground, both ways
 constexpr double kBorderBand = 100;  // the part of the edge that resizes
 constexpr double kSmallestPixels = 50;
+constexpr double kTwipsPerUsualPixel = 15;  // on a screen of 96 dots an inch
 
 enum class NotePart { Body, lblMessage, lblZeit, picEcke, cmdMinimize, chkForeground };
 
@@ -69,5 +70,6 @@ struct PixelPoint {
     bool operator==(const PixelPoint&) const = default;
 };
 
-// The six corners of the note's outline, in whole pixels, for a window of this size in pixels.
-std::array<PixelPoint, 6> NoteOutline(int widthPixels, int heightPixels);
+// The six corners of the note's outline, in whole pixels, for a window of this size in pixels. The cut grows
+// with the scale, which is 1 on a screen of 96 dots an inch.
+std::array<PixelPoint, 6> NoteOutline(int widthPixels, int heightPixels, double scale);

@@ -78,23 +78,28 @@ void PaintButtonFace(wxDC& dc, const wxRect& box, const wxColour& paper, const w
     dc.DrawRectangle(box);
 }
 
-void PaintMinimize(wxDC& dc, const wxRect& box, const wxColour& ink) {
-    dc.SetPen(wxPen(ink, 2));
-    const wxPoint middle(box.x + box.width / 2, box.y + box.height / 2 + 2);
-    const wxPoint hook[] = {{middle.x - 3, middle.y - 3}, middle, {middle.x + 4, middle.y - 4}};
+// The glyphs are drawn for screens of 96 dots an inch, where `scale` is 1.
+void PaintMinimize(wxDC& dc, const wxRect& box, const wxColour& ink, double scale) {
+    const auto dots = [scale](int pixels) { return static_cast<int>(std::lround(pixels * scale)); };
+    dc.SetPen(wxPen(ink, dots(2)));
+    const wxPoint middle(box.x + box.width / 2, box.y + box.height / 2 + dots(2));
+    const wxPoint hook[] = {
+        {middle.x - dots(3), middle.y - dots(3)}, middle, {middle.x + dots(4), middle.y - dots(4)}};
     dc.DrawLines(3, hook);
 }
 
-void PaintForeground(wxDC& dc, const wxRect& box, const wxColour& paper, const wxColour& ink, bool on) {
-    wxRect square(0, 0, 9, 9);
+void PaintForeground(wxDC& dc, const wxRect& box, const wxColour& paper, const wxColour& ink, bool on,
+                     double scale) {
+    const auto dots = [scale](int pixels) { return static_cast<int>(std::lround(pixels * scale)); };
+    wxRect square(0, 0, dots(9), dots(9));
     square = square.CentreIn(box);
-    dc.SetPen(wxPen(ink));
+    dc.SetPen(wxPen(ink, dots(1)));
     dc.SetBrush(on ? wxBrush(paper.ChangeLightness(150)) : *wxTRANSPARENT_BRUSH);
     dc.DrawRectangle(square);
     if (!on) return;
-    dc.SetPen(wxPen(ink, 1));
-    dc.DrawLine(square.x + 2, square.y + 2, square.GetRight() - 1, square.GetBottom() - 1);
-    dc.DrawLine(square.x + 2, square.GetBottom() - 2, square.GetRight() - 1, square.y + 1);
+    const int in = dots(2), out = in - 1;
+    dc.DrawLine(square.x + in, square.y + in, square.GetRight() - out, square.GetBottom() - out);
+    dc.DrawLine(square.x + in, square.GetBottom() - in, square.GetRight() - out, square.y + out);
 }
 
 // The sign of the keyboard, around the text or around a control.
@@ -142,9 +147,10 @@ void PaintNote(wxDC& dc, const Note& note, const NoteHints& hints, const NoteLay
     const wxRect minimize = ToPixels(layout.cmdMinimize, scaleX, scaleY);
     const wxRect foreground = ToPixels(layout.chkForeground, scaleX, scaleY);
     PaintButtonFace(dc, minimize, paper, ink, hints.hovered == NotePart::cmdMinimize, hints.pressed);
-    PaintMinimize(dc, minimize, ink);
+    const double scale = scaleX * kTwipsPerUsualPixel;
+    PaintMinimize(dc, minimize, ink, scale);
     PaintButtonFace(dc, foreground, paper, ink, hints.hovered == NotePart::chkForeground, hints.pressed);
-    PaintForeground(dc, foreground, paper, ink, note.foreground);
+    PaintForeground(dc, foreground, paper, ink, note.foreground, scale);
 
     const wxBitmapBundle corner = LoadPicture(CornerBitmap(note.look.color, DisplayDepth()));
     if (corner.IsOk()) {
@@ -153,7 +159,7 @@ void PaintNote(wxDC& dc, const Note& note, const NoteHints& hints, const NoteLay
     }
 
     // The edge, up to the fold on both sides.
-    const auto outline = NoteOutline(all.width, all.height);
+    const auto outline = NoteOutline(all.width, all.height, scale);
     dc.SetPen(wxPen(paper.ChangeLightness(80)));
     const wxPoint edge[] = {{outline[2].x, all.height - 1},
                             {0, all.height - 1},

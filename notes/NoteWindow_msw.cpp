@@ -7,6 +7,9 @@
 namespace {
 
 constexpr double kTwipsPerInch = 1440;
+// All notes have one owner, a window of wxWidgets that keeps them out of the task bar. Without this Windows
+// would move all of them with one, down from above other windows too.
+constexpr UINT kOnlyHeight = SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE | SWP_NOOWNERZORDER;
 
 // What the desktop says about itself.
 int DesktopCaps(int index) {
@@ -34,7 +37,7 @@ int DisplayDepth() { return DesktopCaps(BITSPIXEL) * DesktopCaps(PLANES); }
 std::int32_t DisplayColor(std::int32_t code) { return DisplayColor(code, DisplayDepth()); }
 
 void ShapeNoteWindow(wxFrame& window, int widthPixels, int heightPixels) {
-    const auto outline = NoteOutline(widthPixels, heightPixels);
+    const auto outline = NoteOutline(widthPixels, heightPixels, kTwipsPerUsualPixel / TwipsPerPixelX(window));
     POINT corners[outline.size()];
     for (std::size_t i = 0; i < outline.size(); ++i) corners[i] = {outline[i].x, outline[i].y};
     const HRGN region = CreatePolygonRgn(corners, static_cast<int>(outline.size()), ALTERNATE);
@@ -48,9 +51,7 @@ std::optional<wxRect> RectOnScreen(const wxFrame& window) {
     return window.IsShown() ? std::optional(window.GetRect()) : std::nullopt;
 }
 
-void RaiseNoteWindow(wxFrame& window) {
-    SetWindowPos(window.GetHandle(), HWND_TOP, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
-}
+void RaiseNoteWindow(wxFrame& window) { SetWindowPos(window.GetHandle(), HWND_TOP, 0, 0, 0, 0, kOnlyHeight); }
 
 void AcceptKeys(wxFrame&) {}
 
@@ -60,7 +61,7 @@ void ShowNoteWindow(wxFrame& window, bool topmost) {
     if (!window.IsShown()) window.ShowWithoutActivating();
     // A note may come while its user writes the next one.
     SetWindowPos(window.GetHandle(), topmost ? HWND_TOPMOST : HWND_NOTOPMOST, 0, 0, 0, 0,
-                 SWP_NOSIZE | SWP_NOMOVE | SWP_SHOWWINDOW | SWP_NOACTIVATE);
+                 kOnlyHeight | SWP_SHOWWINDOW);
 }
 
 void WhenOnScreen(wxFrame&, std::function<void()> then) { then(); }  // showing is all that it takes

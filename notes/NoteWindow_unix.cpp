@@ -23,7 +23,7 @@ std::int32_t DisplayColor(std::int32_t code) { return DisplayColor(code, Display
 void ShapeNoteWindow(wxFrame& window, int widthPixels, int heightPixels) {
     // Row by row what the outline leaves of the bottom right corner: a region of few rectangles costs the
     // server far less than a bitmap of the whole note.
-    const auto outline = NoteOutline(widthPixels, heightPixels);
+    const auto outline = NoteOutline(widthPixels, heightPixels, 1);
     const PixelPoint upper = outline[0], middle = outline[1], lower = outline[2];
     const int top = std::clamp(upper.y, 0, heightPixels);
     wxRegion shape(0, 0, widthPixels, top);

@@ -98,6 +98,7 @@ bool PrintNotes(NoteStore& store, PrintSystem& system) {
     static PrinterSettings chosen;
     if (std::find(printers.names.begin(), printers.names.end(), chosen.printer) == printers.names.end()) {
         chosen.printer = printers.standard;
+        chosen.driver.clear();
     }
     const OneDialog::Operation underWay(printing);
     const std::optional<Order> order = AskForOrder(store, system, chosen, printers.hint);

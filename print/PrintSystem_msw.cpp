@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <optional>
 
 #include "dialogs/CancelPopup_msw.h"
 #include "dialogs/Wait.h"
@@ -33,9 +34,27 @@ std::wstring StandardPrinter() {
 
 short Tenths(double millimetres) { return static_cast<short>(std::lround(millimetres * 10)); }
 
-// The printer's own settings (a DEVMODEW and what its driver adds) with our paper in them; empty when the
-// printer has none.
+// The paper of a printer with these settings, if Windows tells it.
+std::optional<PaperSize> PaperOf(const std::wstring& printer, const DEVMODEW& mode) {
+    const HDC dc = CreateICW(L"WINSPOOL", printer.c_str(), nullptr, &mode);
+    if (!dc) return std::nullopt;
+    const auto millimetres = [dc](int size, int dotsPerInch) {
+        return GetDeviceCaps(dc, size) * kMillimetresPerInch / GetDeviceCaps(dc, dotsPerInch);
+    };
+    const PaperSize paper{millimetres(PHYSICALWIDTH, LOGPIXELSX), millimetres(PHYSICALHEIGHT, LOGPIXELSY)};
+    DeleteDC(dc);
+    return paper;
+}
+
+bool IsSame(const PaperSize& one, const PaperSize& other) {
+    constexpr double kTolerance = 1;  // mm
+    return std::abs(one.width - other.width) < kTolerance && std::abs(one.height - other.height) < kTolerance;
+}
+
+// A DEVMODEW and what the printer's driver adds: what its dialog was told, else its own settings with our
+// paper in them; empty when the printer has none.
 std::vector<BYTE> DeviceModeOf(const PrinterSettings& settings) {
+    if (!settings.driver.empty()) return settings.driver;
     std::wstring name = settings.printer;
     HANDLE printer = nullptr;
     if (!OpenPrinterW(name.data(), &printer, nullptr)) return {};
@@ -49,10 +68,15 @@ std::vector<BYTE> DeviceModeOf(const PrinterSettings& settings) {
     }
     // Sizes are those of the upright paper, and the orientation turns it.
     const bool landscape = settings.paper.width > settings.paper.height;
-    mode->dmFields |= DM_ORIENTATION | DM_PAPERWIDTH | DM_PAPERLENGTH;
+    mode->dmFields |= DM_ORIENTATION;
     mode->dmOrientation = landscape ? DMORIENT_LANDSCAPE : DMORIENT_PORTRAIT;
-    mode->dmPaperWidth = Tenths(std::min(settings.paper.width, settings.paper.height));
-    mode->dmPaperLength = Tenths(std::max(settings.paper.width, settings.paper.height));
+    // Many drivers take a size of its own only when they have no name for it.
+    if (const auto paper = PaperOf(name, *mode); !paper || !IsSame(*paper, settings.paper)) {
+        mode->dmFields |= DM_PAPERSIZE | DM_PAPERWIDTH | DM_PAPERLENGTH;
+        mode->dmPaperSize = DMPAPER_USER;
+        mode->dmPaperWidth = Tenths(std::min(settings.paper.width, settings.paper.height));
+        mode->dmPaperLength = Tenths(std::max(settings.paper.width, settings.paper.height));
+    }
     DocumentPropertiesW(nullptr, printer, name.data(), mode, mode, DM_IN_BUFFER | DM_OUT_BUFFER);
     ClosePrinter(printer);
     return bytes;
@@ -199,13 +223,9 @@ bool Spooler::SetUp(PrinterSettings& settings) {
         const auto* chosen = static_cast<const DEVMODEW*>(GlobalLock(dialog.hDevMode));
         // No more than 31 characters of the name stand here.
         if (!dialog.hDevNames) settings.printer = chosen->dmDeviceName;
-        if (const HDC dc = CreateICW(L"WINSPOOL", settings.printer.c_str(), nullptr, chosen)) {
-            settings.paper.width =
-                GetDeviceCaps(dc, PHYSICALWIDTH) * kMillimetresPerInch / GetDeviceCaps(dc, LOGPIXELSX);
-            settings.paper.height =
-                GetDeviceCaps(dc, PHYSICALHEIGHT) * kMillimetresPerInch / GetDeviceCaps(dc, LOGPIXELSY);
-            DeleteDC(dc);
-        }
+        const auto* bytes = reinterpret_cast<const BYTE*>(chosen);
+        settings.driver.assign(bytes, bytes + chosen->dmSize + chosen->dmDriverExtra);
+        settings.paper = PaperOf(settings.printer, *chosen).value_or(settings.paper);
         GlobalUnlock(dialog.hDevMode);
     }
     GlobalFree(dialog.hDevMode);

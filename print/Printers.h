@@ -10,6 +10,9 @@
 struct PrinterSettings {
     std::wstring printer;  // its device name, as people see it
     PaperSize paper;       // as it is read, so wider than high in landscape format
+    // All that the dialog of this printer was told, paper included, as its driver on Windows keeps it. Empty
+    // before the first dialog, and on Linux.
+    std::vector<unsigned char> driver = {};
 };
 
 struct PrinterList {

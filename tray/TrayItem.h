@@ -22,8 +22,8 @@ class TrayItem {
 
     // Adds an icon, with a tip of at most 63 characters. `report` gets every mouse message until the item is
     // destroyed; it may destroy the item. `menu` is for areas that show the menus of icons themselves;
-    // without Describe there is none. On Linux the icon appears when events run next, so that adding many at
-    // once costs little.
+    // without Describe there is none. The icon appears when events run next, so that adding many at once
+    // costs little.
     static std::unique_ptr<TrayItem> Add(const wxBitmapBundle& picture, const std::wstring& toolTip,
                                          std::function<void(TrayMessage)> report, const TrayMenu& menu);
 

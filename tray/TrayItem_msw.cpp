@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 #include "base/Text.h"
 #include "tray/TipText.h"
@@ -19,8 +20,9 @@ constexpr std::size_t kLongestTip = 63;
 // The message by which Windows tells of the mouse on the icon; lParam is the number of the mouse's own
 // message.
 constexpr UINT kCallback = WM_MOUSEMOVE;
-// While the shell is busy, as it is when the user logs on, it takes no icons. It is asked again, less and
-// less often.
+// An order to the shell waits until that has time for it. So icons are put up one by one between other
+// events: many notes are off the screen at once when they are minimized. While the shell is busy, as it is
+// when the user logs on, it takes no icons. It is asked again, less and less often.
 constexpr UINT_PTR kRetry = 1;
 constexpr UINT kFirstPauseMilliseconds = 250;
 constexpr UINT kLongestPauseMilliseconds = 60'000;
@@ -80,17 +82,17 @@ class MswTrayItem : public TrayItem {
         for (const UINT message : {AreaCreated(), kCallback})
             ChangeWindowMessageFilterEx(window_, message, MSGFLT_ALLOW, nullptr);
         Fill(picture, toolTip);
-        if (!Tell(NIM_ADD)) Retry();
+        SetTimer(window_, kRetry, 0, nullptr);
     }
 
     ~MswTrayItem() override {
-        Tell(NIM_DELETE);
+        if (asked_) Tell(NIM_DELETE);
         DestroyWindow(window_);
     }
 
     void Modify(const wxBitmapBundle& picture, const std::wstring& toolTip) override {
         Fill(picture, toolTip);
-        Tell(NIM_MODIFY);
+        if (asked_) Tell(NIM_MODIFY);
     }
 
   private:
@@ -134,7 +136,8 @@ class MswTrayItem : public TrayItem {
     // What the shell did not confirm in time may be there nevertheless.
     void PutUp() {
         KillTimer(window_, kRetry);
-        if (!Tell(NIM_MODIFY) && !Tell(NIM_ADD)) Retry();
+        if (std::exchange(asked_, true) && Tell(NIM_MODIFY)) return;
+        if (!Tell(NIM_ADD)) Retry();
     }
 
     void Retry() {
@@ -148,6 +151,7 @@ class MswTrayItem : public TrayItem {
     std::function<void(TrayMessage)> report_;
     wxIcon icon_;
     NOTIFYICONDATAA record_{};
+    bool asked_ = false;  // at least once
     UINT pause_ = kFirstPauseMilliseconds;
 };
 

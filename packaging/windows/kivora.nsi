@@ -43,6 +43,8 @@ VIAddVersionKey /LANG=1031 "ProductVersion" "${VERSION}"
 !define MUI_ABORTWARNING
 !define MUI_PAGE_CUSTOMFUNCTION_PRE KeepFolder
 !insertmacro MUI_PAGE_DIRECTORY
+!define MUI_COMPONENTSPAGE_NODESC
+!insertmacro MUI_PAGE_COMPONENTS
 !insertmacro MUI_PAGE_INSTFILES
 !define MUI_FINISHPAGE_TITLE "Kivora ist installiert"
 !define MUI_FINISHPAGE_TEXT "Das Symbol im Infobereich der Taskleiste öffnet sein Menü."
@@ -173,10 +175,19 @@ FunctionEnd
     WriteRegStr HKLM "${CLASSES}\${key}" "" "${text}"
 !macroend
 
+; Orders the firewall of Windows and does not mind when there is none: ADD or DELETE and what follows. Of the name
+; there is only one rule, the installer's own.
+!macro Firewall order
+    nsExec::Exec '"$SYSDIR\netsh.exe" advfirewall firewall ${order}'
+    Pop $0
+!macroend
+!define RULE 'rule name="Kivora (Notizen empfangen)"'
+
 ; Nothing is left out in silence.
 AllowSkipFiles off
 
-Section
+Section "Kivora"
+    SectionIn RO
     Call EndRunningCopy
     ; Pages that a newer version has no more.
     ${If} ${FileExists} "$INSTDIR\deinstallieren.exe"
@@ -212,8 +223,16 @@ Section
     WriteRegDWORD HKLM "${UNINSTALL}" "EstimatedSize" "$0"
 SectionEnd
 
+; Without it Windows asks at the first start, and only an administrator's answer counts.
+Section "Notizen aus privaten Netzwerken empfangen (Regel der Windows-Firewall)"
+    !insertmacro Firewall 'delete ${RULE}'
+    !insertmacro Firewall 'add ${RULE} dir=in action=allow program="$INSTDIR\kivora.exe" protocol=TCP \
+        localport=5998 profile=private,domain'
+SectionEnd
+
 Section Uninstall
     Call un.EndRunningCopy
+    !insertmacro Firewall 'delete ${RULE}'
 
     ; Entries that name another copy of the program are that one's.
     ReadRegStr $0 HKLM "${TYPE}\shell\open\command" ""

@@ -80,7 +80,8 @@ TEST(NoteLayout, PartsStickToTheirEdges) {
 TEST(NoteLayout, OutlineCutsWhatTheCornerPictureCovers) {
     const std::array<PixelPoint, 6> expected = {
         {{200, 120}, {184, 148}, {181, 150}, {0, 150}, {0, 0}, {200, 0}}};
-    EXPECT_EQ(NoteOutline(200, 150), expected);
+    EXPECT_EQ(NoteOutline(200, 150, 1), expected);
+    EXPECT_EQ(NoteOutline(400, 300, 2)[1], (PixelPoint{368, 296}));
     const NoteLayout note = LayoutNote(200 * 15, 150 * 15);
     EXPECT_LE(note.picEcke.left / 15, 181 - 8);  // the flap reaches further in than the cut
     EXPECT_LE(note.picEcke.top / 15, 120);

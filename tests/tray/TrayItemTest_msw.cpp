@@ -78,6 +78,7 @@ TEST_F(TrayItemOnWindows, ComesWhenABusyShellHasTimeForIt) {
 // What was not confirmed in time may be there nevertheless: then it is not added a second time.
 TEST_F(TrayItemOnWindows, IsModifiedBeforeItIsAddedAgain) {
     const auto item = Add();
+    EXPECT_TRUE(RunUntil([&] { return shell_.there; }));
     const HWND window = FindWindowW(L"Kivora.Notification", nullptr);
     const UINT created = RegisterWindowMessageW(L"TaskbarCreated");
     SendMessageW(window, created, 0, 0);
@@ -89,6 +90,7 @@ TEST_F(TrayItemOnWindows, IsModifiedBeforeItIsAddedAgain) {
 
 TEST_F(TrayItemOnWindows, ComesAgainWhenAnotherCopyIsStarted) {
     const auto item = Add();
+    EXPECT_TRUE(RunUntil([&] { return shell_.there; }));
     shell_.there = false;
     TrayItem::RemindOtherCopies();
     EXPECT_TRUE(RunUntil([&] { return shell_.there; }));
