@@ -22,19 +22,13 @@ void Later(std::function<void()> open) {
     });
 }
 
-std::vector<Note> NotesOf(const NoteStore& store) {
-    std::vector<Note> notes;
-    for (const NotePtr& note : store.Notes()) notes.push_back(note->Content());
-    return notes;
-}
-
 }  // namespace
 
 CommandAnswer CopyCommands::CarryOut(const Command& command) {
     if (command.name == L"--new") return New(command.arguments);
     if (command.name == L"--import") return Import(command.arguments);
-    if (command.name == L"--list") return ListNotes(NotesOf(store_));
-    if (command.name == L"--export") return ExportNotes(NotesOf(store_), command.arguments[0]);
+    if (command.name == L"--list") return ListNotes(store_.CopyNotes());
+    if (command.name == L"--export") return ExportNotes(store_.CopyNotes(), command.arguments[0]);
     if (command.name == L"--toggle") {
         Toggle();
         return {};

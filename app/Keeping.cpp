@@ -24,19 +24,13 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::vector<Note> NotesOf(const NoteStore& store) {
-    std::vector<Note> notes;
-    for (const NotePtr& note : store.Notes()) notes.push_back(note->Content());
-    return notes;
-}
-
 // The number of notes that were not there.
 std::size_t Apply(NoteStore& store, const UnsavedImage& image) {
     // As long as nothing else was kept since, and nothing is new here, the image is all there is to be.
     const bool replaces = image.stored == store.Stored() && store.AllKept();
     std::vector<frmNote*> there;
     for (const NotePtr& note : store.Notes()) there.push_back(note.get());
-    const Takeover takeover = TakeoverOf(NotesOf(store), image.notes, replaces);
+    const Takeover takeover = TakeoverOf(store.CopyNotes(), image.notes, replaces);
     for (const auto& [index, note] : takeover.same) there[index]->Content(note);
     for (const std::size_t index : takeover.gone) store.TakeBack(*there[index]);
     for (const Note& note : takeover.added) {
@@ -230,7 +224,7 @@ void Keeping::KeepWithoutDisplay(const std::vector<std::wstring>& files) {
 
 UnsavedImage Keeping::Image(const std::optional<UnkeptText>& written) const {
     UnsavedImage image{
-        .autostart = store_.AutostartEnabled, .notes = NotesOf(store_), .entries = AddressBook()};
+        .autostart = store_.AutostartEnabled, .notes = store_.CopyNotes(), .entries = AddressBook()};
     if (!unreadable_) image.stored = store_.Stored();
     if (written) image.notes.push_back(written->note);
     return image;

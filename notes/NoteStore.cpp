@@ -54,6 +54,12 @@ KeepResult NoteStore::WriteImage() {
     return result;
 }
 
+std::vector<Note> NoteStore::CopyNotes() const {
+    std::vector<Note> notes;
+    for (const NotePtr& note : notes_) notes.push_back(note->Content());
+    return notes;
+}
+
 std::vector<const Note*> NoteStore::Contents() const {
     std::vector<const Note*> contents;
     for (const NotePtr& note : notes_) contents.push_back(&note->Content());
@@ -83,10 +89,11 @@ NotePtr NoteStore::MakeNewNote(const Note& content) {
     return made;
 }
 
-NoteStore::AddedNote NoteStore::AddNote(const Note& content) {
+frmNote& NoteStore::AddNote(const Note& content) {
     frmNote& note = *notes_.emplace_back(MakeNewNote(content));
     note.ShowStacked();
-    return {note, SaveNotes()};
+    SaveNotes();
+    return note;
 }
 
 KeepResult NoteStore::AddNoteIfKept(const Note& content) {

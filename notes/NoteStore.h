@@ -48,11 +48,7 @@ class NoteStore {
     // Makes the window of a new note under the next key, at the next place for new notes and in the size that
     // the text needs, shows it and saves. A note that could not be kept is there all the same, as unsaved
     // work.
-    struct AddedNote {
-        frmNote& note;
-        KeepResult kept;
-    };
-    AddedNote AddNote(const Note& content);
+    frmNote& AddNote(const Note& content);
     // The same for a note whose sender waits for the answer: one that could not be kept does not stay, and
     // whatever else is unsaved stays so. It counts as untouched.
     KeepResult AddNoteIfKept(const Note& content);
@@ -95,6 +91,8 @@ class NoteStore {
     // The note of that key, or null when it is gone.
     frmNote* Find(std::int32_t noteKey) const;
     const std::vector<NotePtr>& Notes() const { return notes_; }
+    // What they hold now, in that order.
+    std::vector<Note> CopyNotes() const;
 
     bool AutostartEnabled = false;
 

@@ -32,7 +32,7 @@ class StartTest : public testing::Test {
         RunEvents();
     }
 
-    frmNote& AddNote(const wchar_t* text) { return Store().AddNote({.text = text}).note; }
+    frmNote& AddNote(const wchar_t* text) { return Store().AddNote({.text = text}); }
 
     NoteStore& Store() { return services_.Store(); }
 

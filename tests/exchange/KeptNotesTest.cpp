@@ -28,7 +28,7 @@ class KeptNotesTest : public testing::Test, protected MessageRecorder {
     }
 
     NoteStore& Store() { return services_.Store(); }
-    frmNote& AddNote(const std::wstring& text) { return Store().AddNote({.text = text}).note; }
+    frmNote& AddNote(const std::wstring& text) { return Store().AddNote({.text = text}); }
     std::vector<fs::path> Kept() const {
         std::vector<fs::path> files;
         if (fs::is_directory(bin_)) {

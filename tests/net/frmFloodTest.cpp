@@ -40,7 +40,8 @@ TEST_F(FrmFlood, NotesThatDoNotGetIntoTheBinStayAndTheUserIsTold) {
     Open();
     store.OnDeleteTogether = [](const std::vector<Note>&) { return KeepResult{KeepFailure::DiskFull}; };
     ASSERT_TRUE(store.AddNoteIfKept({.text = L"fremde"}).Kept());
-    ASSERT_TRUE(store.AddNote({.text = L"eigene"}).kept.Kept());
+    store.AddNote({.text = L"eigene"});
+    ASSERT_TRUE(store.AllKept());
     AskAboutFlood(*network, {});
     Press(OpenDialog<frmFlood>()->cmdLöschen);
     EXPECT_EQ(store.CountNotes(), 2u);

@@ -16,7 +16,7 @@ class NoteStoreTest : public testing::Test {
     NoteStoreTest() { Registry().DeleteKey(kSettingsKey); }
     ~NoteStoreTest() override { Registry().DeleteKey(kSettingsKey); }
 
-    frmNote& Add(NoteStore& store, const std::wstring& text) { return store.AddNote({.text = text}).note; }
+    frmNote& Add(NoteStore& store, const std::wstring& text) { return store.AddNote({.text = text}); }
 
     NoteRecorder recorder;
     NoteStore store{recorder};

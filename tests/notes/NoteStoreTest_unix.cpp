@@ -26,7 +26,8 @@ class UnkeptNotes : public testing::Test {
 }  // namespace
 
 TEST_F(UnkeptNotes, StayOnTheScreenExceptForOneWhoseSenderIsTold) {
-    EXPECT_FALSE(store.AddNote({.text = L"eigene"}).kept.Kept());
+    store.AddNote({.text = L"eigene"});
+    EXPECT_FALSE(store.AllKept());
     EXPECT_EQ(heard, std::vector<bool>{false});
     EXPECT_FALSE(store.AddNoteIfKept({.text = L"fremde"}).Kept());
     EXPECT_EQ(heard.size(), 1u);
@@ -35,8 +36,8 @@ TEST_F(UnkeptNotes, StayOnTheScreenExceptForOneWhoseSenderIsTold) {
 }
 
 TEST_F(UnkeptNotes, AreDeletedOnlyIntoABin) {
-    frmNote& first = store.AddNote({.text = L"eins"}).note;
-    frmNote& second = store.AddNote({.text = L"zwei"}).note;
+    frmNote& first = store.AddNote({.text = L"eins"});
+    frmNote& second = store.AddNote({.text = L"zwei"});
     bool bin = false;
     store.OnDelete = [&](const Note&) { return bin ? KeepResult() : KeepResult{KeepFailure::DiskFull}; };
     std::vector<std::wstring> unbinned;

@@ -55,7 +55,7 @@ class FrmProperties : public testing::Test {
             NewNote(store);
         EXPECT_TRUE(opened);
     }
-    frmNote& Add(const std::wstring& text) { return store.AddNote({.text = text}).note; }
+    frmNote& Add(const std::wstring& text) { return store.AddNote({.text = text}); }
 
     NoteRecorder recorder;
     NoteStore store{recorder};
