@@ -1,9 +1,9 @@
 #include "app/EmergencyFile.h"
 
 #include <algorithm>
-#include <charconv>
+#include <cinttypes>
+#include <cwchar>
 #include <map>
-#include <sstream>
 #include <tuple>
 
 #include "base/ByteFields.h"
@@ -36,16 +36,18 @@ Note AsReadBack(Note note) {
 }
 
 // Programs that keep their notes at different places do not take in each other's files.
-std::string NameStart() {
+std::wstring NameStart() {
     const std::uint64_t hash = CheckSum(ToUtf8(FileName(DataFolder())));
-    char hex[17] = "";
-    const auto end = std::to_chars(hex, hex + 16, hash, 16);
-    return "kivora-ungespeichert-" + std::string(hex, end.ptr) + "-";
+    wchar_t name[40] = L"";
+    std::swprintf(name, std::size(name), L"kivora-ungespeichert-%" PRIx64 L"-", hash);
+    return name;
 }
+const wchar_t* const kNameEnd = L".kvr";
 
-std::string Digits(std::size_t number, std::size_t count) {
-    const std::string digits = std::to_string(number);
-    return std::string(count - std::min(count, digits.size()), '0') + digits;
+std::wstring Numbered(int number) {
+    wchar_t digits[12] = L"";
+    std::swprintf(digits, std::size(digits), L"%03d", number);
+    return digits;
 }
 
 }  // namespace
@@ -62,9 +64,9 @@ std::string EmergencyBytes(const UnsavedImage& image) {
     }
     AddNumber(rest, static_cast<std::uint32_t>(image.files.size()));
     for (const std::wstring& file : image.files) {
-        const std::u8string name = FilePath(file).u8string();  // on Linux its bytes, whatever they are
+        const std::string name = FileNameBytes(file);
         AddNumber(rest, static_cast<std::uint32_t>(name.size()));
-        rest.append(name.begin(), name.end());
+        rest += name;
     }
     AddNumber(rest, CheckSum(rest));
     bytes += rest;
@@ -85,7 +87,7 @@ std::optional<UnsavedImage> ReadEmergencyBytes(const std::string& bytes) {
     notes.remove_suffix(length);
     if (FieldReader(sum).Take<std::uint64_t>() != CheckSum(rest)) return std::nullopt;
 
-    std::istringstream file(std::string(notes), std::ios::binary);
+    ByteSource file = ByteSource::OfMemory(notes);
     std::optional<std::vector<Note>> exact = ExactNotes(file);
     if (!exact) return std::nullopt;
     UnsavedImage image;
@@ -100,8 +102,7 @@ std::optional<UnsavedImage> ReadEmergencyBytes(const std::string& bytes) {
         image.entries.emplace_back(name, ip, comment);
     }
     for (auto count = fields.Take<std::uint32_t>(); count > 0 && fields.Complete(); --count) {
-        const std::string_view name = fields.Bytes(fields.Take<std::uint32_t>());
-        image.files.push_back(FileName(fs::path(std::u8string(name.begin(), name.end()))));
+        image.files.push_back(FileNameOfBytes(fields.Bytes(fields.Take<std::uint32_t>())));
     }
     if (!fields.Complete()) return std::nullopt;
     return image;
@@ -127,14 +128,14 @@ Takeover TakeoverOf(const std::vector<Note>& there, const std::vector<Note>& not
 }
 
 KeepResult WriteEmergencyFile(const UnsavedImage& image, const std::vector<fs::path>& folders) {
-    const std::string bytes = EmergencyBytes(image), start = NameStart();
+    const std::string bytes = EmergencyBytes(image);
+    const std::wstring start = NameStart();
     KeepResult result{KeepFailure::NoAccess};
     for (const fs::path& folder : folders) {
         if (!IsPrivateFolder(folder)) continue;
         std::error_code failed = std::make_error_code(std::errc::file_exists);
         for (int number = 0; failed == std::errc::file_exists && number < kMostFiles; ++number)
-            failed =
-                WriteNewFile(folder / (start + Digits(static_cast<std::size_t>(number), 3) + ".kvr"), bytes);
+            failed = WriteNewFile(folder / FilePath(start + Numbered(number) + kNameEnd), bytes);
         result = FailureOf(failed);
         if (result.Kept()) break;
     }
@@ -143,15 +144,15 @@ KeepResult WriteEmergencyFile(const UnsavedImage& image, const std::vector<fs::p
 
 std::vector<fs::path> EmergencyFiles(const std::vector<fs::path>& folders) {
     std::vector<fs::path> files;
-    const std::string start = NameStart();
+    const std::wstring start = NameStart();
     for (const fs::path& folder : folders) {
         std::error_code failed;
         if (!fs::exists(folder, failed) || !IsPrivateFolder(folder)) continue;
         std::vector<fs::path> found;
         for (fs::directory_iterator file(folder, failed), end; !failed && file != end;
              file.increment(failed)) {
-            const std::string name = ToUtf8(FileName(file->path().filename()));
-            if (name.starts_with(start) && name.ends_with(".kvr")) found.push_back(file->path());
+            const std::wstring name = FileName(file->path().filename());
+            if (name.starts_with(start) && name.ends_with(kNameEnd)) found.push_back(file->path());
         }
         std::sort(found.begin(), found.end());
         files.insert(files.end(), found.begin(), found.end());

@@ -1,7 +1,5 @@
 #include "app/Keeping.h"
 
-#include <fstream>
-#include <sstream>
 #include <utility>
 
 #include "app/RecoveryText.h"
@@ -98,15 +96,13 @@ void Keeping::Load() {
 }
 
 void Keeping::TakeIn(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    std::string bytes;
-    for (char block[4096]; file.read(block, sizeof block) || file.gcount() > 0;)
-        bytes.append(block, static_cast<std::size_t>(file.gcount()));
-    if (file.bad() || !file.is_open()) return;  // the disk does not give it now
+    ByteSource file = ByteSource::OfFile(path);
+    const std::string bytes = file.ReadRest();
+    if (file.Failure()) return;  // the disk does not give it now
     std::optional<UnsavedImage> image = ReadEmergencyBytes(bytes);
     if (!image) {  // what was cut off when the machine went down may still hold notes
-        std::istringstream records(bytes, std::ios::binary);
-        image = UnsavedImage{.autostart = store_.AutostartEnabled, .notes = NotesOfKeptFile(records)};
+        file.Rewind();
+        image = UnsavedImage{.autostart = store_.AutostartEnabled, .notes = NotesOfKeptFile(file)};
         if (image->notes.empty()) return;
     }
     added_ += Apply(store_, *image);

@@ -10,6 +10,11 @@
 std::wstring FileName(const std::filesystem::path& path);
 std::filesystem::path FilePath(const std::wstring& name);
 
+// The same for the bytes of a name in files: UTF-8 on Windows, what the kernel takes it for on Linux. Halves
+// of characters that Windows lets names have do not come back.
+std::string FileNameBytes(const std::wstring& name);
+std::wstring FileNameOfBytes(std::string_view bytes);
+
 // The name for people: what is no text shows as U+FFFD.
 std::wstring ShownFileName(const std::wstring& name);
 

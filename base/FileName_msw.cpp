@@ -10,6 +10,10 @@ std::wstring FileName(const std::filesystem::path& path) { return path.native();
 
 std::filesystem::path FilePath(const std::wstring& name) { return name; }
 
+std::string FileNameBytes(const std::wstring& name) { return ToUtf8(name); }
+
+std::wstring FileNameOfBytes(std::string_view bytes) { return FromUtf8(bytes); }
+
 // std::filesystem::absolute takes the computer in "\\computer\folder" for a folder.
 std::wstring AbsoluteFileName(const std::wstring& name) {
     std::wstring absolute(GetFullPathNameW(name.c_str(), 0, nullptr, nullptr), L'\0');

@@ -57,6 +57,10 @@ std::filesystem::path FilePath(const std::wstring& name) {
     return bytes;
 }
 
+std::string FileNameBytes(const std::wstring& name) { return FilePath(name).native(); }
+
+std::wstring FileNameOfBytes(std::string_view bytes) { return FileName(bytes); }
+
 std::wstring AbsoluteFileName(const std::wstring& name) {
     std::error_code failed;
     const std::filesystem::path path = FilePath(name);

@@ -2,13 +2,15 @@
 
 #include <cinttypes>
 #include <cstdint>
-#include <cstdio>
+#include <cwchar>
 #include <random>
+
+#include "base/FileName.h"
 
 std::filesystem::path UnfinishedName() {
     std::random_device random;
-    char name[40];
-    std::snprintf(name, sizeof name, ".kivora-%08" PRIx32 "%08" PRIx32 ".neu",
+    wchar_t name[40] = L"";
+    std::swprintf(name, std::size(name), L".kivora-%08" PRIx32 L"%08" PRIx32 L".neu",
                   static_cast<std::uint32_t>(random()), static_cast<std::uint32_t>(random()));
-    return name;
+    return FilePath(name);
 }

@@ -1,5 +1,6 @@
 #include "dialogs/Help.h"
 
+#include "base/ByteSource.h"
 #include "base/FileName.h"
 #include "dialogs/Message.h"
 #include "dialogs/OpenAddress.h"
@@ -9,22 +10,18 @@ namespace {
 // The pages lie in a folder beside the program, or where Linux packages put them: in share/ beside bin/.
 std::filesystem::path HelpFile(const std::wstring& page) {
     const std::filesystem::path program = FilePath(ProgramFolder());
-    const std::filesystem::path beside = program / "hilfe" / FilePath(page);
+    const std::filesystem::path beside = program / FilePath(L"hilfe") / FilePath(page);
     const std::filesystem::path shared =
-        program.parent_path() / "share" / "kivora" / "hilfe" / FilePath(page);
-    std::error_code ignored;
-    const bool useShared =
-        !std::filesystem::exists(beside, ignored) && std::filesystem::exists(shared, ignored);
-    return useShared ? shared : beside;
+        program.parent_path() / FilePath(L"share/kivora/hilfe") / FilePath(page);
+    return !IsFile(beside) && IsFile(shared) ? shared : beside;
 }
 
 }  // namespace
 
 void ShowHelp(const std::wstring& page) {
     const std::filesystem::path file = HelpFile(page);
-    std::error_code ignored;
     // Asked here, because whoever opens pages would notice only later that there is none.
-    if (std::filesystem::is_regular_file(file, ignored) && OpenAddress(FileName(file))) return;
+    if (IsFile(file) && OpenAddress(FileName(file))) return;
     ShowMessage(L"Die Hilfe-Datei " + ShownFileName(FileName(file)) +
                     L" konnte nicht aufgerufen werden.\r\n"
                     L"Stellen Sie bitte sicher, dass Kivora korrekt installiert wurde, die Hilfe-Dateien im "

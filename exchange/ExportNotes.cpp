@@ -1,7 +1,5 @@
 #include "exchange/ExportNotes.h"
 
-#include <sstream>
-
 #include "base/NewFile.h"
 #include "dialogs/Message.h"
 #include "dialogs/OneDialog.h"
@@ -22,12 +20,12 @@ struct Outcome {
 Outcome WriteNotes(const NoteStore& store, const std::vector<std::int32_t>& keys,
                    const std::filesystem::path& path) {
     Outcome outcome;
-    std::ostringstream records(std::ios::binary);
+    std::string records;
     for (std::size_t i = 0; outcome.complete && i < keys.size(); ++i) {
         const frmNote* note = store.Find(keys[i]);
         outcome.complete = note && WriteRecord(records, ToRecord(note->Content()));
     }
-    outcome.failed = SaveFile(path, records.view(), Rest::Keep);
+    outcome.failed = SaveFile(path, records, Rest::Keep);
     return outcome;
 }
 

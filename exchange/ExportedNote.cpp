@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/ByteFields.h"
 #include "base/Text.h"
 #include "base/twips.h"
 
@@ -9,13 +10,6 @@ namespace {
 
 constexpr std::size_t kLongestText = 0xFFFF;
 constexpr std::size_t kTail = 7 * 4 + 4 * 2;
-
-// Up to this many bytes are sooner read than sought past, because seeking empties the buffer.
-constexpr std::size_t kWorthSeeking = 4096;
-
-void AddNumber(std::string& bytes, std::uint32_t number, int width) {
-    for (int i = 0; i < width; ++i) bytes += static_cast<char>(number >> (8 * i) & 0xFF);
-}
 
 std::wstring UpToNul(const std::wstring& text) { return text.substr(0, text.find(L'\0')); }
 
@@ -54,18 +48,9 @@ Note ToNote(const ExportedNote& record) {
 }
 
 std::string ExportReader::Bytes(std::size_t count) {
-    std::string bytes(count, '\0');
-    if (file_) file_.read(bytes.data(), static_cast<std::streamsize>(count));
+    std::string bytes = file_.Read(count);
+    bytes.resize(count);
     return bytes;
-}
-
-void ExportReader::PassBytes(std::size_t count) {
-    if (!file_) return;
-    if (count > kWorthSeeking) {
-        file_.seekg(static_cast<std::streamoff>(count), std::ios::cur);
-    } else {
-        file_.ignore(static_cast<std::streamsize>(count));
-    }
 }
 
 std::uint32_t ExportReader::Number(std::size_t bytes) {
@@ -99,27 +84,27 @@ std::wstring ExportReader::PassOver(std::size_t characters) {
     const std::size_t length = Number(2);
     const std::size_t wanted = std::min(length, characters);
     std::wstring text = FromAnsi(Bytes(wanted));
-    PassBytes(length - wanted);
-    PassBytes(Number(2) + kTail);
+    file_.Pass(length - wanted);
+    file_.Pass(Number(2) + kTail);
     return text;
 }
 
-bool WriteRecord(std::ostream& file, const ExportedNote& note) {
+bool WriteRecord(std::string& file, const ExportedNote& note) {
     std::string record;
     for (const std::wstring* text : {&note.Text, &note.CreationTime}) {
         const std::string bytes = ToAnsi(*text);
         if (bytes.size() > kLongestText) return false;
-        AddNumber(record, static_cast<std::uint32_t>(bytes.size()), 2);
+        AddNumber(record, static_cast<std::uint16_t>(bytes.size()));
         record += bytes;
     }
     for (const std::int32_t number : {note.Left, note.Top, note.Width, note.Height, note.Color,
                                       note.FontNoteAlignment, note.FontNoteSize}) {
-        AddNumber(record, static_cast<std::uint32_t>(number), 4);
+        AddNumber(record, static_cast<std::uint32_t>(number));
     }
     for (const bool flag :
          {note.FontNoteBold, note.FontNoteItalic, note.FontNoteUnderlined, note.Foreground}) {
-        AddNumber(record, flag ? 0xFFFF : 0, 2);
+        AddNumber<std::uint16_t>(record, flag ? 0xFFFF : 0);
     }
-    file.write(record.data(), static_cast<std::streamsize>(record.size()));
-    return file.good();
+    file += record;
+    return true;
 }

@@ -3,11 +3,13 @@
 // empty text is the only sign of its end.
 
 #include <cstdint>
-#include <istream>
-#include <ostream>
 #include <string>
 
+#include "base/ByteSource.h"
 #include "model/Note.h"
+
+// A file holds no more notes than this; what lies behind them is not looked at.
+constexpr std::size_t kMostRecords = 250'000;
 
 struct ExportedNote {
     std::wstring Text = {};
@@ -32,8 +34,8 @@ Note ToNote(const ExportedNote& record);
 // off, the missing characters are NULs.
 class ExportReader {
   public:
-    // The stream is to be open in binary mode and has to outlive the reader.
-    explicit ExportReader(std::istream& file) : file_(file) {}
+    // The source has to outlive the reader.
+    explicit ExportReader(ByteSource& file) : file_(file) {}
     ExportedNote Next();
 
     // Passes over a record and gives only its text, of that no more than so many characters. The cost does
@@ -42,15 +44,14 @@ class ExportReader {
 
   private:
     std::string Bytes(std::size_t count);
-    void PassBytes(std::size_t count);
     std::uint32_t Number(std::size_t bytes);
     std::int32_t Integer() { return static_cast<std::int32_t>(Number(4)); }
     bool Boolean() { return Number(2) != 0; }
     std::wstring Text();
 
-    std::istream& file_;
+    ByteSource& file_;
 };
 
-// Writes the record at the stream's position. False when that failed, and for a text whose bytes the 16 bits
-// of its length cannot count; of such a note nothing is written.
-bool WriteRecord(std::ostream& file, const ExportedNote& note);
+// Adds the record. False for a text whose bytes the 16 bits of its length cannot count; of such a note
+// nothing is added.
+bool WriteRecord(std::string& file, const ExportedNote& note);

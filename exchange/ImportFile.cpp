@@ -1,12 +1,10 @@
 #include "exchange/ImportFile.h"
 
 #include <algorithm>
-#include <fstream>
 
 #include "base/DateText.h"
 #include "base/FileName.h"
 #include "base/Text.h"
-#include "exchange/ExportFile.h"
 #include "exchange/ExportedNote.h"
 #include "exchange/KeptFile.h"
 
@@ -20,31 +18,22 @@ bool IsTextFile(const std::filesystem::path& path) {
     return ending == L".txt";
 }
 
-// The file's bytes; nothing when it cannot be read or is too large.
-std::optional<std::string> TextFileBytes(const std::filesystem::path& path) {
-    std::ifstream file = OpenExport(path);
-    std::string bytes(kMostTextFileBytes + 1, '\0');
-    file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    // The end of the file has to come before that of the room.
-    if (file.bad() || !file.eof()) return std::nullopt;
-    bytes.resize(static_cast<std::size_t>(file.gcount()));
-    return bytes;
-}
-
-// What is not read record by record: the notes of a kept file or of a text file. Nothing for any other.
-std::optional<ReadNotes> NotesAsAWhole(const std::filesystem::path& path) {
-    // Files in which the kernel answers have no size; some of them wait for what there is to say.
-    std::error_code unknown;
-    if (std::filesystem::file_size(path, unknown) == 0) return ReadNotes{.notes = {}, .complete = true};
+// What is not read record by record: the notes of a kept file or of a text file, and those of a file that
+// cannot be read. Nothing for any other; then the file stands at its beginning.
+std::optional<ReadNotes> NotesAsAWhole(const std::filesystem::path& path, ByteSource& file) {
+    if (file.Failure()) return ReadNotes{};
+    // So have files in which the kernel answers; some of them wait for what there is to say.
+    if (file.Size() == 0) return ReadNotes{.notes = {}, .complete = true};
     if (IsTextFile(path)) {
-        const std::optional<std::string> bytes = TextFileBytes(path);
-        if (!bytes) return ReadNotes{};
-        return ReadNotes{.notes = bytes->empty() ? Notes() : Notes{NoteOfText(*bytes)}, .complete = true};
+        if (file.Size() > kMostTextFileBytes) return ReadNotes{};
+        const std::string bytes = file.ReadRest();
+        if (file.Failure()) return ReadNotes{};
+        return ReadNotes{.notes = bytes.empty() ? Notes() : Notes{NoteOfText(bytes)}, .complete = true};
     }
-    std::ifstream file = OpenExport(path);
     std::optional<Notes> notes = ExactNotes(file);
-    if (!notes) return std::nullopt;
-    return ReadNotes{.notes = *std::move(notes), .complete = true};
+    if (notes) return ReadNotes{.notes = *std::move(notes), .complete = true};
+    file.Rewind();
+    return std::nullopt;
 }
 
 // Collects notes as long as they are not too many.
@@ -69,7 +58,7 @@ class Collector {
     std::size_t characters_ = 0;
 };
 
-ReadNotes ReadRecords(std::istream& file, std::size_t count, const std::function<bool(std::size_t)>& wanted) {
+ReadNotes ReadRecords(ByteSource& file, std::size_t count, const std::function<bool(std::size_t)>& wanted) {
     Collector collector;
     ExportReader reader(file);
     for (std::size_t i = 0; i < count; ++i) {
@@ -78,10 +67,10 @@ ReadNotes ReadRecords(std::istream& file, std::size_t count, const std::function
             continue;
         }
         const ExportedNote record = reader.Next();
-        if (file.bad() || record.Text.empty()) break;
+        if (file.Failure() || record.Text.empty()) break;
         if (!collector.Add(ToNote(record))) return collector.Take(false);
     }
-    ReadNotes read = collector.Take(!file.bad());
+    ReadNotes read = collector.Take(!file.Failure());
     read.records = true;
     return read;
 }
@@ -102,12 +91,12 @@ Note NoteOfText(std::string_view bytes) {
 
 std::vector<std::wstring> ListNotes(const std::filesystem::path& path) {
     std::vector<std::wstring> texts;
-    if (const std::optional<ReadNotes> whole = NotesAsAWhole(path)) {
+    ByteSource file = ByteSource::OfFile(path);
+    if (const std::optional<ReadNotes> whole = NotesAsAWhole(path, file)) {
         for (const Note& note : whole->notes)
             texts.push_back(Flattened(note.text.substr(0, kListedCharacters)));
         return texts;
     }
-    std::ifstream file = OpenExport(path);
     ExportReader reader(file);
     while (texts.size() < kMostRecords) {
         const std::wstring text = reader.PassOver(kListedCharacters);
@@ -126,9 +115,8 @@ std::optional<Note> NoteAt(const std::filesystem::path& path, std::size_t index)
 ReadNotes ReadNotesOf(const std::filesystem::path& path, std::size_t count,
                       const std::function<bool(std::size_t)>& wanted) {
     count = std::min(count, kMostRecords);
-    std::ifstream file = OpenExport(path);
-    if (!file) return {};
-    const std::optional<ReadNotes> whole = NotesAsAWhole(path);
+    ByteSource file = ByteSource::OfFile(path);
+    const std::optional<ReadNotes> whole = NotesAsAWhole(path, file);
     if (!whole) return ReadRecords(file, count, wanted);
     Collector collector;
     for (std::size_t i = 0; i < std::min(count, whole->notes.size()); ++i) {

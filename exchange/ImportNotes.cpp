@@ -2,10 +2,11 @@
 
 #include <functional>
 
+#include "base/ByteSource.h"
 #include "base/FileName.h"
 #include "dialogs/Message.h"
 #include "dialogs/OneDialog.h"
-#include "exchange/ExportFile.h"
+#include "exchange/ExportedNote.h"
 #include "exchange/ImportFile.h"
 #include "exchange/KeptNotes.h"
 #include "exchange/frmImport.h"

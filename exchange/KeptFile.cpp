@@ -3,12 +3,10 @@
 #include <bit>
 #include <cstdint>
 #include <map>
-#include <sstream>
 #include <string_view>
 
 #include "base/ByteFields.h"
 #include "base/Text.h"
-#include "exchange/ExportFile.h"
 #include "exchange/ExportedNote.h"
 #include "model/NoteValues.h"
 
@@ -44,7 +42,7 @@ std::wstring_view TakePiece(std::wstring_view& text) {
     return piece;
 }
 
-void WriteRecords(std::ostream& file, const Note& note) {
+void WriteRecords(std::string& file, const Note& note) {
     ExportedNote record = ToRecord(note);
     record.CreationTime = Fitting(record.CreationTime);
     for (std::wstring_view rest = note.text; !rest.empty();) {
@@ -118,34 +116,21 @@ std::optional<Note> TakeNote(FieldReader& fields) {
 }
 
 // Passes over the records and the empty one behind them; false when no appendix follows.
-bool PassRecords(std::istream& file) {
+bool PassRecords(ByteSource& file) {
     ExportReader reader(file);
     std::size_t records = 0;
     while (!reader.PassOver(1).empty()) {
-        if (!file || ++records > kMostRecords) return false;
+        if (++records > kMostRecords) return false;
     }
-    std::string magic(kMagic.size(), '\0');
-    return file.read(magic.data(), static_cast<std::streamsize>(magic.size())) && magic == kMagic;
-}
-
-// All bytes of the stream; nothing for more than are read from a kept file.
-std::optional<std::string> Whole(std::istream& file) {
-    file.seekg(0, std::ios::end);
-    const std::streamoff size = file.tellg();
-    if (!file || size < 0 || static_cast<std::uint64_t>(size) > kMostKeptBytes) return std::nullopt;
-    std::string bytes(static_cast<std::size_t>(size), '\0');
-    file.seekg(0);
-    if (!file.read(bytes.data(), size)) return std::nullopt;
-    return bytes;
+    return file.Read(kMagic.size()) == kMagic;
 }
 
 }  // namespace
 
 std::string KeptFileBytes(const std::vector<Note>& notes) {
-    std::ostringstream records(std::ios::binary);
-    for (const Note& note : notes) WriteRecords(records, note);
-    WriteRecord(records, {});
-    std::string bytes = std::move(records).str();
+    std::string bytes;
+    for (const Note& note : notes) WriteRecords(bytes, note);
+    WriteRecord(bytes, {});
     bytes += kMagic;
     AddNumber(bytes, static_cast<std::uint32_t>(notes.size()));
     for (const Note& note : notes) AddNote(bytes, note);
@@ -153,28 +138,29 @@ std::string KeptFileBytes(const std::vector<Note>& notes) {
     return bytes;
 }
 
-std::optional<std::vector<Note>> ExactNotes(std::istream& file) {
+std::optional<std::vector<Note>> ExactNotes(ByteSource& file) {
     if (!PassRecords(file)) return std::nullopt;
-    const auto begin = static_cast<std::size_t>(std::streamoff(file.tellg()));
-    const std::optional<std::string> bytes = Whole(file);
-    if (!bytes || begin > bytes->size()) return std::nullopt;
-    FieldReader reader(std::string_view(*bytes).substr(begin));
+    const auto begin = static_cast<std::size_t>(file.Place());
+    if (file.Size() > kMostKeptBytes) return std::nullopt;
+    file.Rewind();
+    const std::string bytes = file.ReadRest();
+    if (bytes.size() < file.Size()) return std::nullopt;
+    FieldReader reader(std::string_view(bytes).substr(begin));
     std::vector<Note> notes;
     for (auto count = reader.Take<std::uint32_t>(); count > 0 && reader.Complete(); --count) {
         std::optional<Note> note = TakeNote(reader);
         if (!note) return std::nullopt;
         notes.push_back(*std::move(note));
     }
-    const std::string_view summed = std::string_view(*bytes).substr(0, bytes->size() - reader.Left());
+    const std::string_view summed = std::string_view(bytes).substr(0, bytes.size() - reader.Left());
     const bool right = reader.Take<std::uint64_t>() == CheckSum(summed);
     if (!reader.Complete() || !right) return std::nullopt;
     return notes;
 }
 
-std::vector<Note> NotesOfKeptFile(std::istream& file) {
+std::vector<Note> NotesOfKeptFile(ByteSource& file) {
     if (std::optional<std::vector<Note>> exact = ExactNotes(file)) return *std::move(exact);
-    file.clear();
-    file.seekg(0);
+    file.Rewind();
     std::vector<Note> notes;
     ExportReader reader(file);
     while (notes.size() < kMostRecords) {

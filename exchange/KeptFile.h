@@ -5,11 +5,11 @@
 // the notes exactly as they are, and a check sum over everything before it, so that leftovers of another file
 // are never taken for an appendix. docs/kvr.md describes it.
 
-#include <istream>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "base/ByteSource.h"
 #include "model/Note.h"
 
 // A larger file is not read as a kept one, which bounds the memory that a foreign file can take.
@@ -20,9 +20,8 @@ std::string KeptFileBytes(const std::vector<Note>& notes);
 
 // The notes of such a file, in every field as they were given to KeptFileBytes; only halves of surrogate
 // pairs that stand alone have become U+FFFD. Nothing for any other export file, and for one that was altered
-// or cut off; its records can be read all the same. The stream is open in binary mode and stands at its
-// beginning, and is left anywhere.
-std::optional<std::vector<Note>> ExactNotes(std::istream& file);
+// or cut off; its records can be read all the same. The source stands at its beginning, and is left anywhere.
+std::optional<std::vector<Note>> ExactNotes(ByteSource& file);
 
 // The same when there is an appendix, else the notes of the records.
-std::vector<Note> NotesOfKeptFile(std::istream& file);
+std::vector<Note> NotesOfKeptFile(ByteSource& file);

@@ -4,6 +4,7 @@
 #include <wx/clipbrd.h>
 
 #include "base/DataFolder.h"
+#include "base/FileName.h"
 #include "dialogs/Message.h"
 #include "dialogs/Wait.h"
 #include "exchange/ImportFile.h"
@@ -18,11 +19,11 @@ constexpr std::size_t kDeletedFloods = 10;
 // Of the texts in one file of a flood; the import takes files twice as large.
 constexpr std::size_t kFloodCharacters = kMostImportedCharacters / 2;
 
-KeepResult Keep(const std::vector<Note>& notes, const std::filesystem::path& folder, std::size_t most) {
+KeepResult Keep(const std::vector<Note>& notes, const wchar_t* folder, std::size_t most) {
     const std::filesystem::path data = DataFolder();
     if (data.empty()) return {KeepFailure::NoAccess};
     try {
-        NoteFolder(data / folder, most).KeepTogether(notes);
+        NoteFolder(data / FilePath(folder), most).KeepTogether(notes);
         return {};
     } catch (const std::system_error& failure) {
         return FailureOf(failure.code());
@@ -52,12 +53,12 @@ void TellOfUnkeptTexts() {
 }  // namespace
 
 KeepResult KeepLongNote(const Note& note) {
-    const char* const folder = "lange-notizen";
-    if (NoteFolder(DataFolder() / folder).Holds(note)) return {};
+    const wchar_t* const folder = L"lange-notizen";
+    if (NoteFolder(DataFolder() / FilePath(folder)).Holds(note)) return {};
     return Keep({note}, folder, NoteFolder::kUnlimited);
 }
 
-KeepResult KeepDeletedNote(const Note& note) { return Keep({note}, "papierkorb", kDeletedNotes); }
+KeepResult KeepDeletedNote(const Note& note) { return Keep({note}, L"papierkorb", kDeletedNotes); }
 
 KeepResult KeepDeletedFlood(const std::vector<Note>& notes) {
     KeepResult kept;
@@ -67,7 +68,7 @@ KeepResult KeepDeletedFlood(const std::vector<Note>& notes) {
             characters += next->text.size();
             together.push_back(*next);
         }
-        kept = Keep(together, std::filesystem::path("papierkorb") / "flut", kDeletedFloods);
+        kept = Keep(together, L"papierkorb/flut", kDeletedFloods);
     }
     return kept;
 }

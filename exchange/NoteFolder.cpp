@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <ctime>
-#include <fstream>
 #include <optional>
 #include <vector>
 
@@ -78,7 +77,7 @@ bool NoteFolder::Holds(const Note& note) const {
     const std::wstring words = NameFromText(note.text, kLongestNamedText);
     for (const std::wstring& name : KeptNames(folder_)) {
         if (!name.ends_with(words + kExport)) continue;
-        std::ifstream file(folder_ / FilePath(name), std::ios::binary);
+        ByteSource file = ByteSource::OfFile(folder_ / FilePath(name));
         const std::optional<std::vector<Note>> kept = ExactNotes(file);
         if (kept && kept->size() == 1 && kept->front().text == note.text &&
             kept->front().creationTime == note.creationTime)

@@ -4,10 +4,10 @@
 #include <wx/statbox.h>
 #include <wx/textctrl.h>
 
+#include "base/ByteSource.h"
 #include "base/FileName.h"
 #include "dialogs/Message.h"
 #include "dialogs/Wait.h"
-#include "exchange/ExportFile.h"
 #include "exchange/ExportPath.h"
 #include "notes/LossQuestion.h"
 #include "notes/NoteStore.h"

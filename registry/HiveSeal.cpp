@@ -4,7 +4,6 @@
 #include <cinttypes>
 #include <cstdio>
 #include <cstring>
-#include <fstream>
 #include <string>
 
 #include "base/ByteFields.h"
@@ -61,8 +60,10 @@ void SealHive(const fs::path& file, const HiveImage& image) {
     if (!ReadWhole(file, bytes) || bytes.size() < kHeader || HasLog(file) ||
         !MakeEmptyFile(SealOf(file)).Kept())
         return;
-    std::ofstream(SealOf(file), std::ios::binary)
-        << Seal{HashOf(bytes), image.Total(), Number(bytes, 24)}.Text();
+    if (std::FILE* const seal = std::fopen(SealOf(file).c_str(), "wbe")) {
+        std::fputs(Seal{HashOf(bytes), image.Total(), Number(bytes, 24)}.Text().c_str(), seal);
+        std::fclose(seal);
+    }
 }
 
 SealedFile LookAtSeal(const fs::path& file) {

@@ -3,9 +3,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
-#include <sstream>
 #include <utility>
 
 namespace {
@@ -23,9 +23,10 @@ std::string AddressInRuntimeFolder() {
 
 // The addresses without those that ask for a new bus or for none.
 std::string Usable(const std::string& addresses) {
-    std::string usable, address;
-    std::istringstream list(addresses);
-    while (std::getline(list, address, ';')) {
+    std::string usable;
+    for (std::size_t begin = 0, end; begin < addresses.size(); begin = end + 1) {
+        end = std::min(addresses.find(';', begin), addresses.size());
+        const std::string address = addresses.substr(begin, end - begin);
         if (address.empty() || address.starts_with("autolaunch:") || address.starts_with("disabled:"))
             continue;
         if (!usable.empty()) usable += ';';

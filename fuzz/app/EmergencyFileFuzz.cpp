@@ -1,7 +1,6 @@
 // Files in which the program keeps notes exactly: damaged ones, and ones that somebody else made so well that
 // their check sum is right.
 #include <algorithm>
-#include <sstream>
 
 #include "app/EmergencyFile.h"
 #include "base/ByteFields.h"
@@ -29,13 +28,14 @@ void Read(FuzzInput& input) {
     }
     if (kind != 'd') AddNumber(bytes, CheckSum(bytes));
 
-    std::istringstream file(bytes);
+    ByteSource file = ByteSource::OfMemory(bytes);
     const auto exact = ExactNotes(file);
-    std::istringstream anew(bytes);
-    const std::vector<Note> notes = NotesOfKeptFile(anew);
+    file.Rewind();
+    const std::vector<Note> notes = NotesOfKeptFile(file);
     if (exact) {
         Require(notes == *exact, "the appendix comes before the records");
-        std::istringstream again(KeptFileBytes(*exact));
+        const std::string kept = KeptFileBytes(*exact);
+        ByteSource again = ByteSource::OfMemory(kept);
         Require(ExactNotes(again) == exact, "what was read is kept the same");
     }
     if (const auto image = ReadEmergencyBytes(bytes + behind)) {

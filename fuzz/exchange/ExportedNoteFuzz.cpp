@@ -1,6 +1,4 @@
 // Any bytes as an export file, record by record.
-#include <sstream>
-
 #include "exchange/ExportedNote.h"
 #include "fuzz/support/FuzzTarget.h"
 
@@ -9,7 +7,7 @@ namespace {
 void Read(FuzzInput& input) {
     const std::size_t wanted = input.Number(255);
     const std::string bytes(input.Rest());
-    std::istringstream file(bytes), passed(bytes);
+    ByteSource file = ByteSource::OfMemory(bytes), passed = ByteSource::OfMemory(bytes);
     ExportReader reader(file), passing(passed);
     for (std::size_t records = 0;; ++records) {
         Require(records <= bytes.size() / 40 + 1, "a file has no more records than fit into it");
@@ -19,9 +17,9 @@ void Read(FuzzInput& input) {
         Require(record.Text.size() <= 0xFFFF && record.CreationTime.size() <= 0xFFFF,
                 "texts have their limit");
 
-        std::ostringstream written;
+        std::string written;
         Require(WriteRecord(written, record), "what was read can be written");
-        std::istringstream again(written.str());
+        ByteSource again = ByteSource::OfMemory(written);
         Require(ExportReader(again).Next() == record, "what was read is written the same");
         const Note note = ToNote(record);
         Require(ToNote(ToRecord(note)) == note, "a note is its own record's");

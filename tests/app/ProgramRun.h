@@ -16,7 +16,6 @@
 #include "app/frmUnsaved.h"
 #include "base/DataFolder.h"
 #include "base/FileName.h"
-#include "exchange/ExportFile.h"
 #include "exchange/ImportFile.h"
 #include "net/frmFlood.h"
 #include "registry/RegistryCalls.h"

@@ -2,9 +2,7 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <random>
-#include <sstream>
 
 #include "base/Text.h"
 #include "exchange/ExportedNote.h"
@@ -16,7 +14,7 @@ namespace fs = std::filesystem;
 
 const fs::path kSamples = KIVORA_SAMPLES;
 
-std::vector<ExportedNote> NotesOf(std::istream& file) {
+std::vector<ExportedNote> NotesOf(ByteSource file) {
     std::vector<ExportedNote> notes;
     ExportReader reader(file);
     for (ExportedNote note = reader.Next(); !note.Text.empty(); note = reader.Next())
@@ -24,10 +22,7 @@ std::vector<ExportedNote> NotesOf(std::istream& file) {
     return notes;
 }
 
-std::vector<ExportedNote> NotesOf(const std::string& bytes) {
-    std::istringstream file(bytes);
-    return NotesOf(file);
-}
+std::vector<ExportedNote> NotesOf(const std::string& bytes) { return NotesOf(ByteSource::OfMemory(bytes)); }
 
 // Writes the sample files anew after their notes have been changed here; runs only when asked for by name.
 TEST(ExportedNote, DISABLED_WriteSamples) {
@@ -37,8 +32,7 @@ TEST(ExportedNote, DISABLED_WriteSamples) {
 
 TEST(ExportedNote, SampleFilesHoldTheirNotes) {
     for (const SampleFile& sample : SampleFiles()) {
-        std::ifstream file(kSamples / sample.name, std::ios::binary);
-        EXPECT_EQ(NotesOf(file), sample.notes) << sample.name;
+        EXPECT_EQ(NotesOf(ByteSource::OfFile(kSamples / sample.name)), sample.notes) << sample.name;
     }
 }
 
@@ -65,11 +59,9 @@ TEST(ExportedNote, EveryFieldHasItsPlaceAndSign) {
                                 .FontNoteItalic = true,
                                 .FontNoteUnderlined = true,
                                 .Foreground = true};
-    std::istringstream file(bytes);
+    ByteSource file = ByteSource::OfMemory(bytes);
     EXPECT_EQ(ExportReader(file).Next(), expected);
-    std::string rest;
-    file >> rest;
-    EXPECT_EQ(rest, "rest") << "the record ends behind its last flag";
+    EXPECT_EQ(file.ReadRest(), "rest") << "the record ends behind its last flag";
 }
 
 TEST(ExportedNote, IsANoteAndBack) {
@@ -169,9 +161,9 @@ ExportedNote RandomNote(std::mt19937& random) {
 }
 
 std::string Written(const std::vector<ExportedNote>& notes) {
-    std::ostringstream file;
+    std::string file;
     for (const ExportedNote& note : notes) EXPECT_TRUE(WriteRecord(file, note));
-    return file.str();
+    return file;
 }
 
 TEST(ExportedNote, WritesWhatAnotherWriterWrites) {
@@ -203,9 +195,9 @@ TEST(ExportedNote, NothingIsWrittenOfATextThatCannotBeCounted) {
                 {"longest time", {.Text = L"a", .CreationTime = longest}, true},
                 {"too long time", {.Text = L"a", .CreationTime = tooLong}, false}};
     for (const auto& row : rows) {
-        std::ostringstream file;
+        std::string file;
         EXPECT_EQ(WriteRecord(file, row.note), row.written) << row.name;
-        EXPECT_EQ(file.str().empty(), !row.written) << row.name;
+        EXPECT_EQ(file.empty(), !row.written) << row.name;
     }
 }
 
@@ -213,7 +205,8 @@ TEST(ExportedNote, PassingOverReadsAsFarAsReading) {
     std::mt19937 random(7);
     std::vector<ExportedNote> notes(300);
     for (ExportedNote& note : notes) note = RandomNote(random);
-    std::istringstream file(Written(notes));
+    const std::string bytes = Written(notes);
+    ByteSource file = ByteSource::OfMemory(bytes);
     ExportReader reader(file);
     for (std::size_t i = 0; i < notes.size(); ++i) {
         if (i % 3 == 0) {

@@ -5,7 +5,6 @@
 
 #include "base/DataFolder.h"
 #include "base/Text.h"
-#include "exchange/ExportFile.h"
 #include "exchange/ImportFile.h"
 #include "exchange/KeptFile.h"
 #include "tests/exchange/SampleNotes.h"
@@ -45,6 +44,16 @@ std::vector<ExportedNote> Notes(const std::vector<std::wstring>& texts) {
 }
 
 }  // namespace
+
+TEST_F(ImportFileTest, OnlyFilesAreOpened) {
+    for (const fs::path& path : {folder, folder / "fehlt.kvr", folder / "fehlt" / "a.kvr", fs::path()}) {
+        EXPECT_TRUE(ByteSource::OfFile(path).Failure()) << path;
+        EXPECT_TRUE(ListNotes(path).empty()) << path;
+        EXPECT_FALSE(NoteAt(path, 0)) << path;
+        EXPECT_FALSE(Read(path).complete) << path;
+    }
+    EXPECT_FALSE(fs::exists(folder / "fehlt.kvr"));
+}
 
 TEST_F(ImportFileTest, ListAndRecordsAgree) {
     const std::wstring longText = std::wstring(5000, L'ü');
@@ -128,7 +137,6 @@ TEST_F(ImportFileTest, TextFilesAreOneNote) {
     Write(std::string(kMostTextFileBytes + 1, 'x'), "a.Txt");
     EXPECT_FALSE(Read(folder / "a.Txt").complete);
     EXPECT_TRUE(ListNotes(folder / "a.Txt").empty());
-    EXPECT_FALSE(Read(folder / "fehlt.txt").complete);
 }
 
 TEST_F(ImportFileTest, KeptFilesAreReadExactly) {

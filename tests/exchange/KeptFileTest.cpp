@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <limits>
-#include <sstream>
 
 #include "base/Text.h"
 #include "exchange/ExportedNote.h"
@@ -21,19 +20,19 @@ Note Sample(std::wstring text) {
 }
 
 std::optional<Notes> Exact(const std::string& bytes) {
-    std::istringstream file(bytes);
+    ByteSource file = ByteSource::OfMemory(bytes);
     return ExactNotes(file);
 }
 
 Notes Read(const std::string& bytes) {
-    std::istringstream file(bytes);
+    ByteSource file = ByteSource::OfMemory(bytes);
     return NotesOfKeptFile(file);
 }
 
 // What a reader sees that knows nothing of appendices.
 Notes RecordsOf(const std::string& bytes) {
     Notes notes;
-    std::istringstream file(bytes);
+    ByteSource file = ByteSource::OfMemory(bytes);
     ExportReader reader(file);
     for (ExportedNote record = reader.Next(); !record.Text.empty(); record = reader.Next())
         notes.push_back(ToNote(record));

@@ -43,7 +43,7 @@ class NoteFolderTest : public testing::Test {
         return words;
     }
     static std::vector<Note> NotesIn(const fs::path& path) {
-        std::ifstream file(path, std::ios::binary);
+        ByteSource file = ByteSource::OfFile(path);
         return ExactNotes(file).value_or(std::vector<Note>());
     }
     fs::path Path(const std::wstring& name) const { return folder_ / FilePath(name); }

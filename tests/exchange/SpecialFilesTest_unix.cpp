@@ -2,7 +2,7 @@
 #include <stdlib.h>
 #include <sys/stat.h>
 
-#include "exchange/ExportFile.h"
+#include "base/ByteSource.h"
 #include "exchange/ImportFile.h"
 
 namespace {
@@ -14,7 +14,7 @@ TEST(SpecialFiles, AreNoExportFiles) {
     const fs::path pipe = fs::path(getenv("XDG_RUNTIME_DIR")) / "pipe";
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     for (const fs::path& path : {pipe, fs::path("/dev/full"), fs::path("/dev/zero")}) {
-        EXPECT_FALSE(OpenExport(path).good()) << path;
+        EXPECT_TRUE(ByteSource::OfFile(path).Failure()) << path;
         EXPECT_TRUE(ListNotes(path).empty()) << path;
         EXPECT_FALSE(NoteAt(path, 0)) << path;
     }

@@ -4,12 +4,11 @@
 #include <algorithm>
 #include <csignal>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <set>
 #include <stdexcept>
 
 #include "app/EmergencyFile.h"
+#include "base/ByteSource.h"
 #include "exchange/KeptFile.h"
 #include "registry/RegistryHive.h"
 #include "tests/faults/Process.h"
@@ -54,7 +53,7 @@ std::set<NoteName> Binned(const fs::path& data) {
     std::set<NoteName> names;
     std::error_code none;
     for (const auto& entry : fs::directory_iterator(Program::Bin(data), none)) {
-        std::ifstream file(entry.path(), std::ios::binary);
+        ByteSource file = ByteSource::OfFile(entry.path());
         for (const Note& note : ExactNotes(file).value_or(std::vector<Note>()))
             if (note == NoteOf(NameOf(note))) names.insert(NameOf(note));
     }
@@ -68,8 +67,7 @@ std::set<std::string> Emergencies(const fs::path& data, const StoredImage& there
     const std::uint64_t digest = DigestOf(there.autostart, notes, there.entries, Digested::AsRead);
     std::set<std::string> images;
     for (const fs::path& path : EmergencyFiles(Program::Emergency(data))) {
-        std::ifstream file(path, std::ios::binary);
-        const auto unsaved = ReadEmergencyBytes({std::istreambuf_iterator<char>(file), {}});
+        const auto unsaved = ReadEmergencyBytes(ByteSource::OfFile(path).ReadRest());
         StoredImage stored;
         if (!unsaved) continue;
         if (unsaved->stored && unsaved->stored != digest)
@@ -85,9 +83,9 @@ std::set<std::string> Emergencies(const fs::path& data, const StoredImage& there
 
 // The file is that of the last export that succeeded, or of a later one.
 bool IsExported(const fs::path& data, int last) {
-    std::ifstream file(Program::Exported(data), std::ios::binary);
-    const std::string bytes{std::istreambuf_iterator<char>(file), {}};
-    if (!file.is_open()) return last == 0;
+    ByteSource file = ByteSource::OfFile(Program::Exported(data));
+    if (file.Failure()) return last == 0;
+    const std::string bytes = file.ReadRest();
     for (int number = last; number <= kExports; ++number)
         if (bytes == Program::ExportedBytes(number)) return true;
     return false;

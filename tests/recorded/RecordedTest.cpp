@@ -3,9 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <sstream>
 
 #include "base/Text.h"
 #include "exchange/ExportedNote.h"
@@ -14,13 +11,14 @@
 namespace {
 
 std::string Recorded(const char* name) {
-    std::ifstream file(std::filesystem::path(KIVORA_RECORDED) / name, std::ios::binary);
-    EXPECT_TRUE(file.is_open()) << name;
-    return {std::istreambuf_iterator<char>(file), {}};
+    ByteSource file = ByteSource::OfFile(std::filesystem::path(KIVORA_RECORDED) / name);
+    EXPECT_FALSE(file.Failure()) << name;
+    return file.ReadRest();
 }
 
 std::vector<ExportedNote> RecordedNotes() {
-    std::istringstream file(Recorded("notizen.kvr"));
+    const std::string bytes = Recorded("notizen.kvr");
+    ByteSource file = ByteSource::OfMemory(bytes);
     ExportReader reader(file);
     std::vector<ExportedNote> notes;
     for (ExportedNote note = reader.Next(); !note.Text.empty(); note = reader.Next()) notes.push_back(note);
@@ -46,9 +44,9 @@ std::vector<Exchange> RecordedDialogue(const char* name) {
 }
 
 TEST(Recorded, AnExportFileIsReadAndWrittenByteForByte) {
-    std::ostringstream written;
+    std::string written;
     for (const ExportedNote& note : RecordedNotes()) EXPECT_TRUE(WriteRecord(written, note));
-    EXPECT_EQ(written.str(), Recorded("notizen.kvr"));
+    EXPECT_EQ(written, Recorded("notizen.kvr"));
 }
 
 TEST(Recorded, ASenderGetsTheSameReplies) {
