@@ -1,7 +1,7 @@
 #pragma once
 // Text inside the program is std::wstring; bytes exist only at its borders. These are the two doors: UTF-8
 // for what the operating system and the local store exchange with us, the ANSI code page for what leaves the
-// program as files, over the network or by mail.
+// program as files or over the network.
 
 #include <string>
 #include <string_view>

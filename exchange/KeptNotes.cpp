@@ -1,10 +1,10 @@
 #include "exchange/KeptNotes.h"
 
 #include <wx/app.h>
-#include <wx/clipbrd.h>
 
 #include "base/DataFolder.h"
 #include "base/FileName.h"
+#include "dialogs/Clipboard.h"
 #include "dialogs/Message.h"
 #include "dialogs/Wait.h"
 #include "exchange/ImportFile.h"
@@ -36,16 +36,11 @@ std::wstring& UnkeptTexts() {
     return texts;
 }
 
-bool PutIntoClipboard(const std::wstring& text) {
-    const wxClipboardLocker clipboard;
-    return !!clipboard && wxTheClipboard->SetData(new wxTextDataObject(text));
-}
-
 void TellOfUnkeptTexts() {
     const std::wstring texts = std::exchange(UnkeptTexts(), {});
     if (IsQuitting() || texts.empty()) return;
-    const std::wstring where = PutIntoClipboard(texts) ? L"Ihr Text liegt jetzt in der Zwischenablage."
-                                                       : L"Ihr Text war:\r\n\r\n" + texts;
+    const std::wstring where =
+        CopyText(texts) ? L"Ihr Text liegt jetzt in der Zwischenablage." : L"Ihr Text war:\r\n\r\n" + texts;
     ShowMessage(L"Die Notiz konnte nicht im Papierkorb aufgehoben werden.\r\n" + where, kCritical,
                 L"Papierkorb");
 }

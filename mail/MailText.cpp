@@ -1,7 +1,7 @@
 #include "mail/MailText.h"
 
 #include "base/Homepage.h"
-#include "base/Text.h"
+#include "mail/MailCodePage.h"
 
 namespace {
 
@@ -9,9 +9,9 @@ bool GoesUnescaped(wchar_t c) {
     return (c >= L'a' && c <= L'z') || (c >= L'A' && c <= L'Z') || (c >= L'0' && c <= L'9');
 }
 
-void AppendEscape(std::wstring& text, wchar_t character) {
+void AppendEscape(std::wstring& text, char byte) {
     constexpr wchar_t kDigits[] = L"0123456789ABCDEF";
-    const auto code = static_cast<unsigned char>(ToAnsi({&character, 1})[0]);
+    const auto code = static_cast<unsigned char>(byte);
     text += L'%';
     text += kDigits[code >> 4];
     text += kDigits[code & 15];
@@ -27,20 +27,21 @@ std::wstring MailBody(const std::vector<std::wstring>& notes) {
 
 std::wstring EncodeMailChar(const std::wstring& character) {
     std::wstring escape;
-    if (character.size() == 1) AppendEscape(escape, character[0]);
+    if (character.size() != 1) return escape;
+    for (const char byte : ToMail(character)) AppendEscape(escape, byte);
     return escape;
 }
 
 std::wstring EncodeMailBody(const std::wstring& body) {
+    const bool dropsLast = body.size() > 2 && !GoesUnescaped(body[body.size() - 2]);
+    const std::string bytes = ToMail({body.data(), body.size() - (dropsLast ? 1 : 0)});
     std::wstring encoded;
-    encoded.reserve(body.size() + body.size() / 2);
-    for (std::size_t i = 0; i < body.size(); ++i) {
-        if (GoesUnescaped(body[i])) {
-            encoded += body[i];
-            continue;
-        }
-        AppendEscape(encoded, body[i]);
-        if (i > 0 && i + 2 == body.size()) break;
+    encoded.reserve(bytes.size() + bytes.size() / 2);
+    for (const char byte : bytes) {
+        if (GoesUnescaped(static_cast<unsigned char>(byte)))
+            encoded += static_cast<wchar_t>(byte);
+        else
+            AppendEscape(encoded, byte);
     }
     return encoded;
 }

@@ -9,8 +9,8 @@
 // The body for notes of these texts: room for the user's own words, the notes, and where they come from.
 std::wstring MailBody(const std::vector<std::wstring>& notes);
 
-// The escape of a text of one character: "%" and its code in the code page of mail (base/Text.h, ToAnsi)
-// as two hexadecimal digits. Empty for a text of any other length.
+// The escape of a text of one character: for each of its bytes in the code page of mail (MailCodePage.h) "%"
+// and two hexadecimal digits. Empty for a text of any other length.
 std::wstring EncodeMailChar(const std::wstring& character);
 
 // The body with everything escaped that is no ASCII letter or digit. When the last character but one is

@@ -2,24 +2,45 @@
 
 #include <wx/textctrl.h>
 
+#include "dialogs/Clipboard.h"
+#include "dialogs/Message.h"
 #include "dialogs/OneDialog.h"
 #include "dialogs/Wait.h"
+#include "mail/MailCodePage.h"
 #include "mail/MailText.h"
 #include "mail/frmSendAsEMail.h"
 #include "notes/NoteStore.h"
 
 namespace {
 
+struct Mail {
+    std::wstring body, address;
+};
+
 // Asks the user; nothing when he cancels or a chosen note is gone.
-std::optional<std::wstring> AskForAddress(const NoteStore& store, OneDialog& once) {
+std::optional<Mail> AskForMail(const NoteStore& store, OneDialog& once) {
     const OneDialog::Opened<frmSendAsEMail> dialog(once, store);
     if (dialog->ShowModal() != 1) return std::nullopt;
     const auto notes = ChosenNotes(store, dialog->Frame1->Marked(), L"Versenden");
     if (!notes) return std::nullopt;
     std::vector<std::wstring> texts;
     for (const Note& note : *notes) texts.push_back(note.text);
-    return MailAddress(dialog->txtEmpfänger->GetValue().ToStdWstring(),
-                       dialog->txtBetreff->GetValue().ToStdWstring(), EncodeMailBody(MailBody(texts)));
+    std::wstring body = MailBody(texts);
+    std::wstring address = MailAddress(dialog->txtEmpfänger->GetValue().ToStdWstring(),
+                                       dialog->txtBetreff->GetValue().ToStdWstring(), EncodeMailBody(body));
+    return Mail{std::move(body), std::move(address)};
+}
+
+void OfferByClipboard(const std::wstring& body) {
+    const std::wstring way =
+        CopyText(body)
+            ? L"Er liegt deshalb auch in der Zwischenablage: Ist er in der neuen Nachricht nicht "
+              L"vollständig, fügen Sie ihn mit Strg+V ein. Hat sich keine geöffnet, beginnen Sie im "
+              L"E-Mail-Programm selbst eine."
+            : L"Exportieren Sie die Notizen in eine Datei und hängen Sie diese an, oder wählen Sie "
+              L"weniger Notizen aus.";
+    ShowMessage(L"Der Text ist zu lang, um sicher im E-Mail-Programm anzukommen.\r\n" + way, kExclamation,
+                L"Per E-Mail versenden");
 }
 
 }  // namespace
@@ -27,6 +48,8 @@ std::optional<std::wstring> AskForAddress(const NoteStore& store, OneDialog& onc
 void SendNotesAsEMail(NoteStore& store, const AddressOpener& open) {
     static OneDialog once;
     if (once.BroughtForward()) return;
-    const std::optional<std::wstring> address = AskForAddress(store, once);
-    if (address && !IsQuitting()) open(*address);
+    const std::optional<Mail> mail = AskForMail(store, once);
+    if (!mail || IsQuitting()) return;
+    open(mail->address);
+    if (IsTooLongForMail(mail->address) && !IsQuitting()) OfferByClipboard(mail->body);
 }

@@ -4,6 +4,7 @@
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
 
+#include "mail/MailCodePage.h"
 #include "notes/LossQuestion.h"
 
 frmSendAsEMail::frmSendAsEMail(const NoteStore& store)
@@ -36,7 +37,7 @@ frmSendAsEMail::frmSendAsEMail(const NoteStore& store)
 }
 
 void frmSendAsEMail::Confirm() {
-    if (!MayLoseCharacters(store_, Frame1->Marked(), L"per E-Mail senden")) return;
+    if (!MailHasAllCharacters() && !MayLoseCharacters(store_, Frame1->Marked(), L"per E-Mail senden")) return;
     // It may have been cancelled behind the question.
     if (State() == DialogState::Waiting) frmDialog::Confirm();
 }

@@ -1,6 +1,6 @@
 #pragma once
-// Characters that do not leave the program: files, the network protocol and mail carry those of the ANSI code
-// page (base/Text.h, ToAnsi) and '?' for all others.
+// Characters that do not leave the program: files, the network protocol and, on Windows, mail carry those of
+// the ANSI code page (base/Text.h, ToAnsi) and '?' for all others.
 
 #include <string>
 #include <string_view>

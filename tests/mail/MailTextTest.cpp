@@ -3,6 +3,7 @@
 #include <random>
 
 #include "base/Text.h"
+#include "mail/MailCodePage.h"
 #include "mail/MailText.h"
 
 namespace {
@@ -15,13 +16,15 @@ std::wstring ScanInPlace(std::wstring body) {
         const std::wstring at = i <= body.size() ? body.substr(i - 1, 1) : L"";
         if (at.empty() || plain.find(at) != std::wstring::npos) continue;
         const std::wstring before = body.substr(0, i - 1), behind = body.substr(i);
+        const std::wstring escape = EncodeMailChar(at);
         if (i == 1) {
-            body = EncodeMailChar(at) + behind;
+            body = escape + behind;
         } else if (i == body.size() - 1) {
-            body = before + EncodeMailChar(at);
+            body = before + escape;
         } else {
-            body = before + EncodeMailChar(at) + behind;
+            body = before + escape + behind;
         }
+        i += escape.size() - 1;
     }
     return body;
 }
@@ -29,11 +32,22 @@ std::wstring ScanInPlace(std::wstring body) {
 }  // namespace
 
 TEST(MailText, EscapesOneCharacter) {
+    const bool utf8 = MailHasAllCharacters();
     const struct {
         const wchar_t *character, *escape;
     } rows[] = {
-        {L"\r", L"%0D"}, {L"\n", L"%0A"}, {L" ", L"%20"}, {L"%", L"%25"}, {L"ä", L"%E4"}, {L"€", L"%80"},
-        {L"-", L"%2D"},  {L"ÿ", L"%FF"},  {L"Ω", L"%3F"}, {L"a", L"%61"}, {L"", L""},     {L"ab", L""},
+        {L"\r", L"%0D"},
+        {L"\n", L"%0A"},
+        {L" ", L"%20"},
+        {L"%", L"%25"},
+        {L"ä", utf8 ? L"%C3%A4" : L"%E4"},
+        {L"€", utf8 ? L"%E2%82%AC" : L"%80"},
+        {L"-", L"%2D"},
+        {L"ÿ", utf8 ? L"%C3%BF" : L"%FF"},
+        {L"Ω", utf8 ? L"%CE%A9" : L"%3F"},
+        {L"a", L"%61"},
+        {L"", L""},
+        {L"ab", L""},
     };
     for (const auto& row : rows)
         EXPECT_EQ(EncodeMailChar(row.character), row.escape) << ToUtf8(row.character);
