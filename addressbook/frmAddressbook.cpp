@@ -8,6 +8,7 @@
 #include "addressbook/frmAddressbookEntryEdit.h"
 #include "addressbook/frmAddressbookEntryNew.h"
 #include "base/CaseFold.h"
+#include "base/SortKey.h"
 #include "dialogs/ControlNames.h"
 #include "dialogs/OneDialog.h"
 #include "dialogs/Wait.h"
@@ -93,7 +94,7 @@ void frmAddressbook::Sort() {
     std::vector<Row> rows;
     for (int row = 0; row < lvwEntries->Count(); ++row) {
         rows.push_back(
-            {InCapitals(lvwEntries->Text(row, sortColumn_)),
+            {SortKey(lvwEntries->Text(row, sortColumn_)),
              {lvwEntries->Text(row, kName), lvwEntries->Text(row, kAddress), lvwEntries->Text(row, kComment)},
              lvwEntries->IsChecked(row)});
     }
