@@ -23,6 +23,9 @@ constexpr int kIconSizes[] = {16, 32, 48, 128};
 // What every user gets who has not installed the program: files in the user's own data folder.
 fs::path TypeFile() { return SharedDataFolder() / "mime" / "packages" / "kivora.xml"; }
 fs::path EntryFile() { return SharedDataFolder() / "applications" / "kivora.desktop"; }
+// What file managers offer beside the program itself. By its name it stands behind that one in the desktop's
+// list, the first of which opens files.
+fs::path PrintEntryFile() { return SharedDataFolder() / "applications" / "kivora.print.desktop"; }
 fs::path IconFile(int size) {
     const std::string folder = std::to_string(size) + "x" + std::to_string(size);
     return SharedDataFolder() / "icons" / "hicolor" / folder / "apps" / "kivora.png";
@@ -34,10 +37,9 @@ void Replace(std::string& text, const std::string& what, const std::string& by) 
     }
 }
 
-// The installed entry, starting this very program.
-std::string DesktopEntry() {
+// An installed entry, starting this very program.
+std::string OfThisProgram(std::string entry) {
     const std::string program = FilePath(ProgramPath()).native();
-    std::string entry = kDesktopEntry;
     Replace(entry, "\nExec=kivora", "\nExec=" + DesktopExec(program));
     Replace(entry, "\nTryExec=kivora", "\nTryExec=" + DesktopString(program));
     return entry;
@@ -102,11 +104,23 @@ void Run(std::vector<std::string> words) {
     g_spawn_async(nullptr, arguments.data(), nullptr, flags, nullptr, nullptr, nullptr, nullptr);
 }
 
+const std::vector<std::string> kMakeOpener = {"xdg-mime", "default", "kivora.desktop",
+                                              "application/x-kivora"};
+
 // Each works on files of its own, so nobody waits for any of them.
 void RunTools() {
     Run({"update-mime-database", SharedDataFolder() / "mime"});
     Run({"update-desktop-database", SharedDataFolder() / "applications"});
-    Run({"xdg-mime", "default", "kivora.desktop", "application/x-kivora"});
+    Run(kMakeOpener);
+}
+
+// True when the user or a program has said what opens the files. Else file managers open them with whatever
+// entry was used last, and that may be the one that prints.
+bool HasOpener() {
+    const fs::path list = fs::path(g_get_user_config_dir()) / "mimeapps.list";
+    g_autoptr(GKeyFile) defaults = g_key_file_new();
+    return g_key_file_load_from_file(defaults, list.c_str(), G_KEY_FILE_NONE, nullptr) &&
+           g_key_file_has_key(defaults, "Default Applications", "application/x-kivora", nullptr);
 }
 
 // True when this very program was installed with an entry and a type of its own where the desktop looks.
@@ -130,6 +144,7 @@ void Withdraw() {
     if (ReadFile(EntryFile()).find("\nTryExec=/") == std::string::npos) return;
     std::error_code ignored;
     fs::remove(EntryFile(), ignored);
+    fs::remove(PrintEntryFile(), ignored);
     fs::remove(TypeFile(), ignored);
     for (const int size : kIconSizes) fs::remove(IconFile(size), ignored);
     RunTools();
@@ -139,10 +154,12 @@ gboolean RegisterNow(gpointer) {
     if (SharedDataFolder().empty()) return G_SOURCE_REMOVE;
     if (IsInstalled()) {
         Withdraw();
+        if (!HasOpener()) Run(kMakeOpener);
         return G_SOURCE_REMOVE;
     }
     const bool newType = Renew(TypeFile(), kMimeType);
-    const bool newEntry = Renew(EntryFile(), DesktopEntry());
+    bool newEntry = Renew(EntryFile(), OfThisProgram(kDesktopEntry));
+    newEntry = Renew(PrintEntryFile(), OfThisProgram(kPrintEntry)) || newEntry;
     for (const int size : kIconSizes) {
         std::error_code ignored;
         if (newType || newEntry || !fs::exists(IconFile(size), ignored)) WriteIcon(size);

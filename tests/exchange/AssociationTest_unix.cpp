@@ -31,6 +31,9 @@ TEST(Association, DesktopFilesAreWrittenOnlyWhenSomethingChanged) {
     const std::string program = FilePath(ProgramPath()).native();
     EXPECT_NE(Content(entry).find("\nExec=" + program + " %F\n"), std::string::npos) << Content(entry);
     EXPECT_NE(Content(entry).find("\nExec=" + program + " --print\n"), std::string::npos);
+    EXPECT_NE(
+        Content(entry.parent_path() / "kivora.print.desktop").find("\nExec=" + program + " [print] %F\n"),
+        std::string::npos);
     EXPECT_NE(Content(entry).find("\nMimeType=application/x-kivora;\n"), std::string::npos);
     EXPECT_NE(Content(type).find("<glob pattern=\"*.kvr\"/>"), std::string::npos);
     EXPECT_TRUE(fs::exists(Data() / "icons" / "hicolor" / "48x48" / "apps" / "kivora.png"));
