@@ -1,6 +1,7 @@
 #include "print/CupsService_unix.h"
 
 #include <cups/cups.h>
+#include <cups/pwg.h>
 #include <dlfcn.h>
 
 #include <algorithm>
@@ -17,7 +18,8 @@ constexpr int kConnectLimit = 500;  // milliseconds
 // For one operation. libcups sends several requests for one and repeats some; each that is sent when the time
 // is over still takes one step.
 constexpr std::chrono::milliseconds kAnswerLimit{800};
-constexpr double kStep = 0.1;  // seconds
+constexpr double kStep = 0.1;           // seconds
+constexpr double kPerMillimetre = 100;  // CUPS counts hundredths
 
 // The functions of libcups by their own names.
 struct Cups {
@@ -43,6 +45,10 @@ struct Cups {
     KIVORA_CUPS(cupsDoRequest);
     KIVORA_CUPS(cupsGetDests2);
     KIVORA_CUPS(cupsFreeDests);
+    KIVORA_CUPS(cupsGetOption);
+    KIVORA_CUPS(pwgMediaForPWG);
+    KIVORA_CUPS(pwgMediaForLegacy);
+    KIVORA_CUPS(pwgMediaForPPD);
     KIVORA_CUPS(cupsAddOption);
     KIVORA_CUPS(cupsFreeOptions);
     KIVORA_CUPS(cupsCreateJob);
@@ -55,7 +61,10 @@ struct Cups {
 #undef KIVORA_CUPS
 };
 
-const wchar_t* const kNoAnswer = L"Der Druckdienst antwortet nicht.";
+const wchar_t* const kNoAnswer =
+    L"Der Druckdienst antwortet nicht. Es wurde nichts gedruckt.\r\nVersuchen Sie es später noch einmal, "
+    L"oder "
+    L"wählen Sie unter \"Einstellung...\" den Drucker \"In Datei drucken (PDF)\".";
 
 const char* NoPassword(const char*, http_t*, const char*, const char*, void*) { return nullptr; }
 
@@ -97,30 +106,52 @@ class Connection {
     Clock::time_point deadline_;
 };
 
+// Calls something with each printer; false when CUPS does not answer.
+bool EachPrinter(const std::function<void(const Cups&, const cups_dest_t&)>& call) {
+    const Cups* cups = Library();
+    if (!cups) return false;
+    const Connection connection(*cups);
+    if (!connection) return false;
+    // One request first: listing the printers sends several, and each would wait for a CUPS that hangs.
+    cups->ippDelete(cups->cupsDoRequest(connection, cups->ippNewRequest(IPP_OP_CUPS_GET_DEFAULT), "/"));
+    const ipp_status_t answer = cups->cupsLastError();
+    if (answer >= IPP_STATUS_ERROR_BAD_REQUEST && answer != IPP_STATUS_ERROR_NOT_FOUND) return false;
+    cups_dest_t* printers = nullptr;
+    const int count = cups->cupsGetDests2(connection, &printers);
+    for (int i = 0; i < count; ++i) call(*cups, printers[i]);
+    cups->cupsFreeDests(count, printers);
+    return true;
+}
+
 }  // namespace
 
 CupsPrinters FindCupsPrinters() {
     CupsPrinters found;
-    const Cups* cups = Library();
-    if (!cups) return found;
-    const Connection connection(*cups);
-    if (!connection) return found;
-    // One request first: listing the printers sends several, and each would wait for a CUPS that hangs.
-    cups->ippDelete(cups->cupsDoRequest(connection, cups->ippNewRequest(IPP_OP_CUPS_GET_DEFAULT), "/"));
-    const ipp_status_t answer = cups->cupsLastError();
-    found.running = answer < IPP_STATUS_ERROR_BAD_REQUEST || answer == IPP_STATUS_ERROR_NOT_FOUND;
-    if (!found.running) return found;
-    cups_dest_t* printers = nullptr;
-    const int count = cups->cupsGetDests2(connection, &printers);
-    for (int i = 0; i < count; ++i) {
+    found.running = EachPrinter([&](const Cups&, const cups_dest_t& printer) {
         // Instances are printers with other defaults, and we set everything ourselves.
-        if (printers[i].instance && !printers[i].is_default) continue;
-        const std::wstring name = FromUtf8(printers[i].name);
-        if (found.names.empty() || printers[i].is_default) found.standard = name;
-        if (!printers[i].instance) found.names.push_back(name);
-    }
-    cups->cupsFreeDests(count, printers);
+        if (printer.instance && !printer.is_default) return;
+        const std::wstring name = FromUtf8(printer.name);
+        if (found.names.empty() || printer.is_default) found.standard = name;
+        if (!printer.instance) found.names.push_back(name);
+    });
     return found;
+}
+
+std::optional<PaperSize> CupsPaperOf(const std::wstring& printer) {
+    std::optional<PaperSize> paper;
+    EachPrinter([&](const Cups& cups, const cups_dest_t& each) {
+        if (each.instance || FromUtf8(each.name) != printer) return;
+        for (const char* const option : {"media", "PageSize"}) {
+            const char* const name = cups.cupsGetOption(option, each.num_options, each.options);
+            const pwg_media_t* medium = name ? cups.pwgMediaForPWG(name) : nullptr;
+            if (name && !medium) medium = cups.pwgMediaForLegacy(name);
+            if (name && !medium) medium = cups.pwgMediaForPPD(name);
+            if (!medium || medium->width <= 0 || medium->length <= 0) continue;
+            paper = {medium->width / kPerMillimetre, medium->length / kPerMillimetre};
+            return;
+        }
+    });
+    return paper;
 }
 
 CupsJob::CupsJob(const std::wstring& printer, const std::wstring& title, const std::string& paper)
@@ -142,7 +173,7 @@ CupsJob::CupsJob(const std::wstring& printer, const std::wstring& title, const s
         return;
     }
     cups_option_t* options = nullptr;
-    const int count = cups.cupsAddOption("media", paper.c_str(), 0, &options);
+    const int count = paper.empty() ? 0 : cups.cupsAddOption("media", paper.c_str(), 0, &options);
     id_ = cups.cupsCreateJob(connection, queue_.c_str(), title_.c_str(), count, options);
     if (id_ == 0) Fail();
     cups.cupsFreeOptions(count, options);

@@ -5,8 +5,11 @@
 
 #include <cstdio>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
+
+#include "print/PageLayout.h"
 
 struct CupsPrinters {
     bool running = false;  // the service answers
@@ -17,11 +20,14 @@ struct CupsPrinters {
 // Not running, and without names, when libcups is missing or CUPS does not answer in time.
 CupsPrinters FindCupsPrinters();
 
+// The paper that a printer is set to by itself, or by its user, upright; nothing when nobody tells.
+std::optional<PaperSize> CupsPaperOf(const std::wstring& printer);
+
 // A job of CUPS. Destroying it before Send has succeeded withdraws it.
 class CupsJob {
   public:
-    // paper: name of the medium, such as "iso_a4_210x297mm". When Failure is empty then, CUPS has taken the
-    // job in and waits for its document.
+    // paper: name of the medium, such as "iso_a4_210x297mm"; empty for the printer's own. When Failure is
+    // empty then, CUPS has taken the job in and waits for its document.
     CupsJob(const std::wstring& printer, const std::wstring& title, const std::string& paper);
     ~CupsJob();
     CupsJob(const CupsJob&) = delete;

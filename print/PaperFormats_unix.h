@@ -2,6 +2,8 @@
 // The paper formats that the printer set-up offers.
 
 #include <array>
+#include <cmath>
+#include <utility>
 
 #include "print/PageLayout.h"
 
@@ -21,14 +23,14 @@ inline constexpr std::array<PaperFormat, 5> kPaperFormats = {{
 
 inline bool IsLandscape(const PaperSize& size) { return size.width > size.height; }
 
-// The format of a paper in either orientation; the first one for a paper of no format.
-inline const PaperFormat& FormatOf(const PaperSize& size) {
+// The format of a paper in either orientation; null for a paper of no format.
+inline const PaperFormat* FormatOf(PaperSize size) {
+    constexpr double kTolerance = 1;  // mm
+    if (IsLandscape(size)) std::swap(size.width, size.height);
     for (const PaperFormat& format : kPaperFormats) {
-        const bool turned = IsLandscape(size);
-        if (size.width == (turned ? format.size.height : format.size.width) &&
-            size.height == (turned ? format.size.width : format.size.height)) {
-            return format;
-        }
+        if (std::abs(size.width - format.size.width) < kTolerance &&
+            std::abs(size.height - format.size.height) < kTolerance)
+            return &format;
     }
-    return kPaperFormats[0];
+    return nullptr;
 }

@@ -97,8 +97,7 @@ bool PrintNotes(NoteStore& store, PrintSystem& system) {
     // The user's choice holds for this run, as long as there is that printer.
     static PrinterSettings chosen;
     if (std::find(printers.names.begin(), printers.names.end(), chosen.printer) == printers.names.end()) {
-        chosen.printer = printers.standard;
-        chosen.driver.clear();
+        chosen = {printers.standard, system.PaperOf(printers.standard)};
     }
     const OneDialog::Operation underWay(printing);
     const std::optional<Order> order = AskForOrder(store, system, chosen, printers.hint);

@@ -28,6 +28,9 @@ class PrintSystem {
 
     virtual PrinterList Printers() = 0;
 
+    // The paper that this printer of the list is set to by itself; A4 when it does not tell.
+    virtual PaperSize PaperOf(const std::wstring& printer) = 0;
+
     // The printer set-up dialog: lets the user change the settings; false, and they stay as they are, when
     // that is cancelled. It closes by itself when the program quits.
     virtual bool SetUp(PrinterSettings& settings) = 0;

@@ -11,6 +11,7 @@
 #include <cmath>
 #include <cstring>
 #include <optional>
+#include <utility>
 
 #include "dialogs/CancelPopup_msw.h"
 #include "dialogs/Wait.h"
@@ -51,34 +52,63 @@ bool IsSame(const PaperSize& one, const PaperSize& other) {
     return std::abs(one.width - other.width) < kTolerance && std::abs(one.height - other.height) < kTolerance;
 }
 
-// A DEVMODEW and what the printer's driver adds: what its dialog was told, else its own settings with our
-// paper in them; empty when the printer has none.
+// A printer by its name. Without such a printer it has no settings.
+class PrinterHandle {
+  public:
+    explicit PrinterHandle(std::wstring name) : name_(std::move(name)) {
+        if (!OpenPrinterW(name_.data(), &handle_, nullptr)) handle_ = nullptr;
+    }
+    ~PrinterHandle() {
+        if (handle_) ClosePrinter(handle_);
+    }
+    PrinterHandle(const PrinterHandle&) = delete;
+    PrinterHandle& operator=(const PrinterHandle&) = delete;
+
+    // A DEVMODEW and what the printer's driver adds, as the user or Windows has set it; empty when the
+    // printer has none.
+    std::vector<BYTE> OwnMode() {
+        if (!handle_) return {};
+        const LONG size = DocumentPropertiesW(nullptr, handle_, name_.data(), nullptr, nullptr, 0);
+        std::vector<BYTE> bytes(static_cast<std::size_t>(std::max<LONG>(size, 0)));
+        auto* mode = reinterpret_cast<DEVMODEW*>(bytes.data());
+        if (!bytes.empty() &&
+            DocumentPropertiesW(nullptr, handle_, name_.data(), mode, nullptr, DM_OUT_BUFFER) != IDOK)
+            bytes.clear();
+        return bytes;
+    }
+
+    // Lets the driver bring changed settings into harmony.
+    void Adjust(DEVMODEW& mode) {
+        DocumentPropertiesW(nullptr, handle_, name_.data(), &mode, &mode, DM_IN_BUFFER | DM_OUT_BUFFER);
+    }
+
+  private:
+    std::wstring name_;
+    HANDLE handle_ = nullptr;
+};
+
+// What the printer's dialog was told, else its own settings with our paper in them; empty when the printer
+// has none.
 std::vector<BYTE> DeviceModeOf(const PrinterSettings& settings) {
     if (!settings.driver.empty()) return settings.driver;
-    std::wstring name = settings.printer;
-    HANDLE printer = nullptr;
-    if (!OpenPrinterW(name.data(), &printer, nullptr)) return {};
-    const LONG size = DocumentPropertiesW(nullptr, printer, name.data(), nullptr, nullptr, 0);
-    std::vector<BYTE> bytes(static_cast<std::size_t>(std::max<LONG>(size, 0)));
+    PrinterHandle printer(settings.printer);
+    std::vector<BYTE> bytes = printer.OwnMode();
+    if (bytes.empty()) return bytes;
     auto* mode = reinterpret_cast<DEVMODEW*>(bytes.data());
-    if (bytes.empty() ||
-        DocumentPropertiesW(nullptr, printer, name.data(), mode, nullptr, DM_OUT_BUFFER) != IDOK) {
-        ClosePrinter(printer);
-        return {};
-    }
+    const auto paper = PaperOf(settings.printer, *mode);
+    if (paper && IsSame(*paper, settings.paper)) return bytes;
     // Sizes are those of the upright paper, and the orientation turns it.
     const bool landscape = settings.paper.width > settings.paper.height;
     mode->dmFields |= DM_ORIENTATION;
     mode->dmOrientation = landscape ? DMORIENT_LANDSCAPE : DMORIENT_PORTRAIT;
     // Many drivers take a size of its own only when they have no name for it.
-    if (const auto paper = PaperOf(name, *mode); !paper || !IsSame(*paper, settings.paper)) {
+    if (const auto turned = PaperOf(settings.printer, *mode); !turned || !IsSame(*turned, settings.paper)) {
         mode->dmFields |= DM_PAPERSIZE | DM_PAPERWIDTH | DM_PAPERLENGTH;
         mode->dmPaperSize = DMPAPER_USER;
         mode->dmPaperWidth = Tenths(std::min(settings.paper.width, settings.paper.height));
         mode->dmPaperLength = Tenths(std::max(settings.paper.width, settings.paper.height));
     }
-    DocumentPropertiesW(nullptr, printer, name.data(), mode, mode, DM_IN_BUFFER | DM_OUT_BUFFER);
-    ClosePrinter(printer);
+    printer.Adjust(*mode);
     return bytes;
 }
 
@@ -178,6 +208,7 @@ class SpoolerJob : public PrintJob {
 class Spooler : public PrintSystem {
   public:
     PrinterList Printers() override;
+    PaperSize PaperOf(const std::wstring& printer) override;
     bool SetUp(PrinterSettings& settings) override;
     Started Start(const PrinterSettings& settings, const std::wstring& title) override;
 };
@@ -196,6 +227,12 @@ PrinterList Spooler::Printers() {
     const bool known = std::find(list.names.begin(), list.names.end(), list.standard) != list.names.end();
     if (!known) list.standard = list.names.empty() ? L"" : list.names.front();
     return list;
+}
+
+PaperSize Spooler::PaperOf(const std::wstring& printer) {
+    const std::vector<BYTE> mode = PrinterHandle(printer).OwnMode();
+    if (mode.empty()) return {};
+    return ::PaperOf(printer, *reinterpret_cast<const DEVMODEW*>(mode.data())).value_or(PaperSize());
 }
 
 HGLOBAL Global(const void* data, std::size_t size) {
@@ -225,7 +262,7 @@ bool Spooler::SetUp(PrinterSettings& settings) {
         if (!dialog.hDevNames) settings.printer = chosen->dmDeviceName;
         const auto* bytes = reinterpret_cast<const BYTE*>(chosen);
         settings.driver.assign(bytes, bytes + chosen->dmSize + chosen->dmDriverExtra);
-        settings.paper = PaperOf(settings.printer, *chosen).value_or(settings.paper);
+        settings.paper = ::PaperOf(settings.printer, *chosen).value_or(settings.paper);
         GlobalUnlock(dialog.hDevMode);
     }
     GlobalFree(dialog.hDevMode);

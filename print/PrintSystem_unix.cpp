@@ -120,14 +120,20 @@ PrinterList UnixPrinting::Printers() {
     PrinterList list{std::move(found.names), std::move(found.standard), {}};
     if (list.names.empty()) {
         list.hint = found.running ? L"Es ist kein Drucker installiert." : L"Der Druckdienst antwortet nicht.";
+        list.hint += L" Gedruckt wird in eine PDF-Datei.";
     }
     list.names.push_back(kPrintToFile);
     if (list.standard.empty()) list.standard = kPrintToFile;
     return list;
 }
 
+PaperSize UnixPrinting::PaperOf(const std::wstring& printer) {
+    return printer == kPrintToFile ? PaperSize() : CupsPaperOf(printer).value_or(PaperSize());
+}
+
 bool UnixPrinting::SetUp(PrinterSettings& settings) {
-    auto* dialog = new frmPrinterSetup(Printers(), settings);
+    auto* dialog = new frmPrinterSetup(Printers(), settings,
+                                       [this](const std::wstring& printer) { return PaperOf(printer); });
     const bool confirmed = dialog->ShowModal() == 1;
     if (confirmed) settings = dialog->Settings();
     dialog->Destroy();
@@ -139,7 +145,9 @@ PrintSystem::Started UnixPrinting::Start(const PrinterSettings& settings, const 
         const auto name = chooseFile_();
         return name ? StartFile(*name, settings.paper, title) : Started{};
     }
-    auto job = std::make_unique<CupsJob>(settings.printer, title, FormatOf(settings.paper).medium);
+    // Any other paper is the printer's own, which it takes when it is asked for none.
+    const PaperFormat* const format = FormatOf(settings.paper);
+    auto job = std::make_unique<CupsJob>(settings.printer, title, format ? format->medium : "");
     if (!job->Failure().empty()) return {nullptr, job->Failure()};
     File file(std::tmpfile());
     if (!file) return Failed(L"Die Druckdaten konnten nicht gespeichert werden.");

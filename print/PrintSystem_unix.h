@@ -18,6 +18,7 @@ class UnixPrinting : public PrintSystem {
     explicit UnixPrinting(FileChooser chooseFile) : chooseFile_(std::move(chooseFile)) {}
 
     PrinterList Printers() override;
+    PaperSize PaperOf(const std::wstring& printer) override;
     bool SetUp(PrinterSettings& settings) override;
     Started Start(const PrinterSettings& settings, const std::wstring& title) override;
 

@@ -1,6 +1,8 @@
 #pragma once
 // The printer set-up: which printer, which paper, which way up. Windows has a dialog of its own for this.
 
+#include <functional>
+
 #include "dialogs/frmDialog.h"
 #include "print/Printers.h"
 
@@ -10,7 +12,9 @@ class wxRadioButton;
 
 class frmPrinterSetup : public frmDialog {
   public:
-    frmPrinterSetup(const PrinterList& printers, const PrinterSettings& settings);
+    // paperOf: the paper that a printer of the list is set to by itself.
+    frmPrinterSetup(const PrinterList& printers, const PrinterSettings& settings,
+                    std::function<PaperSize(const std::wstring& printer)> paperOf);
 
     // What the controls say; of use only after OK, which needs a printer.
     PrinterSettings Settings() const;
@@ -21,4 +25,13 @@ class frmPrinterSetup : public frmDialog {
     wxRadioButton* optQuerformat = nullptr;
     using frmDialog::cmdAbbrechen;
     using frmDialog::cmdOK;
+
+  private:
+    wxSizer* CreatePrinters(const PrinterList& printers, const std::wstring& chosen);
+    wxSizer* CreatePaper();
+    void OnPrinter();
+    void ShowPaper(const PaperSize& paper);
+
+    const std::function<PaperSize(const std::wstring& printer)> paperOf_;
+    PaperSize ownPaper_;  // upright; that of the last row where it is none of the formats
 };

@@ -22,6 +22,7 @@ namespace {
 class NoPrinting : public PrintSystem {
   public:
     PrinterList Printers() override { return {}; }
+    PaperSize PaperOf(const std::wstring&) override { return {}; }
     bool SetUp(PrinterSettings&) override { return false; }
     Started Start(const PrinterSettings&, const std::wstring&) override { return {}; }
 };
@@ -54,7 +55,7 @@ std::vector<NamedDialog> AllDialogs(NoteStore& store, std::function<void()> canc
         {"print",
          [&store] {
              return new frmPrint(store, printing, {L"Drucker im Büro", {}},
-                                 L"Es ist kein Drucker installiert.");
+                                 L"Es ist kein Drucker installiert. Gedruckt wird in eine PDF-Datei.");
          }},
         {"printing", [] { return new frmPrintProgress; }},
         {"info", [] { return new frmInfo; }},

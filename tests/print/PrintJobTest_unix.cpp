@@ -7,8 +7,10 @@
 #include <sstream>
 
 #include "base/Text.h"
+#include "print/PaperFormats_unix.h"
 #include "print/PrintSystem_unix.h"
 #include "print/frmPrintProgress.h"
+#include "print/frmPrinterSetup_unix.h"
 #include "tests/print/CupsServer_unix.h"
 #include "tests/print/PrintOrders.h"
 
@@ -92,6 +94,33 @@ TEST_F(PrintJobs, KnowsThePrintersAndTheStandardOne) {
     EXPECT_EQ(list.hint, L"");
 }
 
+TEST_F(PrintJobs, TakeThePaperThatThePrinterIsSetTo) {
+    const struct {
+        const char* media;
+        double width, height;
+        bool named;
+    } rows[] = {{"iso_a5_148x210mm", 148, 210, true},
+                {"na_letter_8.5x11in", 215.9, 279.4, true},
+                {"na_legal_8.5x14in", 215.9, 355.6, false}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.media);
+        Server().Run(std::string("lpadmin -p Zwei -o media-default=") + row.media);
+        const PaperSize paper = printing.PaperOf(L"Zwei");
+        EXPECT_EQ(paper.width, row.width);
+        EXPECT_EQ(paper.height, row.height);
+        EXPECT_EQ(FormatOf(paper) != nullptr, row.named);
+        // The set-up offers it, whatever it is, and keeps it.
+        auto* dialog = new frmPrinterSetup(printing.Printers(), {L"Eins", {}},
+                                           [&](const std::wstring& name) { return printing.PaperOf(name); });
+        Click(*dialog->lstDrucker, 1);
+        EXPECT_EQ(dialog->Settings().printer, L"Zwei");
+        EXPECT_NEAR(dialog->Settings().paper.height, row.height, 0.5);
+        dialog->Destroy();
+    }
+    Server().Run("lpadmin -p Zwei -R media-default");
+    EXPECT_EQ(printing.PaperOf(kPrintToFile).height, 297);
+}
+
 TEST_F(PrintJobs, GoToThePrinterShownUnderATitle) {
     Add(L"Käse & Brot");
     PrintOn(L"Zwei");
@@ -147,6 +176,9 @@ TEST_F(PrintJobs, KeepStrangeCharactersInsideTheMargins) {
 // Waiting for the service without a limit would never end: it goes on only when the row is over.
 TEST_F(PrintJobs, FailWithOneClearMessage) {
     Add(L"eins");
+    const std::wstring kNoAnswer =
+        L"Der Druckdienst antwortet nicht. Es wurde nichts gedruckt.\r\nVersuchen Sie es später noch einmal, "
+        L"oder wählen Sie unter \"Einstellung...\" den Drucker \"In Datei drucken (PDF)\".";
     const struct {
         const char* name;
         std::function<void()> harm, mend;
@@ -156,10 +188,8 @@ TEST_F(PrintJobs, FailWithOneClearMessage) {
          L"Der Drucker \"Zwei\" ist nicht mehr vorhanden."},
         {"refused", [] { Server().Run("cupsreject Zwei"); }, [] { Server().Run("cupsaccept Zwei"); },
          L"Der Drucker \"Zwei\" nimmt keine Druckaufträge an."},
-        {"service stopped", [] { Server().Stop(); }, [] { Server().Start(); },
-         L"Der Druckdienst antwortet nicht."},
-        {"service hanging", [] { Server().Signal(SIGSTOP); }, [] { Server().Signal(SIGCONT); },
-         L"Der Druckdienst antwortet nicht."},
+        {"service stopped", [] { Server().Stop(); }, [] { Server().Start(); }, kNoAnswer},
+        {"service hanging", [] { Server().Signal(SIGSTOP); }, [] { Server().Signal(SIGCONT); }, kNoAnswer},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
@@ -170,7 +200,8 @@ TEST_F(PrintJobs, FailWithOneClearMessage) {
         // Opening the dialog offers what is left.
         const PrinterList list = printing.Printers();
         const bool service = std::string(row.name).starts_with("service");
-        EXPECT_EQ(list.hint, service ? L"Der Druckdienst antwortet nicht." : L"");
+        EXPECT_EQ(list.hint,
+                  service ? L"Der Druckdienst antwortet nicht. Gedruckt wird in eine PDF-Datei." : L"");
         EXPECT_EQ(list.standard, service ? kPrintToFile : L"Eins");
         row.mend();
         EXPECT_LE(Server().Documents(), documents);

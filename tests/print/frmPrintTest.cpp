@@ -37,6 +37,7 @@ class PaperTray : public PrintSystem {
     };
 
     PrinterList Printers() override { return printers; }
+    PaperSize PaperOf(const std::wstring&) override { return own; }
     bool SetUp(PrinterSettings& settings) override {
         settings.printer = L"Zwei";
         settings.paper = {100, 100};
@@ -49,6 +50,7 @@ class PaperTray : public PrintSystem {
     }
 
     PrinterList printers{{L"Eins", L"Zwei"}, L"Eins", {}};
+    PaperSize own{148, 210};
     std::function<void()> onPage;
     bool works = true;
     PrinterSettings used;
@@ -80,6 +82,7 @@ TEST_F(FrmPrint, StartsWithTheUsualRulesAndPrintsByThem) {
         Press(dialog.cmdOK);
     }));
     EXPECT_EQ(tray.used.printer, L"Eins");
+    EXPECT_EQ(tray.used.paper.width, 148);
     EXPECT_EQ(tray.title, L"Kivora: 2 Notizen");
     EXPECT_TRUE(tray.finished);
     ASSERT_EQ(tray.pages.size(), 1u);

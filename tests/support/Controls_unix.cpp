@@ -111,6 +111,9 @@ LargeFont::~LargeFont() { gtk_settings_reset_property(gtk_settings_get_default()
 std::vector<NamedDialog> DialogsOfPlatform() {
     return {{"printer set-up", [] {
                  return new frmPrinterSetup(
-                     {{L"Büro", L"Flur"}, L"Büro", L"Der Druckdienst antwortet nicht."}, {L"Büro", {}});
+                     {{L"Büro", L"Flur"},
+                      L"Büro",
+                      L"Der Druckdienst antwortet nicht. Gedruckt wird in eine PDF-Datei."},
+                     {L"Büro", {}}, [](const std::wstring&) { return PaperSize(); });
              }}};
 }
