@@ -44,6 +44,13 @@ MeasureText MeasureWith(LinePen& pen) {
     return [&pen](std::wstring_view text) { return pen.Measure(text); };
 }
 
+// Where a line begins that is so many pixels wide.
+int LineStart(const Note& note, const wxRect& box, int width) {
+    if (note.look.alignment == kAlignRight) return box.x + box.width - width;
+    if (note.look.alignment == kAlignCentre) return box.x + (box.width - width) / 2;
+    return box.x;
+}
+
 void PaintText(wxDC& dc, const Note& note, const wxRect& box) {
     if (box.width <= 0 || box.height <= 0) return;
     wxDCClipper clip(dc, box);
@@ -54,10 +61,7 @@ void PaintText(wxDC& dc, const Note& note, const wxRect& box) {
     LinePen pen(dc, font);
     int y = box.y;
     for (const FlowLine& line : FlowText(note.text, box.width, MeasureWith(pen), most)) {
-        int x = box.x;
-        if (note.look.alignment == kAlignRight) x += box.width - line.width;
-        if (note.look.alignment == kAlignCentre) x += (box.width - line.width) / 2;
-        pen.Draw(line.text, x, y, ink);
+        pen.Draw(line.text, LineStart(note, box, line.width), y, ink);
         y += height;
     }
 }
@@ -121,6 +125,25 @@ void PaintFocus(wxDC& dc, std::optional<NotePart> focus, const NoteLayout& layou
 }  // namespace
 
 wxColour ToColour(std::int32_t bgr) { return wxColour(static_cast<unsigned long>(bgr & 0xFFFFFF)); }
+
+std::vector<PaintedLine> PaintedLines(const Note& note, const NoteLayout& layout, double scaleX,
+                                      double scaleY) {
+    wxBitmap pixel(1, 1);
+    wxMemoryDC dc(pixel);
+    const wxFont& font = NoteFont(note.look);
+    const wxRect box = ToPixels(layout.lblMessage, scaleX, scaleY);
+    const int height = LineHeight(dc, font);
+    LinePen pen(dc, font);
+    std::vector<PaintedLine> painted;
+    int y = box.y;
+    for (const FlowLine& line : FlowText(note.text, box.width, MeasureWith(pen), kMostLines)) {
+        painted.push_back({line.text,
+                           {LineStart(note, box, line.width), y, line.width, height},
+                           line.text.empty() ? std::vector<int>() : pen.Measure(line.text)});
+        y += height;
+    }
+    return painted;
+}
 
 wxSize NaturalTextSize(const std::wstring& text, const wxFont& font, int width) {
     wxBitmap pixel(1, 1);

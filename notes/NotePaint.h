@@ -5,6 +5,8 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "model/Note.h"
 #include "model/NoteLayout.h"
@@ -22,6 +24,16 @@ struct NoteHints {
 // Paints the whole note into its window's client area; `scale` is pixels a twip.
 void PaintNote(wxDC& dc, const Note& note, const NoteHints& hints, const NoteLayout& layout, double scaleX,
                double scaleY);
+
+// A line of a note's text where it is painted, in pixels of the window; it may lie below what fits.
+struct PaintedLine {
+    std::wstring_view text;  // part of the note's
+    wxRect place;
+    std::vector<int> ends;  // of each character, from the left of the place
+};
+// All of them. The note keeps the text.
+std::vector<PaintedLine> PaintedLines(const Note& note, const NoteLayout& layout, double scaleX,
+                                      double scaleY);
 
 // The size in pixels that the text needs, in lines no wider than that many pixels. 0: only its own line
 // breaks count.

@@ -5,6 +5,7 @@
 #include "base/Text.h"
 #include "notes/frmNote.h"
 #include "tests/notes/NoteRecorder.h"
+#include "tests/support/Events.h"
 
 TEST(NoteAccess, TellsNameRoleAndTheWholeText) {
     NoteRecorder recorder;
@@ -50,4 +51,88 @@ TEST(NoteAccess, TellsNameRoleAndTheWholeText) {
     }
     note->Foreground(false);
     EXPECT_EQ(FromUtf8(atk_object_get_name(part)), L"Im Vordergrund ein/aus, nicht aktiviert");
+}
+
+TEST(NoteAccess, LetsTheTextBeReadByLineAndWordWhereItStands) {
+    NoteRecorder recorder;
+    const NotePtr note(new frmNote(recorder));
+    note->Text(L"Käse und Brot\r\nüber 3 Eier");
+    note->FontNoteBold(true);
+    note->SizeTo(3000, 3000);
+    AtkText* const text = ATK_TEXT(gtk_widget_get_accessible(note->m_wxwindow));
+    EXPECT_EQ(atk_text_get_character_count(text), 25);
+    const struct {
+        AtkTextGranularity granularity;
+        int offset;
+        const char* piece;
+        int start, end;
+    } pieces[] = {
+        {ATK_TEXT_GRANULARITY_CHAR, 1, "ä", 1, 2},
+        {ATK_TEXT_GRANULARITY_WORD, 6, "und ", 5, 9},
+        {ATK_TEXT_GRANULARITY_WORD, 14, "über ", 14, 19},
+        {ATK_TEXT_GRANULARITY_LINE, 3, "Käse und Brot\n", 0, 14},
+        {ATK_TEXT_GRANULARITY_LINE, 24, "über 3 Eier", 14, 25},
+        {ATK_TEXT_GRANULARITY_PARAGRAPH, 13, "Käse und Brot\n", 0, 14},
+        {ATK_TEXT_GRANULARITY_LINE, 25, "", 0, 0},
+    };
+    const auto expect = [](char* piece, const char* wanted, int start, int wantedStart, int end,
+                           int wantedEnd) {
+        EXPECT_STREQ(piece, wanted);
+        EXPECT_EQ(start, wantedStart);
+        EXPECT_EQ(end, wantedEnd);
+        g_free(piece);
+    };
+    int start = 0, end = 0;
+    for (const auto& row : pieces) {
+        SCOPED_TRACE(row.piece);
+        char* const piece = atk_text_get_string_at_offset(text, row.offset, row.granularity, &start, &end);
+        expect(piece, row.piece, start, row.start, end, row.end);
+    }
+    G_GNUC_BEGIN_IGNORE_DEPRECATIONS
+    char* const after = atk_text_get_text_after_offset(text, 0, ATK_TEXT_BOUNDARY_WORD_END, &start, &end);
+    expect(after, " und", start, 4, end, 8);
+    char* const before =
+        atk_text_get_text_before_offset(text, 20, ATK_TEXT_BOUNDARY_LINE_START, &start, &end);
+    expect(before, "Käse und Brot\n", start, 0, end, 14);
+    G_GNUC_END_IGNORE_DEPRECATIONS
+
+    // Letters stand one behind the other, lines one below the other, and what stands there is found there.
+    const auto place = [&](int offset) {
+        wxRect rect;
+        atk_text_get_character_extents(text, offset, &rect.x, &rect.y, &rect.width, &rect.height,
+                                       ATK_XY_WINDOW);
+        return rect;
+    };
+    const wxRect first = place(0), second = place(1), below = place(14);
+    EXPECT_GT(first.width, 0);
+    EXPECT_EQ(second.x, first.GetRight() + 1);
+    EXPECT_EQ(below.x, first.x);
+    EXPECT_EQ(below.y, first.GetBottom() + 1);
+    EXPECT_EQ(atk_text_get_offset_at_point(text, below.x + 1, below.y + 1, ATK_XY_WINDOW), 14);
+    EXPECT_EQ(atk_text_get_offset_at_point(text, 0, 0, ATK_XY_WINDOW), -1);
+    // A narrow note has other lines.
+    note->SizeTo(1500, 6000);
+    char* const line = atk_text_get_string_at_offset(text, 0, ATK_TEXT_GRANULARITY_LINE, &start, &end);
+    expect(line, "Käse ", start, 0, end, 5);
+
+    note->Text(L"Ω");
+    char* const whole = atk_text_get_text(text, 0, -1);
+    EXPECT_STREQ(whole, "Ω");
+    g_free(whole);
+}
+
+// A reader may hold on to what it has asked.
+TEST(NoteAccess, AnswersNothingForANoteThatIsGone) {
+    NoteRecorder recorder;
+    AtkObject* part = nullptr;
+    {
+        const NotePtr note(new frmNote(recorder));
+        note->Text(L"Milch");
+        part = ATK_OBJECT(g_object_ref(gtk_widget_get_accessible(note->m_wxwindow)));
+        EXPECT_EQ(atk_text_get_character_count(ATK_TEXT(part)), 5);
+    }
+    RunEvents();
+    EXPECT_EQ(atk_text_get_character_count(ATK_TEXT(part)), 0);
+    EXPECT_STREQ(atk_object_get_name(part), "");
+    g_object_unref(part);
 }
