@@ -18,7 +18,7 @@ frmInfo::frmInfo() : frmDialog(Alone(), L"Info", L"index.html") {
     auto* version = new wxStaticText(this, wxID_ANY, L"Version " + wxString::FromUTF8(KIVORA_VERSION));
     auto* about = new wxStaticText(this, wxID_ANY,
                                    L"Notizen auf dem Bildschirm\n\n"
-                                   L"© The Kivora authors\n"
+                                   L"© die Autoren von Kivora\n"
                                    L"Frei verwendbar unter den Bedingungen der MIT-Lizenz.\n\n"
                                    L"Benutzt " +
                                        UsedLibraries() + L".");
