@@ -39,6 +39,18 @@ int OnDisplayDead(Display*) {
     _exit(1);  // as GDK does: Xlib is in no state for what would happen at an orderly end
 }
 
+// Text input would be limited to ASCII in the locale "C", and GTK's own texts are translated only where that
+// of messages is another one: in newer versions of glibc one that is no "C.UTF-8" either. wxWidgets keeps GTK
+// from choosing.
+void ChooseLocale() {
+    const char* const locale = std::setlocale(LC_ALL, "");
+    if (!locale || std::strcmp(std::setlocale(LC_CTYPE, nullptr), "C") == 0)
+        std::setlocale(LC_ALL, "C.UTF-8");
+    if (*std::setlocale(LC_MESSAGES, nullptr) != 'C') return;
+    for (const char* const name : {"de_DE.UTF-8", "en_US.UTF-8", "C.UTF-8"})
+        if (std::setlocale(LC_MESSAGES, name)) return;
+}
+
 const char* const kGl = "GDK_GL";
 std::string usersGl;
 
@@ -87,9 +99,7 @@ void PrepareEnvironment() {
     // none.
     mallopt(M_ARENA_MAX, 1);
 
-    // GTK's translations need a locale other than "C"; without one text input would be limited to ASCII, too.
-    const char* locale = std::setlocale(LC_ALL, "");
-    if (!locale || std::strcmp(std::setlocale(LC_CTYPE, nullptr), "C") == 0) setenv("LC_ALL", "C.UTF-8", 1);
+    ChooseLocale();
     // Wayland tells no program where its windows are, and notes have to know it.
     gdk_set_allowed_backends("x11,*");
 }
