@@ -25,7 +25,8 @@ class GtkFileDialog : public FileDialogOnScreen {
         }
     }
     void Accept() override { gtk_dialog_response(GTK_DIALOG(chooser_), GTK_RESPONSE_ACCEPT); }
-    void Cancel() override { gtk_dialog_response(GTK_DIALOG(chooser_), GTK_RESPONSE_CANCEL); }
+    // As by Esc, after which GTK destroys the dialog.
+    void Cancel() override { g_signal_emit_by_name(chooser_, "close"); }
 
   private:
     GtkFileChooser* chooser_;
