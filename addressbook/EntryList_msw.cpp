@@ -29,6 +29,14 @@ class EntryView : public EntryList {
         list_->Bind(wxEVT_LIST_COL_CLICK, [this](wxListEvent& event) {
             if (OnHeading) OnHeading(event.GetColumn());
         });
+        list_->Bind(wxEVT_KEY_DOWN, [this](wxKeyEvent& event) {
+            const int column = event.GetKeyCode() - L'0';
+            if (event.GetModifiers() == wxMOD_CONTROL && column > 0 && column < list_->GetColumnCount()) {
+                if (OnHeading) OnHeading(column);
+            } else {
+                event.Skip();
+            }
+        });
         // A double click says which row is meant.
         list_->Bind(wxEVT_LIST_ITEM_ACTIVATED, [this](wxListEvent& event) {
             list_->CheckItem(event.GetIndex(), !list_->IsItemChecked(event.GetIndex()));

@@ -139,7 +139,10 @@ class EntryTree : public EntryList {
             event.SetEventObject(list->window_);
             return wxGetTopLevelParent(list->window_)->ProcessWindowEvent(event);
         }
-        return FALSE;
+        const auto column = static_cast<int>(key->keyval) - GDK_KEY_0;
+        if (!(key->state & GDK_CONTROL_MASK) || column < 1 || !list->Column(column)) return FALSE;
+        if (list->OnHeading) list->OnHeading(column);
+        return TRUE;
     }
     // A double click or the space bar says which row is meant.
     static void OnActivated(GtkTreeView*, GtkTreePath* path, GtkTreeViewColumn*, EntryTree* list) {

@@ -246,7 +246,7 @@ TEST_F(Dialogs, EnterConfirmsAndEscCancels) {
         ASSERT_TRUE(button);
         cancelled = false;
         if (kWithoutDefault.count(name)) {
-            PressEnter(*button);
+            PressKey(*button, WXK_RETURN);
             EXPECT_FALSE(RunUntil([&] { return cancelled || dialog.State() == DialogState::Cancel; }, 500ms));
         } else {
             EXPECT_TRUE(IsDefaultOf(dialog, *button));
@@ -267,7 +267,7 @@ TEST_F(Dialogs, EnterInAListPressesTheDefaultButton) {
             button->Enable();
             int pressed = 0;
             button->Bind(wxEVT_BUTTON, [&](wxCommandEvent&) { ++pressed; });
-            PressEnter(*window);
+            PressKey(*window, WXK_RETURN);
             EXPECT_TRUE(RunUntil([&] { return pressed == 1; })) << Called(window);
         }
     });

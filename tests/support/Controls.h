@@ -22,8 +22,8 @@ bool KeyMovesTo(wxDialog& dialog, wchar_t key, wxWindow& control);
 // Where the focus comes by the Tab key, from the first control on, once round.
 std::vector<wxWindow*> TabStops(wxDialog& dialog, const std::vector<wxWindow*>& controls);
 
-// Presses Enter in a control that has the focus.
-void PressEnter(wxWindow& control);
+// Presses a key in a control, which gets the focus: WXK_RETURN or a character, with Ctrl or without.
+void PressKey(wxWindow& control, int key, bool ctrl = false);
 
 // Whether Enter in the dialog means this button.
 bool IsDefaultOf(wxDialog& dialog, wxWindow& button);

@@ -102,9 +102,9 @@ std::vector<wxWindow*> TabStops(wxDialog&, const std::vector<wxWindow*>& control
     return stops;
 }
 
-void PressEnter(wxWindow& control) {
+void PressKey(wxWindow& control, int key, bool ctrl) {
     control.SetFocus();
-    wxUIActionSimulator().Char(WXK_RETURN);
+    wxUIActionSimulator().Char(key, ctrl ? wxMOD_CONTROL : wxMOD_NONE);
 }
 
 bool IsDefaultOf(wxDialog& dialog, wxWindow& button) { return dialog.GetDefaultItem() == &button; }

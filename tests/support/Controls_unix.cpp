@@ -78,12 +78,13 @@ std::vector<wxWindow*> TabStops(wxDialog& dialog, const std::vector<wxWindow*>& 
     return stops;
 }
 
-void PressEnter(wxWindow& control) {
+void PressKey(wxWindow& control, int key, bool ctrl) {
     GtkWidget* widget = InnerWidget(control.GetHandle());
     gtk_widget_grab_focus(widget);
     GdkEvent* event = gdk_event_new(GDK_KEY_PRESS);
     event->key.window = static_cast<GdkWindow*>(g_object_ref(gtk_widget_get_window(widget)));
-    event->key.keyval = GDK_KEY_Return;
+    event->key.keyval = key == WXK_RETURN ? GDK_KEY_Return : static_cast<guint>(key);
+    event->key.state = ctrl ? GDK_CONTROL_MASK : 0;
     gdk_event_set_device(event,
                          gdk_seat_get_keyboard(gdk_display_get_default_seat(gdk_display_get_default())));
     gtk_widget_event(widget, event);
