@@ -33,8 +33,8 @@ class EntryList {
     // Marks a column as the one by which the rows are sorted; it sorts nothing.
     virtual void ShowSorted(int column, bool ascending) = 0;
 
-    // Called when the user has changed a check box; with the column whose heading was clicked, or whose number
-    // was pressed with Ctrl.
+    // Called when the user has changed a check box; with the column whose heading was clicked, or whose
+    // number was pressed with Ctrl.
     std::function<void()> OnCheck;
     std::function<void(int column)> OnHeading;
 };
