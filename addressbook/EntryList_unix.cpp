@@ -7,6 +7,7 @@
 #include "addressbook/EntryList.h"
 #include "base/Text.h"
 #include "dialogs/DialogLayout.h"
+#include "dialogs/NativeKeys_unix.h"
 
 namespace {
 
@@ -121,24 +122,8 @@ class EntryTree : public EntryList {
     static void OnToggled(GtkCellRendererToggle*, char* path, EntryTree* list) {
         list->Toggle(std::atoi(path));
     }
-    // wxWidgets does not see keys in this widget, which is GTK's own; those that the dialog has a use for are
-    // passed on.
     static gboolean OnKey(GtkWidget*, GdkEventKey* key, EntryTree* list) {
-        const struct {
-            unsigned pressed;
-            int code;
-        } keys[] = {{GDK_KEY_Escape, WXK_ESCAPE},
-                    {GDK_KEY_F1, WXK_F1},
-                    {GDK_KEY_Return, WXK_RETURN},
-                    {GDK_KEY_KP_Enter, WXK_NUMPAD_ENTER}};
-        for (const auto& each : keys) {
-            if (each.pressed != key->keyval) continue;
-            wxKeyEvent event(wxEVT_CHAR_HOOK);
-            event.m_keyCode = each.code;
-            event.SetControlDown(key->state & GDK_CONTROL_MASK);
-            event.SetEventObject(list->window_);
-            return wxGetTopLevelParent(list->window_)->ProcessWindowEvent(event);
-        }
+        if (PassKey(*list->window_, *key)) return TRUE;
         const auto column = static_cast<int>(key->keyval) - GDK_KEY_0;
         if (!(key->state & GDK_CONTROL_MASK) || column < 1 || !list->Column(column)) return FALSE;
         if (list->OnHeading) list->OnHeading(column);
