@@ -12,6 +12,10 @@ constexpr CommandRow kCommands[] = {
      L"den "
      L"Dialog",
      CarriedOutBy::Copy, 0, kAny},
+    {L"--find", L"[WÖRTER]",
+     L"öffnet das Fenster, in dem Notizen gefunden und gelöschte zurückgeholt werden, mit diesen Wörtern im "
+     L"Suchfeld",
+     CarriedOutBy::Copy, 0, kAny},
     {L"--toggle", L"", L"minimiert alle Notizen; sind es schon alle: holt sie zurück", CarriedOutBy::Copy, 0,
      0},
     {L"--list", L"", L"zeigt alle Notizen, jede in einer Zeile", CarriedOutBy::CopyOrKept, 0, 0},

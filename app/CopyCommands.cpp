@@ -22,6 +22,12 @@ void Later(std::function<void()> open) {
     });
 }
 
+std::wstring Joined(const std::vector<std::wstring>& words) {
+    std::wstring text;
+    for (const std::wstring& word : words) text.append(text.empty() ? L"" : L" ").append(word);
+    return text;
+}
+
 }  // namespace
 
 CommandAnswer CopyCommands::CarryOut(const Command& command) {
@@ -29,13 +35,17 @@ CommandAnswer CopyCommands::CarryOut(const Command& command) {
     if (command.name == L"--import") return Import(command.arguments);
     if (command.name == L"--list") return ListNotes(store_.CopyNotes());
     if (command.name == L"--export") return ExportNotes(store_.CopyNotes(), command.arguments[0]);
+    if (command.name == L"--find") {
+        Later([find = dialogs_.find, words = Joined(command.arguments)] { find(words); });
+        return {};
+    }
     if (command.name == L"--toggle") {
         Toggle();
         return {};
     }
     if (command.name == L"--print") {
         if (store_.CountNotes() == 0) return {1, L"Es gibt keine Notizen.\n"};
-        Later(print_);
+        Later(dialogs_.print);
         return {};
     }
     CommandAnswer answer = SetReceiveFrom(command, [this](ReceiveFrom from) { receiving_.From(from); });
@@ -49,9 +59,7 @@ CommandAnswer CopyCommands::New(const std::vector<std::wstring>& words) {
         Later([this] { NewNote(store_); });
         return {};
     }
-    std::wstring text;
-    for (const std::wstring& word : words) text.append(text.empty() ? L"" : L" ").append(word);
-    text = WithCrLf(text);
+    std::wstring text = WithCrLf(Joined(words));
     while (text.ends_with(L"\r\n")) text.resize(text.size() - 2);
     if (text.empty()) return {1, L"Die Notiz hätte keinen Text.\n"};
     if (!ComesBack(text)) return {1, L"Der Text ist zu lang für eine Notiz.\n"};

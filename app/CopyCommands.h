@@ -12,10 +12,17 @@ class Receiving;
 
 class CopyCommands {
   public:
-    // print: what "Drucken..." does. Store and receiving outlive this object, which lives as long as events
-    // are handled: dialogs are opened by it after the answer.
-    CopyCommands(NoteStore& store, Receiving& receiving, std::function<void()> print)
-        : store_(store), receiving_(receiving), print_(std::move(print)) {}
+    // What opens a dialog: find the window that finds notes, with words if there are any; print that of
+    // "Drucken...".
+    struct Dialogs {
+        std::function<void(const std::wstring& words)> find;
+        std::function<void()> print;
+    };
+
+    // Store and receiving outlive this object, which lives as long as events are handled: dialogs are opened
+    // by it after the answer.
+    CopyCommands(NoteStore& store, Receiving& receiving, Dialogs dialogs)
+        : store_(store), receiving_(receiving), dialogs_(std::move(dialogs)) {}
 
     // Dialogs that a command opens come as events of their own: its answer does not wait for them.
     CommandAnswer CarryOut(const Command& command);
@@ -27,7 +34,7 @@ class CopyCommands {
 
     NoteStore& store_;
     Receiving& receiving_;
-    const std::function<void()> print_;
+    const Dialogs dialogs_;
 };
 
 // Takes the file's notes into the saved ones; shows nothing. Nothing when that has succeeded; else they are

@@ -31,12 +31,7 @@ std::size_t Apply(NoteStore& store, const UnsavedImage& image) {
     const Takeover takeover = TakeoverOf(store.CopyNotes(), image.notes, replaces);
     for (const auto& [index, note] : takeover.same) there[index]->Content(note);
     for (const std::size_t index : takeover.gone) store.TakeBack(*there[index]);
-    for (const Note& note : takeover.added) {
-        frmNote& adopted = store.AdoptNote(note);
-        if (note.place != NotePlace()) continue;
-        adopted.PlaceAsNew();  // it was still being written
-        adopted.AutoSize();
-    }
+    for (const Note& note : takeover.added) store.AdoptKeptNote(note);
     if (replaces) {
         const std::vector<clsAddressBookEntry> before = AddressBook();
         for (const clsAddressBookEntry& entry : before) RemoveAddressBookEntry(entry.PCName());

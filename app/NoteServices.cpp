@@ -2,13 +2,15 @@
 
 #include "dialogs/Message.h"
 #include "dialogs/Wait.h"
-#include "exchange/KeptNotes.h"
 #include "model/KeepReason.h"
+#include "notes/BringBack.h"
 #include "notes/basNotes.h"
+#include "notes/frmFind.h"
 
 NoteServices::NoteServices() : store_(*this) {
     store_.OnDelete = KeepDeletedNote;
-    store_.OnDeleteTogether = KeepDeletedFlood;
+    store_.OnDeleteTogether = KeepDeletedNotes;
+    store_.OnDeleteFlood = KeepDeletedFlood;
     store_.OnUnbinned = [](const Note& note, bool gone, const KeepResult& why) {
         if (gone) return TellOfUnkeptNote(note);
         TellMessage(
@@ -40,6 +42,15 @@ void NoteServices::FocusNextNote(frmNote& note, bool forward) {
 
 void NoteServices::EditNote(frmNote& note) {
     if (!IsQuitting()) ::EditNote(store_, note);
+}
+
+void NoteServices::Find(const std::wstring& words) {
+    if (!IsQuitting()) frmFind::Open(store_, bin_, words);
+}
+
+void NoteServices::BringBackDeleted() {
+    if (IsQuitting()) return;
+    if (frmNote* const back = BringBackLast(store_, bin_)) back->TakeFocus();
 }
 
 std::vector<TrayMenuEntry> NoteServices::TrayMenu(const frmNote& note) {

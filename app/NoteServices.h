@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 
+#include "exchange/KeptNotes.h"
 #include "notes/NoteStore.h"
 
 class NoteServices : public NoteHost {
@@ -12,6 +13,9 @@ class NoteServices : public NoteHost {
     NoteServices();
 
     NoteStore& Store() { return store_; }
+
+    // Opens the window that finds notes, with these words or with those that are in it already.
+    void Find(const std::wstring& words);
 
     // Who opens the menu for a note, at the mouse where no place is given; nobody until it is set.
     std::function<void(frmNote* note, std::optional<wxPoint> at)> OpenMenu;
@@ -28,9 +32,12 @@ class NoteServices : public NoteHost {
     void ShowPopupMenu(frmNote& note, std::optional<wxPoint> at) override;
     void FocusNextNote(frmNote& note, bool forward) override;
     void EditNote(frmNote& note) override;
+    void FindNotes() override { Find({}); }
+    void BringBackDeleted() override;
     std::vector<TrayMenuEntry> TrayMenu(const frmNote& note) override;
     void RunFromTrayMenu(frmNote& note, int id) override;
 
   private:
     NoteStore store_;
+    KeptBin bin_;
 };

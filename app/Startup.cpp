@@ -72,7 +72,10 @@ void Program::InitApplication() {
         trouble_ = trouble;
         ShowState();
     });
-    commands_.emplace(Store(), *receiving_, [this] { Print(); });
+    commands_.emplace(
+        Store(), *receiving_,
+        CopyCommands::Dialogs{.find = [this](const std::wstring& words) { services_.Find(words); },
+                              .print = [this] { Print(); }});
     keeping_.OnReadLate = [this] { receiving_->From(ReadReceiveFrom()); };
     keeping_.TakeInLeftWork();
     Store().ShowNotes([this] {

@@ -11,7 +11,8 @@
 DialogWindow::DialogWindow(const wxString& caption, bool resizable)
     : DialogWindow(OwnerOfNextDialog(), caption, resizable) {}
 
-DialogWindow::DialogWindow(Alone, const wxString& caption) : DialogWindow(nullptr, caption, false) {
+DialogWindow::DialogWindow(Alone, const wxString& caption, bool resizable)
+    : DialogWindow(nullptr, caption, resizable) {
     alone_ = true;
 }
 

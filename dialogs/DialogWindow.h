@@ -52,7 +52,7 @@ class DialogWindow : public wxDialog {
     // A dialog that nobody waits for: Begin shows it, and it destroys itself when its user closes it. No
     // other dialog belongs to it, nor it to another.
     struct Alone {};
-    DialogWindow(Alone, const wxString& caption);
+    DialogWindow(Alone, const wxString& caption, bool resizable = false);
 
     // Shows it and returns. It has gone from the screen as soon as it ends.
     void Begin();

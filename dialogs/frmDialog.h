@@ -7,7 +7,7 @@ class frmDialog : public DialogWindow {
   protected:
     // helpPage: the page of the help folder that F1 opens. The rest as with DialogWindow.
     frmDialog(const wxString& caption, const std::wstring& helpPage, bool resizable = false);
-    frmDialog(Alone, const wxString& caption, const std::wstring& helpPage);
+    frmDialog(Alone, const wxString& caption, const std::wstring& helpPage, bool resizable = false);
 
     bool Help() override;
 

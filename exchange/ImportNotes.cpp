@@ -23,11 +23,11 @@ bool TakeInFile(NoteStore& store, const std::filesystem::path& path, std::size_t
     for (const Note& note : read.notes) {
         // It is shown whole, but only its beginning would be there after a restart.
         if (!ComesBack(note.text) && !KeepLongNote(note).Kept()) complete = false;
-        frmNote& adopted = store.AdoptNote(note);
-        // Of a text, and of a note that never was on the screen, nobody knows where it stands.
-        if (read.records || note.place != NotePlace()) continue;
-        adopted.PlaceAsNew();
-        adopted.AutoSize();
+        // Of records the place counts as it is. A text has none.
+        if (read.records)
+            store.AdoptNote(note);
+        else
+            store.AdoptKeptNote(note);
     }
     return complete;
 }

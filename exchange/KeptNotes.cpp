@@ -2,6 +2,8 @@
 
 #include <wx/app.h>
 
+#include <map>
+
 #include "base/DataFolder.h"
 #include "base/FileName.h"
 #include "dialogs/Clipboard.h"
@@ -16,8 +18,10 @@ namespace {
 constexpr std::size_t kDeletedNotes = 100;
 constexpr std::size_t kDeletedFloods = 10;
 
-// Of the texts in one file of a flood; the import takes files twice as large.
-constexpr std::size_t kFloodCharacters = kMostImportedCharacters / 2;
+const wchar_t* const kBin = L"papierkorb";
+
+// Of the texts in one file; the import takes files twice as large.
+constexpr std::size_t kFileCharacters = kMostImportedCharacters / 2;
 
 KeepResult Keep(const std::vector<Note>& notes, const wchar_t* folder, std::size_t most) {
     const std::filesystem::path data = DataFolder();
@@ -29,6 +33,21 @@ KeepResult Keep(const std::vector<Note>& notes, const wchar_t* folder, std::size
         return FailureOf(failure.code());
     }
 }
+
+KeepResult KeepInFiles(const std::vector<Note>& notes, const wchar_t* folder, std::size_t most) {
+    KeepResult kept;
+    for (auto next = notes.begin(); next != notes.end() && kept.Kept();) {
+        std::vector<Note> together;
+        for (std::size_t characters = 0; next != notes.end() && characters < kFileCharacters; ++next) {
+            characters += next->text.size();
+            together.push_back(*next);
+        }
+        kept = Keep(together, folder, most);
+    }
+    return kept;
+}
+
+NoteFolder Bin() { return NoteFolder(DataFolder() / kBin); }
 
 // The texts of deleted notes that could not be kept, until the user has been told.
 std::wstring& UnkeptTexts() {
@@ -53,19 +72,48 @@ KeepResult KeepLongNote(const Note& note) {
     return Keep({note}, folder, NoteFolder::kUnlimited);
 }
 
-KeepResult KeepDeletedNote(const Note& note) { return Keep({note}, L"papierkorb", kDeletedNotes); }
+KeepResult KeepDeletedNote(const Note& note) { return Keep({note}, kBin, kDeletedNotes); }
+
+KeepResult KeepDeletedNotes(const std::vector<Note>& notes) {
+    return KeepInFiles(notes, kBin, kDeletedNotes);
+}
 
 KeepResult KeepDeletedFlood(const std::vector<Note>& notes) {
-    KeepResult kept;
-    for (auto next = notes.begin(); next != notes.end() && kept.Kept();) {
-        std::vector<Note> together;
-        for (std::size_t characters = 0; next != notes.end() && characters < kFloodCharacters; ++next) {
-            characters += next->text.size();
-            together.push_back(*next);
-        }
-        kept = Keep(together, L"papierkorb/flut", kDeletedFloods);
+    return KeepInFiles(notes, L"papierkorb/flut", kDeletedFloods);
+}
+
+NoteBin::Content KeptBin::Read() const {
+    Content content;
+    if (DataFolder().empty()) {
+        content.read = {KeepFailure::NoAccess};
+        return content;
     }
-    return kept;
+    try {
+        for (NoteFolder::File& file : Bin().Files()) {
+            if (file.notes.empty()) ++content.unreadable;
+            const std::wstring when = NoteFolder::KeptWhen(file.name);
+            for (Note& note : file.notes) content.notes.push_back({file.name, when, std::move(note)});
+        }
+    } catch (const std::system_error& failure) {
+        content.read = FailureOf(failure.code());
+    }
+    for (const BinnedNote& stuck : stuck_) std::erase(content.notes, stuck);
+    return content;
+}
+
+KeepResult KeptBin::Remove(const std::vector<BinnedNote>& notes) {
+    std::map<std::wstring, std::vector<Note>> files;
+    for (const BinnedNote& each : notes) files[each.file].push_back(each.note);
+    KeepResult removed;
+    for (const auto& [name, taken] : files) {
+        KeepResult result = FailureOf(Bin().TakeOut(name, taken));
+        if (result.Kept()) continue;
+        removed = std::move(result);
+        for (const BinnedNote& each : notes) {
+            if (each.file == name) stuck_.push_back(each);
+        }
+    }
+    return removed;
 }
 
 void TellOfUnkeptNote(const Note& note) {

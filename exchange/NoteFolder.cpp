@@ -4,10 +4,13 @@
 #include <cstdio>
 #include <ctime>
 #include <optional>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "base/FileName.h"
 #include "base/NewFile.h"
+#include "base/Text.h"
 #include "exchange/KeptFile.h"
 
 namespace {
@@ -59,10 +62,9 @@ std::wstring Next(std::wstring stamp) {
     return stamp;
 }
 
-// Names of kept notes, the oldest first.
-std::vector<std::wstring> KeptNames(const fs::path& folder) {
+// Names of kept notes, the oldest first; as far as the folder can be looked through.
+std::vector<std::wstring> KeptNames(const fs::path& folder, std::error_code& failed) {
     std::vector<std::wstring> names;
-    std::error_code failed;
     for (fs::directory_iterator file(folder, failed), end; !failed && file != end; file.increment(failed)) {
         const std::wstring name = FileName(file->path().filename());
         if (!StampOf(name).empty()) names.push_back(name);
@@ -70,6 +72,13 @@ std::vector<std::wstring> KeptNames(const fs::path& folder) {
     std::sort(names.begin(), names.end());
     return names;
 }
+
+std::vector<std::wstring> KeptNames(const fs::path& folder) {
+    std::error_code ignored;
+    return KeptNames(folder, ignored);
+}
+
+fs::path TextBeside(fs::path file) { return file.replace_extension(kText); }
 
 }  // namespace
 
@@ -115,8 +124,56 @@ void NoteFolder::KeepTogether(const std::vector<Note>& notes, Clock::time_point 
 
     std::error_code ignored;
     for (std::size_t i = 0; most_ < names.size() - i; ++i) {
-        fs::path file = folder_ / FilePath(names[i]);
+        const fs::path file = folder_ / FilePath(names[i]);
         fs::remove(file, ignored);
-        fs::remove(file.replace_extension(kText), ignored);
+        fs::remove(TextBeside(file), ignored);
     }
+}
+
+std::vector<NoteFolder::File> NoteFolder::Files() const {
+    std::error_code failed;
+    const std::vector<std::wstring> names = KeptNames(folder_, failed);
+    if (failed && failed != std::errc::no_such_file_or_directory) throw std::system_error(failed);
+    std::vector<File> files;
+    for (auto name = names.rbegin(); name != names.rend(); ++name) files.push_back({*name, NotesOf(*name)});
+    return files;
+}
+
+std::vector<Note> NoteFolder::NotesOf(const std::wstring& name) const {
+    const fs::path path = folder_ / FilePath(name);
+    ByteSource file = ByteSource::OfFile(path);
+    std::vector<Note> notes = NotesOfKeptFile(file);
+    ByteSource whole = ByteSource::OfFile(TextBeside(path));
+    if (whole.Size() > 0 && !notes.empty()) {
+        notes.resize(1);
+        notes.front().text = FromUtf8(whole.ReadRest());
+    }
+    return notes;
+}
+
+std::error_code NoteFolder::TakeOut(const std::wstring& name, const std::vector<Note>& notes) const {
+    const fs::path file = folder_ / FilePath(name);
+    std::error_code failed, ignored;
+    std::vector<Note> rest = NotesOf(name);
+    // What cannot be read now may hold others.
+    if (rest.empty() && fs::exists(file, ignored)) return std::make_error_code(std::errc::io_error);
+    std::unordered_multimap<std::wstring_view, const Note*> wanted;
+    for (const Note& note : notes) wanted.emplace(note.text, &note);
+    std::erase_if(rest, [&](const Note& note) {
+        const auto [first, last] = wanted.equal_range(note.text);
+        const auto found = std::find_if(first, last, [&](const auto& each) { return *each.second == note; });
+        if (found == last) return false;
+        wanted.erase(found);
+        return true;
+    });
+    if (!rest.empty()) return SaveFile(file, KeptFileBytes(rest));
+    fs::remove(file, failed);
+    if (!failed) fs::remove(TextBeside(file), ignored);
+    return failed;
+}
+
+std::wstring NoteFolder::KeptWhen(const std::wstring& name) {
+    std::wstring time = name.substr(11, 8);
+    std::replace(time.begin(), time.end(), L'.', L':');
+    return name.substr(8, 2) + L"." + name.substr(5, 2) + L"." + name.substr(0, 4) + L", " + time;
 }

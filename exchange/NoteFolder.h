@@ -6,6 +6,8 @@
 #include <chrono>
 #include <filesystem>
 #include <limits>
+#include <string>
+#include <system_error>
 #include <vector>
 
 #include "model/Note.h"
@@ -30,6 +32,24 @@ class NoteFolder {
 
     // True when a note with this text and creation time is kept already.
     bool Holds(const Note& note) const;
+
+    // What is kept in one file.
+    struct File {
+        std::wstring name;
+        std::vector<Note> notes;  // empty when the file cannot be read
+    };
+    // All of them, the one kept last first; none when there is no folder. Throws std::system_error when it
+    // cannot be looked through.
+    std::vector<File> Files() const;
+    // Notes of one file only; nothing when it has gone.
+    std::vector<Note> NotesOf(const std::wstring& name) const;
+
+    // Takes notes out of a file, each once; what else it holds stays. A file in which nothing is left goes.
+    // After a failure it is as it was.
+    std::error_code TakeOut(const std::wstring& name, const std::vector<Note>& notes) const;
+
+    // When a file of this name was kept: "21.11.2026, 13:05:07".
+    static std::wstring KeptWhen(const std::wstring& name);
 
   private:
     std::filesystem::path folder_;

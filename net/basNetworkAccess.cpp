@@ -218,5 +218,5 @@ KeepResult NetworkAccess::DeleteFlood() {
         if (note->Untouched() && (flood_.address.empty() || keys.contains(note->NoteKey())))
             notes.push_back(note.get());
     }
-    return store_.DeleteTogether(notes);
+    return store_.DeleteFlood(notes);
 }

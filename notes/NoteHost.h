@@ -21,6 +21,10 @@ class NoteHost {
     // Gives the keyboard to the next note that is shown, or to the one before.
     virtual void FocusNextNote(frmNote& note, bool forward) = 0;
     virtual void EditNote(frmNote& note) = 0;
+    // Opens the window that finds notes.
+    virtual void FindNotes() = 0;
+    // Brings back what was deleted last.
+    virtual void BringBackDeleted() = 0;
     // The same menu where the notification area shows it itself: as it is now, and an entry chosen from it.
     virtual std::vector<TrayMenuEntry> TrayMenu(const frmNote&) { return {}; }
     virtual void RunFromTrayMenu(frmNote&, int) {}

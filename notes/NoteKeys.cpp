@@ -28,6 +28,8 @@ NoteCommand CommandOfKey(int keyCode, int modifiers) {
         {WXK_TAB, wxMOD_CONTROL | wxMOD_SHIFT, PreviousNote},
         {WXK_F6, wxMOD_NONE, NextNote},
         {WXK_F6, wxMOD_SHIFT, PreviousNote},
+        {'F', wxMOD_CONTROL, Find},
+        {'Z', wxMOD_CONTROL, BringBack},
     };
     for (const auto& key : keys) {
         if (key.keyCode == keyCode && key.modifiers == modifiers) return key.command;

@@ -8,6 +8,8 @@
 //   arrows                    move the note
 //   Shift + arrows            make it narrower, wider, lower or higher
 //   Ctrl+Tab, Ctrl+Shift+Tab  the next note on the screen, the one before; F6 and Shift+F6 do the same
+//   Ctrl+F                    opens the window that finds notes
+//   Ctrl+Z                    brings back what was deleted last, whichever note has the focus
 //
 // There is no key that deletes: a note looks like no window, and what is typed may reach it by mistake. The
 // menu does that. Combinations with Alt belong to the window manager.
@@ -29,6 +31,8 @@ enum class NoteCommand {
     Higher,
     NextNote,
     PreviousNote,
+    Find,
+    BringBack,
 };
 
 // keyCode and modifiers as key events of wxWidgets hold them.

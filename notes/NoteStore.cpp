@@ -70,8 +70,20 @@ std::uint64_t NoteStore::Digest(Digested how) const {
     return DigestOf(AutostartEnabled, Contents(), AddressBook(), how);
 }
 
+NoteStore::Watch::Watch(NoteStore& store, std::function<void()> changed)
+    : store_(store), changed_(std::move(changed)) {
+    store_.watches_.push_back(this);
+}
+
+NoteStore::Watch::~Watch() { std::erase(store_.watches_, this); }
+
+void NoteStore::TellOfChange() const {
+    Notification::MenusChanged();
+    for (const Watch* const watch : watches_) watch->changed_();
+}
+
 void NoteStore::Heard(const KeepResult& result) {
-    Notification::MenusChanged();  // whatever a menu depends on is saved
+    TellOfChange();  // whatever somebody shows of the notes is saved
     if (OnSaved) OnSaved(AllKept() ? KeepResult() : result);
 }
 
@@ -114,6 +126,32 @@ frmNote& NoteStore::AdoptNote(const Note& content) {
     return *notes_.back();
 }
 
+frmNote& NoteStore::AdoptKeptNote(const Note& content) {
+    frmNote& note = AdoptNote(content);
+    if (content.place == NotePlace()) {
+        note.PlaceAsNew();
+        note.AutoSize();
+    }
+    return note;
+}
+
+KeepResult NoteStore::RestoreNotes(const std::vector<Note>& notes) {
+    for (const Note& note : notes) {
+        if (ComesBack(note.text) || !OnLongText) continue;
+        if (KeepResult elsewhere = OnLongText(note); !elsewhere.Kept()) return elsewhere;
+    }
+    const auto before = static_cast<std::ptrdiff_t>(notes_.size());
+    for (const Note& note : notes) AdoptKeptNote(note);
+    KeepResult result = WriteImage();
+    if (result.Kept()) {
+        for (auto note = notes_.begin() + before; note != notes_.end(); ++note) (*note)->ShowStacked();
+        Heard(result);
+    } else {
+        notes_.erase(notes_.begin() + before, notes_.end());
+    }
+    return result;
+}
+
 void NoteStore::Remove(frmNote& note) {
     ForgetMinimizedNote(note);
     std::erase_if(notes_, [&](const NotePtr& each) { return each.get() == &note; });
@@ -121,7 +159,7 @@ void NoteStore::Remove(frmNote& note) {
 
 void NoteStore::TakeBack(frmNote& note) {
     Remove(note);
-    Notification::MenusChanged();
+    TellOfChange();
 }
 
 bool NoteStore::DeleteNote(frmNote& note) {
@@ -145,10 +183,10 @@ bool NoteStore::DeleteNote(frmNote& note) {
     return gone;
 }
 
-KeepResult NoteStore::DeleteTogether(const std::vector<frmNote*>& notes) {
+KeepResult NoteStore::DeleteInto(const BinOfMany& bin, const std::vector<frmNote*>& notes) {
     std::vector<Note> contents;
     for (const frmNote* const note : notes) contents.push_back(note->Content());
-    KeepResult binned = OnDeleteTogether && !notes.empty() ? OnDeleteTogether(contents) : KeepResult();
+    KeepResult binned = bin && !notes.empty() ? bin(contents) : KeepResult();
     if (!binned.Kept() || notes.empty()) return binned;
     for (frmNote* const note : notes) ForgetMinimizedNote(*note);
     const std::unordered_set<const frmNote*> gone(notes.begin(), notes.end());

@@ -56,13 +56,23 @@ class NoteStore {
     void TakeBack(frmNote& note);
     // Takes an imported note in under the next key, at its own place; neither shows nor saves it.
     frmNote& AdoptNote(const Note& content);
+    // The same for a note that the program has kept itself: one that never was on the screen has no place
+    // yet, and gets that of a new note.
+    frmNote& AdoptKeptNote(const Note& content);
+    // Takes notes in that were deleted, at their own places, saves once and shows them. When that fails, or a
+    // text that is too long for the store cannot be kept elsewhere, none of them stays.
+    KeepResult RestoreNotes(const std::vector<Note>& notes);
     // Puts the note into the bin, takes its window away and saves; the reference is dead afterwards. When
     // neither the bin nor the save succeeds the note stays, and false is the result. A note that only the bin
     // has taken is back after a restart, unless a later save is kept.
     bool DeleteNote(frmNote& note);
     // Puts the notes into the bin as one, takes their windows away and saves once. When the bin fails they
     // are all still there, and the result says why.
-    KeepResult DeleteTogether(const std::vector<frmNote*>& notes);
+    KeepResult DeleteTogether(const std::vector<frmNote*>& notes) {
+        return DeleteInto(OnDeleteTogether, notes);
+    }
+    // The same for notes that nobody has written here, which go into another bin.
+    KeepResult DeleteFlood(const std::vector<frmNote*>& notes) { return DeleteInto(OnDeleteFlood, notes); }
     void UnloadAllNotes();  // only at the end of the program
 
     void MinimizeAll();
@@ -101,8 +111,9 @@ class NoteStore {
     std::function<KeepResult(const Note& note)> OnLongText;
     // The bin: called for what goes into it, before it is gone, if set. Must not throw.
     std::function<KeepResult(const Note& note)> OnDelete;
-    // The same for notes that go together.
-    std::function<KeepResult(const std::vector<Note>& notes)> OnDeleteTogether;
+    // The same for notes that go together, and for those of a flood.
+    using BinOfMany = std::function<KeepResult(const std::vector<Note>& notes)>;
+    BinOfMany OnDeleteTogether, OnDeleteFlood;
     // Called, if set, for a note that did not get into the bin: it has gone all the same, or it stays, and
     // why.
     std::function<void(const Note& note, bool gone, const KeepResult& why)> OnUnbinned;
@@ -110,18 +121,36 @@ class NoteStore {
     // nothing has changed or somebody else is told, does not count as one.
     std::function<void(const KeepResult& result)> OnSaved;
 
+    // Has a function called when notes may have come, gone or changed, as long as it lives. The function is
+    // called within the change, and leaves the notes alone.
+    class Watch {
+      public:
+        Watch(NoteStore& store, std::function<void()> changed);
+        ~Watch();
+        Watch(const Watch&) = delete;
+        Watch& operator=(const Watch&) = delete;
+
+      private:
+        friend class NoteStore;
+        NoteStore& store_;
+        const std::function<void()> changed_;
+    };
+
   private:
     NotePtr MakeNote(const Note& content, std::int32_t key);
     NotePtr MakeNewNote(const Note& content);
     std::vector<const Note*> Contents() const;
     std::uint64_t Digest(Digested how = Digested::Exactly) const;
     void Heard(const KeepResult& result);
+    void TellOfChange() const;
+    KeepResult DeleteInto(const BinOfMany& bin, const std::vector<frmNote*>& notes);
     void Remove(frmNote& note);
     void ShowNextNotes();
     std::vector<frmNote*> InStackingOrder() const;
 
     NoteHost& host_;
     std::vector<NotePtr> notes_;
+    std::vector<const Watch*> watches_;
     struct ToShow {
         std::deque<wxWeakRef<frmNote>> notes;
         std::function<void()> then;

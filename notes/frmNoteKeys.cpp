@@ -87,6 +87,12 @@ void frmNote::OnKey(wxKeyEvent& event) {
         case NoteCommand::PreviousNote:
             Later([](NoteHost& host, frmNote& note) { host.FocusNextNote(note, false); });
             break;
+        case NoteCommand::Find:
+            Later([](NoteHost& host, frmNote&) { host.FindNotes(); });
+            break;
+        case NoteCommand::BringBack:
+            Later([](NoteHost& host, frmNote&) { host.BringBackDeleted(); });
+            break;
         default:
             break;
     }

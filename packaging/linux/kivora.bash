@@ -2,7 +2,7 @@
 _kivora() {
     local word=${COMP_WORDS[COMP_CWORD]}
     local command=${COMP_WORDS[1]}
-    local commands='--new --toggle --list --export --import --print --receive --help --version'
+    local commands='--new --find --toggle --list --export --import --print --receive --help --version'
     COMPREPLY=()
     if [ "$COMP_CWORD" -eq 1 ]; then
         case $word in
@@ -16,7 +16,7 @@ _kivora() {
             [ "$COMP_CWORD" -gt 2 ] || mapfile -t COMPREPLY < <(compgen -W 'all known none' -- "$word")
             ;;
         --export) [ "$COMP_CWORD" -gt 2 ] || _kivora_files ;;
-        --new | --toggle | --list | --print | --help | --version) ;;
+        --new | --find | --toggle | --list | --print | --help | --version) ;;
         *) _kivora_files ;;
     esac
 }

@@ -13,6 +13,7 @@
 #include "net/frmFlood.h"
 #include "net/frmSendOverNetwork.h"
 #include "net/frmSendOverNetworkProgress.h"
+#include "notes/frmFind.h"
 #include "notes/frmProperties.h"
 #include "print/frmPrint.h"
 #include "print/frmPrintProgress.h"
@@ -25,6 +26,12 @@ class NoPrinting : public PrintSystem {
     PaperSize PaperOf(const std::wstring&) override { return {}; }
     bool SetUp(PrinterSettings&) override { return false; }
     Started Start(const PrinterSettings&, const std::wstring&) override { return {}; }
+};
+
+class EmptyBin : public NoteBin {
+  public:
+    Content Read() const override { return {}; }
+    KeepResult Remove(const std::vector<BinnedNote>&) override { return {}; }
 };
 
 }  // namespace
@@ -58,6 +65,11 @@ std::vector<NamedDialog> AllDialogs(NoteStore& store, std::function<void()> canc
                                  L"Es ist kein Drucker installiert. Gedruckt wird in eine PDF-Datei.");
          }},
         {"printing", [] { return new frmPrintProgress; }},
+        {"find",
+         [&store] {
+             static EmptyBin bin;
+             return new frmFind(store, bin);
+         }},
         {"info", [] { return new frmInfo; }},
         {"unsaved", [] { return new frmUnsaved(L"Auf dem Laufwerk ist kein Platz mehr frei."); }},
         {"message", [] { return new frmMessage(L"Zeile\r\nZeile", kInformation, L"Titel"); }},

@@ -313,6 +313,10 @@ TEST_F(Dialogs, NothingIsCutInALargeFont) {
     ExpectRoomAtEverySize();
 }
 
+struct Begun : DialogWindow {
+    using DialogWindow::Begin;
+};
+
 TEST_F(Dialogs, TheSizeIsKeptForTheNextOfItsKind) {
     for (const NamedDialog& each : all) {
         SCOPED_TRACE(each.name);
@@ -320,17 +324,15 @@ TEST_F(Dialogs, TheSizeIsKeptForTheNextOfItsKind) {
         const auto run = [&](wxSize& size, const wxSize& growth) {
             DialogWindow* dialog = each.make();
             if (!dialog->HasFlag(wxRESIZE_BORDER)) return dialog->Destroy();
-            wxTheApp->CallAfter([&, dialog] {
-                Settle(*dialog);
-                size = dialog->GetClientSize() + growth;
-                dialog->SetClientSize(size);
-                RunUntil([&] { return dialog->GetClientSize() == size; });
-                RunEvents();
-                size = dialog->GetClientSize();
-                dialog->Close();
-            });
-            dialog->DialogWindow::ShowModal();
-            return dialog->Destroy();
+            (dialog->*&Begun::Begin)();
+            Settle(*dialog);
+            size = dialog->GetClientSize() + growth;
+            dialog->SetClientSize(size);
+            RunUntil([&] { return dialog->GetClientSize() == size; });
+            RunEvents();
+            size = dialog->GetClientSize();
+            dialog->Close();
+            return wxPendingDelete.Member(dialog) || dialog->Destroy();  // some do so themselves
         };
         run(sizes[0], wxSize(40, 30));
         run(sizes[1], wxSize());

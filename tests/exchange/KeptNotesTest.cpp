@@ -10,6 +10,7 @@
 #include "exchange/ImportFile.h"
 #include "exchange/ImportNotes.h"
 #include "exchange/KeptFile.h"
+#include "notes/BringBack.h"
 #include "tests/support/Events.h"
 #include "tests/support/Messages.h"
 #include "tests/support/Support.h"
@@ -53,8 +54,9 @@ class KeptNotesTest : public testing::Test, protected MessageRecorder {
 }  // namespace
 
 TEST_F(KeptNotesTest, AFloodTakesNoPlaceOfOtherNotes) {
-    Store().DeleteTogether({&AddNote(L"eins"), &AddNote(L"zwei")});
+    Store().DeleteFlood({&AddNote(L"eins"), &AddNote(L"zwei")});
     EXPECT_EQ(Store().CountNotes(), 0u);
+    EXPECT_TRUE(KeptBin().Read().notes.empty());
     ASSERT_EQ(Kept(), std::vector<fs::path>{bin_ / "flut"});
     const fs::directory_iterator files(bin_ / "flut");
     EXPECT_EQ(ListNotes(files->path()), (std::vector<std::wstring>{L"eins", L"zwei"}));
@@ -104,6 +106,42 @@ TEST_F(KeptNotesTest, WithoutABinTheTextGoesToTheClipboard) {
                             L"Papierkorb|16|Die Notiz konnte nicht im Papierkorb aufgehoben werden.\r\n"
                             L"Ihr Text liegt jetzt in der Zwischenablage."});
     EXPECT_EQ(Clipboard(), L"eins\r\n\r\nzwei Ω");
+}
+
+TEST_F(KeptNotesTest, WhatIsBroughtBackIsWhereItWasAndLeavesTheBin) {
+    AddNote(L"bleibt");
+    std::vector<Note> deleted;
+    std::vector<frmNote*> together;
+    for (const wchar_t* text : {L"eins", L"zwei Ω", L"drei"}) {
+        const double left = 3000 + 300.0 * static_cast<double>(deleted.size());
+        deleted.push_back({.text = text,
+                           .look = {.bold = true, .color = kGreen},
+                           .place = {left, 450, 3000, 2000},
+                           .foreground = true});
+        together.push_back(&Store().AdoptNote(deleted.back()));
+    }
+    Store().DeleteNote(AddNote(L"früher"));
+    ASSERT_TRUE(Store().DeleteTogether(together).Kept());
+    EXPECT_EQ(Kept().size(), 2u);
+
+    KeptBin bin;
+    const std::vector<BinnedNote> content = bin.Read().notes;
+    ASSERT_EQ(content.size(), 4u);
+    EXPECT_EQ(content[3].note.text, L"früher");
+    EXPECT_TRUE(BringBack(Store(), bin, {content[1]}));
+    EXPECT_TRUE(BringBack(Store(), bin, {content[1]}));  // it has gone from there
+    EXPECT_EQ(Store().CopyNotes().back(), deleted[1]);
+    EXPECT_TRUE(Store().Notes().back()->IsShown());
+    EXPECT_EQ(Store().CountNotes(), 2u);
+
+    BringBackLast(Store(), bin);
+    EXPECT_EQ(Store().CountNotes(), 4u);
+    BringBackLast(Store(), bin);
+    EXPECT_EQ(Store().Notes().back()->Text(), L"früher");
+    EXPECT_TRUE(Kept().empty());
+    EXPECT_TRUE(messages.empty());
+    BringBackLast(Store(), bin);
+    EXPECT_EQ(messages, std::vector<std::wstring>{L"Papierkorb|64|Im Papierkorb liegt keine Notiz."});
 }
 
 TEST_F(KeptNotesTest, AnImportSaysThatALongTextIsKeptNowhereElse) {

@@ -5,6 +5,7 @@
 
 #include "base/DataFolder.h"
 #include "base/FileName.h"
+#include "exchange/ExportedNote.h"
 #include "exchange/KeptFile.h"
 #include "exchange/NoteFolder.h"
 
@@ -130,9 +131,42 @@ TEST_F(NoteFolderTest, OrderIsThatOfKeepingWhateverTheClockSays) {
     }
 }
 
+TEST_F(NoteFolderTest, GivesBackWhatItHolds) {
+    const NoteFolder folder(folder_);
+    EXPECT_TRUE(folder.Files().empty());
+    const Note one{.text = L"Ω 1", .place = {15, 30, 3000, 2000}}, two{.text = L"2"}, three{.text = L"3"};
+    folder.Keep(one, now_);
+    folder.KeepTogether({two, {}, three, two}, now_);
+    // As earlier versions kept a note: a record, and beside it the text that the code page lacks.
+    const std::wstring old = L"2020-01-02 03.04.05.678 alt";
+    std::string record;
+    WriteRecord(record, ToRecord({.text = L"?", .creationTime = L"damals"}));
+    std::ofstream(Path(old + L".kvr"), std::ios::binary) << record;
+    std::ofstream(Path(old + L".txt")) << "Ψ";
+    std::ofstream(Path(L"2020-01-01 00.00.00.000.kvr"));
+
+    const std::vector<NoteFolder::File> files = folder.Files();
+    ASSERT_EQ(files.size(), 4u);
+    EXPECT_EQ(files[0].notes, (std::vector<Note>{two, {}, three, two}));
+    EXPECT_EQ(files[1].notes, std::vector<Note>{one});
+    ASSERT_EQ(files[2].notes.size(), 1u);
+    EXPECT_EQ(files[2].notes[0].text, L"Ψ");
+    EXPECT_EQ(files[2].notes[0].creationTime, L"damals");
+    EXPECT_EQ(NoteFolder::KeptWhen(files[2].name), L"02.01.2020, 03:04:05");
+    EXPECT_TRUE(files[3].notes.empty());
+
+    EXPECT_FALSE(folder.TakeOut(files[0].name, {two, one}));
+    EXPECT_EQ(folder.NotesOf(files[0].name), (std::vector<Note>{{}, three, two}));
+    EXPECT_FALSE(folder.TakeOut(files[0].name, {three, two, {}}));
+    EXPECT_FALSE(folder.TakeOut(files[2].name, files[2].notes));
+    EXPECT_TRUE(folder.TakeOut(files[3].name, {one}));  // nobody knows what it holds
+    EXPECT_EQ(Files(), (Names{files[3].name, files[1].name}));
+}
+
 TEST_F(NoteFolderTest, FailsWithoutATrace) {
     std::ofstream(folder_) << "no folder";
     EXPECT_THROW(NoteFolder(folder_).Keep({.text = L"a"}, now_), std::system_error);
     EXPECT_THROW(NoteFolder(folder_ / "b").Keep({.text = L"a"}, now_), std::system_error);
+    EXPECT_THROW(NoteFolder(folder_).Files(), std::system_error);
     EXPECT_EQ(fs::file_size(folder_), 9u);
 }

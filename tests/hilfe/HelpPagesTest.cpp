@@ -59,8 +59,9 @@ TEST(HelpPages, EveryPageThatTheProgramOpensIsThere) {
         }
     }
     const std::set<std::string> known = {
-        "index.html",     "ch2_new.html",   "ch3_export.html",  "ch3_import.html",
-        "ch3_print.html", "ch4_email.html", "ch4_network.html", "ch4_networkaddressbook.html"};
+        "index.html",      "ch2_find.html",    "ch2_new.html",
+        "ch3_export.html", "ch3_import.html",  "ch3_print.html",
+        "ch4_email.html",  "ch4_network.html", "ch4_networkaddressbook.html"};
     EXPECT_EQ(asked, known);
     for (const std::string& page : asked) EXPECT_FALSE(Content(kHelp / page).empty()) << page;
 }

@@ -200,7 +200,7 @@ TEST_F(Receiving, AFloodIsRefusedUntilTheUserHasAnswered) {
     std::vector<std::string> floods;
     network->OnFlood = [&](const FloodGuard::Flood& flood) { floods.push_back(flood.address); };
     std::vector<Note> bin;
-    store.OnDeleteTogether = [&](const std::vector<Note>& notes) { return bin = notes, KeepResult(); };
+    store.OnDeleteFlood = [&](const std::vector<Note>& notes) { return bin = notes, KeepResult(); };
     const auto send = [&] {
         std::string answer;
         Talk([&](RawConnection& connection) {

@@ -38,7 +38,7 @@ TEST_F(FrmFlood, EachWayOutIsOneAnswer) {
 
 TEST_F(FrmFlood, NotesThatDoNotGetIntoTheBinStayAndTheUserIsTold) {
     Open();
-    store.OnDeleteTogether = [](const std::vector<Note>&) { return KeepResult{KeepFailure::DiskFull}; };
+    store.OnDeleteFlood = [](const std::vector<Note>&) { return KeepResult{KeepFailure::DiskFull}; };
     ASSERT_TRUE(store.AddNoteIfKept({.text = L"fremde"}).Kept());
     store.AddNote({.text = L"eigene"});
     ASSERT_TRUE(store.AllKept());
@@ -47,7 +47,7 @@ TEST_F(FrmFlood, NotesThatDoNotGetIntoTheBinStayAndTheUserIsTold) {
     EXPECT_EQ(store.CountNotes(), 2u);
     ASSERT_EQ(messages.size(), 1u);
     EXPECT_TRUE(messages[0].starts_with(L"Papierkorb|16|Die Notizen wurden nicht gelöscht"));
-    store.OnDeleteTogether = nullptr;
+    store.OnDeleteFlood = nullptr;
     AskAboutFlood(*network, {});
     Press(OpenDialog<frmFlood>()->cmdLöschen);
     ASSERT_EQ(store.CountNotes(), 1u);

@@ -66,6 +66,9 @@ TEST_F(NoteKeysTest, AskForWhatTheMouseAsksFor) {
         {WXK_TAB, wxMOD_CONTROL | wxMOD_SHIFT, {L"previous"}},
         {WXK_F6, wxMOD_NONE, {L"next"}},
         {WXK_TAB, wxMOD_ALT, {}},
+        {'F', wxMOD_CONTROL, {L"find"}},
+        {'F', wxMOD_NONE, {}},
+        {'Z', wxMOD_CONTROL, {L"bring back"}},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(testing::Message() << row.code << " with " << row.modifiers);

@@ -18,6 +18,8 @@ class NoteRecorder : public NoteHost {
     }
     void FocusNextNote(frmNote&, bool forward) override { calls.push_back(forward ? L"next" : L"previous"); }
     void EditNote(frmNote&) override { calls.push_back(L"edit"); }
+    void FindNotes() override { calls.push_back(L"find"); }
+    void BringBackDeleted() override { calls.push_back(L"bring back"); }
 
     std::vector<std::wstring> calls;
 };
