@@ -19,6 +19,7 @@
 #include "dialogs/Wait.h"
 #include "model/KeepReason.h"
 #include "model/NoteColor.h"
+#include "notes/BoxText.h"
 #include "notes/BringBack.h"
 #include "notes/PropertiesLook.h"
 
@@ -245,7 +246,8 @@ void frmFind::ShowChoice() {
 
     const int current = lstGefunden->Current();
     const bool one = std::binary_search(rows.begin(), rows.end(), current);
-    const wxString text = one ? search_.Found(static_cast<std::size_t>(current)).note.text : std::wstring();
+    const wxString text =
+        one ? BoxText(search_.Found(static_cast<std::size_t>(current)).note.text) : wxString();
     if (text != shown_) txtText->ChangeValue(text);
     shown_ = text;
     for (wxButton* const button : {cmdOK, cmdKopieren, cmdLöschen}) button->Enable(!rows.empty());

@@ -1,0 +1,147 @@
+#include <gtest/gtest.h>
+#include <wx/button.h>
+#include <wx/radiobut.h>
+#include <wx/stattext.h>
+#include <wx/textctrl.h>
+
+#include "model/StoredImage.h"
+#include "notes/frmFind.h"
+#include "registry/clsRegistry.h"
+#include "tests/notes/NoteRecorder.h"
+#include "tests/support/Dialogs.h"
+#include "tests/support/Events.h"
+#include "tests/support/Messages.h"
+
+namespace {
+
+class BinInMemory : public NoteBin {
+  public:
+    Content Read() const override { return content; }
+    KeepResult Remove(const std::vector<BinnedNote>& notes) override {
+        for (const BinnedNote& note : notes) std::erase(content.notes, note);
+        return {};
+    }
+    Content content;
+};
+
+class FrmFind : public testing::Test, protected MessageRecorder {
+  protected:
+    FrmFind() {
+        Registry().DeleteKey(kSettingsKey);
+        int day = 10;
+        for (const wchar_t* text : {L"Käse\r\nund Brot", L"Straße kehren", L"Brot"}) {
+            const Note note{.text = text, .creationTime = std::to_wstring(day++) + L".11.2026, 09:05:00"};
+            store.AdoptNote(note);
+        }
+        store.OnDeleteTogether = [this](const std::vector<Note>& notes) {
+            if (failure == KeepFailure::None)
+                for (const Note& note : notes) bin.content.notes.push_back({L"1", L"jetzt", note});
+            return KeepResult{failure};
+        };
+        frmFind::Open(store, bin);
+        find = OpenDialog<frmFind>();
+    }
+    ~FrmFind() override {
+        find->Close();
+        RunEvents();
+        store.UnloadAllNotes();
+        Registry().DeleteKey(kSettingsKey);
+    }
+
+    void Key(wxWindow& where, int code, bool ctrl = false) {
+        wxKeyEvent event(wxEVT_CHAR_HOOK);
+        event.m_keyCode = code;
+        event.SetControlDown(ctrl);
+        event.SetEventObject(&where);
+        where.ProcessWindowEvent(event);
+        RunPosted();
+    }
+    wxWindow& List() { return find->lstGefunden->Window(); }
+    void GoTo(wxRadioButton* page) {
+        Choose(page);
+        RunPosted();
+    }
+    // What is found and chosen, and the text that is shown.
+    std::wstring Shown() {
+        RunPosted();
+        return (find->lblAnzahl->GetLabel() + L"|" + find->txtText->GetValue()).ToStdWstring();
+    }
+
+    NoteRecorder recorder;
+    NoteStore store{recorder};
+    BinInMemory bin;
+    KeepFailure failure = KeepFailure::None;
+    frmFind* find = nullptr;
+};
+
+}  // namespace
+
+TEST_F(FrmFind, NarrowsAndKeepsWhatIsChosen) {
+    EXPECT_EQ(Shown(), L"3 Notizen|Brot");  // written last
+    find->txtSuchen->SetValue(L"b");
+    Key(List(), 'A', true);
+    EXPECT_EQ(Shown(), L"2 von 3 Notizen, 2 gewählt|Brot");
+    find->txtSuchen->SetValue(L"brot kaese");
+    EXPECT_EQ(Shown(), L"1 von 3 Notizen|Käse\nund Brot");
+
+    // What happens elsewhere changes neither words nor choice.
+    store.AddNote({.text = L"Brot mit Käse", .creationTime = L"20.11.2026, 09:05:00"});
+    EXPECT_EQ(Shown(), L"2 von 4 Notizen|Käse\nund Brot");
+    store.Notes()[0]->Text(L"Käsebrot");
+    store.SaveNotes();
+    EXPECT_EQ(Shown(), L"2 von 4 Notizen|Käsebrot");
+    store.DeleteNote(*store.Notes()[0]);
+    EXPECT_EQ(Shown(), L"1 von 3 Notizen|Brot mit Käse");
+    frmFind::Open(store, bin, L"gibt es nicht");
+    EXPECT_EQ(Shown(), L"0 von 3 Notizen|");
+    EXPECT_FALSE(find->cmdOK->IsEnabled());
+}
+
+TEST_F(FrmFind, ShowsAMinimizedNoteAndTypesOnInTheField) {
+    store.Notes()[1]->Minimized(true);
+    find->lstGefunden->OnTyped(L's');
+    find->lstGefunden->OnTyped(L't');
+    EXPECT_EQ(find->txtSuchen->GetValue(), L"st");
+    EXPECT_EQ(Shown(), L"1 von 3 Notizen|Straße kehren");
+    Press(find->cmdOK);
+    EXPECT_FALSE(store.Notes()[1]->Minimized());
+    EXPECT_TRUE(store.Notes()[1]->IsShown());
+    EXPECT_TRUE(find->IsShown());
+}
+
+TEST_F(FrmFind, DeletesTogetherAndBringsBack) {
+    find->txtSuchen->SetValue(L"brot");
+    Key(List(), 'A', true);
+    failure = KeepFailure::DiskFull;
+    Key(List(), WXK_DELETE);
+    EXPECT_EQ(store.CountNotes(), 3u);
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_TRUE(messages[0].starts_with(L"Papierkorb|16|Die Notizen wurden nicht gelöscht"));
+    failure = KeepFailure::None;
+    Key(List(), WXK_DELETE);
+    EXPECT_EQ(store.CountNotes(), 1u);
+    EXPECT_EQ(Shown(), L"0 von 1 Notiz|");
+
+    GoTo(find->optPapierkorb);
+    EXPECT_EQ(Shown(), L"2 Notizen|Käse\nund Brot");
+    Key(List(), WXK_DELETE);
+    EXPECT_EQ(bin.content.notes.size(), 2u);
+    Press(find->cmdOK);
+    EXPECT_EQ(Shown(), L"1 Notiz|Brot");
+    EXPECT_EQ(store.Notes().back()->Text(), L"Käse\r\nund Brot");
+    Key(List(), 'Z', true);
+    EXPECT_EQ(store.CountNotes(), 3u);
+    EXPECT_EQ(ReadStoredImage().notes.size(), 3u);
+    EXPECT_EQ(Shown(), L"0 Notizen|");
+    EXPECT_EQ(messages.size(), 1u);
+}
+
+TEST_F(FrmFind, TellsOnceThatTheBinCannotBeRead) {
+    bin.content = {{}, 1, {KeepFailure::NoAccess}};
+    GoTo(find->optPapierkorb);
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_TRUE(messages[0].starts_with(L"Papierkorb|16|Der Papierkorb kann nicht gelesen werden."));
+    store.SaveNotes();
+    EXPECT_EQ(Shown(), L"0 Notizen, eine Datei im Papierkorb ist nicht lesbar|");
+    EXPECT_EQ(messages.size(), 1u);
+}
