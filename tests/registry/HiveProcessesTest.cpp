@@ -1,15 +1,10 @@
-// The hive among several processes, killed ones among them, and on a full disk.
+// The hive among several processes. What kills and full disks leave is tested in tests/faults.
 #include <gtest/gtest.h>
-#include <signal.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <cstdlib>
 #include <functional>
-#include <random>
-#include <thread>
 
 #include "registry/RegistryHealth.h"
 #include "tests/registry/HiveFolder.h"
@@ -36,41 +31,6 @@ bool KeptAtLast(const std::function<KeepResult()>& save) {
     KeepResult result = save();
     while (result.failure == KeepFailure::Locked) result = save();
     return result.Kept();
-}
-
-TEST(HiveProcesses, AKilledSaveLeavesTheOldImageOrTheNewOne) {
-    constexpr int kRounds = 40, kNotes = 120;
-    using Clock = std::chrono::steady_clock;
-    const HiveFolder hive;
-    const Clock::time_point start = Clock::now();
-    SaveImage(kNotes, 0);
-    // The kills come at any moment of the next few saves, however long one takes here.
-    const auto few = std::chrono::duration_cast<std::chrono::microseconds>(4 * (Clock::now() - start));
-    std::mt19937 random(1);
-    int last = 0, moved = 0;
-    for (int round = 0; round < kRounds; ++round) {
-        int ready[2];
-        ASSERT_EQ(pipe(ready), 0);
-        const pid_t child = Start([&]() -> bool {
-            for (int mark = last + 1;; ++mark) {
-                SaveImage(kNotes, mark);
-                if (mark == last + 1) (void)!write(ready[1], "", 1);
-            }
-        });
-        close(ready[1]);
-        char byte;
-        ASSERT_EQ(read(ready[0], &byte, 1), 1);
-        close(ready[0]);
-        std::this_thread::sleep_for(std::chrono::microseconds(random() % static_cast<unsigned>(few.count())));
-        kill(child, SIGKILL);
-        waitpid(child, nullptr, 0);
-        const int mark = MarkOfImage(kNotes);
-        ASSERT_GT(mark, last) << "round " << round << ": what was saved before is there";
-        if (mark > last + 1) ++moved;
-        ASSERT_FALSE(TakeRecoveryReport()) << "a kill damages nothing";
-        last = mark;
-    }
-    EXPECT_GT(moved, 0) << "the kills came too early to hit a later save";
 }
 
 TEST(HiveProcesses, WritersWaitForEachOther) {
@@ -141,26 +101,6 @@ TEST(HiveProcesses, AnotherProgramMayLookAtAnyTime) {
     ASSERT_EQ(std::system(look.c_str()), 0);
     EXPECT_TRUE(SaveImage(10, 2).Kept());
     EXPECT_FALSE(TakeRecoveryReport());
-}
-
-// A limit on the size of files stands for a disk that is full.
-TEST(HiveProcesses, AFullDiskKeepsTheOldImage) {
-    const HiveFolder hive;
-    SaveImage(10, 1);
-    const pid_t child = Start([] {
-        signal(SIGXFSZ, SIG_IGN);
-        bool good = MarkOfImage(10) == 1;
-        const rlimit full{60'000, RLIM_INFINITY}, space{RLIM_INFINITY, RLIM_INFINITY};
-        setrlimit(RLIMIT_FSIZE, &full);
-        good = good && SaveImage(2000, 2).failure == KeepFailure::DiskFull;
-        good = good && MarkOfImage(10) == 1;
-        SaveImage(2000, 3);
-        good = good && MarkOfImage(10) == 1;
-        setrlimit(RLIMIT_FSIZE, &space);
-        return good && SaveImage(20, 4).Kept() && MarkOfImage(20) == 4;
-    });
-    EXPECT_TRUE(EndedWell(child));
-    EXPECT_EQ(MarkOfImage(20), 4) << "and works again when there is room";
 }
 
 }  // namespace

@@ -11,5 +11,5 @@
 // The image in UTF-8; empty when there is nothing.
 std::string ReadImage();
 
-// Replaces all there is by an image. False, with nothing changed, when a line is none of an image.
+// Replaces all there is by an image.
 bool WriteImage(const std::string& image);
