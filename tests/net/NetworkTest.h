@@ -11,11 +11,11 @@
 #include "net/basNetworkAccess.h"
 #include "net/clsOutgoing.h"
 #include "registry/clsRegistry.h"
-#include "tests/net/RawCalls.h"
 #include "tests/net/RawPeer.h"
 #include "tests/notes/NoteRecorder.h"
 #include "tests/support/Events.h"
 #include "tests/support/Messages.h"
+#include "tests/support/Support.h"
 
 // No test lasts so long.
 constexpr std::chrono::milliseconds kForever = std::chrono::hours(1);

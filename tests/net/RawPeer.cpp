@@ -1,8 +1,78 @@
+#include SYSTEM_SOCKETS  // the header of the platform's sockets, named by CMake
+
 #include "tests/net/RawPeer.h"
 
+#include <stdexcept>
 #include <utility>
 
-#include "tests/net/RawCalls.h"
+namespace {
+
+using SystemSockets::Socket;
+using Milliseconds = std::chrono::milliseconds;
+
+constexpr Milliseconds kForever = std::chrono::hours(1);
+
+// The handles of Windows are small numbers, too.
+Socket Of(int descriptor) { return static_cast<Socket>(descriptor); }
+
+void Set(int descriptor, int level, int option, const auto& value) {
+    setsockopt(Of(descriptor), level, option, reinterpret_cast<const char*>(&value), sizeof value);
+}
+
+int Hurried(int descriptor) {
+    Set(descriptor, IPPROTO_TCP, TCP_NODELAY, 1);
+    return descriptor;
+}
+
+// Something can be read, or the other side has closed; writing: there is room for something.
+bool IsReady(int descriptor, Milliseconds limit, bool writing = false) {
+    fd_set ready;
+    FD_ZERO(&ready);
+    FD_SET(Of(descriptor), &ready);
+    timeval time{};
+    time.tv_sec = static_cast<decltype(time.tv_sec)>(limit.count() / 1000);
+    time.tv_usec = static_cast<decltype(time.tv_usec)>(limit.count() % 1000 * 1000);
+    return select(descriptor + 1, writing ? nullptr : &ready, writing ? &ready : nullptr, nullptr, &time) ==
+           1;
+}
+
+sockaddr_in ThisComputer(std::uint16_t port, unsigned computer = 1) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(port);
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK - 1 + computer);
+    return address;
+}
+
+int Connected(std::uint16_t port, unsigned computer) {
+    const int descriptor = static_cast<int>(SystemSockets::New());
+    const sockaddr_in own = ThisComputer(0, computer), address = ThisComputer(port);
+    int error = 0;
+    if (bind(Of(descriptor), reinterpret_cast<const sockaddr*>(&own), sizeof own) != 0 ||
+        connect(Of(descriptor), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
+        error = SystemSockets::LastError();
+    if (SystemSockets::IsConnecting(error)) {
+        SystemSockets::Length size = sizeof error;
+        IsReady(descriptor, kForever, true);
+        getsockopt(Of(descriptor), SOL_SOCKET, SO_ERROR, reinterpret_cast<char*>(&error), &size);
+    }
+    if (error == 0) return Hurried(descriptor);
+    SystemSockets::Close(Of(descriptor));
+    throw std::runtime_error("no connection");
+}
+
+int Listening(std::uint16_t& port) {
+    const int listener = static_cast<int>(SystemSockets::New());
+    sockaddr_in address = ThisComputer(0);
+    SystemSockets::Length size = sizeof address;
+    if (bind(Of(listener), reinterpret_cast<sockaddr*>(&address), size) != 0 || listen(Of(listener), 16) != 0)
+        throw std::runtime_error("no port to listen on");
+    getsockname(Of(listener), reinterpret_cast<sockaddr*>(&address), &size);
+    port = ntohs(address.sin_port);
+    return listener;
+}
+
+}  // namespace
 
 RawConnection::RawConnection(RawConnection&& other) noexcept
     : descriptor_(std::exchange(other.descriptor_, -1)),
@@ -10,16 +80,16 @@ RawConnection::RawConnection(RawConnection&& other) noexcept
       received_(std::move(other.received_)) {}
 
 RawConnection::~RawConnection() {
-    if (descriptor_ >= 0) RawCalls::Close(descriptor_, false);
+    if (descriptor_ >= 0) SystemSockets::Close(Of(descriptor_));
 }
 
 RawConnection RawConnection::To(std::uint16_t port, unsigned computer) {
-    return RawConnection(RawCalls::Connect(port, computer));
+    return RawConnection(Connected(port, computer));
 }
 
 bool RawConnection::Send(const std::string& bytes) const {
-    for (std::size_t sent = 0; sent < bytes.size();) {
-        const long count = RawCalls::Send(descriptor_, bytes.data() + sent, bytes.size() - sent, true);
+    for (std::size_t sent = 0; sent < bytes.size() && IsReady(descriptor_, kForever, true);) {
+        const long count = SystemSockets::Send(Of(descriptor_), bytes.data() + sent, bytes.size() - sent);
         if (count <= 0) return false;
         sent += static_cast<std::size_t>(count);
     }
@@ -27,7 +97,7 @@ bool RawConnection::Send(const std::string& bytes) const {
 }
 
 std::size_t RawConnection::TrySend(const std::string& bytes) const {
-    const long count = RawCalls::Send(descriptor_, bytes.data(), bytes.size(), false);
+    const long count = SystemSockets::Send(Of(descriptor_), bytes.data(), bytes.size());
     return count > 0 ? static_cast<std::size_t>(count) : 0;
 }
 
@@ -52,44 +122,45 @@ std::string RawConnection::Rest(std::chrono::milliseconds limit) {
     return ended_ ? std::exchange(received_, {}) : "<not ended>";
 }
 
-bool RawConnection::Discard() const {
-    char buffer[65536];
-    while (RawCalls::IsReady(descriptor_, std::chrono::milliseconds(0))) {
-        if (RawCalls::Receive(descriptor_, buffer, sizeof buffer) <= 0) return false;
-    }
-    return true;
+bool RawConnection::Discard() {
+    while (Receive(Milliseconds(0))) received_.clear();
+    return !ended_;
 }
 
-void RawConnection::EndSending() const { RawCalls::EndSending(descriptor_); }
+void RawConnection::EndSending() const { shutdown(Of(descriptor_), SystemSockets::kEndOfSending); }
 
-void RawConnection::Reset() { RawCalls::Close(std::exchange(descriptor_, -1), true); }
+void RawConnection::Reset() {
+    Set(descriptor_, SOL_SOCKET, SO_LINGER, linger{1, 0});
+    SystemSockets::Close(Of(std::exchange(descriptor_, -1)));
+}
 
 bool RawConnection::Receive(std::chrono::milliseconds limit) {
     char buffer[65536];
-    if (ended_ || !RawCalls::IsReady(descriptor_, limit)) return false;
-    const long count = RawCalls::Receive(descriptor_, buffer, sizeof buffer);
+    if (ended_ || !IsReady(descriptor_, limit)) return false;
+    const long count = SystemSockets::Receive(Of(descriptor_), buffer, sizeof buffer);
     ended_ = count <= 0;
     if (!ended_) received_.append(buffer, static_cast<std::size_t>(count));
     return !ended_;
 }
 
-RawServer::RawServer(std::function<void(RawConnection&)> dialogue) : listener_(RawCalls::Listen(port_)) {
+RawServer::RawServer(std::function<void(RawConnection&)> dialogue) : listener_(Listening(port_)) {
     thread_ = std::thread([this, dialogue = std::move(dialogue)] {
-        const int accepted = RawCalls::Accept(listener_);
-        if (accepted < 0) return;
-        RawConnection connection(accepted);
+        sockaddr_in peer{};
+        IsReady(listener_, kForever);
+        RawConnection connection(Hurried(static_cast<int>(SystemSockets::AcceptNext(Of(listener_), peer))));
         dialogue(connection);
     });
 }
 
 RawServer::~RawServer() {
-    RawCalls::StopAccepting(listener_, port_);
+    // Somebody who says nothing, for the thread that may still be waiting.
+    { const RawConnection nobody = RawConnection::To(port_); }
     thread_.join();
-    RawCalls::Close(listener_, false);
+    SystemSockets::Close(Of(listener_));
 }
 
 std::uint16_t FreePort() {
     std::uint16_t port = 0;
-    RawCalls::Close(RawCalls::Listen(port), false);
+    SystemSockets::Close(Of(Listening(port)));
     return port;
 }

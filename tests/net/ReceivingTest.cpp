@@ -68,7 +68,7 @@ TEST_F(Receiving, AnswersReachAPeerThatHasStoppedSending) {
 
 TEST_F(Receiving, ABrokenConnectionLeavesNothing) {
     const std::string commands = "NOTE_NEW\r\nNOTE_TEXT halb\r\nNOTE_COLOR 255\r\nNOTE_FINISHED";
-    const int handles = RawCalls::CountHandles();
+    const int handles = CountHandles();
     for (const bool reset : {false, true}) {
         for (std::size_t length = 0; length <= commands.size(); length += 5) {
             Talk([&](RawConnection& connection) {
@@ -80,7 +80,7 @@ TEST_F(Receiving, ABrokenConnectionLeavesNothing) {
     }
     EXPECT_TRUE(SessionsEnd());
     EXPECT_EQ(store.CountNotes(), 0u);
-    EXPECT_EQ(RawCalls::CountHandles(), handles);
+    EXPECT_EQ(CountHandles(), handles);
 }
 
 TEST_F(Receiving, SessionsBuildTheirNotesIndependently) {

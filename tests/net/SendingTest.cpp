@@ -154,7 +154,7 @@ TEST_F(Sending, APeerThatFallsSilentOrLeaves) {
 }
 
 TEST_F(Sending, ConnectingFailsAtOnce) {
-    const int handles = RawCalls::CountHandles();
+    const int handles = CountHandles();
     Open(FreePort(), kForever);
     for (const wchar_t* host : {L"127.0.0.1", L"  localhost ", L"gibt.es.nicht.invalid", L""}) {
         const auto session = network->CreateOutgoing();
@@ -164,7 +164,7 @@ TEST_F(Sending, ConnectingFailsAtOnce) {
         EXPECT_EQ(session->GetNumberSentNotes(), L"0");
     }
     EXPECT_EQ(network->CountSessions(), 0u);
-    EXPECT_LE(RawCalls::CountHandles(), handles + 4);  // the listener, and what the look-up keeps
+    EXPECT_LE(CountHandles(), handles + 4);  // the listener, and what the look-up keeps
     EXPECT_TRUE(messages.empty());
 }
 

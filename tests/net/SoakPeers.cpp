@@ -112,8 +112,7 @@ void SoakPeers::Attack(unsigned number) {
     unsigned long made = 0;
     while (!stop_) {
         try {
-            const RawConnection connection =
-                RawConnection::To(port_, kFirstHostile + number / kOfOneComputer);
+            RawConnection connection = RawConnection::To(port_, kFirstHostile + number / kOfOneComputer);
             ++made;
             for (Step step = attack.next(random); !stop_; step = attack.next(random)) {
                 connection.TrySend(step.bytes);

@@ -26,3 +26,6 @@ bool IsForTheUserOnly(const std::filesystem::path& path);
 
 // Marks a file as one that is not to be written.
 void WriteProtect(const std::filesystem::path& file);
+
+// Handles that the process has open.
+int CountHandles();

@@ -67,3 +67,9 @@ bool IsForTheUserOnly(const std::filesystem::path& path) {
     return std::filesystem::exists(path) &&
            (lies(SharedDataFolder()) || lies(std::filesystem::temp_directory_path()));
 }
+
+int CountHandles() {
+    DWORD count = 0;
+    GetProcessHandleCount(GetCurrentProcess(), &count);
+    return static_cast<int>(count);
+}

@@ -31,3 +31,7 @@ void WriteProtect(const std::filesystem::path& file) {
 bool IsForTheUserOnly(const std::filesystem::path& path) {
     return std::filesystem::status(path).permissions() == std::filesystem::perms::owner_all;
 }
+
+int CountHandles() {
+    return static_cast<int>(std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}));
+}
