@@ -15,6 +15,8 @@ set_source_files_properties(${CMAKE_CURRENT_BINARY_DIR}/kivora.rc PROPERTIES OBJ
 add_library(program_resources OBJECT ${CMAKE_CURRENT_BINARY_DIR}/kivora.rc ${KIVORA_ICON})
 target_link_libraries(kivora PRIVATE program_resources ws2_32 winspool comdlg32 shell32)
 set_target_properties(kivora PROPERTIES WIN32_EXECUTABLE ON)
+set_target_properties(kivora PROPERTIES RULE_LAUNCH_LINK ${CMAKE_SOURCE_DIR}/packaging/windows/link
+                                        LINK_DEPENDS ${CMAKE_SOURCE_DIR}/packaging/windows/link)
 # The system treats a program by the version that it asks for.
 target_link_options(kivora PRIVATE -s -Wl,--major-os-version,6,--minor-os-version,1
                     -Wl,--major-subsystem-version,6,--minor-subsystem-version,1)
