@@ -51,8 +51,9 @@ int LineStart(const Note& note, const wxRect& box, int width) {
     return box.x;
 }
 
-void PaintText(wxDC& dc, const Note& note, const wxRect& box) {
-    if (box.width <= 0 || box.height <= 0) return;
+// False when there is no room for all of it.
+bool PaintText(wxDC& dc, const Note& note, const wxRect& box) {
+    if (box.width <= 0 || box.height <= 0) return false;
     wxDCClipper clip(dc, box);
     const wxColour ink = ToColour(TextInk(note.look.color, DisplayDepth()));
     const wxFont& font = NoteFont(note.look);
@@ -64,6 +65,7 @@ void PaintText(wxDC& dc, const Note& note, const wxRect& box) {
         pen.Draw(line.text, LineStart(note, box, line.width), y, ink);
         y += height;
     }
+    return y <= box.y + box.height;
 }
 
 void PaintTime(wxDC& dc, const Note& note, const wxRect& box, const wxColour& ink) {
@@ -145,17 +147,19 @@ std::vector<PaintedLine> PaintedLines(const Note& note, const NoteLayout& layout
     return painted;
 }
 
-wxSize NaturalTextSize(const std::wstring& text, const wxFont& font, int width) {
+wxSize NaturalTextSize(const std::wstring& text, const wxFont& font, int width, int highest) {
     wxBitmap pixel(1, 1);
     wxMemoryDC dc(pixel);
+    const int height = LineHeight(dc, font);
     LinePen pen(dc, font);
-    const auto lines = FlowText(text, width, MeasureWith(pen), kMostLines);
+    const auto most = std::min(kMostLines, static_cast<std::size_t>(highest / height) + 1);
+    const auto lines = FlowText(text, width, MeasureWith(pen), most);
     int widest = 0;
     for (const FlowLine& line : lines) widest = std::max(widest, line.width);
-    return wxSize(widest, static_cast<int>(lines.size()) * LineHeight(dc, font));
+    return wxSize(widest, static_cast<int>(lines.size()) * height);
 }
 
-void PaintNote(wxDC& dc, const Note& note, const NoteHints& hints, const NoteLayout& layout, double scaleX,
+bool PaintNote(wxDC& dc, const Note& note, const NoteHints& hints, const NoteLayout& layout, double scaleX,
                double scaleY) {
     const wxColour paper = ToColour(DisplayColor(note.look.color));
     const wxColour ink = ToColour(QuietInk(note.look.color, DisplayDepth()));
@@ -164,7 +168,7 @@ void PaintNote(wxDC& dc, const Note& note, const NoteHints& hints, const NoteLay
     dc.SetBrush(wxBrush(paper));
     dc.DrawRectangle(all);
 
-    PaintText(dc, note, ToPixels(layout.lblMessage, scaleX, scaleY));
+    const bool isWhole = PaintText(dc, note, ToPixels(layout.lblMessage, scaleX, scaleY));
     PaintTime(dc, note, ToPixels(layout.lblZeit, scaleX, scaleY), ink);
 
     const wxRect minimize = ToPixels(layout.cmdMinimize, scaleX, scaleY);
@@ -191,4 +195,5 @@ void PaintNote(wxDC& dc, const Note& note, const NoteHints& hints, const NoteLay
                             {all.width - 1, outline[0].y}};
     dc.DrawLines(5, edge);
     PaintFocus(dc, hints.focus, layout, scaleX, scaleY, ink);
+    return isWhole;
 }

@@ -3,6 +3,7 @@
 
 #include <wx/dc.h>
 
+#include <climits>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -21,8 +22,9 @@ struct NoteHints {
     std::optional<NotePart> focus = std::nullopt;  // Body: the text
 };
 
-// Paints the whole note into its window's client area; `scale` is pixels a twip.
-void PaintNote(wxDC& dc, const Note& note, const NoteHints& hints, const NoteLayout& layout, double scaleX,
+// Paints the whole note into its window's client area; `scale` is pixels a twip. False when there is no room
+// for all of its text.
+bool PaintNote(wxDC& dc, const Note& note, const NoteHints& hints, const NoteLayout& layout, double scaleX,
                double scaleY);
 
 // A line of a note's text where it is painted, in pixels of the window; it may lie below what fits.
@@ -36,5 +38,5 @@ std::vector<PaintedLine> PaintedLines(const Note& note, const NoteLayout& layout
                                       double scaleY);
 
 // The size in pixels that the text needs, in lines no wider than that many pixels. 0: only its own line
-// breaks count.
-wxSize NaturalTextSize(const std::wstring& text, const wxFont& font, int width = 0);
+// breaks count. What lies below `highest` pixels is not measured.
+wxSize NaturalTextSize(const std::wstring& text, const wxFont& font, int width = 0, int highest = INT_MAX);

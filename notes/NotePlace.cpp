@@ -45,14 +45,19 @@ wxRect NotePixels(const wxWindow& window, const NotePlace& place) {
             ToPixels(place.height, y)};
 }
 
+wxRect LargestRect() {
+    wxRect all;
+    for (const PixelRect& screen : Screens()) all.Union(ToWx(screen));
+    all.width = std::max(all.width, kSafePixels);
+    all.height = std::max(all.height, kSafePixels);
+    return all;
+}
+
 wxRect OnScreens(wxRect rect) {
-    const std::vector<PixelRect> screens = Screens();
     if (rect.width > kSafePixels || rect.height > kSafePixels) {
-        wxRect all;
-        for (const PixelRect& screen : screens) all.Union(ToWx(screen));
-        const int widest = std::max(all.width, kSafePixels);
-        if (rect.width > widest) rect = {all.x, rect.y, widest, rect.height};
-        rect.height = std::min(rect.height, std::max(all.height, kSafePixels));
+        const wxRect largest = LargestRect();
+        if (rect.width > largest.width) rect = {largest.x, rect.y, largest.width, rect.height};
+        rect.height = std::min(rect.height, largest.height);
     }
-    return ToWx(ShownRect(screens, FreeArea, FromWx(rect)));
+    return ToWx(ShownRect(Screens(), FreeArea, FromWx(rect)));
 }

@@ -17,6 +17,9 @@ wxPoint NextPlace();
 // The window's rectangle for a note's place, within what X11 and Windows can name.
 wxRect NotePixels(const wxWindow& window, const NotePlace& place);
 
+// As large as a window is shown at most: all screens together, or some more where they are very small.
+wxRect LargestRect();
+
 // The rectangle as the screens of now can show it: no larger than all of them, from their left edge when it
 // would be wider, and on the nearest one where too little of it would be visible.
 wxRect OnScreens(wxRect rect);

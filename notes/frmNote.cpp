@@ -5,6 +5,8 @@
 #include <wx/weakref.h>
 
 #include <algorithm>
+#include <cmath>
+#include <utility>
 
 #include "base/Text.h"
 #include "notes/NoteFont.h"
@@ -31,7 +33,9 @@ void frmNote::PlaceAsNew() {
 
 void frmNote::Content(const Note& note) {
     note_ = note;
+    enlarged_ = false;
     Place(note.place);
+    sizedElsewhere_ = true;
     Changed();
 }
 
@@ -46,6 +50,23 @@ void frmNote::AutoSize() {
     const wxSize label = NaturalTextSize(Text(), NoteFont(note_.look));
     SizeTo(label.x * TwipsPerPixelX(*this) + 2 * kFrame,
            label.y * TwipsPerPixelY(*this) + 2 * kFrame + kTimeHeight);
+}
+
+wxSize frmNote::NaturalSize() const {
+    const wxSize label = NaturalTextSize(Text(), NoteFont(note_.look));
+    const int frame = static_cast<int>(std::lround(2 * kFrame / TwipsPerPixelX(*this)));
+    const int time = static_cast<int>(std::lround(kTimeHeight / TwipsPerPixelY(*this)));
+    return {label.x + frame, label.y + frame + time};
+}
+
+// Its text has turned out to need more room than is stored. The letters of another computer are a little
+// wider or narrower; a note that is much too small was made so by its user.
+void frmNote::ShowAllOfText() {
+    constexpr double kDifference = 1.2;
+    if (!std::exchange(sizedElsewhere_, false)) return;
+    const wxSize stored = StoredRect().GetSize(), natural = NaturalSize();
+    enlarged_ = natural.x <= stored.x * kDifference && natural.y <= stored.y * kDifference;
+    if (enlarged_) PlaceAsStored();
 }
 
 void frmNote::Foreground(bool on) {
@@ -63,7 +84,10 @@ std::wstring frmNote::TextCleaned() const { return Flattened(Text()); }
 
 void frmNote::PlaceAt(double left, double top) { Place({left, top, Width(), Height()}); }
 
-void frmNote::SizeTo(double width, double height) { Place({Left(), Top(), width, height}); }
+void frmNote::SizeTo(double width, double height) {
+    sizedElsewhere_ = enlarged_ = false;
+    Place({Left(), Top(), width, height});
+}
 
 void frmNote::Place(const NotePlace& place) {
     // The horizontal factor bounds both, so that the smallest note is the same square everywhere.
@@ -98,13 +122,18 @@ wxVisualAttributes frmNote::GetDefaultAttributes() const {
 wxRect frmNote::StoredRect() const { return NotePixels(*this, note_.place); }
 
 wxRect frmNote::ShownRect() const {
-    const wxRect stored = StoredRect();
+    wxRect stored = StoredRect();
+    if (enlarged_) {
+        wxSize size = stored.GetSize();
+        size.IncTo(NaturalSize());
+        stored.SetSize(size);
+    }
     wxRect rect = OnScreens(stored);
     if (rect.width == stored.width) return rect;
     // The screens are not as wide as its lines: these are broken and need more height than is stored.
     const double framePixels = 2 * kFrame / TwipsPerPixelX(*this);
-    const wxSize text =
-        NaturalTextSize(Text(), NoteFont(note_.look), rect.width - static_cast<int>(framePixels));
+    const wxSize text = NaturalTextSize(Text(), NoteFont(note_.look),
+                                        rect.width - static_cast<int>(framePixels), LargestRect().height);
     const double height = text.y + (2 * kFrame + kTimeHeight) / TwipsPerPixelY(*this);
     rect.height = std::max(rect.height, static_cast<int>(height));
     return OnScreens(rect);
@@ -187,6 +216,7 @@ void frmNote::StorePlace(const wxRect& before, const wxRect& after) {
     if (elsewhere || after.x != before.x) place.left = after.x * x;
     if (elsewhere || after.y != before.y) place.top = after.y * y;
     const bool resized = after.GetSize() != before.GetSize();
+    if (resized) enlarged_ = false;
     const bool otherwise = resized && before.GetSize() != StoredRect().GetSize();
     if (otherwise || after.width != before.width) place.width = after.width * x;
     if (otherwise || after.height != before.height) place.height = after.height * y;
@@ -210,8 +240,9 @@ void frmNote::OpenMenu() {
 void frmNote::OnPaint(wxPaintEvent&) {
     wxPaintDC dc(this);
     const bool pressed = pressed_ != NotePart::Body && pressed_ == hovered_;
-    PaintNote(dc, note_, {.hovered = hovered_, .pressed = pressed, .focus = focus_}, layout_,
-              1 / TwipsPerPixelX(*this), 1 / TwipsPerPixelY(*this));
+    const bool isWhole = PaintNote(dc, note_, {.hovered = hovered_, .pressed = pressed, .focus = focus_},
+                                   layout_, 1 / TwipsPerPixelX(*this), 1 / TwipsPerPixelY(*this));
+    if (!isWhole && sizedElsewhere_) Later([](NoteHost&, frmNote& note) { note.ShowAllOfText(); });
 }
 
 void frmNote::OnSize(wxSizeEvent& event) { ArrangeParts(event.GetSize()); }
@@ -236,6 +267,7 @@ void frmNote::OnLeftDown(wxMouseEvent& event) {
     }
     BringToFront();
     gesture_.reset();
+    sizedElsewhere_ = false;
     const auto hit = PressHitTest(layout_, at.m_x, at.m_y);
     if (hit != HT_NONE) {
         gesture_ = NoteGesture::Begin(

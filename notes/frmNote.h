@@ -125,6 +125,8 @@ class frmNote : public wxFrame, public ReadableNote {
     void PlaceAsStored();
     wxRect StoredRect() const;
     wxRect ShownRect() const;  // as the screens of now can show it
+    wxSize NaturalSize() const;
+    void ShowAllOfText();
     void ArrangeParts(const wxSize& pixels);
     void Hover(NotePart part);
     void SetPointer(Pointer pointer);
@@ -160,6 +162,8 @@ class frmNote : public wxFrame, public ReadableNote {
     std::int32_t noteKey_ = 0;
     bool minimized_ = false;
     bool untouched_ = false;
+    bool sizedElsewhere_ = false;  // its size was stored, perhaps on another computer, and not yet looked at
+    bool enlarged_ = false;        // shown larger than is stored, because its text needs it
     NoteLayout layout_;
     WindowPlace windowPlace_{*this};
     wxSize arrangedFor_;

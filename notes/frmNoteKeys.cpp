@@ -105,6 +105,7 @@ void frmNote::StepBy(int x, int y, int width, int height) {
     after.height = std::max(after.height, static_cast<int>(kSmallestPixels));
     // Not where it could not be seen.
     if (after == before || OnScreens(after) != after) return;
+    sizedElsewhere_ = false;
     windowPlace_.Ask(after);
     ArrangeParts(after.GetSize());
     StorePlace(before, after);

@@ -163,6 +163,32 @@ TEST_F(FrmNote, AutoSizeFitsTheTextWithoutBreakingIt) {
     EXPECT_GT(note->Width(), narrow);
 }
 
+// The same text needs more room with the letters of another computer. A user who leaves room for much less of
+// it means it.
+TEST_F(FrmNote, WhatWasSizedElsewhereShowsAllOfItsText) {
+    Note content = note->Content();
+    content.text = L"Kleiner als der Text\r\nund noch eine Zeile";
+    content.place = {900, 900, 0, 0};
+    note->Content(content);
+    note->AutoSize();
+    const NotePlace natural = note->Content().place;
+    const wxSize size = note->WindowRect().GetSize();
+    for (const auto [width, height, all] : {std::tuple(0.9, 1.0, true), std::tuple(1.0, 0.9, true),
+                                            std::tuple(0.6, 1.0, false), std::tuple(1.0, 0.6, false)}) {
+        SCOPED_TRACE(testing::Message() << width << ", " << height);
+        content.place = {900, 900, natural.width * width, natural.height * height};
+        note->Content(content);
+        const wxSize stored = note->WindowRect().GetSize();
+        note->ShowStacked();
+        EXPECT_TRUE(RunUntil([&] { return RectOnScreen(*note).has_value(); }));
+        note->Refresh();
+        note->Update();
+        RunEvents();
+        EXPECT_EQ(note->WindowRect().GetSize(), all ? size : stored);
+        EXPECT_EQ(note->Content().place, content.place);
+    }
+}
+
 TEST_F(FrmNote, WiderThanTheScreensItShowsAllItsLines) {
     std::wstring text;
     while (text.size() < 2000) text += L"Wörter ";
