@@ -24,14 +24,15 @@ class FindTree : public FindList {
     FindTree(wxWindow* parent, Source source) : source_(std::move(source)) {
         tree_ = GTK_TREE_VIEW(gtk_tree_view_new());
         gtk_tree_view_set_enable_search(tree_, FALSE);
-        GtkCellRenderer* picture = gtk_cell_renderer_pixbuf_new();
-        GtkTreeViewColumn* column = AddColumn(L"Notiz", parent, 34, &Row::text);
-        gtk_tree_view_column_pack_start(column, picture, FALSE);
-        gtk_tree_view_column_set_cell_data_func(column, picture, OnPicture, this, nullptr);
-        gtk_cell_layout_reorder(GTK_CELL_LAYOUT(column), picture, 0);
-        gtk_tree_view_column_set_expand(column, TRUE);
+        GtkTreeViewColumn* text = AddColumn(L"Notiz", parent, 32, &Row::text);
+        gtk_tree_view_column_set_expand(text, TRUE);
         date_ = AddColumn(L"Geschrieben", parent, 22, &Row::date);
-        AddColumn(L"Farbe", parent, 9, &Row::color);
+        GtkTreeViewColumn* color = AddColumn(L"Farbe", parent, 11, &Row::color);
+        // Not before the text, where it would take the cell's name from readers.
+        GtkCellRenderer* picture = gtk_cell_renderer_pixbuf_new();
+        gtk_tree_view_column_pack_start(color, picture, FALSE);
+        gtk_tree_view_column_set_cell_data_func(color, picture, OnPicture, this, nullptr);
+        gtk_cell_layout_reorder(GTK_CELL_LAYOUT(color), picture, 0);
         gtk_tree_view_set_fixed_height_mode(tree_, TRUE);
         SetRows(0);
 
