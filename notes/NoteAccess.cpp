@@ -3,7 +3,7 @@
 std::wstring NoteAccess::Name(const Note& note) { return L"Notiz: " + ShortText(note.text); }
 
 std::wstring NoteAccess::Description(const Note& note) {
-    std::wstring description = note.text + L"\r\n" + note.creationTime;
+    std::wstring description = note.creationTime;
     if (note.foreground) description += L"\r\nImmer im Vordergrund";
     return description;
 }

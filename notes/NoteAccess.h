@@ -1,6 +1,6 @@
 #pragma once
-// What a note window tells screen readers: a name to hear ("Notiz: " and the beginning of the text), the
-// whole text with its date as the description, whether it stays above others, and which of its parts has the
+// What a note window tells screen readers: a name to hear ("Notiz: " and the beginning of the text), the date
+// and whether it stays above others as the description, the whole text, and which of its parts has the
 // keyboard.
 
 #include <wx/frame.h>

@@ -66,7 +66,7 @@ class AtkNote : public NoteAccess, public ReadPart {
             case NotePart::cmdMinimize:
                 return ATK_ROLE_PUSH_BUTTON;
             default:
-                return ATK_ROLE_LABEL;
+                return ATK_ROLE_STATIC;
         }
     }
 

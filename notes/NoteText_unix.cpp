@@ -201,7 +201,7 @@ void AnswerForPart(void* type, void*) {
     };
     object.get_role = [](AtkObject* asked) {
         ReadPart* const part = PartOf(asked);
-        return part ? part->PartRole() : ATK_ROLE_LABEL;
+        return part ? part->PartRole() : ATK_ROLE_STATIC;
     };
 }
 
