@@ -40,6 +40,7 @@ class EntryTree : public EntryList {
         gtk_widget_set_can_focus(scrolled, FALSE);  // or it would take what is meant for the rows
         gtk_scrolled_window_set_shadow_type(GTK_SCROLLED_WINDOW(scrolled), GTK_SHADOW_IN);
         gtk_container_add(GTK_CONTAINER(scrolled), GTK_WIDGET(tree_));
+        gtk_widget_set_can_focus(scrolled, FALSE);  // the rows get the keyboard, not what they scroll in
         gtk_widget_show_all(scrolled);
         window_ = new TreeWindow(parent, wxID_ANY, scrolled);
         int total = 0;

@@ -72,6 +72,7 @@ TEST_F(AddressbookDialogs, PickingReturnsTheCheckedRowsInTheirOrder) {
         EXPECT_EQ(Rows(*dialog.lvwEntries),
                   (Texts{L"|server|10.0.0.9|Keller", L"|Büro|10.0.0.10|b", L"|anna|10.0.0.2|A"}));
         EXPECT_FALSE(dialog.cmdBearbeiten->IsEnabled());
+        EXPECT_TRUE(RunUntil([&] { return HasKeyboard(dialog.lvwEntries->Window()); }));
         CheckRow(*dialog.lvwEntries, 0);
         CheckRow(*dialog.lvwEntries, 2);
         EXPECT_TRUE(dialog.cmdBearbeiten->IsEnabled() && dialog.cmdLöschen->IsEnabled());

@@ -22,6 +22,9 @@ bool KeyMovesTo(wxDialog& dialog, wchar_t key, wxWindow& control);
 // Where the focus comes by the Tab key, from the first control on, once round.
 std::vector<wxWindow*> TabStops(wxDialog& dialog, const std::vector<wxWindow*>& controls);
 
+// Whether keys get to what is in the control rather than to a frame around it.
+bool HasKeyboard(wxWindow& control);
+
 // Presses a key in a control, which gets the focus: WXK_RETURN or a character, with Ctrl or without.
 void PressKey(wxWindow& control, int key, bool ctrl = false);
 

@@ -102,6 +102,8 @@ std::vector<wxWindow*> TabStops(wxDialog&, const std::vector<wxWindow*>& control
     return stops;
 }
 
+bool HasKeyboard(wxWindow& control) { return control.HasFocus(); }
+
 void PressKey(wxWindow& control, int key, bool ctrl) {
     control.SetFocus();
     wxUIActionSimulator().Char(key, ctrl ? wxMOD_CONTROL : wxMOD_NONE);

@@ -78,6 +78,11 @@ std::vector<wxWindow*> TabStops(wxDialog& dialog, const std::vector<wxWindow*>& 
     return stops;
 }
 
+bool HasKeyboard(wxWindow& control) {
+    GtkWidget* const window = gtk_widget_get_toplevel(control.GetHandle());
+    return gtk_window_get_focus(GTK_WINDOW(window)) == InnerWidget(control.GetHandle());
+}
+
 void PressKey(wxWindow& control, int key, bool ctrl) {
     GtkWidget* widget = InnerWidget(control.GetHandle());
     gtk_widget_grab_focus(widget);
