@@ -40,7 +40,7 @@ void AcceptSoon() {
 
 TEST_F(ExchangeTest, FileDialogsGiveNames) {
     Add({.Text = L"eins"});
-    const fs::path path = Write(L"quelle ü.kvr", FileBytes(SampleFiles()[0].notes));
+    const fs::path path = Write(L"quelle ü.kvr", FileBytes(SampleNotes()));
     Import([&](frmImport& dialog) {
         WithFileDialog(dialog.cmdDurchsuchen, [&](FileDialogOnScreen& chooser) {
             EXPECT_EQ(chooser.Title(), L"Kivora-Exportdatei öffnen...");
@@ -88,7 +88,7 @@ TEST_F(ExchangeTest, WriteProtectedFilesAreNotChosen) {
 }
 
 TEST_F(ExchangeTest, ADroppedFileFillsTheBox) {
-    const fs::path path = Write(L"gezogen.kvr", FileBytes(SampleFiles()[0].notes));
+    const fs::path path = Write(L"gezogen.kvr", FileBytes(SampleNotes()));
     Import([&](frmImport& dialog) {
         for (wxWindow* window :
              {static_cast<wxWindow*>(&dialog), static_cast<wxWindow*>(dialog.txtDatei),

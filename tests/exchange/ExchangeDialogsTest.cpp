@@ -21,9 +21,7 @@ namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 
 TEST_F(ExchangeTest, ExportedNotesAreReadByAnotherReaderAndComeBack) {
-    std::vector<ExportedNote> notes;
-    for (const SampleFile& sample : SampleFiles())
-        notes.insert(notes.end(), sample.notes.begin(), sample.notes.end());
+    const std::vector<ExportedNote> notes = SampleNotes();
     for (const ExportedNote& note : notes) Add(note);
     Export([&](frmExport& dialog) {
         EXPECT_EQ(dialog.GetTitle(), L"Exportieren");
@@ -174,7 +172,7 @@ TEST_F(ExchangeTest, ListPreviewAndImportMeanTheSameRecord) {
     std::mt19937 random(12);
     std::vector<ExportedNote> notes;
     for (int i = 0; i < 60; ++i) {
-        ExportedNote note = SampleFiles()[i % 2].notes[static_cast<std::size_t>(i) % 4];
+        ExportedNote note = SampleNotes()[static_cast<std::size_t>(i) % 4];
         note.Text = L"Notiz " + std::to_wstring(i) + std::wstring(random() % 400, L'ö');
         notes.push_back(note);
     }
@@ -208,7 +206,7 @@ TEST_F(ExchangeTest, ListPreviewAndImportMeanTheSameRecord) {
 }
 
 TEST_F(ExchangeTest, FilesWithoutNotesHaveNoPreview) {
-    const fs::path good = Write(L"gut.kvr", FileBytes(SampleFiles()[1].notes));
+    const fs::path good = Write(L"gut.kvr", FileBytes(SampleNotes()));
     const fs::path empty = Write(L"leer.kvr", "");
     const fs::path ended = Write(L"ende.kvr", FileBytes({{.Text = L""}, {.Text = L"zwei"}}));
     Import([&](frmImport& dialog) {
@@ -262,7 +260,7 @@ TEST_F(ExchangeTest, KeptAndTextFilesAreListedAndImportedExactly) {
 }
 
 TEST_F(ExchangeTest, AFileThatHasGoneBringsNothing) {
-    const fs::path path = Write(L"a.kvr", FileBytes(SampleFiles()[0].notes));
+    const fs::path path = Write(L"a.kvr", FileBytes(SampleNotes()));
     Import([&](frmImport& dialog) {
         dialog.txtDatei->SetValue(FileName(path));
         fs::remove(path);
@@ -277,7 +275,7 @@ TEST_F(ExchangeTest, AFileThatHasGoneBringsNothing) {
 
 TEST_F(ExchangeTest, OneOfVeryManyRecordsIsChosen) {
     const std::size_t many = 100'000;
-    std::vector<ExportedNote> notes(many, SampleFiles()[0].notes[0]);
+    std::vector<ExportedNote> notes(many, SampleNotes()[0]);
     notes.back().Text = L"letzte";
     const fs::path path = Write(L"a.kvr", FileBytes(notes));
     Import([&](frmImport& dialog) {
