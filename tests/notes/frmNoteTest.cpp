@@ -228,6 +228,8 @@ TEST_F(FrmNote, MinimizesToItsOwnIconAndBack) {
     EXPECT_FALSE(note->IsShown());
     ASSERT_TRUE(note->TrayIcon());
     EXPECT_TRUE(note->TrayIcon()->Shown());
+    note->Color(kGreen);
+    EXPECT_TRUE(note->TrayIcon()->IconFile().bitmap.IsSameAs(ResourcePicture(NoteIcon(kGreen)).bitmap));
 
     // Re-stacking all notes leaves a minimized one alone.
     note->ShowStacked();

@@ -167,6 +167,7 @@ TEST_F(FrmProperties, EditingShowsTheNoteAndGivesItBack) {
         SendKey(dialog, WXK_RETURN, true);
     });
     EXPECT_EQ(note.Text(), L"eins\r\nzwei");
+    EXPECT_EQ(ReadStoredImage().notes.at(0).note, note.Content()) << "it is saved";
     EXPECT_EQ(note.Color(), kYellow);  // the foreign colour became the one that was shown
     EXPECT_TRUE(note.FontNoteUnderlined());
 }

@@ -103,6 +103,14 @@ TEST_F(FrmPrint, EnablesWhatMeansSomething) {
         Choose(dialog.optSchriftgradNotiz);
         EXPECT_FALSE(dialog.txtDateSize->IsEnabled());
         EXPECT_FALSE(dialog.Rules().size);
+        Check(dialog.chkDatumZeit, false);
+        EXPECT_TRUE(dialog.Rules().formatting && !dialog.Rules().dates);
+        int margin = 6;
+        for (wxSpinCtrl* box : {dialog.txtLinks, dialog.txtRechts, dialog.txtOben, dialog.txtUnten})
+            box->SetValue(margin++);
+        const PrintRules rules = dialog.Rules();
+        EXPECT_EQ((std::vector{rules.left, rules.right, rules.top, rules.bottom}),
+                  (std::vector<double>{6, 7, 8, 9}));
         Press(dialog.cmdKeine);
         EXPECT_FALSE(dialog.cmdOK->IsEnabled());
         Press(dialog.cmdRefresh);
