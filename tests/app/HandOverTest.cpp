@@ -5,29 +5,14 @@
 #include <chrono>
 #include <thread>
 
-#include "app/HandOver.h"
 #include "base/FileName.h"
 #include "tests/app/OtherCopy.h"
-#include "tests/support/Events.h"
 
 namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto kLimit = 10s;
-
-class HandOverTest : public testing::Test {
-  protected:
-    void Listen() {
-        role_->Listen([this](const Command& command) {
-            names_.push_back(command.arguments[0]);
-            return CommandAnswer();
-        });
-    }
-
-    std::unique_ptr<RunningCopy> role_ = RunningCopy::Claim();
-    std::vector<std::wstring> names_;
-};
+using HandOverTest = HandOverFixture;
 
 TEST_F(HandOverTest, CarriesNamesExactlyAndInOrder) {
     ASSERT_TRUE(role_);
@@ -36,8 +21,7 @@ TEST_F(HandOverTest, CarriesNamesExactlyAndInOrder) {
     names.push_back(L"no such file.kvr");
     OtherCopy sender = OtherCopy::Sender(names);
     names.back() = AbsoluteFileName(names.back());
-    EXPECT_TRUE(RunUntil([&] { return sender.Ended() && names_.size() >= names.size(); }, kLimit));
-    EXPECT_EQ(sender.Result(), 0);
+    ExpectTaken(sender, names.size());
     EXPECT_EQ(names_, names);
 }
 
@@ -46,21 +30,18 @@ TEST_F(HandOverTest, DeliversWhatArrivedBeforeListening) {
     std::this_thread::sleep_for(100ms);
     EXPECT_FALSE(sender.Ended());
     Listen();
-    EXPECT_TRUE(RunUntil([&] { return sender.Ended() && !names_.empty(); }, kLimit));
-    EXPECT_EQ(sender.Result(), 0);
+    ExpectTaken(sender);
 }
 
 TEST_F(HandOverTest, TakesManySendersAtOnce) {
     Listen();
     std::vector<OtherCopy> senders;
     for (int i = 0; i < ManyCopies(); ++i) senders.push_back(OtherCopy::Sender({L"/many"}));
-    EXPECT_TRUE(RunUntil(
-        [&] {
-            bool all = true;
-            for (OtherCopy& sender : senders) all = sender.Ended() && all;
-            return all && names_.size() >= senders.size();
-        },
-        kLimit));
+    EXPECT_TRUE(RunUntil([&] {
+        bool all = true;
+        for (OtherCopy& sender : senders) all = sender.Ended() && all;
+        return all && names_.size() >= senders.size();
+    }));
     for (OtherCopy& sender : senders) EXPECT_EQ(sender.Result(), 0);
     EXPECT_EQ(names_.size(), senders.size());
 }
@@ -69,13 +50,13 @@ TEST_F(HandOverTest, DeliversTakenNamesBeforeItFinishes) {
     Listen();
     OtherCopy sender = OtherCopy::Sender({L"/last"});
     // The answer comes before the delivery, so this may stop between them.
-    EXPECT_TRUE(RunUntil([&] { return sender.Ended() || !names_.empty(); }, kLimit));
+    EXPECT_TRUE(RunUntil([&] { return sender.Ended() || !names_.empty(); }));
     role_->Finish();
     EXPECT_EQ(names_.size(), 1u);
     OtherCopy late = OtherCopy::Sender({L"/too late"});
     std::this_thread::sleep_for(100ms);
     role_.reset();
-    EXPECT_TRUE(RunUntil([&] { return late.Ended(); }, kLimit));
+    EXPECT_TRUE(RunUntil([&] { return late.Ended(); }));
     EXPECT_EQ(late.Result(), 1);
 }
 
@@ -94,7 +75,7 @@ TEST_F(HandOverTest, ACommandIsAnswered) {
         EXPECT_TRUE(handed.answer.text == expected.text) << handed.answer.text.size();
         done = true;
     });
-    EXPECT_TRUE(RunUntil([&] { return done.load(); }, kLimit));
+    EXPECT_TRUE(RunUntil([&] { return done.load(); }));
     asker.join();
 }
 
@@ -115,8 +96,7 @@ TEST_F(HandOverTest, KilledCopyIsReplaced) {
     ASSERT_TRUE(role_);
     Listen();
     OtherCopy sender = OtherCopy::Sender({L"/a"});
-    EXPECT_TRUE(RunUntil([&] { return sender.Ended() && !names_.empty(); }, kLimit));
-    EXPECT_EQ(sender.Result(), 0);
+    ExpectTaken(sender);
 }
 
 TEST_F(HandOverTest, AHungCopyIsGivenUpAndTakesNothingLater) {
@@ -124,8 +104,7 @@ TEST_F(HandOverTest, AHungCopyIsGivenUpAndTakesNothingLater) {
     std::thread([] { EXPECT_FALSE(HandOver(L"/withdrawn")); }).join();
     std::thread([] { EXPECT_EQ(HandOver(Command{L"--beispiel"}).outcome, HandedOver::Silent); }).join();
     OtherCopy sender = OtherCopy::Sender({L"/taken"});
-    EXPECT_TRUE(RunUntil([&] { return sender.Ended() && !names_.empty(); }, kLimit));
-    EXPECT_EQ(sender.Result(), 0);
+    ExpectTaken(sender);
     ASSERT_EQ(names_.size(), 1u);
     EXPECT_EQ(FilePath(names_[0]).filename(), "taken");
 }

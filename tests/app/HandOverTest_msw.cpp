@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 #include <sddl.h>
 
-#include <chrono>
 #include <future>
 #include <thread>
 
@@ -15,8 +14,6 @@
 #include "tests/support/Events.h"
 
 namespace {
-
-using namespace std::chrono_literals;
 
 class HandOverOnWindows : public testing::Test {
   protected:
@@ -34,7 +31,7 @@ class HandOverOnWindows : public testing::Test {
         role->Listen(To(taken));
         if (!hasWindow_) DestroyWindow(MessageWindow::Find(L"Kivora.HandOver"));
         OtherCopy sender = OtherCopy::Sender(names);
-        EXPECT_TRUE(RunUntil([&] { return sender.Ended() && taken.size() >= names.size(); }, 10s));
+        EXPECT_TRUE(RunUntil([&] { return sender.Ended() && taken.size() >= names.size(); }));
         EXPECT_EQ(sender.Result(), 0);
         return taken;
     }
@@ -87,7 +84,7 @@ TEST_F(HandOverOnWindows, WhatIsWithdrawnIsNotTakenByDdeEither) {
     DestroyWindow(MessageWindow::Find(L"Kivora.HandOver"));
     std::thread([] { EXPECT_FALSE(HandOver(L"C:\\withdrawn")); }).join();
     OtherCopy sender = OtherCopy::Sender({L"C:\\taken"});
-    EXPECT_TRUE(RunUntil([&] { return sender.Ended() && !taken.empty(); }, 10s));
+    EXPECT_TRUE(RunUntil([&] { return sender.Ended() && !taken.empty(); }));
     EXPECT_EQ(taken, std::vector<std::wstring>{L"C:\\taken"});
 }
 

@@ -14,19 +14,15 @@
 #include <thread>
 #include <vector>
 
-#include "app/HandOver.h"
 #include "app/MeetingPlace_unix.h"
 #include "base/DataFolder.h"
 #include "tests/app/OtherCopy.h"
-#include "tests/support/Events.h"
 
 namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto kLimit = 10s;
-
-class HandOverSocketTest : public testing::Test {
+class HandOverSocketTest : public HandOverFixture {
   protected:
     // A raw connection to the running copy.
     static int Connect() {
@@ -36,16 +32,6 @@ class HandOverSocketTest : public testing::Test {
         fcntl(fd, F_SETFL, 0);  // it waits
         return fd;
     }
-
-    void Listen() {
-        role_->Listen([this](const Command& command) {
-            names_.push_back(command.arguments[0]);
-            return CommandAnswer();
-        });
-    }
-
-    std::unique_ptr<RunningCopy> role_ = RunningCopy::Claim();
-    std::vector<std::wstring> names_;
 };
 
 TEST_F(HandOverSocketTest, WaitsForACopyThatIsAboutToListen) {
@@ -60,8 +46,7 @@ TEST_F(HandOverSocketTest, WaitsForACopyThatIsAboutToListen) {
     role_ = RunningCopy::Claim();
     ASSERT_TRUE(role_);
     Listen();
-    EXPECT_TRUE(RunUntil([&] { return sender.Ended() && !names_.empty(); }, kLimit));
-    EXPECT_EQ(sender.Result(), 0);
+    ExpectTaken(sender);
 }
 
 TEST_F(HandOverSocketTest, BadSendersHarmNobody) {
@@ -87,20 +72,18 @@ TEST_F(HandOverSocketTest, BadSendersHarmNobody) {
     });
     close(Connect());
     OtherCopy honest = OtherCopy::Sender({L"/honest"});
-    EXPECT_TRUE(RunUntil(
-        [&] { return flood.Ended() && relative.Ended() && honest.Ended() && !names_.empty(); }, kLimit));
+    EXPECT_TRUE(
+        RunUntil([&] { return flood.Ended() && relative.Ended() && honest.Ended() && !names_.empty(); }));
     EXPECT_EQ(flood.Result(), 0);
     EXPECT_EQ(relative.Result(), 0);
     EXPECT_EQ(honest.Result(), 0);
     EXPECT_EQ(names_, std::vector<std::wstring>{L"/honest"});
 
     // The silent ones are sent away after a while.
-    EXPECT_TRUE(RunUntil(
-        [&] {
-            char byte = 0;
-            return recv(silent.back(), &byte, 1, MSG_DONTWAIT) == 0;
-        },
-        kLimit));
+    EXPECT_TRUE(RunUntil([&] {
+        char byte = 0;
+        return recv(silent.back(), &byte, 1, MSG_DONTWAIT) == 0;
+    }));
     for (const int fd : silent) close(fd);
 }
 
@@ -112,8 +95,7 @@ TEST_F(HandOverSocketTest, SilentSendersInEveryPlaceDelayOthersOnly) {
     // What is not accepted yet gives up its place at once.
     for (std::size_t i = 16; i < silent.size(); ++i) close(silent[i]);
     OtherCopy honest = OtherCopy::Sender({L"/honest"});
-    EXPECT_TRUE(RunUntil([&] { return honest.Ended() && !names_.empty(); }, kLimit));
-    EXPECT_EQ(honest.Result(), 0);
+    ExpectTaken(honest);
     for (std::size_t i = 0; i < 16; ++i) close(silent[i]);
 }
 
@@ -130,7 +112,7 @@ class MeetingPlaceTest : public testing::Test {
             return CommandAnswer();
         });
         OtherCopy sender = OtherCopy::Sender({L"/a"});
-        EXPECT_TRUE(RunUntil([&] { return sender.Ended() && !received.empty(); }, kLimit));
+        EXPECT_TRUE(RunUntil([&] { return sender.Ended() && !received.empty(); }));
         EXPECT_EQ(received, L"/a");
     }
 
@@ -216,7 +198,9 @@ Descriptor OfNobody(int (*call)(int, const sockaddr*, socklen_t), const sockaddr
     Descriptor made(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
     EXPECT_EQ(seteuid(65534), 0);
     EXPECT_EQ(call(made.Get(), reinterpret_cast<const sockaddr*>(&address), size), 0);
-    if (call == bind) EXPECT_EQ(listen(made.Get(), 1), 0);
+    if (call == bind) {
+        EXPECT_EQ(listen(made.Get(), 1), 0);
+    }
     EXPECT_EQ(seteuid(0), 0);
     return made;
 }
@@ -241,8 +225,8 @@ TEST_F(MeetingPlaceTest, BelongsToOneUser) {
         const Descriptor intruder = OfNobody(connect, address, size);
         EXPECT_EQ(send(intruder.Get(), "/a", 3, MSG_NOSIGNAL), 3);
         char byte = 0;
-        EXPECT_TRUE(RunUntil(
-            [&] { return recv(intruder.Get(), &byte, 1, MSG_DONTWAIT) != -1 || errno != EAGAIN; }, kLimit));
+        EXPECT_TRUE(
+            RunUntil([&] { return recv(intruder.Get(), &byte, 1, MSG_DONTWAIT) != -1 || errno != EAGAIN; }));
         EXPECT_FALSE(received);
     }
     const Descriptor taken = OfNobody(bind, address, size);

@@ -1,10 +1,15 @@
 #pragma once
 // Another copy of the program in a process of its own, as far as the hand-over goes.
 
+#include <gtest/gtest.h>
+
 #include <functional>
 #include <memory>
 #include <string>
 #include <vector>
+
+#include "app/HandOver.h"
+#include "tests/support/Events.h"
 
 class OtherCopy {
   public:
@@ -33,3 +38,22 @@ std::vector<std::wstring> NamesOfAllKinds();
 
 // As many copies as somebody may start at once.
 int ManyCopies();
+
+// The running copy, which is this process, and the names that it was handed.
+class HandOverFixture : public testing::Test {
+  protected:
+    void Listen() {
+        role_->Listen([this](const Command& command) {
+            names_.push_back(command.arguments[0]);
+            return CommandAnswer();
+        });
+    }
+    // The other copy hears that so many names were taken, and they arrive.
+    void ExpectTaken(OtherCopy& sender, std::size_t names = 1) {
+        EXPECT_TRUE(RunUntil([&] { return sender.Ended() && names_.size() >= names; }));
+        EXPECT_EQ(sender.Result(), 0);
+    }
+
+    std::unique_ptr<RunningCopy> role_ = RunningCopy::Claim();
+    std::vector<std::wstring> names_;
+};
