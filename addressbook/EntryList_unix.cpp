@@ -37,7 +37,6 @@ class EntryTree : public EntryList {
         g_signal_connect(tree_, "key-press-event", G_CALLBACK(OnKey), this);
 
         GtkWidget* scrolled = gtk_scrolled_window_new(nullptr, nullptr);
-        gtk_widget_set_can_focus(scrolled, FALSE);  // or it would take what is meant for the rows
         gtk_scrolled_window_set_shadow_type(GTK_SCROLLED_WINDOW(scrolled), GTK_SHADOW_IN);
         gtk_container_add(GTK_CONTAINER(scrolled), GTK_WIDGET(tree_));
         gtk_widget_set_can_focus(scrolled, FALSE);  // the rows get the keyboard, not what they scroll in
