@@ -11,7 +11,6 @@
 #include <cmath>
 #include <cstring>
 #include <optional>
-#include <utility>
 
 #include "dialogs/CancelPopup_msw.h"
 #include "dialogs/Wait.h"
@@ -33,8 +32,6 @@ std::wstring StandardPrinter() {
     return name.c_str();
 }
 
-short Tenths(double millimetres) { return static_cast<short>(std::lround(millimetres * 10)); }
-
 // The paper of a printer with these settings, if Windows tells it.
 std::optional<PaperSize> PaperOf(const std::wstring& printer, const DEVMODEW& mode) {
     const HDC dc = CreateICW(L"WINSPOOL", printer.c_str(), nullptr, &mode);
@@ -47,69 +44,24 @@ std::optional<PaperSize> PaperOf(const std::wstring& printer, const DEVMODEW& mo
     return paper;
 }
 
-bool IsSame(const PaperSize& one, const PaperSize& other) {
-    constexpr double kTolerance = 1;  // mm
-    return std::abs(one.width - other.width) < kTolerance && std::abs(one.height - other.height) < kTolerance;
+// A DEVMODEW and what the printer's driver adds, as the user or Windows has set it; empty when there is no
+// such printer.
+std::vector<BYTE> OwnModeOf(std::wstring printer) {
+    HANDLE handle = nullptr;
+    if (!OpenPrinterW(printer.data(), &handle, nullptr)) return {};
+    const LONG size = DocumentPropertiesW(nullptr, handle, printer.data(), nullptr, nullptr, 0);
+    std::vector<BYTE> bytes(static_cast<std::size_t>(std::max<LONG>(size, 0)));
+    auto* mode = reinterpret_cast<DEVMODEW*>(bytes.data());
+    if (!bytes.empty() &&
+        DocumentPropertiesW(nullptr, handle, printer.data(), mode, nullptr, DM_OUT_BUFFER) != IDOK)
+        bytes.clear();
+    ClosePrinter(handle);
+    return bytes;
 }
 
-// A printer by its name. Without such a printer it has no settings.
-class PrinterHandle {
-  public:
-    explicit PrinterHandle(std::wstring name) : name_(std::move(name)) {
-        if (!OpenPrinterW(name_.data(), &handle_, nullptr)) handle_ = nullptr;
-    }
-    ~PrinterHandle() {
-        if (handle_) ClosePrinter(handle_);
-    }
-    PrinterHandle(const PrinterHandle&) = delete;
-    PrinterHandle& operator=(const PrinterHandle&) = delete;
-
-    // A DEVMODEW and what the printer's driver adds, as the user or Windows has set it; empty when the
-    // printer has none.
-    std::vector<BYTE> OwnMode() {
-        if (!handle_) return {};
-        const LONG size = DocumentPropertiesW(nullptr, handle_, name_.data(), nullptr, nullptr, 0);
-        std::vector<BYTE> bytes(static_cast<std::size_t>(std::max<LONG>(size, 0)));
-        auto* mode = reinterpret_cast<DEVMODEW*>(bytes.data());
-        if (!bytes.empty() &&
-            DocumentPropertiesW(nullptr, handle_, name_.data(), mode, nullptr, DM_OUT_BUFFER) != IDOK)
-            bytes.clear();
-        return bytes;
-    }
-
-    // Lets the driver bring changed settings into harmony.
-    void Adjust(DEVMODEW& mode) {
-        DocumentPropertiesW(nullptr, handle_, name_.data(), &mode, &mode, DM_IN_BUFFER | DM_OUT_BUFFER);
-    }
-
-  private:
-    std::wstring name_;
-    HANDLE handle_ = nullptr;
-};
-
-// What the printer's dialog was told, else its own settings with our paper in them; empty when the printer
-// has none.
+// What the printer's dialog was told, else its own settings.
 std::vector<BYTE> DeviceModeOf(const PrinterSettings& settings) {
-    if (!settings.driver.empty()) return settings.driver;
-    PrinterHandle printer(settings.printer);
-    std::vector<BYTE> bytes = printer.OwnMode();
-    if (bytes.empty()) return bytes;
-    auto* mode = reinterpret_cast<DEVMODEW*>(bytes.data());
-    const auto paper = PaperOf(settings.printer, *mode);
-    if (paper && IsSame(*paper, settings.paper)) return bytes;
-    // Sizes are those of the upright paper, and the orientation turns it.
-    const bool landscape = settings.paper.width > settings.paper.height;
-    mode->dmFields |= DM_ORIENTATION;
-    mode->dmOrientation = landscape ? DMORIENT_LANDSCAPE : DMORIENT_PORTRAIT;
-    // Many drivers take a size of its own only when they have no name for it.
-    if (const auto turned = PaperOf(settings.printer, *mode); !turned || !IsSame(*turned, settings.paper)) {
-        mode->dmFields |= DM_PAPERSIZE | DM_PAPERWIDTH | DM_PAPERLENGTH;
-        mode->dmPaperSize = DMPAPER_USER;
-        mode->dmPaperWidth = Tenths(std::min(settings.paper.width, settings.paper.height));
-        mode->dmPaperLength = Tenths(std::max(settings.paper.width, settings.paper.height));
-    }
-    printer.Adjust(*mode);
-    return bytes;
+    return settings.driver.empty() ? OwnModeOf(settings.printer) : settings.driver;
 }
 
 // Draws on the device context of a printer, which it owns. GDI counts in dots of the printer from the first
@@ -230,7 +182,7 @@ PrinterList Spooler::Printers() {
 }
 
 PaperSize Spooler::PaperOf(const std::wstring& printer) {
-    const std::vector<BYTE> mode = PrinterHandle(printer).OwnMode();
+    const std::vector<BYTE> mode = OwnModeOf(printer);
     if (mode.empty()) return {};
     return ::PaperOf(printer, *reinterpret_cast<const DEVMODEW*>(mode.data())).value_or(PaperSize());
 }
