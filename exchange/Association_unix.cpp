@@ -1,5 +1,6 @@
 #include <gdk-pixbuf/gdk-pixbuf.h>
 #include <gio/gio.h>
+#include <sys/stat.h>
 
 #include <filesystem>
 #include <string>
@@ -101,7 +102,9 @@ void Run(std::vector<std::string> words) {
     arguments.push_back(nullptr);
     const auto flags = static_cast<GSpawnFlags>(G_SPAWN_SEARCH_PATH | G_SPAWN_STDOUT_TO_DEV_NULL |
                                                 G_SPAWN_STDERR_TO_DEV_NULL);
-    g_spawn_async(nullptr, arguments.data(), nullptr, flags, nullptr, nullptr, nullptr, nullptr);
+    // Whoever may write their lists decides which programs open the user's files.
+    const auto keepOthersOut = [](gpointer) { umask(umask(0) | S_IWGRP | S_IWOTH); };
+    g_spawn_async(nullptr, arguments.data(), nullptr, flags, keepOthersOut, nullptr, nullptr, nullptr);
 }
 
 const std::vector<std::string> kMakeOpener = {"xdg-mime", "default", "kivora.desktop",

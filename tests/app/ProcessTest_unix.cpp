@@ -10,7 +10,51 @@
 
 namespace {
 
+namespace fs = std::filesystem;
 using namespace std::chrono_literals;
+
+// Nothing can be read or saved meanwhile.
+class HiveTakenAway {
+  public:
+    HiveTakenAway() {
+        Hive().Close();
+        fs::rename(hive_, away_);
+        fs::create_directory(hive_);
+    }
+    ~HiveTakenAway() {
+        fs::remove(hive_);
+        fs::rename(away_, hive_);
+    }
+    HiveTakenAway(const HiveTakenAway&) = delete;
+    HiveTakenAway& operator=(const HiveTakenAway&) = delete;
+
+  private:
+    const fs::path hive_ = DataFolder() / "registry.sqlite", away_ = place->Folder() / "away";
+};
+
+// For programs that are started meanwhile.
+struct TemporaryFolder {
+    const fs::path path = place->Folder() / "tmp";
+    TemporaryFolder() {
+        fs::create_directory(path);
+        setenv("TMPDIR", path.c_str(), 1);
+    }
+    ~TemporaryFolder() { unsetenv("TMPDIR"); }
+};
+
+// Into the text of the note at 200, 200.
+void ClickNote() {
+    ShellOutput("xdotool mousemove --sync 260 280 click 1");
+    EXPECT_TRUE(Eventually([] { return ShellOutput("xdotool getwindowfocus getwindowname") == "Kivora"; }));
+}
+
+// By these keys from the menu of the note that was clicked.
+void ChooseFromNote(const std::string& keys) {
+    const std::size_t windows = Windows().size();
+    ShellOutput("xdotool key shift+F10");
+    ASSERT_TRUE(Eventually([&] { return Windows().size() > windows; }));
+    ShellOutput("xdotool key " + keys);
+}
 
 TEST_F(ProcessTest, AnswersWithoutADisplay) {
     const struct {
@@ -77,11 +121,7 @@ TEST_F(ProcessTest, TheDesktopOpensExportFiles) {
 
 // Nothing can be read or saved for now, and nobody can be asked when the session ends.
 TEST_F(ProcessTest, AnImportSaysThatItsNotesAreNotSaved) {
-    namespace fs = std::filesystem;
-    Hive().Close();
-    const fs::path hive = DataFolder() / "registry.sqlite", away = place->Folder() / "away";
-    fs::rename(hive, away);
-    fs::create_directory(hive);
+    const HiveTakenAway away;
     Process import({File("1.kvr", L"eins")});
     for (const char* title : {"Notizen nicht lesbar", "Fehler beim Importieren"}) {
         const std::string message = WaitForWindow(title);
@@ -89,8 +129,6 @@ TEST_F(ProcessTest, AnImportSaysThatItsNotesAreNotSaved) {
         Press(message, "Return");
     }
     EXPECT_EQ(import.Wait(), 1);
-    fs::remove(hive);
-    fs::rename(away, hive);
 }
 
 // Nobody is left to whom it could be told.
@@ -107,16 +145,10 @@ TEST_F(ProcessTest, AFileThatFailsWhileTheProgramEndsIsReportedAtTheNextStart) {
 }
 
 TEST_F(ProcessTest, UnsavedWorkComesBackAfterASignal) {
-    namespace fs = std::filesystem;
     Import(L"eins");
-    const fs::path temporary = place->Folder() / "tmp";
-    fs::create_directory(temporary);
-    setenv("TMPDIR", temporary.c_str(), 1);
-    Hive().Close();
-    const fs::path hive = DataFolder() / "registry.sqlite", away = place->Folder() / "away";
-    fs::rename(hive, away);
-    fs::create_directory(hive);
+    const TemporaryFolder temporary;
     {
+        const HiveTakenAway away;
         Process program({});
         const std::string message = WaitForWindow("Notizen nicht lesbar");
         ASSERT_FALSE(message.empty());
@@ -127,15 +159,63 @@ TEST_F(ProcessTest, UnsavedWorkComesBackAfterASignal) {
         program.AskToEnd();
         EXPECT_EQ(program.Wait(2s), 0);
     }
-    fs::remove(hive);
-    fs::rename(away, hive);
-    const fs::path folder = temporary / ("kivora-" + std::to_string(geteuid()));
+    const fs::path folder = temporary.path / ("kivora-" + std::to_string(geteuid()));
     EXPECT_FALSE(fs::is_empty(folder));
     Process program({});
     EXPECT_FALSE(WaitForWindow("Notizen übernommen").empty());
     EXPECT_EQ(SavedTexts(), (Texts{L"eins", L"zwei"}));
     EXPECT_TRUE(fs::is_empty(folder));
-    unsetenv("TMPDIR");
+}
+
+// Whatever the umask lets others do with new files.
+TEST_F(ProcessTest, NoFileOfTheProgramsCanBeWrittenByOthers) {
+    const auto start = [](std::vector<std::string> arguments) {
+        const mode_t before = umask(0);
+        auto program = std::make_unique<Process>(std::move(arguments));
+        umask(before);
+        return program;
+    };
+    const TemporaryFolder temporary;
+    const fs::path data = std::getenv("XDG_DATA_HOME"), config = std::getenv("XDG_CONFIG_HOME");
+    const fs::path hive = DataFolder() / "registry.sqlite", exported = place->Folder() / "hinaus.kvr";
+    const fs::path autostart = config / "autostart" / "kivora.desktop";
+    Hive().Close();
+    for (const fs::path& folder : {data, config})  // with nothing that an earlier start has made
+        for (const auto& each : fs::directory_iterator(folder)) fs::remove_all(each);
+    {
+        const auto program = start({});
+        WaitUntilShown(1);
+        EXPECT_EQ(
+            start({"--import", File("1.kvr", L"eins"), File("2.kvr", std::wstring(5000, L'x'))})->Wait(), 0);
+        EXPECT_EQ(start({"--export", exported})->Wait(), 0);
+        WaitUntilShown(3);
+        ClickNote();
+        ChooseFromNote("Up Up Up Up Return");
+        EXPECT_TRUE(Eventually([&] { return fs::exists(autostart); }));
+        ChooseFromNote("Down Down Return");
+        EXPECT_TRUE(Eventually([&] { return fs::exists(DataFolder() / "papierkorb"); }));
+        program->AskToEnd();
+        EXPECT_EQ(program->Wait(), 0);
+    }
+    {
+        const HiveTakenAway away;
+        const auto import = start({File("3.kvr", L"drei")});
+        EXPECT_FALSE(WaitForWindow("Notizen nicht lesbar").empty());
+        import->AskToEnd();
+        EXPECT_EQ(import->Wait(), 1);
+    }
+    const fs::path emergency = temporary.path / ("kivora-" + std::to_string(geteuid()));
+    for (const fs::path& path :
+         {hive, fs::path(hive) += ".stand", DataFolder() / "papierkorb", DataFolder() / "lange-notizen",
+          exported, autostart, emergency, data / "applications" / "kivora.desktop",
+          data / "mime" / "packages" / "kivora.xml"})
+        EXPECT_TRUE(fs::exists(path)) << path;
+    for (const auto& file : fs::recursive_directory_iterator(place->Folder())) {
+        const fs::perms rights = file.symlink_status().permissions();
+        const bool link = file.is_symlink();
+        EXPECT_TRUE(link || (rights & (fs::perms::group_write | fs::perms::others_write)) == fs::perms::none)
+            << file.path();
+    }
 }
 
 TEST_F(ProcessTest, KeysReachTheNoteThatWasClicked) {
@@ -147,24 +227,17 @@ TEST_F(ProcessTest, KeysReachTheNoteThatWasClicked) {
         return AsNumber(Registry().GetValue(note + name, REG_TYPE_DWORD));
     };
     ASSERT_EQ(saved(L"X"), 3000);
-    // Into the text of the note at 200, 200.
-    ShellOutput("xdotool mousemove --sync 260 280 click 1");
-    EXPECT_TRUE(Eventually([] { return ShellOutput("xdotool getwindowfocus getwindowname") == "Kivora"; }));
+    ClickNote();
     ShellOutput("xdotool key Right");
     EXPECT_TRUE(Eventually([&] { return saved(L"X") == 3150; })) << saved(L"X");
 
-    // The third item of the menu that opens.
-    const std::size_t windows = Windows().size();
-    ShellOutput("xdotool key shift+F10");
-    ASSERT_TRUE(Eventually([&] { return Windows().size() > windows; }));
-    ShellOutput("xdotool key Down Down Return");
+    ChooseFromNote("Down Down Return");  // its third item
     EXPECT_TRUE(Eventually([] { return SavedTexts() == Texts{}; }));
     EXPECT_FALSE(program.Ended());
 }
 
 // An installed program has an entry of its own; one that another copy left for the user would hide that.
 TEST_F(ProcessTest, AnInstalledProgramLeavesNoEntryOfItsOwn) {
-    namespace fs = std::filesystem;
     const fs::path entry = fs::path(std::getenv("XDG_DATA_HOME")) / "applications" / "kivora.desktop";
     {
         Process copy({});
