@@ -15,7 +15,10 @@ std::error_code LastError() { return {errno, std::generic_category()}; }
 
 void ByteSource::Open(const std::filesystem::path& file) {
     // A pipe is not waited for, and a terminal does not become this process's own.
-    const int opened = open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    constexpr int kFlags = O_RDONLY | O_CLOEXEC | O_NOCTTY;
+    int opened = open(file.c_str(), kFlags | O_NONBLOCK);
+    // A file server has a lease on this regular file, and is asked to give it back.
+    if (opened < 0 && errno == EWOULDBLOCK) opened = open(file.c_str(), kFlags);
     file_ = opened;
     struct stat status {};
     if (opened < 0 || fstat(opened, &status) != 0)

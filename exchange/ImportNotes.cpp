@@ -6,18 +6,18 @@
 #include "base/FileName.h"
 #include "dialogs/Message.h"
 #include "dialogs/OneDialog.h"
+#include "dialogs/Wait.h"
 #include "exchange/ExportedNote.h"
 #include "exchange/ImportFile.h"
 #include "exchange/KeptNotes.h"
+#include "exchange/PatientRead.h"
 #include "exchange/frmImport.h"
 #include "notes/NoteStore.h"
 
 namespace {
 
-// Takes in those of the first `count` notes that are wanted.
-bool TakeInFile(NoteStore& store, const std::filesystem::path& path, std::size_t count,
-                const std::function<bool(std::size_t index)>& wanted) {
-    const ReadNotes read = ReadNotesOf(path, count, wanted);
+// Takes in what was read; whether that was all.
+bool TakeIn(NoteStore& store, const ReadNotes& read) {
     bool complete = read.complete;
     // Neither saved nor stacked one by one: both follow once for all notes of an import.
     for (const Note& note : read.notes) {
@@ -35,7 +35,12 @@ bool TakeInFile(NoteStore& store, const std::filesystem::path& path, std::size_t
 }  // namespace
 
 bool ImportNotes(NoteStore& store, const std::wstring& fileName) {
-    return TakeInFile(store, FilePath(fileName), kMostRecords, [](std::size_t) { return true; });
+    const auto read = [path = FilePath(fileName)] {
+        return ReadNotesOf(path, kMostRecords, [](std::size_t) { return true; });
+    };
+    // Nobody waits at a window who could be asked, and the next file may answer.
+    const std::optional<ReadNotes> notes = ReadPatiently<ReadNotes>(read, [] { return false; });
+    return notes && TakeIn(store, *notes);
 }
 
 std::wstring ImportFailureText(const std::wstring& fileName, const std::wstring& reason) {
@@ -54,11 +59,16 @@ void ImportNotes(NoteStore& store) {
     if (once.BroughtForward()) return;
     const OneDialog::Opened<frmImport> dialog(once);
     dialog->OnConfirmed = [&] {
-        const std::vector<bool> chosen = dialog->ChosenRecords();
         const std::filesystem::path path = dialog->File();
-        // A file that has gone since it was listed brings no notes, and no message.
-        const bool failed = IsFile(path) && !TakeInFile(store, path, chosen.size(),
-                                                        [&](std::size_t index) { return chosen[index]; });
+        const auto read = [path, chosen = dialog->ChosenRecords()] {
+            // A file that has gone since it was listed brings no notes, and no message.
+            if (!IsFile(path)) return ReadNotes{.notes = {}, .complete = true};
+            return ReadNotesOf(path, chosen.size(), [&](std::size_t index) { return chosen[index]; });
+        };
+        const std::optional<ReadNotes> notes =
+            ReadPatiently<ReadNotes>(read, [&] { return WaitsOnFor(path); });
+        if (IsQuitting()) return;
+        const bool failed = notes && !TakeIn(store, *notes);
         store.SaveNotes();
         store.ApplyForeground();
         if (failed) ShowImportFailure(FileName(path));

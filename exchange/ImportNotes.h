@@ -7,7 +7,8 @@ class NoteStore;
 
 // Takes the notes of the named file into the store, up to the first record without text. They are neither
 // shown nor saved; the caller does that. False when there is no such file or it cannot be read, then the
-// notes before the failure are taken, and when it holds more than is taken from one file, then none is.
+// notes before the failure are taken; when it holds more than is taken from one file or does not answer, then
+// none is.
 bool ImportNotes(NoteStore& store, const std::wstring& fileName);
 
 // Tells the user that notes of the named file could not be imported and, where that is known, why.

@@ -7,9 +7,12 @@
 #include <wx/statbox.h>
 #include <wx/textctrl.h>
 
+#include "base/FileName.h"
+#include "dialogs/Message.h"
 #include "dialogs/Wait.h"
 #include "exchange/ExportPath.h"
 #include "exchange/ImportFile.h"
+#include "exchange/PatientRead.h"
 #include "notes/BoxText.h"
 #include "notes/NoteFont.h"
 #include "notes/NotePaint.h"
@@ -41,6 +44,12 @@ long AlignmentStyle(std::int32_t code) {
 
 }  // namespace
 
+bool WaitsOnFor(const std::filesystem::path& file) {
+    const std::wstring text = L"Die Datei " + ShownFileName(FileName(file)) +
+                              L" antwortet nicht.\r\n\r\nSoll weiter auf sie gewartet werden?";
+    return ShowMessage(text, kExclamation | kYesNo, L"Importieren") == MessageAnswer::Yes && !IsQuitting();
+}
+
 frmImport::frmImport() : frmDialog(L"Importieren", L"ch3_import.html", true) {
     auto* content = new wxBoxSizer(wxVERTICAL);
     content->Add(CreateFile(), wxSizerFlags().Expand());
@@ -48,7 +57,8 @@ frmImport::frmImport() : frmDialog(L"Importieren", L"ch3_import.html", true) {
 
     const auto records = [this] {
         std::vector<NoteChoice::Entry> entries;
-        for (std::wstring& text : ListNotes(File())) {
+        const std::filesystem::path file = File();
+        for (std::wstring& text : Read<std::vector<std::wstring>>([file] { return ListNotes(file); })) {
             entries.push_back({std::move(text), static_cast<std::int32_t>(entries.size())});
         }
         return entries;
@@ -115,8 +125,27 @@ void frmImport::Browse() {
     if (chosen) txtDatei->SetValue(*chosen);
 }
 
+// What the function reads from the file; nothing when that does not answer and the user does not want to
+// wait.
+template <class Result>
+Result frmImport::Read(std::function<Result()> read) {
+    if (File().empty()) return {};
+    reading_ = true;
+    std::optional<Result> result = ReadPatiently<Result>(std::move(read), [this] {
+        cmdOK->Disable();
+        return WaitsOnFor(File());
+    });
+    reading_ = false;
+    return std::move(result).value_or(Result());
+}
+
 void frmImport::OnFileChanged() {
-    Frame2->Refill();
+    if (reading_) return;  // whoever reads looks whether it is still the same
+    std::filesystem::path listed;
+    do {
+        listed = File();
+        Frame2->Refill();
+    } while (listed != File() && !IsQuitting());
     const bool any = !lstNotizen->IsEmpty();
     lstNotizen->Enable(any);
     txtNotiz->Enable(any);
@@ -128,9 +157,14 @@ void frmImport::OnFileChanged() {
 }
 
 void frmImport::ShowPreview(int row) {
-    if (row < 0) return;
+    if (row < 0 || reading_) return;
+    const auto index = static_cast<std::size_t>(row);
     // The file may have changed since it was listed.
-    if (const std::optional<Note> note = NoteAt(File(), static_cast<std::size_t>(row))) {
+    const std::filesystem::path file = File();
+    const auto note = Read<std::optional<Note>>([file, index] { return NoteAt(file, index); });
+    cmdOK->Enable(Frame2->AnyMarked());
+    if (file != File() && !IsQuitting()) return OnFileChanged();
+    if (note) {
         ShowNote(*note);
     } else {
         ShowNoPreview();

@@ -3,6 +3,7 @@
 // It changes nothing; the caller reads its choice.
 
 #include <filesystem>
+#include <functional>
 #include <vector>
 
 #include "dialogs/frmDialog.h"
@@ -13,6 +14,9 @@ struct Note;
 struct NoteLook;
 class wxStaticBox;
 class wxTextCtrl;
+
+// Asks whether to wait on for a file that does not answer; events run meanwhile.
+bool WaitsOnFor(const std::filesystem::path& file);
 
 class frmImport : public frmDialog, public NoteChoiceControls {
   public:
@@ -38,11 +42,13 @@ class frmImport : public frmDialog, public NoteChoiceControls {
     wxSizer* CreatePreview();
     void AcceptDroppedFiles(wxWindow& window);
     void Browse();
+    template <class Result>
+    Result Read(std::function<Result()> read);
     void OnFileChanged();
     void ShowPreview(int row);
     void ShowNote(const Note& note);
     void ShowLook(const NoteLook& look);
     void ShowNoPreview();
 
-    bool browsing_ = false;
+    bool browsing_ = false, reading_ = false;
 };
