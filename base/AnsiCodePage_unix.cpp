@@ -1,4 +1,5 @@
 // Windows-1252: the ANSI code page of the Windows computers that share files and notes with this one.
+#include <algorithm>
 #include <array>
 
 #include "base/Text.h"
@@ -20,21 +21,21 @@ char ToByte(wchar_t c) {
     return '?';
 }
 
+wchar_t ToCharacter(char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return byte >= 0x80 && byte < 0xA0 ? kUpperControls[byte - 0x80] : static_cast<wchar_t>(byte);
+}
+
 }  // namespace
 
 std::string ToAnsi(std::wstring_view text) {
-    std::string bytes;
-    bytes.reserve(text.size());
-    for (const wchar_t c : text) bytes += ToByte(c);
+    std::string bytes(text.size(), '\0');
+    std::ranges::transform(text, bytes.begin(), ToByte);
     return bytes;
 }
 
 std::wstring FromAnsi(std::string_view bytes) {
-    std::wstring text;
-    text.reserve(bytes.size());
-    for (const char c : bytes) {
-        const auto byte = static_cast<unsigned char>(c);
-        text += byte >= 0x80 && byte < 0xA0 ? kUpperControls[byte - 0x80] : static_cast<wchar_t>(byte);
-    }
+    std::wstring text(bytes.size(), L'\0');
+    std::ranges::transform(bytes, text.begin(), ToCharacter);
     return text;
 }

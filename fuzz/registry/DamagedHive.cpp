@@ -21,11 +21,11 @@ fs::path EmptyHiveFolder() {
 
 void SaveSomeNotes() {
     RegistryTransaction image;
-    for (int i = 0; i < 12; ++i) {
+    // Up to one that does not fit one page. Few, since each run reads, sums and writes them several times.
+    for (std::size_t i = 0; i < kSavedNotes; ++i) {
         const std::wstring note = L"HKLM\\Software\\Kivora\\1.5\\Note" + std::to_wstring(i) + L"\\";
-        Registry().SetValue(note + L"X", REG_TYPE_DWORD, 100.0 * i);
-        Registry().SetValue(note + L"Text", REG_TYPE_SZ,
-                            std::wstring(static_cast<std::size_t>(i * i * 30), L'ä'));
+        Registry().SetValue(note + L"X", REG_TYPE_DWORD, 100.0 * static_cast<double>(i));
+        Registry().SetValue(note + L"Text", REG_TYPE_SZ, std::wstring(i * i * 200, L'ä'));
     }
     Require(image.Commit().Kept(), "notes can be kept");
     Hive().Close();

@@ -9,7 +9,9 @@
 // A folder of its own for the hive, which is empty whenever it is asked for.
 std::filesystem::path EmptyHiveFolder();
 
-// Writes notes into the hive in this folder; they are in its file alone then.
+constexpr std::size_t kSavedNotes = 5;
+
+// Writes so many notes into the hive in this folder; they are in its file alone then.
 void SaveSomeNotes();
 
 // Changes what the input says: places and bytes, runs of zeros, or where the file is cut off.

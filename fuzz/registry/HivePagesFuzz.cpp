@@ -30,7 +30,7 @@ void Read(FuzzInput& input) {
     if (bytes == whole) {
         Require(found.whole && recovery.report.lost == 0 && recovery.report.doubtful.empty(),
                 "nothing is the matter with a whole file");
-        Require(recovery.report.fromFile.size() >= 12, "all of its notes are found");
+        Require(recovery.report.fromFile.size() >= kSavedNotes, "all of its notes are found");
     }
 }
 

@@ -10,8 +10,8 @@
 TEST(Corpus, BreaksNoPromise) {
     for (const FuzzTarget* target : FuzzTargets()) {
         int files = 0;
-        for (const auto& file : std::filesystem::directory_iterator(std::filesystem::path(SOURCE_FOLDER) /
-                                                                    "fuzz/corpus" / target->name)) {
+        for (const auto& file :
+             std::filesystem::directory_iterator(std::filesystem::path(FUZZ_CORPUS) / target->name)) {
             std::ifstream in(file.path(), std::ios::binary);
             const std::string bytes(std::istreambuf_iterator<char>(in), {});
             FuzzInput input(bytes);

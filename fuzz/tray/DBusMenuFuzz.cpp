@@ -14,7 +14,7 @@ std::vector<TrayMenuEntry> Entries() {
     return {
         {.id = 1, .caption = L"Neue _Notiz..."},
         {.id = 2, .kind = TrayMenuEntry::Check, .caption = L"Vordergrund", .checked = true},
-        {.id = 3, .kind = TrayMenuEntry::Separator},
+        {.id = 3, .kind = TrayMenuEntry::Separator, .caption = {}},
         {.id = 4,
          .kind = TrayMenuEntry::Submenu,
          .caption = L"Mehr",
