@@ -225,7 +225,8 @@ void frmNote::StorePlace(const wxRect& before, const wxRect& after) {
 void frmNote::Later(std::function<void(NoteHost&, frmNote&)> call) {
     NoteHost& host = host_;
     wxTheApp->CallAfter([&host, call = std::move(call), note = wxWeakRef<frmNote>(this)] {
-        if (note) call(host, *note);
+        // One that has been given up may outlive the host until the next event.
+        if (note && !wxPendingDelete.Member(note)) call(host, *note);
     });
 }
 
