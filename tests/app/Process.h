@@ -25,6 +25,9 @@ class ProgramPlace {
     std::unique_ptr<Parts> parts_;
 };
 
+// Only a hang reaches this limit, also on a busy machine and under sanitizers.
+constexpr std::chrono::seconds kHang{30};
+
 class Process {
   public:
     // Starts the program with arguments. Without `display` it has none.
@@ -47,7 +50,7 @@ class Process {
 
     bool Ended();
     // Waits for the end; the exit code, -1 when it was killed, nothing when the time is over.
-    std::optional<int> Wait(std::chrono::milliseconds limit = std::chrono::seconds(5));
+    std::optional<int> Wait(std::chrono::milliseconds limit = kHang);
     // What it wrote. After its end.
     std::string Output() const;
     std::string Errors() const;
@@ -58,16 +61,14 @@ class Process {
     std::unique_ptr<Parts> parts_;
 };
 
-bool Eventually(const std::function<bool()>& condition,
-                std::chrono::milliseconds limit = std::chrono::seconds(5));
+bool Eventually(const std::function<bool()>& condition, std::chrono::milliseconds limit = kHang);
 
 // Ids of the program's visible windows, those of its icons included.
 std::vector<std::string> Windows();
 // True for the window of the picture that a start shows for a moment, also when it has just gone.
 bool IsSplash(const std::string& id);
 // Waits for a window of that title and gives its id; empty when there is none.
-std::string WaitForWindow(const std::string& title,
-                          std::chrono::milliseconds limit = std::chrono::seconds(5));
+std::string WaitForWindow(const std::string& title, std::chrono::milliseconds limit = kHang);
 
 // Presses "Return" or "Escape" in a window, or the right mouse button at a place of the screen.
 void Press(const std::string& window, const std::string& key);

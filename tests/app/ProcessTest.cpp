@@ -9,7 +9,7 @@ TEST_F(ProcessTest, SecondPlainStartEndsSilently) {
     WaitUntilShown(1);
     const std::vector<std::string> windows = Windows();
     Process second({});
-    EXPECT_EQ(second.Wait(1s), 0);
+    EXPECT_EQ(second.Wait(), 0);
     EXPECT_EQ(second.Output() + second.Errors(), "");
     EXPECT_EQ(Windows(), windows);
     EXPECT_FALSE(first.Ended());
@@ -39,14 +39,14 @@ TEST_F(ProcessTest, HandsFilesOverToTheRunningCopy) {
     WaitUntilShown(2);
     Process second(
         {File("weg.kvr", L"") + ".gibt-es-nicht", File("zwei ü.kvr", L"zwei"), File("drei.kvr", L"drei")});
-    EXPECT_EQ(second.Wait(2s), 0);
+    EXPECT_EQ(second.Wait(), 0);
     EXPECT_TRUE(Eventually([] { return SavedTexts() == Texts{L"eins", L"zwei", L"drei"}; }));
     // The copy that took the files says what is wrong with one of them, and goes on meanwhile.
     EXPECT_FALSE(WaitForWindow("Fehler beim Importieren").empty());
     WaitUntilShown(5);
     EXPECT_FALSE(first.Ended());
     first.AskToEnd();
-    EXPECT_EQ(first.Wait(1s), 0);
+    EXPECT_EQ(first.Wait(), 0);
 }
 
 TEST_F(ProcessTest, FilesOpenedTogetherAreAllTakenIn) {
@@ -54,7 +54,7 @@ TEST_F(ProcessTest, FilesOpenedTogetherAreAllTakenIn) {
     const std::string message = WaitForWindow("Importieren erfolgreich");
     ASSERT_FALSE(message.empty());
     Process second({File("2.kvr", L"zwei")});
-    EXPECT_EQ(second.Wait(2s), 0);
+    EXPECT_EQ(second.Wait(), 0);
     Press(message, "Return");
     std::string other;
     EXPECT_TRUE(Eventually([&] {
@@ -71,7 +71,7 @@ TEST_F(ProcessTest, SaysThatAStoppedCopyDoesNotAnswer) {
     WaitUntilShown(1);
     first.Stop();
     Process second({File("1.kvr", L"eins")});
-    const std::string message = WaitForWindow("Fehler", 7s);
+    const std::string message = WaitForWindow("Fehler");
     EXPECT_FALSE(message.empty());
     if (!message.empty()) Press(message, "Return");
     EXPECT_EQ(second.Wait(), 1);
@@ -86,7 +86,7 @@ TEST_F(ProcessTest, KilledCopyLeavesItsNotesAndItsPlace) {
         Process first({});
         WaitUntilShown(2);
         Process second({File("2.kvr", L"zwei")});
-        EXPECT_EQ(second.Wait(2s), 0);
+        EXPECT_EQ(second.Wait(), 0);
         EXPECT_TRUE(Eventually([] { return SavedTexts().size() == 2; }));
         first.Kill();
         EXPECT_EQ(first.Wait(), -1);
@@ -99,7 +99,7 @@ TEST_F(ProcessTest, KilledCopyLeavesItsNotesAndItsPlace) {
 // What a command prints when its exit code is this one.
 std::string Printed(const std::vector<std::string>& words, int exitCode = 0) {
     const auto command = Process::Doing(words);
-    EXPECT_EQ(command->Wait(10s), exitCode) << words[0] << command->Errors();
+    EXPECT_EQ(command->Wait(), exitCode) << words[0] << command->Errors();
     EXPECT_EQ(command->Errors().empty(), exitCode == 0) << words[0] << command->Errors();
     return command->Output();
 }
@@ -186,7 +186,7 @@ TEST_F(ProcessTest, EndsInOrderWhenAsked) {
     Process program({});
     WaitUntilShown(2);
     program.AskToEnd();
-    EXPECT_EQ(program.Wait(1s), 0);
+    EXPECT_EQ(program.Wait(), 0);
     EXPECT_EQ(SavedTexts(), Texts{L"eins"});
 }
 
@@ -198,12 +198,12 @@ TEST_F(ProcessTest, EndsWithTheMenuOrAMessageOpen) {
         RightClick(260, 260);  // on the note
         EXPECT_TRUE(Eventually([] { return Windows().size() > 2; }));
         program.AskToEnd();
-        EXPECT_EQ(program.Wait(1s), 0);
+        EXPECT_EQ(program.Wait(), 0);
     }
     Process import({File("2.kvr", L"zwei")});
     EXPECT_FALSE(WaitForWindow("Importieren erfolgreich").empty());
     import.AskToEnd();
-    EXPECT_EQ(import.Wait(1s), 0);
+    EXPECT_EQ(import.Wait(), 0);
     EXPECT_EQ(SavedTexts(), (Texts{L"eins", L"zwei"}));
 }
 

@@ -87,7 +87,7 @@ TEST_F(ProcessTest, EndsInOrderWithEverySignal) {
         Process program({});
         WaitUntilShown(2);
         program.Signal(signal);
-        EXPECT_EQ(program.Wait(1s), 0) << signal;
+        EXPECT_EQ(program.Wait(), 0) << signal;
         EXPECT_EQ(SavedTexts(), Texts{L"eins"});
     }
 }
@@ -98,7 +98,7 @@ TEST_F(ProcessTest, EndingWhileItStartsLosesNothing) {
         Process program({});
         std::this_thread::sleep_for(delay);
         program.AskToEnd();
-        EXPECT_TRUE(program.Wait(2s)) << delay.count();
+        EXPECT_TRUE(program.Wait()) << delay.count();
         EXPECT_EQ(SavedTexts(), Texts{L"eins"}) << delay.count();
     }
 }
@@ -136,9 +136,9 @@ TEST_F(ProcessTest, AFileThatFailsWhileTheProgramEndsIsReportedAtTheNextStart) {
     Process import({File("1.kvr", L"eins")});
     ASSERT_FALSE(WaitForWindow("Importieren erfolgreich").empty());
     Process second({File("weg.kvr", L"") + ".gibt-es-nicht", File("2.kvr", L"zwei")});
-    EXPECT_EQ(second.Wait(2s), 0);
+    EXPECT_EQ(second.Wait(), 0);
     import.AskToEnd();
-    EXPECT_EQ(import.Wait(2s), 1);
+    EXPECT_EQ(import.Wait(), 1);
     EXPECT_EQ(SavedTexts(), (Texts{L"eins", L"zwei"}));
     Process next({});
     EXPECT_FALSE(WaitForWindow("Fehler beim Importieren").empty());
@@ -154,10 +154,10 @@ TEST_F(ProcessTest, UnsavedWorkComesBackAfterASignal) {
         ASSERT_FALSE(message.empty());
         Press(message, "Return");
         Process second({File("2.kvr", L"zwei")});
-        EXPECT_EQ(second.Wait(2s), 0);
+        EXPECT_EQ(second.Wait(), 0);
         EXPECT_FALSE(WaitForWindow("Nicht gespeichert").empty());
         program.AskToEnd();
-        EXPECT_EQ(program.Wait(2s), 0);
+        EXPECT_EQ(program.Wait(), 0);
     }
     const fs::path folder = temporary.path / ("kivora-" + std::to_string(geteuid()));
     EXPECT_FALSE(fs::is_empty(folder));
