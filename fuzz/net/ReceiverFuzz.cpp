@@ -36,7 +36,6 @@ void RequireSendable(const Note& note) {
 
 void Receive(FuzzInput& input) {
     Receiver receiver;
-    const std::size_t empty = receiver.HeldBytes();
     std::size_t come = 0;
     bool quit = false;
     while (!input.Empty()) {
@@ -45,8 +44,8 @@ void Receive(FuzzInput& input) {
         const std::string_view bytes = piece == 0xFF ? input.Rest() : input.Bytes(piece);
         come += bytes.size();
         receiver.Append(bytes);
-        // Strings grow by doubling.
-        Require(receiver.HeldBytes() <= empty + 2 * come, "no more is held than has come");
+        // A line and the text made of lines, which grow by doubling from what an empty one holds.
+        Require(receiver.HeldBytes() <= 64 + 4 * come, "no more is held than has come");
         while (const auto step = receiver.Next()) {
             RequireReply(step->reply);
             Require(!quit || step->reply.empty(), "behind QUIT nothing is answered");
