@@ -11,10 +11,10 @@ packages_test="libgtest-dev dbus-daemon iproute2 sqlite3 cups-daemon cups-client
 packages_fuzz="clang-14 libclang-rt-14-dev llvm-14"
 packages_check="clang-format shellcheck python3 git"
 packages_package="debhelper dpkg-dev fakeroot lintian appstream desktop-file-utils"
-packages_windows="g++-mingw-w64-i686-posix dpkg-dev googletest icoutils"
+packages_windows="g++-mingw-w64-i686-posix dpkg-dev googletest icoutils python3"
 packages_windows_package="nsis zip imagemagick icoutils"
 # The C library for 32-bit programs; packaging/windows/wine brings the rest of them.
-packages_wine="libc6-i386 dpkg-dev"
+packages_wine="libc6-i386 dpkg-dev cups-daemon cups-client"
 
 say() { printf '== %s\n' "$*"; }
 

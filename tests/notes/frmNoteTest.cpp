@@ -173,8 +173,8 @@ TEST_F(FrmNote, WhatWasSizedElsewhereShowsAllOfItsText) {
     note->AutoSize();
     const NotePlace natural = note->Content().place;
     const wxSize size = note->WindowRect().GetSize();
-    for (const auto [width, height, all] : {std::tuple(0.9, 1.0, true), std::tuple(1.0, 0.9, true),
-                                            std::tuple(0.6, 1.0, false), std::tuple(1.0, 0.6, false)}) {
+    for (const auto& [width, height, all] : {std::tuple(0.9, 1.0, true), std::tuple(1.0, 0.9, true),
+                                             std::tuple(0.6, 1.0, false), std::tuple(1.0, 0.6, false)}) {
         SCOPED_TRACE(testing::Message() << width << ", " << height);
         content.place = {900, 900, natural.width * width, natural.height * height};
         note->Content(content);
