@@ -124,6 +124,8 @@ char* StringAt(AtkText* object, int offset, AtkTextGranularity kind, int* start,
 wxPoint Origin(void* object, AtkCoordType from) {
     int x = 0, y = 0, width = 0, height = 0;
     atk_component_get_extents(ATK_COMPONENT(object), &x, &y, &width, &height, from);
+    // What is not on the screen has no place, which GTK tells by a number that cannot be reckoned with.
+    if (x == G_MININT || y == G_MININT) return {};
     return {x, y};
 }
 
