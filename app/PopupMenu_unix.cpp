@@ -22,6 +22,17 @@ GdkEvent* TriggerEvent(GdkWindow* window, GdkDevice* pointer) {
     return event;
 }
 
+// wxWidgets shows submenus when it appends them. GTK would take them for open and let a click on their entry
+// close them.
+void HideSubmenus(const wxMenu& menu) {
+    for (const wxMenuItem* const item : menu.GetMenuItems()) {
+        const wxMenu* const submenu = item->GetSubMenu();
+        if (!submenu) continue;
+        gtk_widget_hide(submenu->m_menu);
+        HideSubmenus(*submenu);
+    }
+}
+
 // wxWidgets' PopupMenu needs a visible window, and the main window is none.
 void Open(GtkMenu* menu, std::optional<wxPoint> at) {
     GdkDevice* pointer = gdk_seat_get_pointer(gdk_display_get_default_seat(gdk_display_get_default()));
@@ -44,6 +55,7 @@ std::optional<int> OpenPopupMenu(wxWindow& owner, wxMenu& menu, std::optional<wx
     owner.Bind(wxEVT_MENU, choose);
     menu.SetInvokingWindow(&owner);
 
+    HideSubmenus(menu);
     GtkWidget* popup = menu.m_menu;
     bool open = true;
     const gulong hidden = g_signal_connect(popup, "hide", G_CALLBACK(OnHidden), &open);
