@@ -1,9 +1,12 @@
 #include "app/NoteServices.h"
 
+#include "dialogs/DialogStack.h"
 #include "dialogs/Message.h"
+#include "dialogs/OpenAddress.h"
 #include "dialogs/Wait.h"
 #include "model/KeepReason.h"
 #include "notes/BringBack.h"
+#include "notes/NewText.h"
 #include "notes/basNotes.h"
 #include "notes/frmFind.h"
 
@@ -40,12 +43,39 @@ void NoteServices::FocusNextNote(frmNote& note, bool forward) {
     if (!IsQuitting()) store_.NextShown(note, forward).TakeFocus();
 }
 
+void NoteServices::PassKeyboardOn(frmNote& note) {
+    if (!IsQuitting()) store_.GiveKeyboard(note.NoteKey(), note.UsedByKeys());
+}
+
 void NoteServices::EditNote(frmNote& note) {
-    if (!IsQuitting()) ::EditNote(store_, note);
+    if (IsQuitting()) return;
+    const KeyboardReturn back(store_.KeyboardTo(note));
+    ::EditNote(store_, note);
+}
+
+void NoteServices::OpenLink(const std::wstring& address) {
+    if (IsQuitting() || OpenAddress(address) || IsQuitting()) return;
+    TellMessage(L"Die Adresse " + address +
+                    L" konnte nicht geöffnet werden.\r\nStellen Sie bitte sicher, dass ein Internet-Browser "
+                    L"und ein E-Mail-Programm installiert sind.",
+                kCritical, L"Adresse öffnen");
+}
+
+bool NoteServices::AddText(const std::wstring& text) { return !IsQuitting() && ::AddText(store_, text); }
+
+void NoteServices::ImportFiles(const std::vector<std::wstring>& fileNames) {
+    for (const std::wstring& fileName : fileNames) {
+        if (!IsQuitting() && ImportFile) ImportFile(fileName);
+    }
 }
 
 void NoteServices::Find(const std::wstring& words) {
     if (!IsQuitting()) frmFind::Open(store_, bin_, words);
+}
+
+void NoteServices::FindNotes(frmNote& note) {
+    const KeyboardReturn back(store_.KeyboardTo(note));
+    Find({});
 }
 
 void NoteServices::BringBackDeleted() {

@@ -24,6 +24,9 @@ class NoteServices : public NoteHost {
     std::function<std::vector<TrayMenuEntry>(const frmNote& note)> DescribeMenu;
     std::function<void(frmNote& note, int id)> RunMenu;
 
+    // Who takes in the notes of a file; nobody until it is set.
+    std::function<void(const std::wstring& fileName)> ImportFile;
+
     // While the program ends the store empties itself window by window, and its image must stay whole. So
     // nothing that a note asks for then is done.
     void SaveNotes() override;
@@ -31,9 +34,13 @@ class NoteServices : public NoteHost {
     void ForgetMinimizedNote(frmNote& note) override;
     void ShowPopupMenu(frmNote& note, std::optional<wxPoint> at) override;
     void FocusNextNote(frmNote& note, bool forward) override;
+    void PassKeyboardOn(frmNote& note) override;
     void EditNote(frmNote& note) override;
-    void FindNotes() override { Find({}); }
+    void FindNotes(frmNote& note) override;
     void BringBackDeleted() override;
+    void OpenLink(const std::wstring& address) override;
+    bool AddText(const std::wstring& text) override;
+    void ImportFiles(const std::vector<std::wstring>& fileNames) override;
     std::vector<TrayMenuEntry> TrayMenu(const frmNote& note) override;
     void RunFromTrayMenu(frmNote& note, int id) override;
 

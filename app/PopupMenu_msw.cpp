@@ -70,6 +70,7 @@ std::optional<int> OpenPopupMenu(wxWindow& owner, wxMenu& menu, std::optional<wx
     POINT place{};
     GetCursorPos(&place);
     if (at) place = {at->x, at->y};
+    const HWND before = GetForegroundWindow();
     // Else the menu would stay when the user clicks elsewhere.
     SetForegroundWindow(window);
     const EndedWithWaits endedWithWaits([] { EndMenu(); });
@@ -78,6 +79,10 @@ std::optional<int> OpenPopupMenu(wxWindow& owner, wxMenu& menu, std::optional<wx
                                       window, nullptr);
     RemoveWindowSubclass(window, OnMenuMessage, kProcedure);
     PostMessageW(window, WM_NULL, 0, 0);
+    // That window shows nothing. The note that had the keyboard goes on with it.
+    DWORD process = 0;
+    GetWindowThreadProcessId(before, &process);
+    if (process == GetCurrentProcessId() && GetForegroundWindow() == window) SetForegroundWindow(before);
     if (chosen == 0) return std::nullopt;
     return chosen;
 }

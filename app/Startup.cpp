@@ -24,6 +24,7 @@
 #include "model/KeepReason.h"
 #include "net/SendNotes.h"
 #include "net/frmFlood.h"
+#include "notes/NoteDrop.h"
 #include "notes/basNotes.h"
 #include "print/PrintNotes.h"
 
@@ -63,6 +64,8 @@ void Program::InitApplication() {
     };
     services_.DescribeMenu = [this](const frmNote& note) { return start_->DescribeMenu(&note); };
     services_.RunMenu = [this](frmNote& note, int id) { start_->RunFromTrayMenu(&note, id); };
+    services_.ImportFile = [this](const std::wstring& fileName) { ReceiveFile(fileName); };
+    Notification::TakeDrops([this] { return NoteDropTarget(services_); });
     start_->notIcon.ShowIcon();
     network_.KeepLongNote = KeepLongNote;
     network_.OnFlood = [this](const FloodGuard::Flood& flood) { AskAboutFlood(network_, flood); };

@@ -105,7 +105,13 @@ void frmStart::ShowPopupMenu(frmNote* note, std::optional<wxPoint> at) {
     menuOpen_ = true;
     const std::optional<int> chosen = OpenPopupMenu(*this, menu, at);
     menuOpen_ = false;
-    if (chosen && !IsQuitting()) RunCommand(ItemOf(*chosen - kIdOffset));
+    if (chosen && !IsQuitting()) RunForPopupNote(ItemOf(*chosen - kIdOffset));
+}
+
+void frmStart::RunForPopupNote(MenuItem item) {
+    const frmNote* const note = PopupNote();
+    const KeyboardReturn back(note ? store_.KeyboardTo(*note) : nullptr);
+    RunCommand(item);
 }
 
 frmNote* frmStart::PopupNote() const { return popupNoteKey_ ? store_.Find(*popupNoteKey_) : nullptr; }
@@ -143,7 +149,7 @@ void frmStart::RunFromTrayMenu(frmNote* note, int id) {
     if (menuOpen_ || IsQuitting()) return;
     popupNoteKey_.reset();
     if (note) popupNoteKey_ = note->NoteKey();
-    RunCommand(ItemOf(id));
+    RunForPopupNote(ItemOf(id));
 }
 
 frmNote* frmStart::ActivateApplication() {
@@ -171,8 +177,12 @@ void frmStart::ToggleAutostart() {
 }
 
 void frmStart::DeletePopupNote() {
-    if (frmNote* note = PopupNote()) store_.DeleteNote(*note);
+    frmNote* const note = PopupNote();
     popupNoteKey_.reset();
+    if (!note) return;
+    const std::int32_t key = note->NoteKey();
+    const bool byKeys = note->UsedByKeys();
+    if (store_.DeleteNote(*note) && byKeys) store_.GiveKeyboard(key, true);
 }
 
 void frmStart::TogglePopupNoteForeground() {

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 
 #include "app/IconTip.h"
@@ -48,6 +49,7 @@ class frmStart : public wxFrame {
 
   private:
     frmNote* ActivateApplication();  // the note that is on top then, if any
+    void RunForPopupNote(MenuItem item);
     void ToggleAutostart();
     void DeletePopupNote();
     void TogglePopupNoteForeground();

@@ -3,6 +3,7 @@
 #include <wx/dialog.h>
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "dialogs/Stacking.h"
@@ -15,6 +16,8 @@ struct Entry {
 };
 
 std::vector<Entry> stack;  // the newest last
+
+std::function<void()> keyboardReturn;
 
 int dialogsAbove = 0;  // how many DialogsAbove live
 
@@ -45,6 +48,12 @@ bool ActivateNewestDialog() {
     stack.back().dialog->Raise();
     return true;
 }
+
+KeyboardReturn::KeyboardReturn(std::function<void()> giveBack)
+    : before_(std::exchange(keyboardReturn, std::move(giveBack))) {}
+KeyboardReturn::~KeyboardReturn() { keyboardReturn = std::move(before_); }
+
+const std::function<void()>& KeyboardReturn::Current() { return keyboardReturn; }
 
 DialogsAbove::DialogsAbove() {
     if (++dialogsAbove == 1) KeepAllAbove(true);

@@ -2,6 +2,8 @@
 // The dialogs on the screen in the order in which they came there, and how they stand to other windows. Only
 // DialogWindow enters and takes out dialogs; everybody may ask for the newest.
 
+#include <functional>
+
 class wxDialog;
 
 // Puts the dialog on top of the stack, when it comes to the screen. owner: the dialogs that come after it
@@ -15,6 +17,23 @@ wxDialog* OwnerOfNextDialog();
 
 // Brings the newest dialog on the screen to the front and gives it the keyboard; false if there is none.
 bool ActivateNewestDialog();
+
+// What opens dialogs while this object lives says who gets the keyboard back from them. When the last dialog
+// goes that had the keyboard, and it was opened meanwhile, giveBack is called; without one the window manager
+// decides. The innermost object counts.
+class KeyboardReturn {
+  public:
+    explicit KeyboardReturn(std::function<void()> giveBack);
+    ~KeyboardReturn();
+    KeyboardReturn(const KeyboardReturn&) = delete;
+    KeyboardReturn& operator=(const KeyboardReturn&) = delete;
+
+    // Of the innermost object; empty without one.
+    static const std::function<void()>& Current();
+
+  private:
+    std::function<void()> before_;
+};
 
 // As long as one of these lives, dialogs stay above other windows. A window that stays above others itself,
 // such as a note with the flag for it, keeps one, since dialogs must not be behind it.

@@ -74,6 +74,7 @@ std::wstring DialogWindow::Tag() const {
 void DialogWindow::Begin() {
     state_ = DialogState::Waiting;
     begun_ = true;
+    keyboardReturn_ = KeyboardReturn::Current();
     if (HasFlag(wxRESIZE_BORDER)) RestoreSize(*this, Area());
     Place();
     Show();
@@ -103,7 +104,7 @@ bool DialogWindow::LeaveScreen() {
     if (HasFlag(wxRESIZE_BORDER)) KeepSize(*this);
     const bool active = IsActive();
     Hide();
-    if (active && !IsQuitting()) ActivateNewestDialog();
+    if (active && !IsQuitting() && !ActivateNewestDialog() && keyboardReturn_) keyboardReturn_();
     if (alone_) Destroy();
     return true;
 }

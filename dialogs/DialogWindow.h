@@ -94,5 +94,6 @@ class DialogWindow : public wxDialog {
     DialogState state_ = DialogState::Waiting;
     bool begun_ = false;
     bool alone_ = false;
+    std::function<void()> keyboardReturn_;  // who had the keyboard before it came
     std::optional<wxRect> near_;
 };

@@ -68,3 +68,6 @@ std::wstring ShortText(std::wstring_view text);
 // through a buffer of 4096 characters that also takes a terminator.
 constexpr std::size_t kLongestStoredText = 4095;
 bool ComesBack(std::wstring_view text);
+
+// Longest text that is taken from outside as one note, in bytes: what a record of an export file holds.
+constexpr std::size_t kLongestNoteText = 65535;

@@ -44,7 +44,8 @@ enum class Pointer {
     NorthEastSouthWest = 6,
     NorthSouth = 7,
     NorthWestSouthEast = 8,
-    WestEast = 9
+    WestEast = 9,
+    Hand = 99  // over an address that a click would open
 };
 
 struct NoteLayout {

@@ -16,9 +16,7 @@
 constexpr std::uint16_t kNotePort = 5998;
 constexpr std::wstring_view kProtocolVersion = L"1.0.0";
 
-// Longest text of a note that a receiver takes, in bytes: what a record of an export file holds. The longest
-// line has room for such a text and the word before it, NOTE_TEXT and a blank.
-constexpr std::size_t kLongestNoteText = 65535;
+// The longest line has room for the longest text of a note and the word before it, NOTE_TEXT and a blank.
 constexpr std::size_t kLongestLine = 65545;
 
 // Longest reply that a sender reads as a whole; receivers of earlier versions repeat a long line in it.

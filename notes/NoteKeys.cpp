@@ -30,6 +30,8 @@ NoteCommand CommandOfKey(int keyCode, int modifiers) {
         {WXK_F6, wxMOD_SHIFT, PreviousNote},
         {'F', wxMOD_CONTROL, Find},
         {'Z', wxMOD_CONTROL, BringBack},
+        {'C', wxMOD_CONTROL, Copy},
+        {'V', wxMOD_CONTROL, Paste},
     };
     for (const auto& key : keys) {
         if (key.keyCode == keyCode && key.modifiers == modifiers) return key.command;

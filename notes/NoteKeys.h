@@ -7,6 +7,8 @@
 //   Space                     presses the control that has the focus
 //   arrows                    move the note
 //   Shift + arrows            make it narrower, wider, lower or higher
+//   Ctrl+C                    copies the text
+//   Ctrl+V                    makes a new note of the text in the clipboard
 //   Ctrl+Tab, Ctrl+Shift+Tab  the next note on the screen, the one before; F6 and Shift+F6 do the same
 //   Ctrl+F                    opens the window that finds notes
 //   Ctrl+Z                    brings back what was deleted last, whichever note has the focus
@@ -33,6 +35,8 @@ enum class NoteCommand {
     PreviousNote,
     Find,
     BringBack,
+    Copy,
+    Paste,
 };
 
 // keyCode and modifiers as key events of wxWidgets hold them.

@@ -52,7 +52,7 @@ int LineStart(const Note& note, const wxRect& box, int width) {
 }
 
 // False when there is no room for all of it.
-bool PaintText(wxDC& dc, const Note& note, const wxRect& box) {
+bool PaintText(wxDC& dc, const Note& note, const wxRect& box, const TextLink& link) {
     if (box.width <= 0 || box.height <= 0) return false;
     wxDCClipper clip(dc, box);
     const wxColour ink = ToColour(TextInk(note.look.color, DisplayDepth()));
@@ -62,7 +62,17 @@ bool PaintText(wxDC& dc, const Note& note, const wxRect& box) {
     LinePen pen(dc, font);
     int y = box.y;
     for (const FlowLine& line : FlowText(note.text, box.width, MeasureWith(pen), most)) {
-        pen.Draw(line.text, LineStart(note, box, line.width), y, ink);
+        const int x = LineStart(note, box, line.width);
+        pen.Draw(line.text, x, y, ink);
+        const auto first = static_cast<std::size_t>(line.text.data() - note.text.data());
+        const std::size_t from = std::max(link.start, first),
+                          to = std::min(link.end, first + line.text.size());
+        if (from < to) {
+            const std::vector<int> ends = pen.Measure(line.text);
+            const int left = from > first ? ends[from - first - 1] : 0, below = y + height - height / 8;
+            dc.SetPen(wxPen(ink));
+            dc.DrawLine(x + left, below, x + ends[to - first - 1], below);
+        }
         y += height;
     }
     return y <= box.y + box.height;
@@ -168,7 +178,7 @@ bool PaintNote(wxDC& dc, const Note& note, const NoteHints& hints, const NoteLay
     dc.SetBrush(wxBrush(paper));
     dc.DrawRectangle(all);
 
-    const bool isWhole = PaintText(dc, note, ToPixels(layout.lblMessage, scaleX, scaleY));
+    const bool isWhole = PaintText(dc, note, ToPixels(layout.lblMessage, scaleX, scaleY), hints.link);
     PaintTime(dc, note, ToPixels(layout.lblZeit, scaleX, scaleY), ink);
 
     const wxRect minimize = ToPixels(layout.cmdMinimize, scaleX, scaleY);

@@ -11,6 +11,7 @@
 
 #include "model/Note.h"
 #include "model/NoteLayout.h"
+#include "model/TextLinks.h"
 
 // The colour of a 0x00BBGGRR value.
 wxColour ToColour(std::int32_t bgr);
@@ -20,6 +21,7 @@ struct NoteHints {
     NotePart hovered = NotePart::Body;
     bool pressed = false;                          // the hovered button is held down
     std::optional<NotePart> focus = std::nullopt;  // Body: the text
+    TextLink link = {};                            // underlined
 };
 
 // Paints the whole note into its window's client area; `scale` is pixels a twip. False when there is no room

@@ -1,10 +1,12 @@
 #include "notes/NotePlace.h"
 
+#include <wx/dialog.h>
 #include <wx/display.h>
 
 #include <algorithm>
 #include <cmath>
 
+#include "model/NewPlace.h"
 #include "notes/NoteWindow.h"
 
 namespace {
@@ -31,12 +33,15 @@ PixelRect FreeArea(std::size_t screen) {
 
 }  // namespace
 
-wxPoint NextPlace() {
-    constexpr int kStep = 26, kSteps = 12, kFirst = 60;
-    static int count = 0;
-    const wxRect area = wxDisplay(0u).GetClientArea();
-    const int offset = kFirst + kStep * (count++ % kSteps);
-    return {area.x + offset, area.y + offset};
+wxPoint NextPlace(const wxSize& size, const std::vector<wxRect>& others) {
+    std::vector<PixelRect> rects;
+    for (const wxRect& other : others) rects.push_back(FromWx(other));
+    for (const wxWindow* const window : wxTopLevelWindows) {
+        if (window->IsShown() && dynamic_cast<const wxDialog*>(window))
+            rects.push_back(FromWx(window->GetScreenRect()));
+    }
+    const PixelPoint place = NewPlace(FromWx(wxDisplay(0u).GetClientArea()), rects, size.x, size.y);
+    return {place.x, place.y};
 }
 
 wxRect NotePixels(const wxWindow& window, const NotePlace& place) {

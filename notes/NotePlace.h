@@ -3,6 +3,8 @@
 
 #include <wx/gdicmn.h>
 
+#include <vector>
+
 #include "model/Note.h"
 #include "model/ScreenPlace.h"
 
@@ -11,8 +13,9 @@ class wxWindow;
 inline wxRect ToWx(const PixelRect& rect) { return {rect.x, rect.y, rect.width, rect.height}; }
 inline PixelRect FromWx(const wxRect& rect) { return {rect.x, rect.y, rect.width, rect.height}; }
 
-// Where the next new note goes: each a step beside the one before, in the upper left of the main screen.
-wxPoint NextPlace();
+// Where a new window of that size goes on the main screen so that it covers as little as possible of these
+// others and of the dialogs that are open; from the upper left on.
+wxPoint NextPlace(const wxSize& size, const std::vector<wxRect>& others);
 
 // The window's rectangle for a note's place, within what X11 and Windows can name.
 wxRect NotePixels(const wxWindow& window, const NotePlace& place);

@@ -96,9 +96,16 @@ NotePtr NoteStore::MakeNote(const Note& content, std::int32_t key) {
 
 NotePtr NoteStore::MakeNewNote(const Note& content) {
     NotePtr made = MakeNote(content, ++lastNoteNumber_);
-    made->PlaceAsNew();
-    made->AutoSize();
+    PlaceAsNew(*made);
     return made;
+}
+
+void NoteStore::PlaceAsNew(frmNote& note) {
+    std::vector<wxRect> others;
+    for (const NotePtr& each : notes_) {
+        if (each.get() != &note && !each->Minimized()) others.push_back(each->WindowRect());
+    }
+    note.PlaceAsNew(others);
 }
 
 frmNote& NoteStore::AddNote(const Note& content) {
@@ -128,10 +135,7 @@ frmNote& NoteStore::AdoptNote(const Note& content) {
 
 frmNote& NoteStore::AdoptKeptNote(const Note& content) {
     frmNote& note = AdoptNote(content);
-    if (content.place == NotePlace()) {
-        note.PlaceAsNew();
-        note.AutoSize();
-    }
+    if (content.place == NotePlace()) PlaceAsNew(note);
     return note;
 }
 
@@ -296,6 +300,21 @@ frmNote* NoteStore::Find(std::int32_t noteKey) const {
         if (note->NoteKey() == noteKey) return note.get();
     }
     return nullptr;
+}
+
+void NoteStore::GiveKeyboard(std::int32_t noteKey, bool showing) const {
+    frmNote* first = nullptr;
+    frmNote* next = nullptr;  // keys grow in the store's order
+    for (const NotePtr& note : notes_) {
+        if (note->Minimized()) continue;
+        if (!first) first = note.get();
+        if (!next && note->NoteKey() >= noteKey) next = note.get();
+    }
+    if (frmNote* const heir = next ? next : first) heir->TakeFocus(showing);
+}
+
+std::function<void()> NoteStore::KeyboardTo(const frmNote& note) const {
+    return [this, key = note.NoteKey(), showing = note.UsedByKeys()] { GiveKeyboard(key, showing); };
 }
 
 frmNote& NoteStore::NextShown(frmNote& note, bool forward) const {

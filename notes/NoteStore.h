@@ -85,6 +85,9 @@ class NoteStore {
     // Puts every note where the screens of now can show it. Happens by itself when they change.
     void PlaceOnScreens();
 
+    // Whom its notes ask.
+    NoteHost& Host() const { return host_; }
+
     std::size_t CountNotes() const { return notes_.size(); }
     std::size_t CountVisibleNotes() const;
     // Of the notes that frmNote::Untouched is true for.
@@ -97,6 +100,12 @@ class NoteStore {
     // The next note in the store's order that is not minimized, or the one before; the order is a circle. The
     // note itself when there is no other.
     frmNote& NextShown(frmNote& note, bool forward) const;
+
+    // Gives the keyboard to the note of that key or, when that one is not on the screen any more, to the next
+    // that is. showing: as frmNote::TakeFocus has it.
+    void GiveKeyboard(std::int32_t noteKey, bool showing) const;
+    // What gives it to this note later, whatever has become of it then.
+    std::function<void()> KeyboardTo(const frmNote& note) const;
 
     // The note of that key, or null when it is gone.
     frmNote* Find(std::int32_t noteKey) const;
@@ -139,6 +148,9 @@ class NoteStore {
   private:
     NotePtr MakeNote(const Note& content, std::int32_t key);
     NotePtr MakeNewNote(const Note& content);
+    // Where new notes go, in the size that the text needs: where it covers as little as possible of those
+    // that are on the screen or come there.
+    void PlaceAsNew(frmNote& note);
     std::vector<const Note*> Contents() const;
     std::uint64_t Digest(Digested how = Digested::Exactly) const;
     void Heard(const KeepResult& result);

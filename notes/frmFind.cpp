@@ -21,6 +21,7 @@
 #include "model/NoteColor.h"
 #include "notes/BoxText.h"
 #include "notes/BringBack.h"
+#include "notes/NoteDrop.h"
 #include "notes/PropertiesLook.h"
 
 namespace {
@@ -78,6 +79,7 @@ frmFind::frmFind(NoteStore& store, NoteBin& bin)
     content->Add(CreateFound(), wxSizerFlags(1).Expand());
     SetContent(content, CreateActions());
     Bind(wxEVT_CHAR_HOOK, &frmFind::OnKey, this);
+    SetDropTarget(NoteDropTarget(store_.Host()).release());
     ShowPage(false);
     txtSuchen->SetFocus();
 }

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "base/Text.h"
+#include "notes/NoteDrop.h"
 #include "notes/NoteFont.h"
 #include "notes/NoteGesture.h"
 #include "notes/NotePaint.h"
@@ -21,13 +22,15 @@ frmNote::frmNote(NoteHost& host) : host_(host) {
     Create(nullptr, wxID_ANY, L"Kivora", wxDefaultPosition, wxSize(10, 10),
            wxFRAME_NO_TASKBAR | wxBORDER_NONE | wxFRAME_SHAPED);
     AcceptKeys(*this);
+    SetDropTarget(NoteDropTarget(host).release());
     access_ = NoteAccess::Of(*this, *this);
 }
 
 frmNote::~frmNote() = default;
 
-void frmNote::PlaceAsNew() {
-    const wxPoint place = NextPlace();
+void frmNote::PlaceAsNew(const std::vector<wxRect>& others) {
+    AutoSize();
+    const wxPoint place = NextPlace(WindowRect().GetSize(), others);
     PlaceAt(place.x * TwipsPerPixelX(*this), place.y * TwipsPerPixelY(*this));
 }
 
@@ -147,10 +150,12 @@ void frmNote::ArrangeParts(const wxSize& pixels) {
     Refresh();
 }
 
-void frmNote::Hover(NotePart part) {
-    if (part == hovered_) return;
+void frmNote::Hover(NotePart part, TextLink link) {
+    if (part == hovered_ && link == link_) return;
     hovered_ = part;
-    const std::wstring tip = NoteAccess::NameOfControl(part);
+    link_ = std::move(link);
+    const std::wstring tip =
+        link_.address.empty() ? NoteAccess::NameOfControl(part) : L"Strg+Klick öffnet die Adresse";
     if (tip.empty()) {
         UnsetToolTip();
     } else {
@@ -175,6 +180,9 @@ void frmNote::SetPointer(Pointer pointer) {
         case Pointer::WestEast:
             SetCursor(wxCursor(wxCURSOR_SIZEWE));
             break;
+        case Pointer::Hand:
+            SetCursor(wxCursor(wxCURSOR_HAND));
+            break;
         case Pointer::Default:
             SetCursor(wxNullCursor);
             break;
@@ -193,6 +201,7 @@ void frmNote::Click(NotePart part) {
 void frmNote::PressPart(NotePart part) {
     if (part == NotePart::cmdMinimize || part == NotePart::chkForeground) {
         Click(part);
+        if (minimized_) host_.PassKeyboardOn(*this);
     } else {
         Later(&NoteHost::EditNote);
     }
@@ -241,8 +250,9 @@ void frmNote::OpenMenu() {
 void frmNote::OnPaint(wxPaintEvent&) {
     wxPaintDC dc(this);
     const bool pressed = pressed_ != NotePart::Body && pressed_ == hovered_;
-    const bool isWhole = PaintNote(dc, note_, {.hovered = hovered_, .pressed = pressed, .focus = focus_},
-                                   layout_, 1 / TwipsPerPixelX(*this), 1 / TwipsPerPixelY(*this));
+    const bool isWhole =
+        PaintNote(dc, note_, {.hovered = hovered_, .pressed = pressed, .focus = focus_, .link = link_},
+                  layout_, 1 / TwipsPerPixelX(*this), 1 / TwipsPerPixelY(*this));
     if (!isWhole && sizedElsewhere_) Later([](NoteHost&, frmNote& note) { note.ShowAllOfText(); });
 }
 
@@ -250,14 +260,15 @@ void frmNote::OnSize(wxSizeEvent& event) { ArrangeParts(event.GetSize()); }
 
 void frmNote::OnMotion(wxMouseEvent& event) {
     const wxPoint2DDouble at = ToTwips(event.GetPosition());
-    Hover(layout_.PartAt(at.m_x, at.m_y));
-    SetPointer(PointerAt(layout_, at.m_x, at.m_y));
+    Hover(layout_.PartAt(at.m_x, at.m_y), LinkAt(event.GetPosition()));
+    SetPointer(OpensLink(event) ? Pointer::Hand : PointerAt(layout_, at.m_x, at.m_y));
 }
 
 void frmNote::OnLeave(wxMouseEvent&) { Hover(NotePart::Body); }
 
 void frmNote::OnLeftDown(wxMouseEvent& event) {
     Untouched(false);
+    usedByKeys_ = false;
     ShowFocus(std::nullopt);
     const wxPoint2DDouble at = ToTwips(event.GetPosition());
     const NotePart part = layout_.PartAt(at.m_x, at.m_y);
@@ -269,6 +280,10 @@ void frmNote::OnLeftDown(wxMouseEvent& event) {
     BringToFront();
     gesture_.reset();
     sizedElsewhere_ = false;
+    if (OpensLink(event)) {
+        pressedLink_ = LinkAt(event.GetPosition());
+        return;
+    }
     const auto hit = PressHitTest(layout_, at.m_x, at.m_y);
     if (hit != HT_NONE) {
         gesture_ = NoteGesture::Begin(
@@ -280,6 +295,8 @@ void frmNote::OnLeftDown(wxMouseEvent& event) {
 }
 
 void frmNote::OnLeftUp(wxMouseEvent& event) {
+    const TextLink link = std::exchange(pressedLink_, {});
+    if (!link.address.empty() && link == LinkAt(event.GetPosition())) OpenLink(link.address);
     const NotePart pressed = pressed_;
     pressed_ = NotePart::Body;
     if (pressed == NotePart::Body) return;
@@ -289,6 +306,7 @@ void frmNote::OnLeftUp(wxMouseEvent& event) {
 }
 
 void frmNote::OnLeftDoubleClick(wxMouseEvent& event) {
+    if (OpensLink(event)) return;
     const wxPoint2DDouble at = ToTwips(event.GetPosition());
     switch (layout_.PartAt(at.m_x, at.m_y)) {
         case NotePart::Body:
@@ -304,6 +322,7 @@ void frmNote::OnLeftDoubleClick(wxMouseEvent& event) {
 
 void frmNote::OnRightUp(wxMouseEvent& event) {
     Untouched(false);
+    usedByKeys_ = false;
     const wxPoint2DDouble at = ToTwips(event.GetPosition());
     const NotePart part = layout_.PartAt(at.m_x, at.m_y);
     if (part == NotePart::Body || part == NotePart::lblMessage) OpenMenu();

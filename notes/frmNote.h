@@ -12,10 +12,12 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "dialogs/DialogStack.h"
 #include "model/Note.h"
 #include "model/NoteLayout.h"
+#include "model/TextLinks.h"
 #include "notes/NoteAccess.h"
 #include "notes/NoteHost.h"
 #include "notes/WindowPlace.h"
@@ -65,7 +67,9 @@ class frmNote : public wxFrame, public ReadableNote {
     double Top() const { return note_.place.top; }
     double Width() const { return note_.place.width; }
     double Height() const { return note_.place.height; }
-    void PlaceAsNew();  // at the next place for new notes, beside the one before
+    // In the size that the text needs, and where it covers as little as possible of these rectangles of the
+    // screen.
+    void PlaceAsNew(const std::vector<wxRect>& others);
     void PlaceAt(double left, double top);
     void SizeTo(double width, double height);
     void Place(const NotePlace& place);  // both at once
@@ -92,8 +96,11 @@ class frmNote : public wxFrame, public ReadableNote {
     // Puts the note in front of others of its height without activating it. Dialogs stay above it.
     void BringToFront();
 
-    // Gives the note the keyboard and shows that it has it. What the keys do stands in NoteKeys.h.
-    void TakeFocus();
+    // Gives the note the keyboard and, if `showing`, shows that it has it, which who uses the mouse does not
+    // want to see. What the keys do stands in NoteKeys.h.
+    void TakeFocus(bool showing = true);
+    // Whether its user has last used keys on it, not the mouse.
+    bool UsedByKeys() const { return usedByKeys_; }
     // The part that has the keyboard while the note has it; Body stands for the text.
     NotePart Focus() const override { return focus_.value_or(NotePart::Body); }
     void PressPart(NotePart part) override;
@@ -128,7 +135,7 @@ class frmNote : public wxFrame, public ReadableNote {
     wxSize NaturalSize() const;
     void ShowAllOfText();
     void ArrangeParts(const wxSize& pixels);
-    void Hover(NotePart part);
+    void Hover(NotePart part, TextLink link = {});
     void SetPointer(Pointer pointer);
     void Click(NotePart part);
     void FinishGesture(const wxRect& before, const wxRect& after);
@@ -137,6 +144,12 @@ class frmNote : public wxFrame, public ReadableNote {
     // note.
     void Later(std::function<void(NoteHost& host, frmNote& note)> call);
     void OpenMenu();
+
+    // Addresses in the text.
+    TextLink LinkAt(const wxPoint& at) const;  // empty where there is none
+    bool OpensLink(const wxMouseEvent& event) const;
+    void OpenLink(const std::wstring& address);
+    void FollowControlKey(const wxKeyEvent& event, bool down);
 
     void ShowFocus(std::optional<NotePart> part);
     void StepBy(int x, int y, int width, int height);
@@ -170,8 +183,11 @@ class frmNote : public wxFrame, public ReadableNote {
     NotePart hovered_ = NotePart::Body;
     NotePart pressed_ = NotePart::Body;  // cmdMinimize or chkForeground while it is held down
     Pointer pointer_ = Pointer::Default;
+    TextLink link_;                  // below the pointer
+    TextLink pressedLink_;           // while the button is held down on it
     std::optional<NotePart> focus_;  // shown from the first key on until the mouse is used
-    bool stepped_ = false;           // moved or sized by keys since the last save
+    bool usedByKeys_ = false;
+    bool stepped_ = false;  // moved or sized by keys since the last save
     std::unique_ptr<NoteAccess> access_;
     std::unique_ptr<NoteGesture> gesture_;
     std::optional<DialogsAbove> dialogsAbove_;    // while it stands above other windows

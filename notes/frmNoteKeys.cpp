@@ -5,6 +5,7 @@
 #include <iterator>
 #include <utility>
 
+#include "dialogs/Clipboard.h"
 #include "notes/NoteKeys.h"
 #include "notes/NotePlace.h"
 #include "notes/NoteWindow.h"
@@ -37,9 +38,10 @@ constexpr struct {
 
 }  // namespace
 
-void frmNote::TakeFocus() {
+void frmNote::TakeFocus(bool showing) {
+    usedByKeys_ = showing;
     ActivateNoteWindow(*this);
-    ShowFocus(NotePart::Body);
+    if (showing) ShowFocus(NotePart::Body);
 }
 
 void frmNote::ShowFocus(std::optional<NotePart> part) {
@@ -50,6 +52,7 @@ void frmNote::ShowFocus(std::optional<NotePart> part) {
 }
 
 void frmNote::OnKey(wxKeyEvent& event) {
+    FollowControlKey(event, true);
     const NotePart part = focus_.value_or(NotePart::Body);
     const NoteCommand command = CommandOfKey(event.GetKeyCode(), event.GetModifiers());
     if (command == NoteCommand::None || HasCapture()) {
@@ -57,6 +60,7 @@ void frmNote::OnKey(wxKeyEvent& event) {
         return;
     }
     Untouched(false);
+    usedByKeys_ = true;
     ShowFocus(part);
     for (const auto& step : kSteps) {
         if (step.command == command)
@@ -88,10 +92,18 @@ void frmNote::OnKey(wxKeyEvent& event) {
             Later([](NoteHost& host, frmNote& note) { host.FocusNextNote(note, false); });
             break;
         case NoteCommand::Find:
-            Later([](NoteHost& host, frmNote&) { host.FindNotes(); });
+            Later([](NoteHost& host, frmNote& note) { host.FindNotes(note); });
             break;
         case NoteCommand::BringBack:
             Later([](NoteHost& host, frmNote&) { host.BringBackDeleted(); });
+            break;
+        case NoteCommand::Copy:
+            CopyText(Text());
+            break;
+        case NoteCommand::Paste:
+            Later([](NoteHost& host, frmNote&) {
+                if (const std::optional<std::wstring> text = ClipboardText()) host.AddText(*text);
+            });
             break;
         default:
             break;
@@ -118,6 +130,7 @@ void frmNote::SaveSteps() {
 }
 
 void frmNote::OnKeyUp(wxKeyEvent& event) {
+    FollowControlKey(event, false);
     SaveSteps();
     event.Skip();
 }

@@ -78,5 +78,8 @@ void frmNote::OnClose(wxCloseEvent& event) {
     // A note goes by being deleted or with the program; whoever closes its window only puts it away.
     if (!event.CanVeto()) return;
     event.Veto();
-    if (!minimized_) Minimized(true);
+    if (minimized_) return;
+    const bool active = IsActive();
+    Minimized(true);
+    if (active) host_.PassKeyboardOn(*this);
 }

@@ -87,6 +87,10 @@ void Notification::Enabled(bool enable) {
 
 void Notification::MenusChanged() { TrayItem::MenusChanged(); }
 
+void Notification::TakeDrops(std::function<std::unique_ptr<wxDropTarget>()> makeTarget) {
+    TrayItem::TakeDrops(std::move(makeTarget));
+}
+
 // An icon that is not enabled has no menu either.
 TrayMenu Notification::GuardedMenu() const {
     if (!Menu.Describe) return {};

@@ -4,6 +4,7 @@
 // window of the program stands in for it; the owner of an icon does not notice the difference.
 
 #include <wx/bmpbndl.h>
+#include <wx/dnd.h>
 
 #include <functional>
 #include <memory>
@@ -67,6 +68,10 @@ class Notification {
     TrayMenu Menu;
     // To be called when the menu of any icon may have changed; cheap.
     static void MenusChanged();
+
+    // What takes in what is dropped where the program's own window shows icons: one target for each such
+    // window, made when the window is.
+    static void TakeDrops(std::function<std::unique_ptr<wxDropTarget>()> makeTarget);
 
   private:
     void Refresh();

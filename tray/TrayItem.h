@@ -6,6 +6,7 @@
 // windows.
 
 #include <wx/bmpbndl.h>
+#include <wx/dnd.h>
 
 #include <functional>
 #include <memory>
@@ -30,6 +31,10 @@ class TrayItem {
     // To be called when the menu of any icon may have changed. Cheap: the menus are described anew when
     // events run next, and only for areas that show menus themselves.
     static void MenusChanged();
+
+    // What takes in what is dropped on a window of the program that shows icons. Areas of the platform let
+    // nothing be dropped on icons.
+    static void TakeDrops(std::function<std::unique_ptr<wxDropTarget>()> makeTarget);
 
     // Makes the icons of the user's other copies come again that Windows has lost. Linux loses none.
     static void RemindOtherCopies();

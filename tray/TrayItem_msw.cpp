@@ -162,6 +162,8 @@ std::unique_ptr<TrayItem> TrayItem::Add(const wxBitmapBundle& picture, const std
     return std::make_unique<MswTrayItem>(picture, toolTip, std::move(report));
 }
 
+void TrayItem::TakeDrops(std::function<std::unique_ptr<wxDropTarget>()>) {}  // there is no such window
+
 void TrayItem::MenusChanged() {}  // here the program opens its menus itself
 
 // They do what they do when the shell has started again.

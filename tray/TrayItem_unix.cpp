@@ -168,4 +168,8 @@ void TrayItem::MenusChanged() {
     if (UnixTrayItem::count > 0) TrayArea::Get().MenusChanged();
 }
 
+void TrayItem::TakeDrops(std::function<std::unique_ptr<wxDropTarget>()> makeTarget) {
+    TrayStrip::Get().MakeDropTarget = std::move(makeTarget);
+}
+
 void TrayItem::RemindOtherCopies() {}

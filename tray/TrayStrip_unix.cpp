@@ -77,6 +77,10 @@ void TrayStrip::CreateWindow() {
     gtk_widget_add_events(window_, GDK_BUTTON_PRESS_MASK | GDK_BUTTON_RELEASE_MASK | GDK_POINTER_MOTION_MASK |
                                        GDK_LEAVE_NOTIFY_MASK);
     ConnectEvents();
+    if (MakeDropTarget) {
+        dropTarget_ = MakeDropTarget();
+        dropTarget_->GtkRegisterWidget(window_);
+    }
 
     // A panel that comes or goes moves the corner; another set of screens asks for a new window.
     GdkScreen* screen = gtk_widget_get_screen(window_);
@@ -126,6 +130,8 @@ void TrayStrip::ConnectEvents() {
 
 void TrayStrip::DestroyWindow() {
     if (!window_) return;
+    if (dropTarget_) dropTarget_->GtkUnregisterWidget(window_);
+    dropTarget_.reset();
     gtk_widget_destroy(window_);
     window_ = nullptr;
     hovered_ = pressed_ = 0;

@@ -4,9 +4,11 @@
 // run next. All lengths are GTK's units.
 
 #include <gtk/gtk.h>
+#include <wx/dnd.h>
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -27,6 +29,8 @@ class TrayStrip {
     // A rectangle of the desktop that the strip should not cover, if there is one; asked whenever the strip
     // is placed.
     std::function<std::optional<GdkRectangle>()> KeepFree;
+    // What takes in what is dropped on the strip's window, if set; asked whenever there is a new one.
+    std::function<std::unique_ptr<wxDropTarget>()> MakeDropTarget;
     // To be called when that rectangle has changed.
     void PlaceAgain();
 
@@ -52,6 +56,7 @@ class TrayStrip {
     std::vector<unsigned long> cells_;  // numbers of the icons as they were last laid out, ascending
     StripLayout layout_;
     GtkWidget* window_ = nullptr;
+    std::unique_ptr<wxDropTarget> dropTarget_;
     guint update_ = 0;           // GLib source of the update to come, 0 for none
     unsigned long hovered_ = 0;  // numbers of icons, 0 for none
     unsigned long pressed_ = 0;

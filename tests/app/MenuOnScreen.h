@@ -27,6 +27,11 @@ class MenuOnScreen {
     // Height of the picture that the first item is, in pixels; 0 when it is none or can be chosen.
     virtual int PictureHeight() const = 0;
 
+    // A short click of the mouse on the item, as soon as the pointer is there, and whether the submenu that
+    // an item opens is on the screen.
+    virtual void Click(const std::wstring& caption) = 0;
+    virtual bool SubmenuIsOpen(const std::wstring& caption) const = 0;
+
     // Chooses the item, or closes the menu without choosing.
     virtual void Choose(const std::wstring& caption) = 0;
     virtual void Close() = 0;

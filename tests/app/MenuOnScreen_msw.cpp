@@ -44,8 +44,14 @@ class WindowsMenuOnScreen : public MenuOnScreen {
             return 0;
         return static_cast<int>(place.bottom - place.top);
     }
-    // With the mouse, as nothing else chooses an item by its place.
-    void Choose(const std::wstring& caption) override {
+    // Nothing else chooses an item by its place.
+    void Choose(const std::wstring& caption) override { Click(caption); }
+    bool SubmenuIsOpen(const std::wstring&) const override {
+        const HWND next = FindWindowExW(nullptr, window_, L"#32768", nullptr);
+        const HWND first = FindWindowExW(nullptr, nullptr, L"#32768", nullptr);
+        return (next && IsWindowVisible(next)) || (first != window_ && IsWindowVisible(first));
+    }
+    void Click(const std::wstring& caption) override {
         RECT place{};
         ASSERT_TRUE(Has(caption)) << ToUtf8(caption);
         ASSERT_TRUE(GetMenuItemRect(nullptr, menu_, static_cast<UINT>(Position(caption)), &place));

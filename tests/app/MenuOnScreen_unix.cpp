@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
+#include <wx/uiaction.h>
 
 #include <vector>
 
@@ -40,6 +41,20 @@ class GtkMenuOnScreen : public MenuOnScreen {
     void Choose(const std::wstring& caption) override {
         ASSERT_TRUE(Has(caption)) << ToUtf8(caption);
         gtk_menu_shell_activate_item(menu_, GTK_WIDGET(Item(caption)), TRUE);
+    }
+    void Click(const std::wstring& caption) override {
+        ASSERT_TRUE(Has(caption)) << ToUtf8(caption);
+        GtkWidget* const item = GTK_WIDGET(Item(caption));
+        GtkAllocation place;
+        gtk_widget_get_allocation(item, &place);
+        const wxPoint menu = Place();
+        wxUIActionSimulator mouse;
+        mouse.MouseMove(menu.x + place.x + place.width / 2, menu.y + place.y + place.height / 2);
+        mouse.MouseClick();
+    }
+    bool SubmenuIsOpen(const std::wstring& caption) const override {
+        GtkWidget* const submenu = gtk_menu_item_get_submenu(Item(caption));
+        return submenu && gtk_widget_get_mapped(submenu);
     }
     void Close() override { gtk_menu_shell_deactivate(menu_); }
 

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "dialogs/Clipboard.h"
 #include "notes/NoteKeys.h"
 #include "notes/NoteWindow.h"
 #include "notes/frmNote.h"
@@ -69,12 +70,18 @@ TEST_F(NoteKeysTest, AskForWhatTheMouseAsksFor) {
         {'F', wxMOD_CONTROL, {L"find"}},
         {'F', wxMOD_NONE, {}},
         {'Z', wxMOD_CONTROL, {L"bring back"}},
+        {'V', wxMOD_CONTROL, {L"text: von anderswo"}},
+        {'V', wxMOD_NONE, {}},
     };
+    ASSERT_TRUE(CopyText(L"von anderswo"));
     for (const auto& row : rows) {
         SCOPED_TRACE(testing::Message() << row.code << " with " << row.modifiers);
         EXPECT_EQ(CallsAfter(row.code, row.modifiers), row.calls);
     }
     EXPECT_EQ(note->Focus(), NotePart::Body);
+    note->Text(L"Käse");
+    EXPECT_EQ(CallsAfter('C', wxMOD_CONTROL), Calls{});
+    EXPECT_EQ(ClipboardText(), L"Käse");
 }
 
 TEST_F(NoteKeysTest, TabReachesTheControlsAndSpaceAndEnterPressThem) {
@@ -90,7 +97,7 @@ TEST_F(NoteKeysTest, TabReachesTheControlsAndSpaceAndEnterPressThem) {
     EXPECT_EQ(note->Focus(), NotePart::Body);
     Key(WXK_TAB, wxMOD_SHIFT);
     EXPECT_EQ(note->Focus(), NotePart::cmdMinimize);
-    EXPECT_EQ(CallsAfter(WXK_SPACE), Calls{});
+    EXPECT_EQ(CallsAfter(WXK_SPACE), Calls{L"pass on"});
     EXPECT_TRUE(note->Minimized());
 }
 

@@ -17,9 +17,18 @@ class NoteRecorder : public NoteHost {
                                                           : L"menu elsewhere");
     }
     void FocusNextNote(frmNote&, bool forward) override { calls.push_back(forward ? L"next" : L"previous"); }
+    void PassKeyboardOn(frmNote&) override { calls.push_back(L"pass on"); }
     void EditNote(frmNote&) override { calls.push_back(L"edit"); }
-    void FindNotes() override { calls.push_back(L"find"); }
+    void FindNotes(frmNote&) override { calls.push_back(L"find"); }
     void BringBackDeleted() override { calls.push_back(L"bring back"); }
+    void OpenLink(const std::wstring& address) override { calls.push_back(L"open " + address); }
+    bool AddText(const std::wstring& text) override {
+        calls.push_back(L"text: " + text);
+        return true;
+    }
+    void ImportFiles(const std::vector<std::wstring>& fileNames) override {
+        for (const std::wstring& each : fileNames) calls.push_back(L"file: " + each);
+    }
 
     std::vector<std::wstring> calls;
 };

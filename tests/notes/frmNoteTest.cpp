@@ -88,6 +88,30 @@ TEST_F(FrmNote, IsTouchedByWhatTheUserDoesWithIt) {
     }
 }
 
+TEST_F(FrmNote, CtrlAndAClickOpenAnAddressAcrossItsLines) {
+    note->Text(L"siehe http://example.org/aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa und");
+    note->SizeTo(2400, 4000);
+    note->ShowStacked();
+    RunPosted();
+    Take(recorder);
+    const TwipsRect text = note->Layout().lblMessage;
+    const auto click = [&](double y) {
+        for (const wxEventType type : {wxEVT_MOTION, wxEVT_LEFT_DOWN, wxEVT_LEFT_UP}) {
+            wxMouseEvent event(type);
+            event.SetPosition(wxPoint(static_cast<int>(text.left / 15) + 20, static_cast<int>(y / 15)));
+            event.SetControlDown(true);
+            note->ProcessWindowEvent(event);
+        }
+        RunPosted();
+        return Take(recorder);
+    };
+    const double line = 300;  // a little more than a line is high
+    const std::wstring opened =
+        L"open http://example.org/aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa";
+    EXPECT_EQ(click(text.top + 1.5 * line), Calls{opened});
+    EXPECT_EQ(click(text.top + 2.5 * line), Calls{opened});
+}
+
 TEST_F(FrmNote, IsNeverSmallerThanFiftyPixels) {
     note->SizeTo(0, 0);
     EXPECT_EQ(note->Width(), 750);

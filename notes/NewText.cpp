@@ -1,0 +1,53 @@
+#include "notes/NewText.h"
+
+#include <algorithm>
+
+#include "base/DateText.h"
+#include "base/Text.h"
+#include "dialogs/Message.h"
+#include "model/KeepReason.h"
+#include "notes/NoteStore.h"
+
+namespace {
+
+constexpr const wchar_t* kTitle = L"Neue Notiz";
+
+// With the line breaks of notes, but for those at its end.
+std::wstring NoteText(std::wstring text) {
+    std::replace(text.begin(), text.end(), L'\0', L' ');
+    text = WithCrLf(text);
+    while (text.ends_with(L"\r\n")) text.resize(text.size() - 2);
+    return text;
+}
+
+// Keeps a note that the store alone would lose when the program ends.
+KeepResult KeepWhole(const NoteStore& store, const Note& note) {
+    return ComesBack(note.text) || !store.OnLongText ? KeepResult() : store.OnLongText(note);
+}
+
+}  // namespace
+
+bool AddText(NoteStore& store, const std::wstring& text) {
+    const Note note{.text = NoteText(text), .creationTime = CurrentCreationTime()};
+    if (note.text.find_first_not_of(L" \t\r\n") == note.text.npos) return false;
+    if (StoredLength(note.text) > kLongestNoteText) {
+        TellMessage(
+            L"Der Text ist zu lang für eine Notiz: Er hat mehr als 65.535 Byte.\r\nEs ist keine Notiz "
+            L"entstanden.",
+            kCritical, kTitle);
+        return false;
+    }
+    KeepResult kept = KeepWhole(store, note);
+    if (kept.Kept()) kept = store.AddNoteIfKept(note);
+    if (!kept.Kept()) {
+        TellMessage(L"Die Notiz konnte nicht gespeichert werden.\r\n" + ReasonText(kept), kCritical, kTitle);
+        return false;
+    }
+    store.Notes().back()->Untouched(false);
+    if (!ComesBack(note.text))
+        TellMessage(
+            L"Der Text hat mehr als etwa 4000 Zeichen. So viel liest Kivora beim nächsten Start nicht wieder "
+            L"ein.\r\nDer ganze Text liegt deshalb auch als Exportdatei im Ordner \"lange-notizen\".",
+            kInformation, kTitle);
+    return true;
+}
