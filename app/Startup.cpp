@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "addressbook/frmAddressbook.h"
+#include "app/FirstHint.h"
 #include "app/KeptCommands.h"
 #include "app/KivoraApp.h"
 #include "app/Platform.h"
@@ -43,6 +44,7 @@ void Program::InitApplication() {
     if (IsQuitting()) return;
     RegisterFileExtensions();
     LoadNotes();
+    const bool firstStart = IsFirstStart();
     start_ = new frmStart(Store(), [this] { QuitApplication(); });
     start_->AddCommand(MenuItem::mnuNotizImport, [this] { ImportNotes(Store()); });
     start_->AddCommand(MenuItem::mnuNotizExport, [this] { ExportNotes(Store()); });
@@ -81,17 +83,7 @@ void Program::InitApplication() {
                               .print = [this] { Print(); }});
     keeping_.OnReadLate = [this] { receiving_->From(ReadReceiveFrom()); };
     keeping_.TakeInLeftWork();
-    Store().ShowNotes([this] {
-        SettleDown();
-        keeping_.Tell(Keeping::Boxes::Unwaited);
-        if (SeesNotesOfAllUsers())
-            TellMessage(
-                L"Kivora läuft mit den Rechten eines Administrators und zeigt deshalb nicht Ihre Notizen, "
-                L"sondern solche, die für alle Benutzer dieses Computers gelten: Was Sie jetzt schreiben, "
-                L"sehen auch die anderen, und löschen können sie es nicht.\r\n\r\nBeenden Sie Kivora und "
-                L"starten Sie es ohne diese Rechte, dann sind Ihre eigenen Notizen wieder da.",
-                kExclamation, L"Notizen aller Benutzer");
-    });
+    Store().ShowNotes([this, firstStart] { HasComeUp(firstStart); });
     if (role_) {
         role_->Listen([this](const Command& command) {
             CommandAnswer answer{1, L"Der Befehl ist fehlgeschlagen.\n"};
@@ -99,6 +91,22 @@ void Program::InitApplication() {
             return answer;
         });
     }
+}
+
+void Program::HasComeUp(bool firstStart) {
+    SettleDown();
+    if (firstStart && Store().CountNotes() == 0) {
+        Store().SaveNotes();  // from now on there is something
+        start_->GreetNewcomer();
+    }
+    keeping_.Tell(Keeping::Boxes::Unwaited);
+    if (SeesNotesOfAllUsers())
+        TellMessage(
+            L"Kivora läuft mit den Rechten eines Administrators und zeigt deshalb nicht Ihre Notizen, "
+            L"sondern solche, die für alle Benutzer dieses Computers gelten: Was Sie jetzt schreiben, "
+            L"sehen auch die anderen, und löschen können sie es nicht.\r\n\r\nBeenden Sie Kivora und "
+            L"starten Sie es ohne diese Rechte, dann sind Ihre eigenen Notizen wieder da.",
+            kExclamation, L"Notizen aller Benutzer");
 }
 
 CommandAnswer Program::CarryOut(const Command& command) {

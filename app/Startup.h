@@ -52,6 +52,7 @@ class Program {
 
   private:
     void InitApplication();
+    void HasComeUp(bool firstStart);  // all notes are on the screen
     void LoadNotes();
     CommandAnswer CarryOut(const Command& command);
     void ReceiveFile(const std::wstring& fileName);

@@ -3,6 +3,7 @@
 #include <wx/menu.h>
 
 #include "app/Autostart.h"
+#include "app/FirstHint.h"
 #include "app/PopupMenu.h"
 #include "app/frmInfo.h"
 #include "dialogs/DialogStack.h"
@@ -88,6 +89,12 @@ frmStart::frmStart(NoteStore& store, std::function<void()> quit)
                     [this](int id) { RunFromTrayMenu(nullptr, id); }};
 }
 
+frmStart::~frmStart() = default;
+
+void frmStart::GreetNewcomer() {
+    hint_ = std::make_unique<FirstHint>(*this, [this] { return notIcon.Place(); });
+}
+
 void frmStart::ShowState(const ProgramState& state) {
     notIcon.LetIconFile(ResourcePicture(state.trouble == Trouble::None ? kProgramIcon : kTroubleIcon));
     notIcon.IconToolTip(IconTip(state));
@@ -95,6 +102,7 @@ void frmStart::ShowState(const ProgramState& state) {
 
 void frmStart::ShowPopupMenu(frmNote* note, std::optional<wxPoint> at) {
     if (menuOpen_) return;
+    hint_.reset();
     popupNoteKey_.reset();
     if (note) popupNoteKey_ = note->NoteKey();
     store_.AutostartEnabled = StartsWithSession(store_.AutostartEnabled);
@@ -119,6 +127,7 @@ frmNote* frmStart::PopupNote() const { return popupNoteKey_ ? store_.Find(*popup
 void frmStart::RunCommand(MenuItem item) {
     const auto found = commands_.find(item);
     if (found == commands_.end()) return;
+    hint_.reset();
     const std::function<void()> command = found->second;  // which may take itself away
     command();
 }

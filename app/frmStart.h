@@ -14,6 +14,7 @@
 #include "app/MenuModel.h"
 #include "tray/Notification.h"
 
+class FirstHint;
 class frmNote;
 class NoteStore;
 
@@ -21,6 +22,7 @@ class frmStart : public wxFrame {
   public:
     // quit: what "Beenden" does.
     frmStart(NoteStore& store, std::function<void()> quit);
+    ~frmStart() override;
 
     // Opens the menu at a place on the screen, else at the mouse, and returns when it has closed and the
     // chosen command has run. Does nothing while the menu is open already.
@@ -45,6 +47,9 @@ class frmStart : public wxFrame {
     // The icon and its tip say how it stands.
     void ShowState(const ProgramState& state);
 
+    // Tells somebody who has never used the program what the icon is good for, once that has found its place.
+    void GreetNewcomer();
+
     Notification notIcon;
 
   private:
@@ -58,4 +63,5 @@ class frmStart : public wxFrame {
     std::map<MenuItem, std::function<void()>> commands_;
     std::optional<std::int32_t> popupNoteKey_;
     bool menuOpen_ = false;
+    std::unique_ptr<FirstHint> hint_;  // until the icon is used
 };

@@ -77,6 +77,8 @@ void Notification::ShowIcon() {
 
 void Notification::HideIcon() { item_.reset(); }
 
+std::optional<wxRect> Notification::Place() const { return item_ ? item_->Place() : std::nullopt; }
+
 void Notification::Enabled(bool enable) {
     enabled_ = enable;
     if (enable)

@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "tray/TrayMenu.h"
@@ -56,6 +57,8 @@ class Notification {
     void ShowIcon();
     void HideIcon();
     bool Shown() const { return item_ != nullptr; }
+    // Where it stands on the desktop; nothing while it stands nowhere, and where the area does not tell.
+    std::optional<wxRect> Place() const;
 
     bool Enabled() const { return enabled_; }
     // True shows the icon, false hides it. An icon that is shown while this is false reports nothing.

@@ -10,6 +10,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "tray/TrayMenu.h"
@@ -20,6 +21,10 @@ class TrayItem {
     virtual ~TrayItem() = default;  // deletes the icon
     // Replaces picture and tip (at most 63 characters) of the icon.
     virtual void Modify(const wxBitmapBundle& picture, const std::wstring& toolTip) = 0;
+
+    // Where the icon stands on the desktop; nothing while it stands nowhere, and where the area does not
+    // tell.
+    virtual std::optional<wxRect> Place() const = 0;
 
     // Adds an icon, with a tip of at most 63 characters. `report` gets every mouse message until the item is
     // destroyed; it may destroy the item. `menu` is for areas that show the menus of icons themselves;

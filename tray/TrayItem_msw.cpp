@@ -95,6 +95,8 @@ class MswTrayItem : public TrayItem {
         if (asked_) Tell(NIM_MODIFY);
     }
 
+    std::optional<wxRect> Place() const override { return std::nullopt; }  // it may be hidden
+
   private:
     static const wchar_t* WindowClass() {
         static const ATOM registered = [] {

@@ -46,6 +46,15 @@ class UnixTrayItem : public TrayItem, private HostedIcon {
         TrayStrip::Get().Changed(icon_);
     }
 
+    std::optional<wxRect> Place() const override {
+        if (const std::optional<wxRect> inStrip = TrayStrip::Get().PlaceOf(icon_)) return inStrip;
+        GdkRectangle place;
+        if (!status_ || !gtk_status_icon_is_embedded(status_) ||
+            !gtk_status_icon_get_geometry(status_, nullptr, &place, nullptr))
+            return std::nullopt;
+        return wxRect(place.x, place.y, place.width, place.height);
+    }
+
   private:
     void OfferToHost(TrayHost host) override {
         if (host == TrayHost::StatusNotifier) {

@@ -155,6 +155,15 @@ void TrayStrip::Place() {
     gtk_window_move(GTK_WINDOW(window_), place.x, place.y);
 }
 
+std::optional<wxRect> TrayStrip::PlaceOf(const TrayIcon& icon) const {
+    const auto found = std::find(cells_.begin(), cells_.end(), icon.number);
+    if (!window_ || found == cells_.end()) return std::nullopt;
+    const int index = static_cast<int>(found - cells_.begin());
+    int x = 0, y = 0;
+    gtk_window_get_position(GTK_WINDOW(window_), &x, &y);
+    return wxRect(x + layout_.CellX(index), y + layout_.CellY(index), layout_.cell, layout_.cell);
+}
+
 const TrayIcon* TrayStrip::IconAt(double x, double y) const {
     const int index =
         layout_.IndexAt(static_cast<int>(x), static_cast<int>(y), static_cast<int>(cells_.size()));

@@ -26,6 +26,8 @@ class TrayStrip {
     // Picture or tip of an icon have changed; nothing happens when the strip does not show it.
     void Changed(const TrayIcon& icon);
     void Remove(const TrayIcon& icon);
+    // Where an icon of the strip stands on the desktop; nothing for one that it does not show.
+    std::optional<wxRect> PlaceOf(const TrayIcon& icon) const;
     // A rectangle of the desktop that the strip should not cover, if there is one; asked whenever the strip
     // is placed.
     std::function<std::optional<GdkRectangle>()> KeepFree;
