@@ -15,6 +15,7 @@ using Calls = std::vector<std::wstring>;
 class FrmNote : public testing::Test {
   protected:
     FrmNote() : note(new frmNote(recorder)) {}
+    ~FrmNote() override { RunPosted(); }  // what the note has put off goes to this recorder
 
     // A mouse event at a place in twips.
     void Mouse(wxEventType type, double x, double y) {
