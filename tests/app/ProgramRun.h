@@ -18,6 +18,7 @@
 #include "base/FileName.h"
 #include "exchange/ImportFile.h"
 #include "net/frmFlood.h"
+#include "notes/frmFind.h"
 #include "registry/RegistryCalls.h"
 #include "registry/clsRegistry.h"
 #include "tests/addressbook/Entries.h"
@@ -158,7 +159,9 @@ class ProgramRun {
         wxTheApp->ProcessPendingEvents();
         // Dialogs that nobody waits for go with the process.
         for (wxWindow* window : wxWindowList(wxTopLevelWindows)) {
-            if (dynamic_cast<frmInfo*>(window) || dynamic_cast<frmFlood*>(window)) window->Destroy();
+            if (dynamic_cast<frmInfo*>(window) || dynamic_cast<frmFlood*>(window) ||
+                dynamic_cast<frmFind*>(window))
+                window->Destroy();
             EXPECT_TRUE(wxPendingDelete.Member(window) || !dynamic_cast<DialogWindow*>(window));
         }
         ExpectSame(diedWith_ ? *diedWith_ : Kept::Now(), Expected());
@@ -169,6 +172,7 @@ class ProgramRun {
     frmStart& Start() { return *start_; }
     void Choose(MenuItem item) { start_->RunCommand(item); }
     void HandOver(const fs::path& file) { receive_({L"", {FileName(file)}}); }
+    void HandOverCommand(const wchar_t* name) { receive_({name, {}}); }
     void DisplayDies() {
         program_->DisplayHasDied();
         diedWith_ = Kept::Now();
@@ -222,7 +226,8 @@ class ProgramRun {
     static void Confirm(DialogWindow* dialog) {
         if (!dialog) return;
         wxWindow* const ok = dialog->FindWindow(wxID_OK);
-        const bool stays = dynamic_cast<frmUnsaved*>(dialog);  // where OK tries again
+        // Where OK tries again, or shows a note.
+        const bool stays = dynamic_cast<frmUnsaved*>(dialog) || dynamic_cast<frmFind*>(dialog);
         if (ok && ok->IsShown() && ok->IsEnabled() && !stays)
             Press(ok);
         else

@@ -172,6 +172,7 @@ const std::map<std::string, Waiting> kWaiting = {
                                             CheckAll)(run);
           },
       .addresses = {L"Büro geändert"}}},
+    {"find", {.open = [](ProgramRun& run) { run.HandOverCommand(L"--find"); }, .waits = In<frmFind>()}},
     {"info", {.open = Command(mnuNotizInfo), .waits = In<frmInfo>()}},
     {"flood",
      {.open =
