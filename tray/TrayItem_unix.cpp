@@ -1,3 +1,4 @@
+#include <gdk/gdkx.h>
 #include <gtk/gtk.h>
 
 #include <algorithm>
@@ -106,7 +107,12 @@ class UnixTrayItem : public TrayItem, private HostedIcon {
         if (!status_) return;
         GtkStatusIcon* status = std::exchange(status_, nullptr);
         g_signal_handlers_disconnect_by_data(status, this);
+        // A host may have gone and taken the icon's window along. GDK would end the program at the error that
+        // X11 answers then.
+        GdkDisplay* const display = gdk_display_get_default();
+        gdk_x11_display_error_trap_push(display);
         gtk_status_icon_set_visible(status, FALSE);
+        gdk_x11_display_error_trap_pop_ignored(display);
         // The icon may be in the middle of telling something.
         g_idle_add(
             [](void* object) -> gboolean {
