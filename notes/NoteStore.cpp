@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "model/AddressBook.h"
+#include "notes/NotePlace.h"
 #include "notes/NoteWindow.h"
 #include "tray/Notification.h"
 
@@ -103,7 +104,9 @@ NotePtr NoteStore::MakeNewNote(const Note& content) {
 void NoteStore::PlaceAsNew(frmNote& note) {
     std::vector<wxRect> others;
     for (const NotePtr& each : notes_) {
-        if (each.get() != &note && !each->Minimized()) others.push_back(each->WindowRect());
+        if (each.get() == &note || each->Minimized()) continue;
+        // As the note knows it: to ask X11 for each, at each new note, takes longer than all the rest.
+        others.push_back(OnScreens(NotePixels(*each, each->Content().place)));
     }
     note.PlaceAsNew(others);
 }
