@@ -9,6 +9,7 @@ packages_test="libgtest-dev dbus-daemon iproute2 sqlite3 cups-daemon cups-client
                shared-mime-info desktop-file-utils libfile-mimeinfo-perl xserver-xorg-core
                xserver-xorg-video-dummy"
 packages_fuzz="clang-14 libclang-rt-14-dev llvm-14"
+packages_bench="libbenchmark-dev iproute2 perl-base"
 packages_check="clang-format shellcheck python3 git"
 packages_package="debhelper dpkg-dev fakeroot lintian appstream desktop-file-utils"
 packages_windows="g++-mingw-w64-i686-posix dpkg-dev googletest icoutils python3"
