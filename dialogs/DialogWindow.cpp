@@ -5,6 +5,7 @@
 #include "dialogs/ControlNames.h"
 #include "dialogs/DialogPlace.h"
 #include "dialogs/DialogStack.h"
+#include "dialogs/Stacking.h"
 #include "dialogs/Wait.h"
 #include "res/Resources.h"
 
@@ -104,7 +105,8 @@ bool DialogWindow::LeaveScreen() {
     if (HasFlag(wxRESIZE_BORDER)) KeepSize(*this);
     const bool active = IsActive();
     Hide();
-    if (active && !IsQuitting() && !ActivateNewestDialog() && keyboardReturn_) keyboardReturn_();
+    const bool last = active && !IsQuitting() && !ActivateNewestDialog();
+    if (last && keyboardReturn_ && !GivesKeyboardBack()) keyboardReturn_();
     if (alone_) Destroy();
     return true;
 }

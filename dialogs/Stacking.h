@@ -1,5 +1,5 @@
 #pragma once
-// How high a window stands. Neither call gives it the keyboard.
+// How high a window stands, and who gets the keyboard of one that goes. No call gives it the keyboard.
 
 #include <vector>
 
@@ -10,3 +10,7 @@ void KeepAbove(wxTopLevelWindow& window, bool above);
 
 // Puts windows on the screen, which are kept above, in front of all others, the last one foremost.
 void PutInFront(const std::vector<wxTopLevelWindow*>& windows);
+
+// Whether Windows or the window manager gives the keyboard of a dialog that goes to the window below it, as
+// far as is known. Else the program has to.
+bool GivesKeyboardBack();

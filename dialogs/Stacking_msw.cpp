@@ -18,3 +18,6 @@ void KeepAbove(wxTopLevelWindow& window, bool above) { Put(window, above ? HWND_
 void PutInFront(const std::vector<wxTopLevelWindow*>& windows) {
     for (const wxTopLevelWindow* window : windows) Put(*window, HWND_TOPMOST);
 }
+
+// Where the program did it with SetForegroundWindow, the next menu got no keys under Wine.
+bool GivesKeyboardBack() { return true; }

@@ -12,3 +12,5 @@ void PutInFront(const std::vector<wxTopLevelWindow*>& windows) {
         if (GdkWindow* native = gtk_widget_get_window(window->GetHandle())) gdk_window_raise(native);
     }
 }
+
+bool GivesKeyboardBack() { return false; }
