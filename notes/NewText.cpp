@@ -20,11 +20,6 @@ std::wstring NoteText(std::wstring text) {
     return text;
 }
 
-// Keeps a note that the store alone would lose when the program ends.
-KeepResult KeepWhole(const NoteStore& store, const Note& note) {
-    return ComesBack(note.text) || !store.OnLongText ? KeepResult() : store.OnLongText(note);
-}
-
 }  // namespace
 
 bool AddText(NoteStore& store, const std::wstring& text) {
@@ -37,7 +32,7 @@ bool AddText(NoteStore& store, const std::wstring& text) {
             kCritical, kTitle);
         return false;
     }
-    KeepResult kept = KeepWhole(store, note);
+    KeepResult kept = store.KeepLong(note);
     if (kept.Kept()) kept = store.AddNoteIfKept(note);
     if (!kept.Kept()) {
         TellMessage(L"Die Notiz konnte nicht gespeichert werden.\r\n" + ReasonText(kept), kCritical, kTitle);

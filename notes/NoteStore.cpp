@@ -142,10 +142,13 @@ frmNote& NoteStore::AdoptKeptNote(const Note& content) {
     return note;
 }
 
+KeepResult NoteStore::KeepLong(const Note& note) const {
+    return ComesBack(note.text) || !OnLongText ? KeepResult() : OnLongText(note);
+}
+
 KeepResult NoteStore::RestoreNotes(const std::vector<Note>& notes) {
     for (const Note& note : notes) {
-        if (ComesBack(note.text) || !OnLongText) continue;
-        if (KeepResult elsewhere = OnLongText(note); !elsewhere.Kept()) return elsewhere;
+        if (KeepResult elsewhere = KeepLong(note); !elsewhere.Kept()) return elsewhere;
     }
     const auto before = static_cast<std::ptrdiff_t>(notes_.size());
     for (const Note& note : notes) AdoptKeptNote(note);

@@ -59,6 +59,8 @@ class NoteStore {
     // The same for a note that the program has kept itself: one that never was on the screen has no place
     // yet, and gets that of a new note.
     frmNote& AdoptKeptNote(const Note& content);
+    // Keeps a note whose text the store alone would not give back elsewhere (OnLongText), if that is set.
+    KeepResult KeepLong(const Note& note) const;
     // Takes notes in that were deleted, at their own places, saves once and shows them. When that fails, or a
     // text that is too long for the store cannot be kept elsewhere, none of them stays.
     KeepResult RestoreNotes(const std::vector<Note>& notes);
