@@ -63,8 +63,7 @@ struct Cups {
 
 const wchar_t* const kNoAnswer =
     L"Der Druckdienst antwortet nicht. Es wurde nichts gedruckt.\r\nVersuchen Sie es später noch einmal, "
-    L"oder "
-    L"wählen Sie unter \"Einstellung...\" den Drucker \"In Datei drucken (PDF)\".";
+    L"oder wählen Sie unter \"Einstellung...\" den Drucker \"In Datei drucken (PDF)\".";
 
 const char* NoPassword(const char*, http_t*, const char*, const char*, void*) { return nullptr; }
 
