@@ -1,8 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <sstream>
-
 #include "app/CommandLine.h"
 #include "app/IconTip.h"
 #include "base/ExecutableFileName.h"
@@ -117,19 +114,6 @@ TEST(Commands, PackAndUnpack) {
     }
     for (const wchar_t* const other : {L"/a.kvr", L"2", L"C:\\a.kvr"})
         EXPECT_EQ(Unpacked(other), std::nullopt);
-}
-
-// Whoever adds a command tells of it wherever commands are told of.
-TEST(Commands, AreInThePagesAndInTheCompletion) {
-    for (const char* const page : {"packaging/linux/kivora.1", "packaging/linux/kivora.de.1",
-                                   "packaging/linux/kivora.bash", "hilfe/ch5_commands.html"}) {
-        std::ostringstream content;
-        content << std::ifstream(std::string(SOURCE_FOLDER) + "/" + page).rdbuf();
-        std::string text = content.str();
-        std::erase(text, '\\');  // manual pages protect hyphens so
-        for (const CommandRow& row : Commands())
-            EXPECT_NE(text.find(ToUtf8(row.name)), text.npos) << page << " " << ToUtf8(row.name);
-    }
 }
 
 TEST(IconTip, SaysWhatIsNotAsUsual) {
