@@ -49,7 +49,7 @@ void Disk::Name(Naming naming) {
     since_.push_back(std::move(naming));
 }
 
-void Disk::Apply(const LoggedCall& call) {
+void Disk::Apply(const FileCall& call) {
     if (!call.succeeded && call.kind != CallKind::Write) return;
     const auto named = names_.find(call.path);
     switch (call.kind) {

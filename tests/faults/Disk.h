@@ -1,6 +1,6 @@
 #pragma once
 // A disk that keeps for sure only what was synchronized: what a power cut leaves of a folder after the calls
-// that FileCalls.h has written down.
+// that FileCalls.h has seen.
 //
 // Promised is what POSIX promises: the bytes of a file once it was synchronized, a name, new or taken away,
 // once its folder was. What came later is there, not there, or partly there: of written bytes any sectors, of
@@ -20,7 +20,7 @@ class Disk {
     // What is in the folder now is on the disk.
     explicit Disk(std::filesystem::path folder);
 
-    void Apply(const LoggedCall& call);
+    void Apply(const FileCall& call);
 
     enum class Rest { Lost, Kept, Partly };
     // Writes into an empty folder what is there when the power comes back.

@@ -21,7 +21,7 @@ namespace {
 struct Watch {
     std::string folder;  // with a slash at its end; empty while nothing is watched
     Fault fault;
-    int log = -1;
+    FileWatcher watcher;
     std::atomic<std::int64_t> count = 0;
     std::atomic<bool> came = false;
     std::array<std::atomic<bool>, 1024> files = {};  // which open files lie below the folder
@@ -82,6 +82,8 @@ bool Meets(int error, CallKind kind, bool changes) {
 }
 
 [[noreturn]] void Die() {
+    watch.folder.clear();
+    if (watch.watcher.dying) watch.watcher.dying();
     kill(getpid(), SIGKILL);
     for (;;) pause();
 }
@@ -120,12 +122,12 @@ class Call {
 
     // The call has returned. The caller reads errno after it.
     template <class Result>
-    Result Ended(Result result, LoggedCall logged = {}) const {
+    Result Ended(Result result, FileCall logged = {}) const {
         const int error = errno;
-        if (watch.log >= 0) {
+        if (watch.watcher.seen) {
             logged.kind = kind_;
             logged.succeeded = result >= 0;
-            WriteLog(watch.log, logged);
+            watch.watcher.seen(logged);
         }
         if (half_ || (watch.fault.kind == Fault::KillAfter && number_ == watch.fault.at)) Die();
         errno = error;
@@ -223,10 +225,10 @@ void* Mapped(int file, const Ask& ask) {
 
 }  // namespace
 
-void WatchFiles(const std::string& folder, const Fault& fault, int log) {
+void WatchFiles(const std::string& folder, const Fault& fault, const FileWatcher& watcher) {
     watch.folder = folder + "/";
     watch.fault = fault;
-    watch.log = log;
+    watch.watcher = watcher;
     watch.count = 0;
     watch.came = false;
 }

@@ -1,12 +1,13 @@
 #pragma once
 // Every call for files that this process makes, from our own code and from the libraries, SQLite among them:
-// the functions of the C library are replaced by ones that count the calls below one folder, write them down
-// if asked to, and let one of them end in a fault. What lies elsewhere is not touched.
+// the functions of the C library are replaced by ones that count the calls below one folder, tell them to who
+// wants to know, and let one of them end in a fault. What lies elsewhere is not touched.
 //
 // Nothing is synchronized in truth, which makes many runs quick: who wants to know what a power cut leaves
 // asks Disk.h.
 
 #include <cstdint>
+#include <functional>
 #include <string>
 
 enum class CallKind : std::uint8_t {
@@ -23,8 +24,7 @@ enum class CallKind : std::uint8_t {
     Rights,
     Lock,
     Look,  // does it exist, how large is it
-    Map,
-    kKinds
+    Map
 };
 
 struct Fault {
@@ -41,15 +41,7 @@ struct Fault {
     int error = 0;        // as in errno
 };
 
-// Starts anew with the number 1. The folder is named as the calls will name it. When `log` is an open file,
-// each call is written to it, as ReadLog reads it.
-void WatchFiles(const std::string& folder, const Fault& fault, int log = -1);
-
-// Lets everything succeed from here on; counts on.
-void EndFault();
-bool FaultHasCome();
-
-struct LoggedCall {
+struct FileCall {
     CallKind kind = CallKind::Open;
     std::int32_t file = -1;              // as the kernel numbers it
     std::int32_t flags = 0;              // of an opening
@@ -59,8 +51,14 @@ struct LoggedCall {
     bool succeeded = false;
 };
 
-// Adds a call to the end of a log.
-void WriteLog(int log, const LoggedCall& call);
+struct FileWatcher {
+    std::function<void(const FileCall&)> seen = {};  // after each call
+    std::function<void()> dying = {};                // before a fault kills the process
+};
 
-// The next call in a log; false at its end.
-bool ReadLog(int log, LoggedCall& call);
+// Starts anew with the number 1. The folder is named as the calls will name it.
+void WatchFiles(const std::string& folder, const Fault& fault, const FileWatcher& watcher = {});
+
+// Lets everything succeed from here on; counts on.
+void EndFault();
+bool FaultHasCome();

@@ -91,70 +91,35 @@ bool ToImage(const StoredImage& stored, Image& image, std::string& why) {
     return false;
 }
 
-void Ledger::Line(const std::string& text) {
-    std::string line = text;
+void Ledger::Write(std::string line) {
     std::replace(line.begin(), line.end(), '\n', ' ');
-    line += "\n";
+    line += '\n';
     (void)!write(file_, line.data(), line.size());
 }
-void Ledger::Trying(const Image& image) { Line("try " + ToText(image)); }
-void Ledger::Kept(int image) { Line("kept " + std::to_string(image)); }
-void Ledger::Refused(int image, const std::string& why) {
-    Line("refused " + std::to_string(image) + " " + why);
-}
-void Ledger::Binned(NoteName note) { Line("binned " + ToText(note)); }
-void Ledger::KeptForNextStart(const Image& image) { Line("next " + ToText(image)); }
-void Ledger::Exported(int number) { Line("exported " + std::to_string(number)); }
-void Ledger::Told(const std::string& what) { Line("told " + what); }
-void Ledger::Wrong(const std::string& what) { Line("wrong " + what); }
 
 void Ledger::Recovered(const std::optional<RecoveryReport>& report) {
-    if (!report) return;
-    if (damaged_)
-        Told("recovered: " + report->detail);
-    else
-        Wrong("taken for damaged: " + report->detail);
+    if (report && !damaged_) Wrong("taken for damaged: " + report->detail);
 }
 
-Ledger::Content Ledger::Read(int file) {
-    std::string all;
-    char bytes[4096];
-    lseek(file, 0, SEEK_SET);
-    for (ssize_t got; (got = read(file, bytes, sizeof bytes)) > 0;) all.append(bytes, std::size_t(got));
+Ledger::Content Ledger::Read(const std::string& text) {
     Content content;
-    content.tried[0] = {};
-    std::istringstream lines(all);
+    std::istringstream lines(text);
     for (std::string line; std::getline(lines, line);) {
         std::istringstream words(line);
         std::string what;
-        words >> what;
-        const std::string rest = line.substr(std::min(line.size(), what.size() + 1));
-        const auto name = [&](NoteName& to) {
-            char dot;
-            return static_cast<bool>(words >> to.number >> dot >> to.version);
-        };
-        int number = 0;
-        NoteName note;
-        if (what == "try" || what == "next") {
-            words >> number;
-            Image& image = what == "try" ? content.tried[number] : content.forNextStart.emplace_back();
-            image.number = number;
-            while (name(note)) image.notes.push_back(note);
-            image = Sorted(image);
-        } else if (what == "kept") {
-            words >> content.kept;
-            if (content.first == 0) content.first = content.kept;
-        } else if (what == "exported") {
-            words >> content.exported;
-        } else if (what == "refused") {
-            words >> number;
-            content.refused.push_back(number);
-            content.told.push_back(rest);
-        } else if (what == "binned" && name(note)) {
-            content.binned.push_back(note);
-        } else {
-            (what == "told" ? content.told : content.wrong).push_back(rest);
-        }
+        Image image;
+        words >> what >> image.number;
+        char dot;
+        for (NoteName note; words >> note.number >> dot >> note.version;) image.notes.push_back(note);
+        image = Sorted(image);
+        if (what == "try") content.tried[image.number] = image;
+        if (what == "next") content.forNextStart.push_back(image);
+        if (what == "kept") content.kept = image.number;
+        if (what == "kept" && content.first == 0) content.first = image.number;
+        if (what == "exported") content.exported = image.number;
+        if (what == "refused") content.refused.push_back(image.number);
+        if (what == "binned") content.binned.push_back(image.notes.at(0));
+        if (what == "wrong") content.wrong.push_back(line.substr(what.size() + 1));
     }
     return content;
 }
@@ -163,27 +128,13 @@ bool Program::Start(const Image& present) {
     StoredImage stored = ReadStoredImage();
     const RegistryHealth health = HealthOfRegistry();
     ledger_.Recovered(TakeRecoveryReport());
-    if (!health.writing.Kept()) ledger_.Told("start: " + health.writing.detail);
-    if (!health.reading.Kept()) {
-        ledger_.Told("start: " + health.reading.detail);
-        return false;
-    }
+    if (!health.reading.Kept()) return false;
     std::string why;
     Image image;
     if (!ToImage(stored, image, why))
         ledger_.Wrong("start: " + why);
     else if (image != Sorted(present))
         ledger_.Wrong("start: there is " + ToText(image) + ", to be expected was " + ToText(present));
-    return Take(present);
-}
-
-bool Program::TryStartAgain(const Image& present) {
-    const KeepResult result = ReadRegistryAgain();
-    if (!result.Kept()) ledger_.Told("start again: " + result.detail);
-    return result.Kept() && Start(present);
-}
-
-bool Program::Take(const Image& present) {
     image_ = present;
     for (const NoteName name : image_.notes)
         if (name.number < kFirstImported) lastNote_ = std::max(lastNote_, name.number);
@@ -191,21 +142,23 @@ bool Program::Take(const Image& present) {
     return true;
 }
 
+bool Program::TryStartAgain(const Image& present) { return ReadRegistryAgain().Kept() && Start(present); }
+
 void Program::Save() {
     ++image_.number;
     const std::vector<Note> notes = NotesOf(image_);
     std::vector<const Note*> all;
     for (const Note& note : notes) all.push_back(&note);
-    ledger_.Trying(image_);
+    ledger_.Line("try", image_);
     const KeepResult result = WriteStoredImage(false, all, {EntryOf(image_)});
     unsaved_ = !result.Kept();
     if (result.Kept()) {
         stored_ = DigestOf(false, all, {EntryOf(image_)}, Digested::AsRead);
-        ledger_.Kept(image_.number);
+        ledger_.Line("kept", {image_.number});
     } else {
-        ledger_.Refused(image_.number, result.detail);
+        ledger_.Line("refused", {image_.number});
+        if (result.detail.empty()) ledger_.Wrong("a save failed without a reason");
     }
-    if (unsaved_ && result.detail.empty()) ledger_.Wrong("a save failed without a reason");
     ledger_.Recovered(TakeRecoveryReport());
 }
 
@@ -230,9 +183,9 @@ void Program::Delete() {
     const auto note = image_.notes.begin() + static_cast<std::ptrdiff_t>(image_.notes.size() / 2);
     try {
         NoteFolder(Bin(data_), kBinned).Keep(NoteOf(*note));
-        ledger_.Binned(*note);
-    } catch (const std::system_error& failed) {
-        ledger_.Told(std::string("bin: ") + failed.what());
+        ledger_.Line("binned", {0, {*note}});
+    } catch (const std::system_error&) {
+        // Nothing is promised.
     }
     image_.notes.erase(note);
     Save();
@@ -240,7 +193,6 @@ void Program::Delete() {
 
 void Program::Import(const std::filesystem::path& file) {
     const ReadNotes read = ReadNotesOf(file, kMostImportedNotes, [](std::size_t) { return true; });
-    if (!read.complete) ledger_.Told("import: incomplete");
     std::vector<NoteName> names;
     for (const Note& note : read.notes) {
         names.push_back(NameOf(note));
@@ -252,17 +204,10 @@ void Program::Import(const std::filesystem::path& file) {
     Save();
 }
 
-void Program::KeepStateAside() {
-    const KeepResult result = KeepState();
-    if (!result.Kept()) ledger_.Told("state: " + result.detail);
-}
+void Program::KeepStateAside() { (void)KeepState(); }
 
 void Program::Export() {
-    const std::error_code failed = SaveFile(Exported(data_), ExportedBytes(++exports_));
-    if (failed)
-        ledger_.Told("export: " + failed.message());
-    else
-        ledger_.Exported(exports_);
+    if (!SaveFile(Exported(data_), ExportedBytes(++exports_))) ledger_.Line("exported", {exports_});
 }
 
 void Program::Quit() { Hive().Close(); }
@@ -271,11 +216,7 @@ void Program::EndUnsaved() {
     image_.notes.push_back({++lastNote_, 0});
     ++image_.number;
     const UnsavedImage unsaved{false, NotesOf(image_), {EntryOf(image_)}, stored_};
-    const KeepResult result = WriteEmergencyFile(unsaved, Emergency(data_));
-    if (result.Kept())
-        ledger_.KeptForNextStart(image_);
-    else
-        ledger_.Told("emergency: " + result.detail);
+    if (WriteEmergencyFile(unsaved, Emergency(data_)).Kept()) ledger_.Line("next", image_);
 }
 
 std::vector<std::filesystem::path> Program::Emergency(const std::filesystem::path& data) {

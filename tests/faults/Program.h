@@ -26,7 +26,7 @@ std::string ToText(NoteName name);
 // One state of all that is kept. An address of that number is in it, so that it can be told from all others.
 struct Image {
     int number = 0;
-    std::vector<NoteName> notes;
+    std::vector<NoteName> notes = {};
     bool operator==(const Image&) const = default;
 };
 std::string ToText(const Image& image);
@@ -40,31 +40,26 @@ class Ledger {
   public:
     // `damaged`: the hive is, and may be taken for it.
     explicit Ledger(int file, bool damaged = false) : file_(file), damaged_(damaged) {}
-    void Trying(const Image& image);
-    void Kept(int image);
-    void Refused(int image, const std::string& why);
-    void Binned(NoteName note);
-    void KeptForNextStart(const Image& image);
-    void Exported(int number);
-    void Told(const std::string& what);
-    void Wrong(const std::string& what);
+    // Of an image: "try", "kept", "refused", and "next" when the next start is to find it in an emergency
+    // file. "binned": its first note is in the bin. "exported": the export of that number is in the file.
+    void Line(const std::string& what, const Image& image) { Write(what + " " + ToText(image)); }
+    void Wrong(const std::string& what) { Write("wrong " + what); }
     // What the program says of a damaged hive, if anything.
     void Recovered(const std::optional<RecoveryReport>& report);
 
     struct Content {
-        std::map<int, Image> tried;  // by number; 0 is the empty one
-        int kept = 0;                // the number of the last one that was
-        int first = 0;               // of the first one
+        std::map<int, Image> tried = {{0, {}}};  // by number; 0 is the empty one
+        int kept = 0, first = 0;                 // the numbers of the last one that was, and of the first one
         std::vector<int> refused;
         std::vector<NoteName> binned;
         std::vector<Image> forNextStart;
         int exported = 0;  // the number of the last export that succeeded
-        std::vector<std::string> told, wrong;
+        std::vector<std::string> wrong;
     };
-    static Content Read(int file);
+    static Content Read(const std::string& text);
 
   private:
-    void Line(const std::string& text);
+    void Write(std::string line);
     int file_;
     bool damaged_;
 };
@@ -102,8 +97,6 @@ class Program {
     static std::string ExportedBytes(int number);
 
   private:
-    bool Take(const Image& present);
-
     std::filesystem::path data_;
     Ledger& ledger_;
     Image image_;

@@ -1,43 +1,9 @@
-#include "tests/faults/Rows.h"
-
-#include <fcntl.h>
-
 #include <cerrno>
 #include <map>
-#include <sstream>
-#include <utility>
 
-#include "tests/faults/Scenarios.h"
+#include "tests/faults/Run.h"
 
 namespace {
-
-const std::pair<const char*, Fault::Kind> kFaults[] = {{"none", Fault::None},
-                                                       {"kill-before", Fault::KillBefore},
-                                                       {"kill-inside", Fault::KillInside},
-                                                       {"kill-after", Fault::KillAfter},
-                                                       {"fail", Fault::FailOnce},
-                                                       {"fails", Fault::FailForGood}};
-const std::pair<const char*, Disk::Rest> kRests[] = {
-    {"lost", Disk::Rest::Lost}, {"kept", Disk::Rest::Kept}, {"partly", Disk::Rest::Partly}};
-const std::pair<const char*, int> kErrors[] = {
-    {"-", 0},           {"ENOSPC", ENOSPC}, {"EDQUOT", EDQUOT}, {"EIO", EIO},       {"EROFS", EROFS},
-    {"EACCES", EACCES}, {"EMFILE", EMFILE}, {"ENOMEM", ENOMEM}, {"EAGAIN", EAGAIN}, {"ENOLCK", ENOLCK}};
-
-template <class Value, std::size_t n>
-const char* NameOf(const std::pair<const char*, Value> (&table)[n], Value value) {
-    for (const auto& [name, each] : table)
-        if (each == value) return name;
-    return "?";
-}
-template <class Value, std::size_t n>
-bool ValueOf(const std::pair<const char*, Value> (&table)[n], const std::string& name, Value& value) {
-    for (const auto& [each, its] : table)
-        if (each == name) {
-            value = its;
-            return true;
-        }
-    return false;
-}
 
 // What each call can fail with.
 const std::vector<int>& ErrorsOf(CallKind kind) {
@@ -59,73 +25,30 @@ const std::vector<int>& ErrorsOf(CallKind kind) {
     return errors.at(kind);
 }
 
-// Whether a call can leave something else on the disk than was there before.
-bool Changes(const LoggedCall& call) {
-    switch (call.kind) {
-        case CallKind::Open:
-            return (call.flags & O_CREAT) != 0;
-        case CallKind::Write:
-        case CallKind::Truncate:
-        case CallKind::Sync:
-        case CallKind::Rename:
-        case CallKind::Link:
-        case CallKind::Remove:
-        case CallKind::MakeFolder:
-            return true;
-        default:
-            return false;
-    }
-}
-
-void AddRows(Sort sort, const std::string& scenario, std::int64_t at, const LoggedCall& call,
+void AddRows(Sort sort, const std::string& scenario, std::int64_t at, const SeenCall& call,
              std::vector<Row>& rows) {
-    if (sort == Sort::Failures) {
+    if (sort == kFailures) {
         for (const int error : ErrorsOf(call.kind))
             for (const Fault::Kind kind : {Fault::FailOnce, Fault::FailForGood})
                 rows.push_back({scenario, {kind, at, error}});
-        return;
+    } else if (call.changes && sort == kKills) {
+        rows.push_back({scenario, {Fault::KillBefore, at}});
+        if (call.kind == CallKind::Write) rows.push_back({scenario, {Fault::KillInside, at}});
+        rows.push_back({scenario, {Fault::KillAfter, at}});
+    } else if (call.changes) {
+        using enum Disk::Rest;
+        for (const Row::Cut cut : {Row::Cut{Lost, 0}, {Partly, 1}, {Partly, 2}, {Kept, 0}})
+            rows.push_back({scenario, {Fault::KillBefore, at}, cut});
     }
-    if (!Changes(call)) return;
-    if (sort == Sort::Kills) {
-        rows.push_back({scenario, {Fault::KillBefore, at, 0}});
-        if (call.kind == CallKind::Write) rows.push_back({scenario, {Fault::KillInside, at, 0}});
-        rows.push_back({scenario, {Fault::KillAfter, at, 0}});
-        return;
-    }
-    const Fault fault{Fault::KillBefore, at, 0};
-    rows.push_back({scenario, fault, true, Disk::Rest::Lost, 0});
-    for (std::uint32_t seed = 1; seed <= 2; ++seed)
-        rows.push_back({scenario, fault, true, Disk::Rest::Partly, seed});
-    rows.push_back({scenario, fault, true, Disk::Rest::Kept, 0});
 }
 
 }  // namespace
 
-std::string ToText(const Row& row) {
-    std::string text = row.scenario + " ";
-    if (row.cutsPower)
-        return text + "cut " + std::to_string(row.fault.at) + " " + NameOf(kRests, row.rest) + " " +
-               std::to_string(row.seed);
-    return text + NameOf(kFaults, row.fault.kind) + " " + std::to_string(row.fault.at) + " " +
-           NameOf(kErrors, row.fault.error);
-}
-
-bool ToRow(const std::string& text, Row& row) {
-    std::istringstream words(text);
-    std::string what, with;
-    if (!(words >> row.scenario >> what >> row.fault.at >> with)) return false;
-    row.cutsPower = what == "cut";
-    if (!row.cutsPower)
-        return ValueOf(kFaults, what, row.fault.kind) && ValueOf(kErrors, with, row.fault.error);
-    row.fault.kind = Fault::KillBefore;
-    return ValueOf(kRests, with, row.rest) && (words >> row.seed);
-}
-
 std::vector<Row> RowsOf(Sort sort) {
-    static std::map<std::string, std::vector<LoggedCall>> calls;
+    static std::map<std::string, std::vector<SeenCall>> calls;
     std::vector<Row> rows;
-    for (const std::string& scenario : Scenarios()) {
-        std::vector<LoggedCall>& its = calls[scenario];
+    for (const std::string& scenario : kScenarios) {
+        std::vector<SeenCall>& its = calls[scenario];
         if (its.empty()) its = CallsOf(scenario);
         for (std::size_t i = 0; i < its.size(); ++i)
             AddRows(sort, scenario, static_cast<std::int64_t>(i) + 1, its[i], rows);

@@ -1,9 +1,13 @@
-#include <sys/wait.h>
-#include <unistd.h>
+#include "tests/faults/Run.h"
+
+#include <fcntl.h>
 
 #include <algorithm>
 #include <csignal>
-#include <filesystem>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <memory>
 #include <set>
 #include <stdexcept>
 
@@ -13,14 +17,93 @@
 #include "registry/RegistryHive.h"
 #include "tests/faults/Process.h"
 #include "tests/faults/Program.h"
-#include "tests/faults/Rows.h"
-#include "tests/faults/Scenarios.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
 constexpr int kAttempts = 3, kExports = 2;
+
+fs::path ImportFile(const fs::path& data) { return data / "import.kvr"; }
+
+// A folder made once, and what is kept in it.
+struct Prepared {
+    Folder folder;
+    Image present;
+};
+
+void MakeUsed(Program& program, int notes) {
+    program.Start({});
+    for (int i = 0; i < notes; ++i) program.Add();
+    program.Delete();
+    program.Edit();
+}
+
+// Until SQLite will soon bring its log, 1000 pages of 4096 bytes, into the file.
+void FillLog(Program& program, const fs::path& data) {
+    constexpr std::uintmax_t kNearlyFull = 850 * 4096;
+    std::error_code none;
+    while (fs::file_size(data / "kivora/registry.sqlite-wal", none) < kNearlyFull && !none) program.EditAll();
+}
+
+void Damage(const fs::path& path) {
+    std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
+    const std::string bytes{std::istreambuf_iterator<char>(file), {}};
+    file.seekp(static_cast<std::streamoff>(bytes.rfind("Öl\r\nfür")));
+    file.put('?');
+}
+
+void Make(const std::string& scenario, Prepared& prepared) {
+    const fs::path data = prepared.folder.path / "data";
+    fs::create_directories(data / "run");
+    const std::vector<Note> notes = NotesOf({0, ImportedNotes()});
+    std::ofstream(ImportFile(data), std::ios::binary) << KeptFileBytes(notes);
+    if (scenario == "first") return;
+    std::ofstream(Program::Exported(data), std::ios::binary) << Program::ExportedBytes(0);
+
+    const Sheet sheet;
+    InProcess(data, [&] {
+        Ledger ledger(sheet);
+        Program program(data, ledger);
+        MakeUsed(program, 12);
+        if (scenario == "long") FillLog(program, data);
+        if (scenario == kDamaged) program.KeepStateAside();
+        if (scenario == "used" || scenario == kDamaged) program.Quit();
+    });
+    if (scenario == kDamaged) Damage(data / "kivora/registry.sqlite");
+    const Ledger::Content content = Ledger::Read(sheet.Text());
+    prepared.present = content.tried.at(content.kept);
+}
+
+Image Prepare(const std::string& scenario, const fs::path& data) {
+    static std::map<std::string, std::unique_ptr<Prepared>> all;
+    std::unique_ptr<Prepared>& prepared = all[scenario];
+    if (!prepared) {
+        prepared = std::make_unique<Prepared>();
+        Make(scenario, *prepared);
+    }
+    fs::copy(prepared->folder.path / "data", data, fs::copy_options::recursive);
+    return prepared->present;
+}
+
+std::vector<std::function<void(Program&)>> Steps(const std::string& scenario, const fs::path& data) {
+    std::vector<std::function<void(Program&)>> steps;
+    if (scenario == "long") {
+        for (int i = 0; i < 10; ++i) steps.push_back(&Program::EditAll);
+        return steps;
+    }
+    return {&Program::Add,
+            &Program::Edit,
+            &Program::Delete,
+            [data](Program& program) { program.Import(ImportFile(data)); },
+            &Program::KeepStateAside,
+            &Program::Export,
+            &Program::Edit,
+            &Program::Export,
+            &Program::Add,
+            &Program::Delete,
+            &Program::KeepStateAside};
+}
 
 void SaveUntilKept(Program& program, Ledger& ledger) {
     for (int i = 0; program.IsUnsaved() && i < kAttempts; ++i) program.Save();
@@ -29,8 +112,8 @@ void SaveUntilKept(Program& program, Ledger& ledger) {
 
 // The program from start to end while a fault comes.
 void Work(const std::string& scenario, const fs::path& data, const Image& present, const Fault& fault,
-          Ledger& ledger, int log) {
-    WatchFiles(data.string(), fault, log);
+          Ledger& ledger, const FileWatcher& watcher) {
+    WatchFiles(data.string(), fault, watcher);
     Program program(data, ledger);
     bool started = program.Start(present);
     if (!started && fault.kind == Fault::FailForGood) EndFault();
@@ -107,7 +190,7 @@ void Check(const fs::path& data, const Ledger::Content& promised, Ledger& ledger
     if (image.number < promised.kept)
         return ledger.Wrong("next start: lost are the saves from " + std::to_string(image.number) + " to " +
                             std::to_string(promised.kept));
-    ledger.Kept(image.number);
+    ledger.Line("kept", {image.number});
     const std::set<NoteName> binned = Binned(data);
     for (const NoteName name : promised.binned)
         if (!binned.contains(name)) ledger.Wrong("not in the bin: " + ToText(name));
@@ -125,55 +208,59 @@ void Check(const fs::path& data, const Ledger::Content& promised, Ledger& ledger
     program.Quit();
 }
 
-void ReplayLog(int log, Disk& disk) {
-    lseek(log, 0, SEEK_SET);
-    for (LoggedCall call; ReadLog(log, call);) disk.Apply(call);
-}
-
 }  // namespace
 
-std::vector<LoggedCall> CallsOf(const std::string& scenario) {
+std::vector<SeenCall> CallsOf(const std::string& scenario) {
     const Folder folder;
-    const fs::path data = folder / "data";
+    const fs::path data = folder.path / "data";
     const Image present = Prepare(scenario, data);
-    const Sheet log, promised;
+    const Sheet calls, promised;
+    const auto note = [&](const FileCall& call) {
+        const bool changes = call.kind == CallKind::Open
+                                 ? (call.flags & O_CREAT) != 0
+                                 : call.kind >= CallKind::Write && call.kind <= CallKind::MakeFolder;
+        const SeenCall seen{call.kind, changes};
+        (void)!write(calls, &seen, sizeof seen);
+    };
     const int status = InProcess(data, [&] {
         Ledger ledger(promised, scenario == kDamaged);
-        Work(scenario, data, present, {}, ledger, log);
+        Work(scenario, data, present, {}, ledger, {note});
     });
     if (status != 0) throw std::runtime_error(scenario + " fails without a fault");
-    std::vector<LoggedCall> calls;
-    lseek(log, 0, SEEK_SET);
-    for (LoggedCall call; ReadLog(log, call);) calls.push_back(call);
-    return calls;
+    const std::string bytes = calls.Text();
+    std::vector<SeenCall> seen(bytes.size() / sizeof(SeenCall));
+    std::memcpy(seen.data(), bytes.data(), bytes.size());
+    return seen;
 }
 
 Outcome Run(const Row& row) {
     const Folder folder;
-    const fs::path data = folder / "data";
+    const fs::path data = folder.path / "data";
     const Image present = Prepare(row.scenario, data);
     Disk disk(data);
-    const Sheet log, promised, found;
+    const Sheet promised, found;
     const bool damaged = row.scenario == kDamaged;
     Ledger first(promised, damaged), second(found, damaged);
-    first.Trying(present);
-    first.Kept(present.number);
-    const int status = InProcess(
-        data, [&] { Work(row.scenario, data, present, row.fault, first, row.cutsPower ? int(log) : -1); });
+    first.Line("try", present);
+    first.Line("kept", {present.number});
+    FileWatcher watcher;
+    if (row.cut) {
+        watcher.seen = [&](const FileCall& call) { disk.Apply(call); };
+        watcher.dying = [&] {
+            fs::remove_all(data);
+            disk.PowerCut(data, row.cut->rest, row.cut->seed);
+        };
+    }
+    const int status = InProcess(data, [&] { Work(row.scenario, data, present, row.fault, first, watcher); });
 
     Outcome outcome;
     const bool dies = row.fault.kind != Fault::None && row.fault.kind < Fault::FailOnce;
     if (WIFSIGNALED(status) && !(dies && WTERMSIG(status) == SIGKILL))
         outcome.wrong.push_back("the program died of signal " + std::to_string(WTERMSIG(status)));
-    if (row.cutsPower) {
-        ReplayLog(log, disk);
-        fs::remove_all(data);
-        disk.PowerCut(data, row.rest, row.seed);
-    }
-    const Ledger::Content promises = Ledger::Read(promised);
+    const Ledger::Content promises = Ledger::Read(promised.Text());
     const int checked = InProcess(data, [&] { Check(data, promises, second); });
     if (checked != 0) outcome.wrong.push_back("the next start ended with " + std::to_string(checked));
-    const Ledger::Content seen = Ledger::Read(found);
+    const Ledger::Content seen = Ledger::Read(found.Text());
     for (const auto* wrong : {&promises.wrong, &seen.wrong})
         outcome.wrong.insert(outcome.wrong.end(), wrong->begin(), wrong->end());
     outcome.saved = static_cast<int>(promises.tried.size() - promises.refused.size());
