@@ -53,66 +53,28 @@ std::vector<PrintedLine> LinesOf(const std::vector<PrintedPage>& pages, std::siz
     return lines;
 }
 
-// Whether a line may end before this place: behind one of the characters and the accents on it.
-bool MayEndBefore(const std::wstring& text, std::size_t at) {
-    if (at < text.size() && text[at] == kAccent) return false;
-    while (at > 1 && text[at - 1] == kAccent) --at;
-    return at > 0 && std::wstring(L" ,;.:-!?").find(text[at - 1]) != std::wstring::npos;
-}
-
-std::wstring Without(std::wstring text, const wchar_t* unwanted) {
-    std::erase_if(text, [&](wchar_t c) { return std::wstring(unwanted).find(c) != std::wstring::npos; });
-    return text;
-}
-
 // The width of a stretch of text set on one line.
 double WidthOf(const std::wstring& text, const PrintFont& font) {
     const MeasuredText measured = Imagined(text, font);
     return measured.left + measured.ends.back() + measured.right;
 }
 
-// Everything a page promises about one text: all of it there once, in order, parted where it may be.
-void ExpectWhole(const std::wstring& text, const std::vector<PrintedLine>& lines, double room, double size) {
+// All of a text is there once and in order.
+void ExpectWhole(const std::wstring& text, const std::vector<PrintedLine>& lines) {
     std::size_t at = 0;
-    for (std::size_t i = 0; i < lines.size(); ++i) {
-        const PrintedLine& line = lines[i];
+    for (const PrintedLine& line : lines) {
         ASSERT_EQ(line.begin, at);
-        ASSERT_LE(line.begin, line.end);
-        const std::wstring part = text.substr(line.begin, line.end - line.begin);
-        ASSERT_EQ(part.find_first_of(L"\r\n"), std::wstring::npos);
-        std::wstring shown;
+        std::wstring shown, part = text.substr(at, line.end - at);
         for (const PrintedText& each : line.parts) shown += each.text;
-        std::wstring visible = part.substr(0, part.find_last_not_of(L" \t") + 1);
-        ASSERT_EQ(shown, Without(visible, L"\t"));
+        part.erase(part.find_last_not_of(L" \t") + 1);
+        std::erase(part, L'\t');
+        ASSERT_EQ(shown, part);
+        ASSERT_EQ(part.find_first_of(L"\r\n"), part.npos);
         at = line.end;
-        if (at == text.size()) {
-            ASSERT_EQ(i + 1, lines.size());
-            return;
-        }
-        if (text[at] == L'\r' || text[at] == L'\n') {
+        if (at < text.size() && (text[at] == L'\r' || text[at] == L'\n'))
             at += text.substr(at, 2) == L"\r\n" ? 2 : 1;
-            continue;
-        }
-        // A break that the text itself does not have.
-        ASSERT_LT(i + 1, lines.size());
-        ASSERT_NE(text[at], kAccent);
-        if (MayEndBefore(text, at)) continue;
-        std::size_t start = at, end = at;
-        while (start > line.begin && !MayEndBefore(text, start)) --start;
-        ASSERT_EQ(start, line.begin) << "cut inside a word though there is a place before";
-        while (end < text.size() && std::wstring(L"\r\n").find(text[end]) == std::wstring::npos) {
-            if (MayEndBefore(text, ++end)) break;
-        }
-        const std::wstring word = text.substr(start, end - start);
-        if (word.find(L'\t') == std::wstring::npos && !line.parts.empty()) {
-            while (end > start && text[end - 1] == L' ') --end;
-            PrintFont font = line.parts[0].font;
-            font.size = size;  // a single character may have needed a smaller one
-            ASSERT_GT(WidthOf(text.substr(start, end - start), font), room - kAccuracy);
-        }
     }
     ASSERT_EQ(at, text.size());
-    ASSERT_TRUE(text.empty() || text.back() == L'\n' || text.back() == L'\r');
 }
 
 void ExpectInside(const PrintedPage& page, const PrintRules& rules, const PaperSize& paper) {
@@ -143,11 +105,8 @@ class Invented {
     std::vector<Note> Notes() {
         std::vector<Note> notes(static_cast<std::size_t>(1 + Below(6)));
         for (Note& note : notes) {
-            note.text = Text();
-            note.creationTime = Below(3) == 0   ? L""
-                                : Below(9) == 0 ? std::wstring(600, L'8')
-                                                : L"21.11.2026, 09:05:00";
-            note.look.size = 8 + Below(18);
+            note = Written(Text(), Below(3) == 0 ? L"" : L"21.11.2026, 09:05:00", {.size = 8 + Below(18)});
+            if (Below(9) == 0) note.creationTime.assign(600, L'8');
             note.look.bold = Below(2) == 0;
             note.look.italic = Below(2) == 0;
             note.look.alignment = Below(3);
@@ -166,15 +125,13 @@ class Invented {
 
   private:
     std::wstring Text() {
-        const std::wstring alphabet =
-            std::wstring(L"abcdefgAVWij    ,;.:-!?\t\r\n\nÄß€") + kAccent + kTower + kWide;
-        const std::wstring seldom = alphabet.substr(alphabet.size() - 6);
-        const int letters = Below(4) == 0 ? 7 : Below(3) == 0 ? 14 : static_cast<int>(alphabet.size());
+        const std::wstring usual = L"abcdefgAVWij    ,;.:-!?\t\r\n\n",
+                           seldom = {L'€', L'ß', kAccent, kTower, kWide};
+        const int letters = Below(4) == 0 ? 7 : Below(3) == 0 ? 14 : static_cast<int>(usual.size());
         std::wstring text;
-        for (int length = Below(Below(10) == 0 ? 9000 : 700); length > 0; --length) {
-            const wchar_t c = alphabet[static_cast<std::size_t>(Below(letters))];
-            text += seldom.find(c) != std::wstring::npos && Below(20) != 0 ? L'x' : c;
-        }
+        for (int length = Below(Below(10) == 0 ? 9000 : 700); length > 0; --length)
+            text += Below(100) == 0 ? seldom[static_cast<std::size_t>(Below(5))]
+                                    : usual[static_cast<std::size_t>(Below(letters))];
         return text;
     }
 
@@ -185,40 +142,29 @@ class Invented {
 
 TEST(PageLayout, LosesDoublesAndMisplacesNothing) {
     Invented invented;
-    for (int round = 0; round < 300; ++round) {
+    for (int round = 0; round < 300 && !testing::Test::HasFailure(); ++round) {
+        SCOPED_TRACE(round);
         const std::vector<Note> notes = invented.Notes();
         const PrintRules rules = invented.Rules();
         const PaperSize papers[] = {{}, {297, 210}, {148, 210}, {420, 297}};
         const PaperSize paper = papers[invented.Below(4)];
-        SCOPED_TRACE(round);
-
         const std::vector<PrintedPage> pages = Pages(notes, rules, paper);
-        if (!PageLayout::HasRoom(rules, paper)) {
-            ASSERT_TRUE(pages.empty());
-            continue;
-        }
+        EXPECT_EQ(pages.empty(), !PageLayout::HasRoom(rules, paper));
+        if (pages.empty()) continue;
+        std::size_t all = 0, lines = pages.size();
         for (std::size_t i = 0; i < pages.size(); ++i) {
+            all += pages[i].lines.size();
             ExpectInside(pages[i], rules, paper);
             EXPECT_EQ(pages[i].lines.back().parts[0].text, std::to_wstring(i + 1));
         }
-        const double room = (paper.width - rules.left - rules.right) / kPoint;
-        std::size_t lines = 0;
         for (std::size_t i = 0; i < notes.size(); ++i) {
             const auto texts = LinesOf(pages, i, PrintedLine::Text),
                        dates = LinesOf(pages, i, PrintedLine::Date);
-            const double size = rules.size.value_or(notes[i].look.size);
-            ExpectWhole(notes[i].text, texts, room, size);
-            if (rules.dates && !notes[i].creationTime.empty()) {
-                ExpectWhole(notes[i].creationTime, dates, room, std::clamp(size * 0.75, 6.0, 9.0));
-            } else {
-                EXPECT_TRUE(dates.empty());
-            }
+            ExpectWhole(notes[i].text, texts);
+            ExpectWhole(rules.dates ? notes[i].creationTime : L"", dates);
             lines += texts.size() + dates.size();
         }
-        std::size_t all = 0;
-        for (const PrintedPage& page : pages) all += page.lines.size();
-        ASSERT_EQ(all, lines + pages.size());
-        if (HasFatalFailure()) return;
+        EXPECT_EQ(all, lines);
     }
 }
 
