@@ -104,6 +104,11 @@ std::optional<HiveValue> RepairedValue(const HiveKey& key, std::uint64_t checksu
     return std::nullopt;
 }
 
+std::uint64_t HiveImage::NextVersion() {
+    static std::uint64_t last = 0;
+    return ++last;
+}
+
 HiveImage::HiveImage() {
     top_.depth = -1;
     for (lastId_ = 0; lastId_ < kRoots; ++lastId_) {
@@ -260,6 +265,7 @@ void HiveImage::DeleteKey(HiveKey& key) {
 }
 
 void HiveImage::Touch(HiveKey& key) {
+    version_ = NextVersion();
     if (key.touched) return;
     key.touched = true;
     touched_.push_back(&key);

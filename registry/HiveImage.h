@@ -116,6 +116,9 @@ class HiveImage {
 
     bool IsChanged() const { return !touched_.empty(); }
 
+    // A number that no other image has, and this one had never before its last change.
+    std::uint64_t Version() const { return version_; }
+
     // Writes what differs from the file, and the checksums that are missing. False as soon as the writer
     // fails.
     bool WriteChanges(HiveWriter& writer);
@@ -130,7 +133,10 @@ class HiveImage {
     void Touch(HiveKey& key);
     HiveKey* CreateChild(HiveKey& parent, std::string_view name);
 
+    static std::uint64_t NextVersion();
+
     HiveKey top_;  // holds the roots
+    std::uint64_t version_ = NextVersion();
     std::unordered_map<std::int64_t, HiveKey*> byId_;
     std::vector<HiveKey*> touched_;
     std::int64_t lastId_ = 0;

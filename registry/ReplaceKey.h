@@ -14,11 +14,14 @@
 
 // Puts this content in the place of all that the key (with its last backslash) holds, and says whether it is
 // on the disk. When it is not kept, the key holds what it held; where only the registry itself refused to go
-// on, it holds a part of both until the next call succeeds or the program starts again.
+// on, it holds a part of both until the next call succeeds or the program starts again. A subkey is to be
+// spelled the same in all paths.
 KeepResult ReplaceKey(const std::wstring& key, const KeyContent& content);
 
 // The writing itself, value by value: a part of it may be done when the program ends meanwhile.
 void WriteKey(const std::wstring& key, const KeyContent& content);
+// The same beside what the key holds.
+void WriteValues(const std::wstring& key, const KeyContent& content);
 
 // Completes what ReplaceKey could not, because the program or the machine came to its end. To be called
 // before the key is read. When that fails, the key is not whole, and ReplaceKey refuses to write over it.

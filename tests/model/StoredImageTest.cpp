@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "base/Text.h"
 #include "model/StoredImage.h"
 #include "registry/clsRegistry.h"
@@ -171,4 +173,48 @@ TEST_F(StoredImageTest, EachStyleIsKept) {
     ASSERT_EQ(read.notes.size(), styled.notes.size());
     for (std::size_t i = 0; i < read.notes.size(); ++i)
         EXPECT_EQ(read.notes[i].note.look, styled.notes[i].note.look) << ToUtf8(kNoteStyles[i].caption);
+}
+
+// A save writes what differs from the last one; whatever has happened since, what is there afterwards is the
+// same as if nothing had been there before.
+TEST_F(StoredImageTest, IsWholeAfterWhateverWasThere) {
+    StoredImage first;
+    for (const wchar_t* text : {L"a", L"b", L"c"}) first.notes.emplace_back().note.text = text;
+    first.entries = {Entry(L"Büro", L"10.0.0.1")};
+    const auto changed = [&](const std::function<void(StoredImage&)>& change) {
+        StoredImage image = first;
+        change(image);
+        return image;
+    };
+    const std::pair<const char*, StoredImage> saves[] = {
+        {"nothing", first},
+        {"one text", changed([](StoredImage& image) { image.notes[1].note.text = L"x"; })},
+        {"one place", changed([](StoredImage& image) { image.notes[2].note.place.left = 15; })},
+        {"one more", changed([](StoredImage& image) { image.notes.push_back(image.notes[0]); })},
+        {"one less", changed([](StoredImage& image) { image.notes.erase(image.notes.begin()); })},
+        {"none", StoredImage()},
+        {"the flag", changed([](StoredImage& image) { image.autostart = true; })},
+        {"another entry", changed([](StoredImage& image) { image.entries[0] = Entry(L"Keller"); })},
+    };
+    const std::pair<const char*, std::function<void()>> meanwhile[] = {
+        {"nothing", [] {}},
+        {"a value", [] { PutText(L"Note1\\Text", L"y"); }},
+        {"a value too much", [] { PutText(L"Note1\\Size", L"y"); }},
+        {"a key too much", [] { PutText(L"Note7\\Text", L"y"); }},
+        {"a value missing", [] { Registry().DeleteValue(Path(L"Note0\\Color")); }},
+        {"a key missing", [] { Registry().DeleteKey(Path(L"Note0")); }},
+        {"all missing", [] { Registry().DeleteKey(kSettingsKey); }},
+    };
+    for (const auto& [what, next] : saves) {
+        Registry().DeleteKey(kSettingsKey);
+        ASSERT_TRUE(Write(next));
+        const std::string expected = ReadImage();
+        for (const auto& [event, happens] : meanwhile) {
+            SCOPED_TRACE(std::string(what) + ", meanwhile " + event);
+            ASSERT_TRUE(Write(first));
+            happens();
+            ASSERT_TRUE(Write(next));
+            EXPECT_EQ(ReadImage(), expected);
+        }
+    }
 }
