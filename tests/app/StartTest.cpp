@@ -133,6 +133,27 @@ TEST_F(StartTest, ForTheKeyboardItOpensAtTheNoteWithItsFirstItemChosen) {
         wxPoint(200, 150));
 }
 
+TEST_F(StartTest, AShortClickOpensASubmenu) {
+    const wchar_t* const caption = L"Notiz-Austausch";
+    std::unique_ptr<MenuOnScreen> menu;
+    Repeated* look = nullptr;
+    bool opened = false;
+    After(100ms, [&] {
+        menu = MenuOnScreen::Find();
+        if (!menu) return;
+        menu->Click(caption);
+        look = Repeated::Every(10ms, [&, looks = 0]() mutable {
+            if (opened) return false;  // the menu goes
+            opened = menu->SubmenuIsOpen(caption);
+            if (opened || ++looks == 1000) menu->Close();
+            return false;
+        });
+    });
+    start_->ShowPopupMenu(nullptr);
+    if (look) look->End();
+    EXPECT_TRUE(opened);
+}
+
 TEST_F(StartTest, ASecondMenuDoesNotOpenOverTheFirst) {
     frmNote& note = AddNote(L"eins");
     WithMenu(&note, [&](MenuOnScreen& menu) {
