@@ -122,7 +122,7 @@ KeepResult NoteStore::AddNoteIfKept(const Note& content) {
     frmNote& note = *notes_.emplace_back(MakeNewNote(content));
     KeepResult result = WriteImage();
     if (result.Kept()) {
-        note.ShowStacked();
+        ShowSoon(note);
         note.Untouched(true);
         Heard(result);
     } else {
@@ -254,6 +254,13 @@ void NoteStore::ShowNotes(std::function<void()> then) {
     ShowNextNotes();
 }
 
+void NoteStore::ShowSoon(frmNote& note) {
+    const bool first = !toShow_;
+    if (first) toShow_ = std::make_shared<ToShow>();
+    toShow_->notes.emplace_back(&note);
+    if (first) ShowNextNotes();
+}
+
 void NoteStore::ShowNextNotes() {
     constexpr int kAtOnce = 10;
     frmNote* last = nullptr;
@@ -267,7 +274,7 @@ void NoteStore::ShowNextNotes() {
     }
     if (!last) {
         const std::shared_ptr<ToShow> done = std::exchange(toShow_, nullptr);
-        done->then();
+        if (done->then) done->then();
         return;
     }
     // What the display has to say of a few windows is heard before the next are shown, or it would pile up.

@@ -50,7 +50,8 @@ class NoteStore {
     // work.
     frmNote& AddNote(const Note& content);
     // The same for a note whose sender waits for the answer: one that could not be kept does not stay, and
-    // whatever else is unsaved stays so. It counts as untouched.
+    // whatever else is unsaved stays so. It counts as untouched. Of many that come in quick succession most
+    // are shown later.
     KeepResult AddNoteIfKept(const Note& content);
     // Lets a note disappear that was just added: nothing is saved, and it goes into no bin.
     void TakeBack(frmNote& note);
@@ -159,6 +160,9 @@ class NoteStore {
     void TellOfChange() const;
     KeepResult DeleteInto(const BinOfMany& bin, const std::vector<frmNote*>& notes);
     void Remove(frmNote& note);
+    // At once, or while others are still coming to the screen, after them: who sends many notes one after the
+    // other waits for the disk only, not for the display.
+    void ShowSoon(frmNote& note);
     void ShowNextNotes();
     std::vector<frmNote*> InStackingOrder() const;
 
@@ -167,7 +171,7 @@ class NoteStore {
     std::vector<const Watch*> watches_;
     struct ToShow {
         std::deque<wxWeakRef<frmNote>> notes;
-        std::function<void()> then;
+        std::function<void()> then;  // if set
     };
     std::shared_ptr<ToShow> toShow_;  // while notes are being shown
     std::int32_t lastNoteNumber_ = 0;

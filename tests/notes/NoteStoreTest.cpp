@@ -157,3 +157,16 @@ TEST_F(NoteStoreTest, ShowNotesShowsThemAllThoughSomeGoMeanwhile) {
     EXPECT_TRUE(shown());
     EXPECT_EQ(store.CountNotes(), 39u);
 }
+
+TEST_F(NoteStoreTest, NotesThatComeTogetherAreAllShownThoughSomeGoMeanwhile) {
+    for (int i = 0; i < 30; ++i) ASSERT_TRUE(store.AddNoteIfKept({.text = L"a"}).Kept());
+    EXPECT_TRUE(store.Notes()[0]->IsShown());
+    frmNote& minimized = *store.Notes()[20];
+    minimized.Minimized(true);
+    store.DeleteNote(*store.Notes()[29]);
+    EXPECT_TRUE(RunUntil([&] {
+        return std::all_of(store.Notes().begin(), store.Notes().end(),
+                           [](const NotePtr& note) { return note->IsShown() != note->Minimized(); });
+    }));
+    EXPECT_TRUE(minimized.Minimized());
+}
