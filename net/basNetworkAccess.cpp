@@ -191,7 +191,9 @@ std::optional<clsIncoming::Refusal> NetworkAccess::TakeIn(const Note& received, 
     if (KeepLongNote && !ComesBack(note.text)) kept = KeepLongNote(note);
     if (kept.Kept()) kept = store_.AddNoteIfKept(note);
     if (!kept.Kept()) return clsIncoming::Refusal{kNotKept, FromUtf8(kept.detail)};
-    floodGuard_.Taken(address, std::chrono::steady_clock::now(), store_.Notes().back()->NoteKey());
+    frmNote& taken = *store_.Notes().back();
+    taken.Untouched(true);
+    floodGuard_.Taken(address, std::chrono::steady_clock::now(), taken.NoteKey());
     return std::nullopt;
 }
 

@@ -38,7 +38,6 @@ bool AddText(NoteStore& store, const std::wstring& text) {
         TellMessage(L"Die Notiz konnte nicht gespeichert werden.\r\n" + ReasonText(kept), kCritical, kTitle);
         return false;
     }
-    store.Notes().back()->Untouched(false);
     if (!ComesBack(note.text))
         TellMessage(
             L"Der Text hat mehr als etwa 4000 Zeichen. So viel liest Kivora beim nächsten Start nicht wieder "

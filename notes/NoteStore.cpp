@@ -123,7 +123,6 @@ KeepResult NoteStore::AddNoteIfKept(const Note& content) {
     KeepResult result = WriteImage();
     if (result.Kept()) {
         ShowSoon(note);
-        note.Untouched(true);
         Heard(result);
     } else {
         Remove(note);

@@ -49,9 +49,9 @@ class NoteStore {
     // the text needs, shows it and saves. A note that could not be kept is there all the same, as unsaved
     // work.
     frmNote& AddNote(const Note& content);
-    // The same for a note whose sender waits for the answer: one that could not be kept does not stay, and
-    // whatever else is unsaved stays so. It counts as untouched. Of many that come in quick succession most
-    // are shown later.
+    // The same for a note whose sender waits for the answer, another computer or whoever gave a command: one
+    // that could not be kept does not stay, and whatever else is unsaved stays so. Of many that come in quick
+    // succession most are shown later.
     KeepResult AddNoteIfKept(const Note& content);
     // Lets a note disappear that was just added: nothing is saved, and it goes into no bin.
     void TakeBack(frmNote& note);

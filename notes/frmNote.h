@@ -85,7 +85,7 @@ class frmNote : public wxFrame, public ReadableNote {
     void NoteKey(std::int32_t key) { noteKey_ = key; }
 
     // The note came from another computer, and since it was shown nobody has clicked, minimized or changed it
-    // or pressed a key that it knows. The store says so of it; what the user does takes it back.
+    // or pressed a key that it knows. Whoever took it in says so of it; what the user does takes it back.
     bool Untouched() const { return untouched_; }
     void Untouched(bool on) { untouched_ = on; }
 

@@ -39,8 +39,8 @@ TEST_F(FrmFlood, EachWayOutIsOneAnswer) {
 TEST_F(FrmFlood, NotesThatDoNotGetIntoTheBinStayAndTheUserIsTold) {
     Open();
     store.OnDeleteFlood = [](const std::vector<Note>&) { return KeepResult{KeepFailure::DiskFull}; };
-    ASSERT_TRUE(store.AddNoteIfKept({.text = L"fremde"}).Kept());
-    store.AddNote({.text = L"eigene"});
+    store.AddNote({.text = L"fremde"}).Untouched(true);
+    ASSERT_TRUE(store.AddNoteIfKept({.text = L"eigene"}).Kept());
     ASSERT_TRUE(store.AllKept());
     AskAboutFlood(*network, {});
     Press(OpenDialog<frmFlood>()->cmdLöschen);
