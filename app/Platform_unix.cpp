@@ -100,8 +100,9 @@ void PrepareEnvironment() {
     mallopt(M_ARENA_MAX, 1);
 
     ChooseLocale();
-    // Wayland tells no program where its windows are, and notes have to know it.
-    gdk_set_allowed_backends("x11,*");
+    // Wayland tells no program where its windows are, and notes have to know it. GDK keeps a copy for each
+    // time it is told.
+    [[maybe_unused]] static const bool told = (gdk_set_allowed_backends("x11,*"), true);
 }
 
 void StyleWindows() {
