@@ -137,10 +137,11 @@ class ProgramRun {
     }
     ~ProgramRun() {
         ticks_->End();
-        program_.reset();
         ResetWaits();
-        // One whose showing is still under way would count as open in the next run.
+        // As in the process they go before the program. One whose showing is still under way would count as
+        // open in the next run.
         EXPECT_TRUE(RunUntil([] { return wxPendingDelete.IsEmpty(); }));
+        program_.reset();
         EmptyAddressBook();
         Registry().DeleteKey(kSettingsKey);
     }
