@@ -5,6 +5,7 @@
 #include <wx/stattext.h>
 
 #include "dialogs/ControlNames.h"
+#include "dialogs/ControlSize.h"
 #include "res/Resources.h"
 
 namespace {
@@ -50,6 +51,7 @@ frmUnsaved::frmUnsaved(const std::wstring& reason) : frmDialog(L"Nicht gespeiche
 void frmUnsaved::Reason(const std::wstring& reason) {
     lblReason->SetLabelText(reason);
     lblReason->Wrap(RoomForText(*this, kTextCharacters, 1).x);
+    FitLabel(*lblReason);
     if (GetSizer()) GetSizer()->SetSizeHints(this);
 }
 

@@ -5,9 +5,10 @@
 #include <wx/listctrl.h>
 #include <wx/nativewin.h>
 #include <wx/sizer.h>
+#include <wx/stattext.h>
 #include <wx/textctrl.h>
 
-#include "dialogs/BoxHeight.h"
+#include "dialogs/ControlSize.h"
 
 namespace {
 
@@ -25,7 +26,8 @@ void ForEachControl(wxWindow& parent, const Action& action) {
     }
 }
 
-void FitHeight(wxWindow& control) {
+void Fit(wxWindow& control) {
+    if (auto* label = dynamic_cast<wxStaticText*>(&control)) FitLabel(*label);
     auto* box = dynamic_cast<wxTextCtrl*>(&control);
     if (!box || box->IsMultiLine()) return;
     box->SetMinSize({box->GetMinSize().x, HeightOf(*box)});
@@ -61,7 +63,7 @@ void LayOutDialog(wxDialog& dialog, wxSizer* content, wxSizer* buttons) {
     const int margin = dialog.FromDIP(kDialogMargin);
     all->Add(content, wxSizerFlags(1).Expand().Border(wxALL, margin));
     all->Add(buttons, wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, margin));
-    ForEachControl(dialog, FitHeight);
+    ForEachControl(dialog, Fit);
     if (!dialog.HasFlag(wxRESIZE_BORDER)) {
         dialog.SetSizerAndFit(all);
         return;

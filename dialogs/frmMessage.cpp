@@ -8,6 +8,7 @@
 #include <algorithm>
 
 #include "dialogs/ControlNames.h"
+#include "dialogs/ControlSize.h"
 #include "dialogs/MessageFlags.h"
 #include "res/Resources.h"
 
@@ -125,6 +126,7 @@ void frmMessage::Fill(const std::wstring& text, int flags, const wxString& title
     // What the box needs beside its text is known now.
     const int room = Area().height - GetSize().y - kFreeLines * GetCharHeight();
     FillLabel(*label, text, width, std::max(room / label->GetCharHeight(), kLeastLines));
+    FitLabel(*label);
     GetSizer()->SetSizeHints(this);
     SetEscapeId(question ? wxID_CANCEL : wxID_OK);
     cmdOK->SetFocus();

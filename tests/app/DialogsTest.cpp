@@ -100,6 +100,8 @@ bool IsCut(wxWindow* window) {
     const wxSize size = window->GetSize();
     if (IsOneOf<wxStaticBox>(window))
         return size.x < window->GetTextExtent(wxControl::RemoveMnemonics(window->GetLabel())).x;
+    if (const auto* label = dynamic_cast<wxStaticText*>(window); label && !ShowsAllOfText(*label))
+        return true;
     const wxSize best = window->GetBestSize();
     if (IsOneOf<wxButton, wxCheckBox, wxRadioButton, wxStaticText, wxChoice, wxSpinCtrl>(window))
         return size.x < best.x || size.y < best.y;

@@ -9,6 +9,7 @@
 
 #include "dialogs/DialogWindow.h"
 
+class wxStaticText;
 class wxTextCtrl;
 
 // What a screen reader says: the control's name, or the label that it is told belongs to it.
@@ -30,6 +31,9 @@ void PressKey(wxWindow& control, int key, bool ctrl = false);
 
 // Whether Enter in the dialog means this button.
 bool IsDefaultOf(wxDialog& dialog, wxWindow& button);
+
+// Whether a label has room for all letters of its text as they are drawn.
+bool ShowsAllOfText(const wxStaticText& label);
 
 // The colour behind the characters of a box.
 wxColour PaperBehindText(wxTextCtrl& box);

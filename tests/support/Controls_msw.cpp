@@ -2,7 +2,11 @@
 
 #include <commctrl.h>
 #include <oleacc.h>
+#include <wx/dcmemory.h>
+#include <wx/image.h>
+#include <wx/msw/private.h>
 #include <wx/spinctrl.h>
+#include <wx/stattext.h>
 #include <wx/textctrl.h>
 #include <wx/uiaction.h>
 
@@ -110,6 +114,34 @@ void PressKey(wxWindow& control, int key, bool ctrl) {
 }
 
 bool IsDefaultOf(wxDialog& dialog, wxWindow& button) { return dialog.GetDefaultItem() == &button; }
+
+namespace {
+
+// How many pixels the text of a label covers, drawn as Windows does it in a label of this width.
+std::size_t Ink(const wxStaticText& label, int width) {
+    const wxSize size(width, label.GetSize().y);
+    wxBitmap paper(size);
+    paper.SetScaleFactor(label.GetContentScaleFactor());  // for the font
+    wxMemoryDC dc(paper);
+    dc.SetBackground(*wxWHITE_BRUSH);
+    dc.Clear();
+    dc.SetFont(label.GetFont());
+    RECT room{0, 0, size.x, size.y};
+    const wxString text = wxGetWindowText(label.GetHandle());
+    DrawTextW(dc.GetHDC(), text.wc_str(), -1, &room, DT_WORDBREAK | DT_EXPANDTABS);
+    dc.SelectObject(wxNullBitmap);
+    const wxImage image = paper.ConvertToImage();
+    const unsigned char* const bytes = image.GetData();
+    return 3 * static_cast<std::size_t>(size.x * size.y) -
+           static_cast<std::size_t>(std::count(bytes, bytes + 3 * size.x * size.y, 0xFF));
+}
+
+}  // namespace
+
+bool ShowsAllOfText(const wxStaticText& label) {
+    const int width = label.GetSize().x;
+    return Ink(label, width) == Ink(label, 2 * width);
+}
 
 // Windows asks its parent for the colour whenever the text is painted.
 wxColour PaperBehindText(wxTextCtrl& box) {

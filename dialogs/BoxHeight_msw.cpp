@@ -1,5 +1,0 @@
-#include <wx/textctrl.h>
-
-#include "dialogs/BoxHeight.h"
-
-int HeightOf(const wxTextCtrl& box) { return box.GetBestSize().y; }
