@@ -13,5 +13,5 @@ class wxWindow;
 // Quitting the program closes it.
 std::optional<int> OpenPopupMenu(wxWindow& owner, wxMenu& menu, std::optional<wxPoint> at);
 
-// Appends an item that only shows a picture and cannot be chosen. height: pixels.
+// Appends an item that only shows a picture and cannot be chosen. height: device-independent pixels.
 void AppendPicture(wxMenu& menu, int id, const wxBitmapBundle& picture, int height);

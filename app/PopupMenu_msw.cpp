@@ -19,7 +19,13 @@ int pictureHeight = 0;
 
 // Menus are narrower and wider than the picture: its right end stands at the right, and a column before that
 // fills the room between the two.
-constexpr int kRightEnd = 90;  // pixels
+constexpr int kRightEnd = 90;  // pixels on a screen of 96 dots an inch
+
+// Windows tells the program one resolution for all screens.
+template <class Measure>
+Measure OnScreen(const Measure& pixels) {
+    return wxWindow::FromDIP(pixels, nullptr);
+}
 
 // The picture on the ground of a menu, because it is copied to the screen without regard to transparency.
 wxBitmap OnMenuGround(const wxBitmap& bitmap) {
@@ -38,8 +44,8 @@ void DrawPicture(const DRAWITEMSTRUCT& item) {
     const HDC source = CreateCompatibleDC(item.hDC);
     const HGDIOBJ before = SelectObject(source, picture.GetHBITMAP());
     const int left = item.rcItem.left, top = item.rcItem.top, height = item.rcItem.bottom - top;
-    const int right = std::max<int>(item.rcItem.right - kRightEnd, left),
-              end = picture.GetWidth() - kRightEnd;
+    const int rightEnd = OnScreen(kRightEnd);
+    const int right = std::max<int>(item.rcItem.right - rightEnd, left), end = picture.GetWidth() - rightEnd;
     StretchBlt(item.hDC, left, top, right - left, height, source, end - 1, 0, 1, height, SRCCOPY);
     BitBlt(item.hDC, left, top, std::min(right - left, end), height, source, 0, 0, SRCCOPY);
     BitBlt(item.hDC, right, top, item.rcItem.right - right, height, source, end, 0, SRCCOPY);
@@ -88,9 +94,9 @@ std::optional<int> OpenPopupMenu(wxWindow& owner, wxMenu& menu, std::optional<wx
 }
 
 void AppendPicture(wxMenu& menu, int id, const wxBitmapBundle& bundle, int height) {
-    const wxBitmap bitmap = bundle.GetBitmap(wxDefaultSize);
+    const wxBitmap bitmap = bundle.GetBitmap(OnScreen(bundle.GetDefaultSize()));
     picture = bitmap.IsOk() ? OnMenuGround(bitmap) : wxNullBitmap;
-    pictureHeight = height;
+    pictureHeight = OnScreen(height);
     menu.Append(id, L" ");
     // A separator that draws itself: neither keys nor the mouse choose it.
     MENUITEMINFOW info{};

@@ -33,7 +33,7 @@ frmInfo::frmInfo() : frmDialog(Alone(), L"Info", L"index.html") {
     auto* content = new wxBoxSizer(wxHORIZONTAL);
     // The icon is made for 16 pixels and would be drawn at that size, however large the picture is.
     const double scale = GetContentScaleFactor();
-    wxBitmap icon = LoadPicture(kProgramIcon).GetBitmap(FromDIP(wxSize(48, 48)) * scale);
+    wxBitmap icon = LoadPicture(kProgramIcon).GetBitmap(wxSize(48, 48) * scale);
     icon.SetScaleFactor(scale);
     content->Add(new wxStaticBitmap(this, wxID_ANY, icon),
                  wxSizerFlags().Border(wxRIGHT, FromDIP(kDialogMargin)));

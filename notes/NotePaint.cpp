@@ -40,6 +40,20 @@ int LineHeight(wxDC& dc, const wxFont& font) {
     return known.back().second;
 }
 
+// For measuring text without a window, as it will be painted in one.
+class MeasuringDC : public wxMemoryDC {
+  public:
+    MeasuringDC() {
+        wxBitmap pixel(1, 1);
+        // Else fonts would be those of a screen of 96 dots an inch.
+        pixel.SetScaleFactor(wxWindow::FromDIP(kUsualDots, nullptr) / double{kUsualDots});
+        SelectObject(pixel);
+    }
+
+  private:
+    static constexpr int kUsualDots = 96;
+};
+
 MeasureText MeasureWith(LinePen& pen) {
     return [&pen](std::wstring_view text) { return pen.Measure(text); };
 }
@@ -140,8 +154,7 @@ wxColour ToColour(std::int32_t bgr) { return wxColour(static_cast<unsigned long>
 
 std::vector<PaintedLine> PaintedLines(const Note& note, const NoteLayout& layout, double scaleX,
                                       double scaleY) {
-    wxBitmap pixel(1, 1);
-    wxMemoryDC dc(pixel);
+    MeasuringDC dc;
     const wxFont& font = NoteFont(note.look);
     const wxRect box = ToPixels(layout.lblMessage, scaleX, scaleY);
     const int height = LineHeight(dc, font);
@@ -158,8 +171,7 @@ std::vector<PaintedLine> PaintedLines(const Note& note, const NoteLayout& layout
 }
 
 wxSize NaturalTextSize(const std::wstring& text, const wxFont& font, int width, int highest) {
-    wxBitmap pixel(1, 1);
-    wxMemoryDC dc(pixel);
+    MeasuringDC dc;
     const int height = LineHeight(dc, font);
     LinePen pen(dc, font);
     const auto most = std::min(kMostLines, static_cast<std::size_t>(highest / height) + 1);

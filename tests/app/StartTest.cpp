@@ -76,7 +76,7 @@ TEST_F(StartTest, MenuOpensWithoutAnyWindow) {
 
 TEST_F(StartTest, PictureIsFirstAndCannotBeChosen) {
     WithMenu(nullptr, [](MenuOnScreen& menu) {
-        EXPECT_EQ(menu.PictureHeight(), kMenuPictureHeight);
+        EXPECT_EQ(menu.PictureHeight(), wxWindow::FromDIP(kMenuPictureHeight, nullptr));
         menu.Close();
     });
 }
