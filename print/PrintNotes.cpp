@@ -32,16 +32,16 @@ std::wstring TitleOf(const Order& order) {
                                    : L"Kivora: " + std::to_wstring(order.notes.size()) + L" Notizen";
 }
 
-// Asks the user. `chosen`, the printer of this run, is one of the list's.
-std::optional<Order> AskForOrder(NoteStore& store, PrintSystem& system, PrinterSettings& chosen,
-                                 const std::wstring& hint) {
-    const OneDialog::Opened<frmPrint> dialog(printing, store, system, chosen, hint);
+// Asks the user, beginning with these settings, and keeps the ones that are chosen in the set-up.
+std::optional<Order> AskForOrder(NoteStore& store, PrintSystem& system, const PrinterSettings& settings,
+                                 const std::wstring& hint, std::optional<PrinterSettings>& chosen) {
+    const OneDialog::Opened<frmPrint> dialog(printing, store, system, settings, hint);
     if (dialog->ShowModal() != 1) return std::nullopt;
 
-    chosen = dialog->Settings();
+    if (dialog->WasSetUp()) chosen = dialog->Settings();
     auto notes = ChosenNotes(store, dialog->fraNotes->Marked(), L"Drucken");
     if (!notes) return std::nullopt;
-    return Order{std::move(*notes), dialog->Rules(), chosen};
+    return Order{std::move(*notes), dialog->Rules(), dialog->Settings()};
 }
 
 enum class PrintEnd { Done, Cancelled, Failed };
@@ -94,13 +94,15 @@ bool PrintNotes(NoteStore& store, PrintSystem& system) {
                     kCritical, kTitle);
         return false;
     }
-    // The user's choice holds for this run, as long as there is that printer.
-    static PrinterSettings chosen;
-    if (std::find(printers.names.begin(), printers.names.end(), chosen.printer) == printers.names.end()) {
-        chosen = {printers.standard, system.PaperOf(printers.standard)};
-    }
+    // What the user chooses in the set-up holds for this run, as long as there is that printer. Else the
+    // printer is taken as it is set now, which may be otherwise than the last time.
+    static std::optional<PrinterSettings> chosen;
+    const auto& names = printers.names;
+    if (chosen && std::find(names.begin(), names.end(), chosen->printer) == names.end()) chosen.reset();
+    const PrinterSettings settings =
+        chosen ? *chosen : PrinterSettings{printers.standard, system.PaperOf(printers.standard)};
     const OneDialog::Operation underWay(printing);
-    const std::optional<Order> order = AskForOrder(store, system, chosen, printers.hint);
+    const std::optional<Order> order = AskForOrder(store, system, settings, printers.hint, chosen);
     if (order && !IsQuitting()) Print(*order, system);
     return true;
 }

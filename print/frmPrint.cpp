@@ -127,7 +127,9 @@ void frmPrint::SetUpPrinter() {
     const bool changed = printing_.SetUp(settings_);
     if (IsQuitting()) return;
     settingUp_ = false;
-    if (changed) lblDrucker->SetLabelText(settings_.printer);
+    if (!changed) return;
+    wasSetUp_ = true;
+    lblDrucker->SetLabelText(settings_.printer);
 }
 
 void frmPrint::UpdateFormatting() { txtDateSize->Enable(optSchriftgradUser->GetValue()); }

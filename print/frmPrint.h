@@ -24,6 +24,7 @@ class frmPrint : public frmDialog, public NoteChoiceControls {
 
     PrintRules Rules() const;
     const PrinterSettings& Settings() const { return settings_; }
+    bool WasSetUp() const { return wasSetUp_; }  // whether the user has changed the settings
 
     // The controls, each under its name. A text box and its up-down are one wxSpinCtrl, which brings what is
     // typed into its range when it loses the keyboard.
@@ -55,5 +56,5 @@ class frmPrint : public frmDialog, public NoteChoiceControls {
 
     PrintSystem& printing_;
     PrinterSettings settings_;
-    bool settingUp_ = false;
+    bool settingUp_ = false, wasSetUp_ = false;
 };

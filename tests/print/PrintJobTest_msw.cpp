@@ -28,8 +28,8 @@ class PrintingOnWindows : public testing::Test {
         settings.paper = SystemPrinting().PaperOf(settings.printer);
     }
 
-    // What the printer's dialog gives when both sides are chosen in it.
-    std::vector<unsigned char> BothSides() {
+    // What the printer's dialog gives when this is chosen in it.
+    std::vector<unsigned char> Chosen(void (*choose)(DEVMODEW&)) {
         HANDLE printer = nullptr;
         if (!OpenPrinterW(settings.printer.data(), &printer, nullptr)) return {};
         const auto properties = [&](DEVMODEW* to, DEVMODEW* from, DWORD how) {
@@ -38,8 +38,7 @@ class PrintingOnWindows : public testing::Test {
         std::vector<unsigned char> bytes(static_cast<std::size_t>(properties(nullptr, nullptr, 0)));
         auto* mode = reinterpret_cast<DEVMODEW*>(bytes.data());
         properties(mode, nullptr, DM_OUT_BUFFER);
-        mode->dmFields |= DM_DUPLEX;
-        mode->dmDuplex = DMDUP_HORIZONTAL;
+        choose(*mode);
         properties(mode, mode, DM_IN_BUFFER | DM_OUT_BUFFER);
         ClosePrinter(printer);
         return bytes;
@@ -103,7 +102,42 @@ TEST_F(PrintingOnWindows, UsesThePrintersOwnPaper) {
 }
 
 TEST_F(PrintingOnWindows, KeepsWhatThePrintersDialogWasTold) {
-    EXPECT_FALSE(Has(Printed(), "/Duplex true"));
-    settings.driver = BothSides();
-    EXPECT_TRUE(Has(Printed(), "/Duplex true/Tumble true"));
+    struct {
+        const char* what;
+        void (*choose)(DEVMODEW&);
+        const char* printed;
+    } const told[] = {
+        {"both sides",
+         [](DEVMODEW& mode) {
+             mode.dmFields |= DM_DUPLEX;
+             mode.dmDuplex = DMDUP_HORIZONTAL;
+         },
+         "/Duplex true/Tumble true"},
+        {"the tray",
+         [](DEVMODEW& mode) {
+             mode.dmFields |= DM_DEFAULTSOURCE;
+             mode.dmDefaultSource = DMBIN_USER + 2;  // Wine counts them from there
+         },
+         "*InputSlot Tray"},
+        {"another paper",
+         [](DEVMODEW& mode) {
+             mode.dmFields |= DM_PAPERSIZE;
+             mode.dmPaperSize = DMPAPER_A5;
+         },
+         "*PageSize A5"},
+        {"a size of its own",
+         [](DEVMODEW& mode) {
+             mode.dmFields = (mode.dmFields | DM_PAPERWIDTH | DM_PAPERLENGTH) & ~DM_PAPERSIZE;
+             mode.dmPaperWidth = 1000;
+             mode.dmPaperLength = 1500;
+         },
+         "%%BoundingBox: 0 0 283 425"},  // points
+    };
+    const std::string usual = Printed();
+    for (const auto& row : told) {
+        SCOPED_TRACE(row.what);
+        EXPECT_FALSE(Has(usual, row.printed));
+        settings.driver = Chosen(row.choose);
+        EXPECT_TRUE(Has(Printed(), row.printed));
+    }
 }
