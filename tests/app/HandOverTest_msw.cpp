@@ -4,14 +4,12 @@
 #include <gtest/gtest.h>
 #include <sddl.h>
 
-#include <future>
 #include <thread>
 
 #include "app/CopyMutex_msw.h"
 #include "app/HandOver.h"
 #include "base/MessageWindow_msw.h"
 #include "tests/app/OtherCopy.h"
-#include "tests/support/Events.h"
 
 namespace {
 
@@ -30,9 +28,9 @@ class HandOverOnWindows : public testing::Test {
         std::vector<std::wstring> taken;
         role->Listen(To(taken));
         if (!hasWindow_) DestroyWindow(MessageWindow::Find(L"Kivora.HandOver"));
-        OtherCopy sender = OtherCopy::Sender(names);
-        EXPECT_TRUE(RunUntil([&] { return sender.Ended() && taken.size() >= names.size(); }));
-        EXPECT_EQ(sender.Result(), 0);
+        std::future<bool> sender = Sender(names);
+        EXPECT_TRUE(RunUntil([&] { return Ended(sender) && taken.size() >= names.size(); }));
+        EXPECT_TRUE(sender.get());
         return taken;
     }
 
@@ -82,9 +80,9 @@ TEST_F(HandOverOnWindows, WhatIsWithdrawnIsNotTakenByDdeEither) {
     std::vector<std::wstring> taken;
     role->Listen(To(taken));
     DestroyWindow(MessageWindow::Find(L"Kivora.HandOver"));
-    std::thread([] { EXPECT_FALSE(HandOver(L"C:\\withdrawn")); }).join();
-    OtherCopy sender = OtherCopy::Sender({L"C:\\taken"});
-    EXPECT_TRUE(RunUntil([&] { return sender.Ended() && !taken.empty(); }));
+    EXPECT_FALSE(Sender({L"C:\\withdrawn"}).get());
+    const std::future<bool> sender = Sender({L"C:\\taken"});
+    EXPECT_TRUE(RunUntil([&] { return Ended(sender) && !taken.empty(); }));
     EXPECT_EQ(taken, std::vector<std::wstring>{L"C:\\taken"});
 }
 
@@ -139,3 +137,8 @@ TEST_F(HandOverOnWindows, EveryCopyOfTheUserMayOpenTheMutex) {
 }
 
 }  // namespace
+
+std::vector<std::wstring> NamesOfAllKinds() {
+    return {L"C:\\Eigene Notizen\\ä ö ü €.kvr", L"\\\\rechner\\freigabe\\'a' & b.kvr", L"C:\\[print]",
+            L"C:\\" + std::wstring(4000, L'x')};
+}

@@ -1,4 +1,4 @@
-// What only copies that meet at a socket can do to each other: the other copies are forked.
+// What only copies that meet at a socket can do to each other.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/file.h>
@@ -7,15 +7,14 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
-#include <csignal>
 #include <filesystem>
 #include <functional>
-#include <thread>
+#include <latch>
 #include <vector>
 
 #include "app/MeetingPlace_unix.h"
 #include "base/DataFolder.h"
+#include "base/FileName.h"
 #include "tests/app/OtherCopy.h"
 
 namespace {
@@ -39,14 +38,13 @@ TEST_F(HandOverSocketTest, WaitsForACopyThatIsAboutToListen) {
     std::filesystem::create_directories(DataFolder());
     const Descriptor folder(open(DataFolder().c_str(), O_RDONLY | O_CLOEXEC));
     ASSERT_EQ(flock(folder.Get(), LOCK_EX | LOCK_NB), 0);
-    OtherCopy sender = OtherCopy::Sender({L"/a"});
-    std::this_thread::sleep_for(100ms);
-    EXPECT_FALSE(sender.Ended());
+    std::future<bool> sender = Sender({L"/a"});
+    EXPECT_EQ(sender.wait_for(100ms), std::future_status::timeout);
     flock(folder.Get(), LOCK_UN);
     role_ = RunningCopy::Claim();
     ASSERT_TRUE(role_);
     Listen();
-    ExpectTaken(sender);
+    ExpectTaken(std::move(sender));
 }
 
 TEST_F(HandOverSocketTest, BadSendersHarmNobody) {
@@ -55,28 +53,24 @@ TEST_F(HandOverSocketTest, BadSendersHarmNobody) {
     for (int i = 0; i < 10; ++i) silent.push_back(Connect());
     EXPECT_EQ(write(silent[0], "/half a na", 10), 10);
 
-    OtherCopy flood = OtherCopy::Doing([] {
-        std::signal(SIGPIPE, SIG_IGN);
-        const int fd = Connect();
+    std::future<bool> flood = std::async(std::launch::async, [] {
+        const Descriptor socket(Connect());
         const std::string much(65536, '/');
-        for (int i = 0; i < 100; ++i) {
-            if (write(fd, much.data(), much.size()) < 0) return 0;  // cut off
-        }
-        return 1;
+        int sent = 0;
+        while (sent < 100 && send(socket.Get(), much.data(), much.size(), MSG_NOSIGNAL) >= 0) ++sent;
+        return sent < 100;  // cut off
     });
-    OtherCopy relative = OtherCopy::Doing([] {
-        const int fd = Connect();
-        if (write(fd, "relative", 9) != 9) return 2;
+    std::future<bool> relative = std::async(std::launch::async, [] {
+        const Descriptor socket(Connect());
         char answer = 0;
-        return read(fd, &answer, 1) == 1 && answer == '-' ? 0 : 1;
+        return write(socket.Get(), "relative", 9) == 9 && read(socket.Get(), &answer, 1) == 1 &&
+               answer == '-';
     });
     close(Connect());
-    OtherCopy honest = OtherCopy::Sender({L"/honest"});
+    std::future<bool> honest = Sender({L"/honest"});
     EXPECT_TRUE(
-        RunUntil([&] { return flood.Ended() && relative.Ended() && honest.Ended() && !names_.empty(); }));
-    EXPECT_EQ(flood.Result(), 0);
-    EXPECT_EQ(relative.Result(), 0);
-    EXPECT_EQ(honest.Result(), 0);
+        RunUntil([&] { return Ended(flood) && Ended(relative) && Ended(honest) && !names_.empty(); }));
+    EXPECT_TRUE(flood.get() && relative.get() && honest.get());
     EXPECT_EQ(names_, std::vector<std::wstring>{L"/honest"});
 
     // The silent ones are sent away after a while.
@@ -94,8 +88,7 @@ TEST_F(HandOverSocketTest, SilentSendersInEveryPlaceDelayOthersOnly) {
     RunEvents(100ms);
     // What is not accepted yet gives up its place at once.
     for (std::size_t i = 16; i < silent.size(); ++i) close(silent[i]);
-    OtherCopy honest = OtherCopy::Sender({L"/honest"});
-    ExpectTaken(honest);
+    ExpectTaken(Sender({L"/honest"}));
     for (std::size_t i = 0; i < 16; ++i) close(silent[i]);
 }
 
@@ -111,8 +104,8 @@ class MeetingPlaceTest : public testing::Test {
             received = command.arguments[0];
             return CommandAnswer();
         });
-        OtherCopy sender = OtherCopy::Sender({L"/a"});
-        EXPECT_TRUE(RunUntil([&] { return sender.Ended() && !received.empty(); }));
+        const std::future<bool> sender = Sender({L"/a"});
+        EXPECT_TRUE(RunUntil([&] { return Ended(sender) && !received.empty(); }));
         EXPECT_EQ(received, L"/a");
     }
 
@@ -138,32 +131,24 @@ TEST_F(MeetingPlaceTest, IsTakenWhateverHappensToTheFolderOfTheNotes) {
 }
 
 TEST_F(MeetingPlaceTest, GoesToOneOfManyThatComeAtOnce) {
-    int go[2], answers[2];
-    ASSERT_EQ(pipe(go) + pipe(answers), 0);
     constexpr int kCopies = 20;
-    std::vector<OtherCopy> copies;
+    std::latch go(kCopies);
+    std::vector<std::future<std::unique_ptr<RunningCopy>>> copies;
     for (int i = 0; i < kCopies; ++i) {
-        copies.push_back(OtherCopy::Doing([&] {
-            close(go[1]);
-            char byte = 0;
-            if (read(go[0], &byte, 1) != 0) return 1;
+        copies.push_back(std::async(std::launch::async, [&] {
+            go.arrive_and_wait();
             std::unique_ptr<RunningCopy> role;
             for (int attempt = 0; attempt < 3 && !role; ++attempt) {
                 std::error_code ignored;
                 std::filesystem::remove_all(DataFolder(), ignored);
                 role = RunningCopy::Claim();
             }
-            if (write(answers[1], role ? "+" : "-", 1) != 1) return 2;
-            return role ? pause() : 0;
+            return role;
         }));
     }
-    close(go[0]);
-    close(go[1]);
-    std::string heard(kCopies, ' ');
-    for (char& answer : heard) ASSERT_EQ(read(answers[0], &answer, 1), 1);
-    EXPECT_EQ(std::count(heard.begin(), heard.end(), '+'), 1) << heard;
-    close(answers[0]);
-    close(answers[1]);
+    std::vector<std::unique_ptr<RunningCopy>> roles;
+    for (auto& copy : copies) roles.push_back(copy.get());
+    EXPECT_EQ(std::ranges::count_if(roles, [](const auto& role) { return role != nullptr; }), 1);
 }
 
 TEST_F(MeetingPlaceTest, IsTheSameByEveryPathToTheFolder) {
@@ -235,3 +220,8 @@ TEST_F(MeetingPlaceTest, BelongsToOneUser) {
 }
 
 }  // namespace
+
+std::vector<std::wstring> NamesOfAllKinds() {
+    return {L"/Eigene Notizen/ä ö ü €.kvr", L"/line\nbreak", FileName("/Latin-1 \xE4.kvr"), L"/ /[print]",
+            L"/" + std::wstring(4000, L'x')};
+}

@@ -1,9 +1,10 @@
 #pragma once
-// Another copy of the program in a process of its own, as far as the hand-over goes.
+// What the tests of the hand-over share. The other copies are threads, which share with the running copy no
+// more than processes do; those of the built program are in ProcessTest.
 
 #include <gtest/gtest.h>
 
-#include <functional>
+#include <future>
 #include <memory>
 #include <string>
 #include <vector>
@@ -11,35 +12,25 @@
 #include "app/HandOver.h"
 #include "tests/support/Events.h"
 
-class OtherCopy {
-  public:
-    // Hands these names over one after the other. Its result is 0 when all were taken, else 1.
-    static OtherCopy Sender(const std::vector<std::wstring>& names);
-    // Has the role until it is killed. Returns when it has it.
-    static OtherCopy Holder();
-    // Linux only. Does this; what that returns is its result.
-    static OtherCopy Doing(const std::function<int()>& work);
+// Another copy that hands these names over one after the other, and says whether all were taken.
+inline std::future<bool> Sender(std::vector<std::wstring> names) {
+    return std::async(std::launch::async, [names = std::move(names)] {
+        for (const std::wstring& name : names)
+            if (!HandOver(name)) return false;
+        return true;
+    });
+}
 
-    OtherCopy(OtherCopy&& other) noexcept;
-    ~OtherCopy();  // kills it
+template <class Result>
+bool Ended(const std::future<Result>& other) {
+    return other.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
+}
 
-    void Kill();
-    bool Ended();
-    int Result() const;
-
-  private:
-    struct Process;
-    explicit OtherCopy(std::unique_ptr<Process> process);
-    std::unique_ptr<Process> process_;
-};
-
-// Names such as files have on this platform, from the root of the file system on.
+// Absolute names of files with everything that names may have. On Windows those of a network and of the
+// root of the file system on.
 std::vector<std::wstring> NamesOfAllKinds();
 
-// As many copies as somebody may start at once.
-int ManyCopies();
-
-// The running copy, which is this process, and the names that it was handed.
+// The running copy, and the names that it was handed.
 class HandOverFixture : public testing::Test {
   protected:
     void Listen() {
@@ -49,9 +40,9 @@ class HandOverFixture : public testing::Test {
         });
     }
     // The other copy hears that so many names were taken, and they arrive.
-    void ExpectTaken(OtherCopy& sender, std::size_t names = 1) {
-        EXPECT_TRUE(RunUntil([&] { return sender.Ended() && names_.size() >= names; }));
-        EXPECT_EQ(sender.Result(), 0);
+    void ExpectTaken(std::future<bool> sender, std::size_t names = 1) {
+        EXPECT_TRUE(RunUntil([&] { return Ended(sender) && names_.size() >= names; }));
+        EXPECT_TRUE(sender.get());
     }
 
     std::unique_ptr<RunningCopy> role_ = RunningCopy::Claim();
