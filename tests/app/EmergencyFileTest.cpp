@@ -1,10 +1,9 @@
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
 #include <set>
 
 #include "app/EmergencyFile.h"
+#include "tests/support/Files.h"
 #include "tests/support/Support.h"
 
 namespace {
@@ -81,11 +80,7 @@ TEST(EmergencyFile, GoesIntoTheFirstPrivateFolder) {
     ASSERT_EQ(files.size(), 2u);
     EXPECT_EQ(files[0].parent_path(), root / "own");
     EXPECT_TRUE(IsForTheUserOnly(root / "own"));
-    {
-        // Closed again before its folder is removed.
-        std::ifstream file(files[0], std::ios::binary);
-        ExpectSample(ReadEmergencyBytes({std::istreambuf_iterator<char>(file), {}}));
-    }
+    ExpectSample(ReadEmergencyBytes(Content(files[0])));
     EXPECT_FALSE(WriteEmergencyFile({}, {root / "file"}).Kept());
     fs::remove_all(root);
 }

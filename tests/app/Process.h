@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <thread>
 #include <vector>
 
 // Where the program keeps its notes while a test runs: nothing of the user's is touched.
@@ -61,14 +62,27 @@ class Process {
     std::unique_ptr<Parts> parts_;
 };
 
-bool Eventually(const std::function<bool()>& condition, std::chrono::milliseconds limit = kHang);
+// Whether something comes to hold.
+inline bool Eventually(const std::function<bool()>& condition, std::chrono::milliseconds limit = kHang) {
+    const auto end = std::chrono::steady_clock::now() + limit;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > end) return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return true;
+}
 
 // Ids of the program's visible windows, those of its icons included.
 std::vector<std::string> Windows();
 // True for the window of the picture that a start shows for a moment, also when it has just gone.
 bool IsSplash(const std::string& id);
-// Waits for a window of that title and gives its id; empty when there is none.
-std::string WaitForWindow(const std::string& title, std::chrono::milliseconds limit = kHang);
+// The id of a window of that title, at once or waited for; empty when there is none.
+std::string WindowTitled(const std::string& title);
+inline std::string WaitForWindow(const std::string& title) {
+    std::string id;
+    Eventually([&] { return !(id = WindowTitled(title)).empty(); });
+    return id;
+}
 
 // Presses "Return" or "Escape" in a window, or the right mouse button at a place of the screen.
 void Press(const std::string& window, const std::string& key);

@@ -2,8 +2,6 @@
 
 namespace {
 
-using namespace std::chrono_literals;
-
 TEST_F(ProcessTest, SecondPlainStartEndsSilently) {
     Process first({});
     WaitUntilShown(1);
@@ -58,7 +56,7 @@ TEST_F(ProcessTest, FilesOpenedTogetherAreAllTakenIn) {
     Press(message, "Return");
     std::string other;
     EXPECT_TRUE(Eventually([&] {
-        other = WaitForWindow("Importieren erfolgreich", 0ms);
+        other = WindowTitled("Importieren erfolgreich");
         return !other.empty() && other != message;
     }));
     Press(other, "Return");
@@ -141,7 +139,7 @@ TEST_F(ProcessTest, TheRunningCopyCarriesOutCommands) {
         const std::string dialog = WaitForWindow(title);
         ASSERT_FALSE(dialog.empty()) << title;
         Press(dialog, "Escape");
-        EXPECT_TRUE(Eventually([&] { return WaitForWindow(title, 0ms).empty(); }));
+        EXPECT_TRUE(Eventually([&] { return WindowTitled(title).empty(); }));
         EXPECT_FALSE(program.Ended());
     }
 }

@@ -7,6 +7,7 @@
 #include "base/CaseFold.h"
 #include "base/DataFolder.h"
 #include "tests/app/ProcessTest.h"
+#include "tests/support/Files.h"
 
 namespace {
 
@@ -161,9 +162,8 @@ TEST_F(ProcessTest, WhatIsTypedWhenTheSessionEndsGoesToTheBin) {
     program.AskToEnd();
     EXPECT_EQ(program.Wait(), 0);
     ASSERT_TRUE(std::filesystem::is_directory(bin));
-    std::ifstream file(std::filesystem::directory_iterator(bin)->path(), std::ios::binary);
-    const std::string bytes{std::istreambuf_iterator<char>(file), {}};
-    EXPECT_NE(bytes.find("angefangen"), std::string::npos);
+    EXPECT_NE(Content(std::filesystem::directory_iterator(bin)->path()).find("angefangen"),
+              std::string::npos);
 }
 
 }  // namespace

@@ -1,13 +1,11 @@
 #include <windows.h>
 
-#include <fstream>
-#include <sstream>
 #include <stdexcept>
-#include <thread>
 
 #include "base/Text.h"
 #include "registry/clsRegistry.h"
 #include "tests/app/Process.h"
+#include "tests/support/Files.h"
 
 namespace {
 
@@ -26,12 +24,6 @@ bool IsOwnInstallation() {
 }
 
 std::wstring ProgramFile() { return fs::absolute(FromUtf8(KIVORA_PROGRAM)).native(); }
-
-std::string Content(const fs::path& file) {
-    std::ostringstream content;
-    content << std::ifstream(file, std::ios::binary).rdbuf();
-    return content.str();
-}
 
 HANDLE Written(const fs::path& file) {
     SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
@@ -191,15 +183,6 @@ std::optional<int> Process::Wait(std::chrono::milliseconds limit) {
 std::string Process::Output() const { return Content(parts_->output); }
 std::string Process::Errors() const { return Content(parts_->errors); }
 
-bool Eventually(const std::function<bool()>& condition, std::chrono::milliseconds limit) {
-    const auto end = std::chrono::steady_clock::now() + limit;
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > end) return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
-    return true;
-}
-
 std::vector<std::string> Windows() {
     std::vector<std::string> ids;
     for (const HWND window : ProgramWindows()) ids.push_back(IdOf(window));
@@ -213,17 +196,10 @@ bool IsSplash(const std::string& id) {
     return TitleOf(WindowOf(id)) == L"Kivora" && place.right - place.left >= kSplashWidth;
 }
 
-std::string WaitForWindow(const std::string& title, std::chrono::milliseconds limit) {
-    std::string id;
-    Eventually(
-        [&] {
-            for (const HWND window : ProgramWindows()) {
-                if (TitleOf(window) == FromUtf8(title)) id = IdOf(window);
-            }
-            return !id.empty();
-        },
-        limit);
-    return id;
+std::string WindowTitled(const std::string& title) {
+    for (const HWND window : ProgramWindows())
+        if (TitleOf(window) == FromUtf8(title)) return IdOf(window);
+    return {};
 }
 
 void Press(const std::string& window, const std::string& key) {

@@ -6,12 +6,11 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
 #include <sstream>
-#include <thread>
 
 #include "tests/app/Process.h"
 #include "tests/app/Shell_unix.h"
+#include "tests/support/Files.h"
 #include "tests/support/Support.h"
 
 namespace {
@@ -20,12 +19,6 @@ std::string TemporaryFile() {
     std::string name = std::string(std::getenv("XDG_RUNTIME_DIR")) + "/output-XXXXXX";
     close(mkstemp(name.data()));
     return name;
-}
-
-std::string Content(const std::string& file) {
-    std::ostringstream content;
-    content << std::ifstream(file).rdbuf();
-    return content.str();
 }
 
 }  // namespace
@@ -103,15 +96,6 @@ std::string ShellOutput(const std::string& command) {
     return output;
 }
 
-bool Eventually(const std::function<bool()>& condition, std::chrono::milliseconds limit) {
-    const auto end = std::chrono::steady_clock::now() + limit;
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > end) return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
-    return true;
-}
-
 std::vector<std::string> Windows() {
     std::istringstream ids(ShellOutput("xdotool search --onlyvisible --class '^kivora$' 2>/dev/null"));
     std::vector<std::string> windows;
@@ -124,15 +108,8 @@ bool IsSplash(const std::string& id) {
     return type.empty() || type.find("_SPLASH") != std::string::npos;
 }
 
-std::string WaitForWindow(const std::string& title, std::chrono::milliseconds limit) {
-    std::string id;
-    Eventually(
-        [&] {
-            id = ShellOutput("xdotool search --onlyvisible --name '^" + title + "$' 2>/dev/null");
-            return !id.empty();
-        },
-        limit);
-    return id;
+std::string WindowTitled(const std::string& title) {
+    return ShellOutput("xdotool search --onlyvisible --name '^" + title + "$' 2>/dev/null");
 }
 
 void Press(const std::string& window, const std::string& key) {

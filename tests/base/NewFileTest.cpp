@@ -1,11 +1,9 @@
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
-
 #include "base/DataFolder.h"
 #include "base/FileName.h"
 #include "base/NewFile.h"
+#include "tests/support/Files.h"
 #include "tests/support/Support.h"
 
 namespace {
@@ -17,10 +15,6 @@ class SaveFileTest : public testing::Test {
     SaveFileTest() { fs::create_directories(folder_); }
     ~SaveFileTest() override { fs::remove_all(folder_); }
 
-    static std::string Content(const fs::path& path) {
-        std::ifstream file(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
     std::size_t Files() const {
         return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder_), {}));
     }

@@ -5,19 +5,14 @@
 
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
 
 #include "base/NewFile.h"
+#include "tests/support/Files.h"
 #include "tests/support/SmallDisk_unix.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string Content(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
 
 // What the root user may do does not count while this object lives.
 class OrdinaryUser {

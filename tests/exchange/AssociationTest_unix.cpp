@@ -2,24 +2,17 @@
 #include <sys/stat.h>
 
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include "base/FileName.h"
 #include "exchange/Association.h"
 #include "tests/support/Events.h"
+#include "tests/support/Files.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
 fs::path Data() { return std::getenv("XDG_DATA_HOME"); }
-
-std::string Content(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
 
 TEST(Association, DesktopFilesAreWrittenOnlyWhenSomethingChanged) {
     fs::remove_all(Data() / "applications");

@@ -5,7 +5,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 
 #include "base/DataFolder.h"
 #include "base/FileName.h"
@@ -20,6 +19,7 @@
 #include "tests/notes/NoteRecorder.h"
 #include "tests/support/Dialogs.h"
 #include "tests/support/Events.h"
+#include "tests/support/Files.h"
 #include "tests/support/Messages.h"
 
 class ExchangeTest : public testing::Test, protected MessageRecorder {
@@ -50,10 +50,6 @@ class ExchangeTest : public testing::Test, protected MessageRecorder {
     std::filesystem::path Write(const wchar_t* name, const std::string& bytes) const {
         std::ofstream(folder / FilePath(name), std::ios::binary) << bytes;
         return folder / FilePath(name);
-    }
-    static std::string Content(const std::filesystem::path& path) {
-        std::ifstream file(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
     }
     std::wstring Name(const wchar_t* name) const { return FileName(folder / FilePath(name)); }
 

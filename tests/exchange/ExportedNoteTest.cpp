@@ -1,12 +1,9 @@
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-
 #include "base/Text.h"
 #include "exchange/ExportedNote.h"
 #include "tests/exchange/SampleNotes.h"
+#include "tests/support/Files.h"
 
 namespace {
 
@@ -26,8 +23,7 @@ std::vector<ExportedNote> NotesOf(const std::string& bytes) { return NotesOf(Byt
 
 TEST(ExportedNote, SampleFilesAreReadAndWrittenByteForByte) {
     for (const char* name : {"einkauf.kvr", "buero.kvr"}) {
-        std::ifstream file(kSamples / name, std::ios::binary);
-        const std::string bytes{std::istreambuf_iterator<char>(file), {}};
+        const std::string bytes = Content(kSamples / name);
         EXPECT_EQ(NotesOf(bytes).size(), 4u) << name;
         EXPECT_EQ(FileBytes(NotesOf(bytes)), bytes) << name;
     }

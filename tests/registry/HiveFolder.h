@@ -8,14 +8,12 @@
 #include <sys/file.h>
 #include <unistd.h>
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
 #include "registry/RegistryHive.h"
 #include "registry/clsRegistry.h"
+#include "tests/support/Files.h"
 
 // While it lives, the hive lies in an empty folder.
 class HiveFolder {
@@ -82,12 +80,6 @@ class HiveFolder {
     mutable sqlite3* held_ = nullptr;
     mutable int lock_ = -1;
 };
-
-inline std::string Content(const std::filesystem::path& file) {
-    if (!std::filesystem::is_regular_file(file)) return {};
-    std::ifstream in(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
 
 // The files that were set aside.
 inline std::vector<std::filesystem::path> Defective(const HiveFolder& hive) {

@@ -3,10 +3,9 @@
 //   kivora_image write FILE
 #include <cstdio>
 #include <cstring>
-#include <fstream>
-#include <iterator>
 
 #include "tests/registry/RegistryImage.h"
+#include "tests/support/Files.h"
 
 int main(int argc, char** argv) {
     if (argc == 3 && std::strcmp(argv[1], "read") == 0) {
@@ -14,9 +13,7 @@ int main(int argc, char** argv) {
         return file << ReadImage() && file.flush() ? 0 : 1;
     }
     if (argc == 3 && std::strcmp(argv[1], "write") == 0) {
-        std::ifstream file(argv[2], std::ios::binary);
-        const std::string image{std::istreambuf_iterator<char>(file), {}};
-        return file.is_open() && WriteImage(image) ? 0 : 1;
+        return std::filesystem::exists(argv[2]) && WriteImage(Content(argv[2])) ? 0 : 1;
     }
     std::fputs("kivora_image read|write FILE\n", stderr);
     return 2;
