@@ -15,44 +15,30 @@ namespace {
 namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 
-// The file dialog of the dialog that is open; closed by what `act` does with it.
-void WithFileDialog(wxButton* button, std::function<void(FileDialogOnScreen&)> act) {
-    bool found = false;
-    auto* visit = Repeated::Every(50ms, [&] {
-        const auto dialog = FileDialogOnScreen::Find();
-        found = dialog != nullptr;
-        if (found) act(*dialog);
-        return found;
-    });
-    Press(button);
-    EXPECT_TRUE(found);
-    if (!found) visit->End();
-    EXPECT_FALSE(FileDialogOnScreen::Find());
-}
-
-void AcceptSoon() {
-    Repeated::Every(300ms, [] {
-        const auto dialog = FileDialogOnScreen::Find();
-        if (dialog) dialog->Accept();
-        return !dialog;
-    });
-}
-
 TEST_F(ExchangeTest, FileDialogsGiveNames) {
     Add({.Text = L"eins"});
     const fs::path path = Write(L"quelle ü.kvr", FileBytes(SampleNotes()));
     Import([&](frmImport& dialog) {
-        WithFileDialog(dialog.cmdDurchsuchen, [&](FileDialogOnScreen& chooser) {
-            EXPECT_EQ(chooser.Title(), L"Kivora-Exportdatei öffnen...");
-            chooser.Enter(path);
-            AcceptSoon();
+        auto* choose = ChooseOnScreen([&] {
+            EXPECT_EQ(FileDialogOnScreen::Find()->Title(), L"Kivora-Exportdatei öffnen...");
+            return path;
         });
+        Press(dialog.cmdDurchsuchen);
+        choose->End();
         EXPECT_EQ(dialog.txtDatei->GetValue(), FileName(path));
         EXPECT_EQ(dialog.lstNotizen->GetCount(), 4u);
-        WithFileDialog(dialog.cmdDurchsuchen, [&](FileDialogOnScreen& chooser) {
-            EXPECT_TRUE(fs::equivalent(chooser.Folder(), folder)) << "not the folder used last";
-            chooser.Cancel();
+        bool cancelled = false;
+        auto* cancel = Repeated::Every(50ms, [&] {
+            const auto chooser = FileDialogOnScreen::Find();
+            if (!chooser || cancelled) return false;
+            EXPECT_TRUE(fs::equivalent(chooser->Folder(), folder)) << "not the folder used last";
+            chooser->Cancel();
+            cancelled = true;
+            return false;
         });
+        Press(dialog.cmdDurchsuchen);
+        cancel->End();
+        EXPECT_TRUE(cancelled);
         EXPECT_EQ(dialog.txtDatei->GetValue(), FileName(path));
         Press(dialog.cmdAbbrechen);
     });
@@ -68,14 +54,8 @@ TEST_F(ExchangeTest, WriteProtectedFilesAreNotChosen) {
     }
     Export([&](frmExport& dialog) {
         dialog.txtPfad->SetValue(L"vorher");
-        // Chooses the protected file until that is complained of, then another.
-        auto* choose = Repeated::Every(300ms, [&] {
-            const auto chooser = FileDialogOnScreen::Find();
-            if (!chooser) return false;
-            chooser->Enter(messages.empty() ? path : folder / "neu.kvr");
-            chooser->Accept();
-            return false;
-        });
+        // The protected one until that is complained of, then another.
+        auto* choose = ChooseOnScreen([&] { return messages.empty() ? path : folder / "neu.kvr"; });
         Press(dialog.cmdSearch);
         choose->End();
         EXPECT_EQ(dialog.txtPfad->GetValue(), Name(L"neu.kvr"));

@@ -4,6 +4,9 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <utility>
+
+#include "tests/support/Events.h"
 
 class FileDialogOnScreen {
   public:
@@ -20,3 +23,15 @@ class FileDialogOnScreen {
     virtual void Accept() = 0;
     virtual void Cancel() = 0;
 };
+
+// Chooses files in the dialog that opens, until it has gone: an answer that comes while a folder is being
+// read may get lost. To be ended then.
+inline Repeated* ChooseOnScreen(std::function<std::filesystem::path()> file) {
+    return Repeated::Every(std::chrono::milliseconds(300), [file = std::move(file)] {
+        if (const auto dialog = FileDialogOnScreen::Find()) {
+            dialog->Enter(file());
+            dialog->Accept();
+        }
+        return false;
+    });
+}
