@@ -4,36 +4,32 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
-#include <chrono>
 #include <cstdlib>
-#include <fstream>
 #include <stdexcept>
-#include <thread>
+#include <vector>
+
+#include "tests/support/Events.h"
 
 namespace fs = std::filesystem;
+
+namespace {
+
+std::vector<fs::path> DocumentsIn(const fs::path& spool) {
+    std::vector<fs::path> documents;
+    for (const auto& entry : fs::directory_iterator(spool))
+        if (entry.path().filename().string()[0] == 'd') documents.push_back(entry);
+    std::sort(documents.begin(), documents.end());
+    return documents;
+}
+
+}  // namespace
 
 CupsServer::CupsServer() {
     std::string name = (fs::temp_directory_path() / "kivora-cups-XXXXXX").string();
     if (!mkdtemp(name.data())) throw std::runtime_error("no temporary folder");
     root_ = name;
-    // The service works under a name of its own when root starts it.
-    const bool root = getuid() == 0;
-    if (root) fs::permissions(root_, fs::perms(0755));
-    for (const char* folder : {"spool/tmp", "cache", "state", "log", "conf"})
-        fs::create_directories(root_ / folder);
-    std::ofstream(root_ / "conf/cups-files.conf")
-        << "ServerRoot " << name << "/conf\nServerBin /usr/lib/cups\nDataDir /usr/share/cups\nCacheDir "
-        << name << "/cache\nStateDir " << name << "/state\nRequestRoot " << name << "/spool\nTempDir " << name
-        << "/spool/tmp\nAccessLog " << name << "/log/access\nErrorLog " << name << "/log/error\nPageLog "
-        << name << "/log/page\nFileDevice Yes\nSystemGroup root\nUser "
-        << (root ? "lp" : CommandOutput("id -un")) << "\nGroup " << (root ? "lp" : CommandOutput("id -gn"))
-        << "\n";
-    std::ofstream(root_ / "conf/cupsd.conf")
-        << "Listen " << name << "/socket\nBrowsing Off\nWebInterface No\nDefaultAuthType None\n"
-        << "<Location />\nOrder allow,deny\nAllow all\n</Location>\n"
-        << "<Location /admin>\nOrder allow,deny\nAllow all\n</Location>\n"
-        << "<Policy default>\n<Limit All>\nOrder allow,deny\nAllow all\n</Limit>\n</Policy>\n";
     setenv("CUPS_SERVER", (name + "/socket").c_str(), 1);
 }
 
@@ -46,14 +42,10 @@ CupsServer::~CupsServer() {
 void CupsServer::Start() {
     pid_ = fork();
     if (pid_ == 0) {
-        const std::string conf = (root_ / "conf/cupsd.conf").string(),
-                          files = (root_ / "conf/cups-files.conf").string();
-        execl("/usr/sbin/cupsd", "cupsd", "-f", "-c", conf.c_str(), "-s", files.c_str(), nullptr);
+        execl(CUPS_SCRIPT, CUPS_SCRIPT, root_.c_str(), nullptr);
         _exit(127);
     }
-    for (int i = 0; i < 50 && Run("lpstat -r").find("is running") == std::string::npos; ++i) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(100));
-    }
+    RunUntil([&] { return Run("lpstat -r").find("is running") != std::string::npos; });
 }
 
 void CupsServer::Stop() {
@@ -66,34 +58,28 @@ void CupsServer::Stop() {
 
 void CupsServer::Signal(int signal) const { kill(pid_, signal); }
 
+void CupsServer::Forget() const {
+    for (const auto& entry : fs::directory_iterator(root_)) fs::remove_all(entry);
+}
+
 std::string CupsServer::Run(const std::string& command) const {
     return CommandOutput("PATH=$PATH:/usr/sbin LC_ALL=C " + command + " 2>&1");
 }
 
 fs::path CupsServer::Document() const {
-    fs::path newest;
-    for (const auto& entry : fs::directory_iterator(root_ / "spool")) {
-        if (entry.path().filename().string()[0] == 'd' && entry.path() > newest) newest = entry.path();
-    }
-    return newest;
+    const std::vector<fs::path> documents = DocumentsIn(root_ / "spool");
+    return documents.empty() ? fs::path() : documents.back();
 }
 
-std::size_t CupsServer::Documents() const {
-    std::size_t count = 0;
-    for (const auto& entry : fs::directory_iterator(root_ / "spool")) {
-        count += entry.path().filename().string()[0] == 'd';
-    }
-    return count;
-}
+std::size_t CupsServer::Documents() const { return DocumentsIn(root_ / "spool").size(); }
 
 std::string CommandOutput(const std::string& command) {
     std::string output;
     FILE* pipe = popen(command.c_str(), "r");
     if (!pipe) return output;
     std::array<char, 4096> piece;
-    while (const std::size_t count = std::fread(piece.data(), 1, piece.size(), pipe)) {
+    while (const std::size_t count = std::fread(piece.data(), 1, piece.size(), pipe))
         output.append(piece.data(), count);
-    }
     pclose(pipe);
     while (!output.empty() && output.back() == '\n') output.pop_back();
     return output;

@@ -18,6 +18,8 @@ class CupsServer {
     void Start();
     void Stop();
     void Signal(int signal) const;
+    // Its printers and jobs, while it does not run.
+    void Forget() const;
 
     // Runs one of the service's own programs, such as lpadmin; what it wrote.
     std::string Run(const std::string& command) const;

@@ -3,7 +3,6 @@
 #include <wx/spinctrl.h>
 #include <wx/stattext.h>
 
-#include <fstream>
 #include <sstream>
 
 #include "base/Text.h"
@@ -13,6 +12,7 @@
 #include "print/frmPrinterSetup_unix.h"
 #include "tests/print/CupsServer_unix.h"
 #include "tests/print/PrintOrders.h"
+#include "tests/support/Files.h"
 
 namespace {
 
@@ -42,7 +42,10 @@ class PrintJobs : public PrintFixture {
         for (const char* name : {"Eins", "Zwei"}) AddPrinter(name);
         Server().Run("lpadmin -d Eins");
     }
-    static void TearDownTestSuite() { Server().Stop(); }
+    static void TearDownTestSuite() {
+        Server().Stop();
+        Server().Forget();
+    }
     static void AddPrinter(const std::string& name) {
         Server().Run("lpadmin -p " + name + " -E -v file:/dev/null -m raw");
     }
@@ -64,11 +67,6 @@ class PrintJobs : public PrintFixture {
     ~PrintJobs() override { fs::remove_all(folder); }
 };
 
-std::string Contents(const fs::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(stream), {});
-}
-
 // The pages of a PDF as lines of text in the order in which they were drawn.
 std::vector<std::vector<std::wstring>> PagesOf(const fs::path& pdf) {
     std::vector<std::vector<std::wstring>> pages(1);
@@ -82,6 +80,20 @@ std::vector<std::vector<std::wstring>> PagesOf(const fs::path& pdf) {
         if (!line.empty()) pages.back().push_back(line);
     }
     while (!pages.empty() && pages.back().empty()) pages.pop_back();
+    return pages;
+}
+
+// Where other programs paint the pages of a PDF, 72 points an inch.
+std::vector<std::vector<wxPoint>> InkOf(const fs::path& pdf) {
+    std::vector<std::vector<wxPoint>> pages;
+    std::istringstream stream(CommandOutput("pdftoppm -r 72 -gray '" + pdf.string() + "'"));
+    std::string magic;
+    for (int width = 0, height = 0, white = 0; stream >> magic >> width >> height >> white;) {
+        stream.get();
+        pages.emplace_back();
+        for (int at = 0; at < width * height; ++at)
+            if (stream.get() < 128) pages.back().emplace_back(at % width, at / width);
+    }
     return pages;
 }
 
@@ -149,28 +161,26 @@ TEST_F(PrintJobs, KeepStrangeCharactersInsideTheMargins) {
         dialog.updwnRechts->SetValue(80);
     });
     ASSERT_TRUE(messages.empty());
-    // What other programs paint of it: nothing but white outside the margins.
-    const fs::path picture = folder / "seite";
-    CommandOutput("pdftoppm -r 72 -gray '" + printing.file->string() + "' '" + picture.string() + "'");
-    std::size_t pictures = 0;
-    for (const auto& entry : fs::directory_iterator(folder)) {
-        if (entry.path().extension() != ".pgm") continue;
-        ++pictures;
-        std::istringstream stream(Contents(entry.path()));
-        std::string magic;
-        int width = 0, height = 0, white = 0, ink = 0;
-        stream >> magic >> width >> height >> white;
-        stream.get();
-        for (int y = 0; y < height; ++y) {
-            for (int x = 0; x < width; ++x) {
-                if (stream.get() >= 128) continue;
-                ++ink;
-                ASSERT_TRUE(x >= 225 && x <= 369 && y >= 55 && y <= 786) << x << "," << y;
-            }
-        }
-        EXPECT_GT(ink, 0) << entry.path();
+    const auto pages = InkOf(*printing.file);
+    EXPECT_FALSE(pages.empty());
+    for (const std::vector<wxPoint>& page : pages) {
+        EXPECT_FALSE(page.empty());
+        for (const wxPoint& ink : page)
+            ASSERT_TRUE(ink.x >= 225 && ink.x <= 369 && ink.y >= 55 && ink.y <= 786) << ink.x << "," << ink.y;
     }
-    EXPECT_GT(pictures, 0u);
+}
+
+TEST_F(PrintJobs, UnderlinedTextHasALineBelow) {
+    frmNote& note = Add(L"nnnnnnnnnn", L"");
+    printing.file = folder / "a.pdf";
+    std::size_t ink[2];
+    for (const bool underlined : {false, true}) {
+        note.FontNoteUnderlined(underlined);
+        PrintOn(kPrintToFile);
+        ASSERT_EQ(InkOf(*printing.file).size(), 1u);
+        ink[underlined] = InkOf(*printing.file)[0].size();
+    }
+    EXPECT_GT(ink[1], ink[0] + 20);
 }
 
 // Waiting for the service without a limit would never end: it goes on only when the row is over.
@@ -234,10 +244,10 @@ TEST_F(PrintJobs, FilesAreReplacedOnlyByWholeOnes) {
         PrintOn(kPrintToFile);
     }
     EXPECT_EQ(messages.size(), 1u);
-    EXPECT_EQ(Contents(old), "alt");
+    EXPECT_EQ(Content(old), "alt");
     PrintOn(kPrintToFile);
     EXPECT_EQ(messages.size(), 1u);
-    EXPECT_EQ(Contents(old).substr(0, 5), "%PDF-");
+    EXPECT_EQ(Content(old).substr(0, 5), "%PDF-");
     EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 1);
 
     printing.file = folder / "gibt es nicht" / "a.pdf";
