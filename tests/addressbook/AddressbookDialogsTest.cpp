@@ -37,14 +37,6 @@ Texts Rows(const EntryList& list) {
     return rows;
 }
 
-// What a user does with the list.
-void ClickColumn(EntryList& list, int column) { list.OnHeading(column); }
-
-void CheckRow(EntryList& list, int row) {
-    list.Check(row, true);
-    list.OnCheck();
-}
-
 class AddressbookDialogs : public testing::Test, protected MessageRecorder {
   protected:
     AddressbookDialogs() {
@@ -73,13 +65,13 @@ TEST_F(AddressbookDialogs, PickingReturnsTheCheckedRowsInTheirOrder) {
                   (Texts{L"|server|10.0.0.9|Keller", L"|Büro|10.0.0.10|b", L"|anna|10.0.0.2|A"}));
         EXPECT_FALSE(dialog.cmdBearbeiten->IsEnabled());
         EXPECT_TRUE(RunUntil([&] { return HasKeyboard(dialog.lvwEntries->Window()); }));
-        CheckRow(*dialog.lvwEntries, 0);
-        CheckRow(*dialog.lvwEntries, 2);
+        ClickBox(dialog.lvwEntries->Window(), 0);
+        ClickBox(dialog.lvwEntries->Window(), 2);
         EXPECT_TRUE(dialog.cmdBearbeiten->IsEnabled() && dialog.cmdLöschen->IsEnabled());
-        ClickColumn(*dialog.lvwEntries, 1);
+        ClickHeading(dialog.lvwEntries->Window(), 1);
         EXPECT_EQ(Rows(*dialog.lvwEntries),
                   (Texts{L"x|anna|10.0.0.2|A", L"|Büro|10.0.0.10|b", L"x|server|10.0.0.9|Keller"}));
-        ClickColumn(*dialog.lvwEntries, 1);
+        ClickHeading(dialog.lvwEntries->Window(), 1);
         EXPECT_EQ(Rows(*dialog.lvwEntries)[0], L"x|server|10.0.0.9|Keller");
         PressKey(dialog.lvwEntries->Window(), L'2', true);
         EXPECT_TRUE(RunUntil([&] { return Rows(*dialog.lvwEntries)[0] == L"|Büro|10.0.0.10|b"; }));
@@ -99,8 +91,8 @@ TEST_F(AddressbookDialogs, KeepingItHasNoOK) {
         EXPECT_EQ(dialog.CheckedEntries().size(), 3u);
         Press(dialog.cmdKeine);
         EXPECT_FALSE(dialog.cmdLöschen->IsEnabled());
-        CheckRow(*dialog.lvwEntries, 0);
-        CheckRow(*dialog.lvwEntries, 1);
+        ClickBox(dialog.lvwEntries->Window(), 0);
+        ClickBox(dialog.lvwEntries->Window(), 1);
         Press(dialog.cmdLöschen);
         EXPECT_EQ(Rows(*dialog.lvwEntries), Texts{L"|anna|10.0.0.2|A"});
         EXPECT_FALSE(dialog.cmdBearbeiten->IsEnabled() || dialog.cmdLöschen->IsEnabled());
@@ -113,13 +105,18 @@ TEST_F(AddressbookDialogs, KeepingItHasNoOK) {
 
 TEST_F(AddressbookDialogs, ANewEntryIsCheckedFirst) {
     const WhenShown<frmAddressbook> user([&](frmAddressbook& list) {
-        ClickColumn(*list.lvwEntries, 1);
+        ClickHeading(list.lvwEntries->Window(), 1);
         const WhenShown<frmAddressbookEntryNew> writer([&](frmAddressbookEntryNew& dialog) {
             EXPECT_FALSE(dialog.cmdOK->IsEnabled());
             dialog.txtPCName->SetValue(L"server");
             EXPECT_FALSE(dialog.cmdOK->IsEnabled());
             dialog.txtIP->SetValue(kNowhere);
             EXPECT_TRUE(dialog.cmdOK->IsEnabled());
+            dialog.txtIP->SetValue(L"");
+            for (const wchar_t key : {L'a', L',', L'7'}) PressKey(*dialog.txtIP, key);
+            EXPECT_TRUE(RunUntil([&] { return dialog.txtIP->GetValue() == L"a7"; }))
+                << dialog.txtIP->GetValue();
+            dialog.txtIP->SetValue(kNowhere);
             dialog.txtComment->SetValue(L"neu");
             Press(dialog.cmdOK);
             EXPECT_EQ(messages, Texts{kDuplicate});
@@ -182,6 +179,20 @@ TEST_F(AddressbookDialogs, EditingTakesOverWhatIsLeft) {
     dialog->Destroy();
     EXPECT_EQ(Book(),
               (Texts{L"server|10.0.0.9|Dach", L"anna|gibt-es-nicht.invalid|A", L"Zimmer|127.0.0.1|b"}));
+}
+
+TEST_F(AddressbookDialogs, LeavingABoxTakesItOver) {
+    auto* dialog = new frmAddressbookEntryEdit;
+    wxTheApp->CallAfter([&] {
+        dialog->txtComment->SetFocus();
+        EXPECT_TRUE(RunUntil([&] { return dialog->txtComment->HasFocus(); }));
+        dialog->txtComment->SetValue(L"Garten");
+        dialog->lstEdit->SetFocus();
+        EXPECT_TRUE(RunUntil([&] { return Book()[0] == L"server|10.0.0.9|Garten"; }));
+        Press(dialog->cmdSchliessen);
+    });
+    dialog->ShowModal(AddressBook());
+    dialog->Destroy();
 }
 
 TEST_F(AddressbookDialogs, WhatIsTypedWhileAnAddressIsLookedUpIsKept) {

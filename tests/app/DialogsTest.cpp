@@ -27,6 +27,7 @@
 #include "tests/notes/NoteRecorder.h"
 #include "tests/support/Controls.h"
 #include "tests/support/Events.h"
+#include "tests/support/Messages.h"
 
 namespace {
 
@@ -257,6 +258,19 @@ TEST_F(Dialogs, EnterConfirmsAndEscCancels) {
         escape.m_keyCode = WXK_ESCAPE;
         dialog.ProcessWindowEvent(escape);
         EXPECT_TRUE(cancelled || dialog.State() == DialogState::Cancel);
+    });
+}
+
+TEST_F(Dialogs, F1OpensAPageOfTheHelp) {
+    MessageRecorder told;  // no help lies beside the tests
+    ForEach([&](const std::string& name, DialogWindow& dialog) {
+        told.messages.clear();
+        wxKeyEvent key(wxEVT_CHAR_HOOK);
+        key.m_keyCode = WXK_F1;
+        dialog.ProcessWindowEvent(key);
+        const bool hasPage = name != "message" && name != "question";
+        ASSERT_EQ(told.messages.size(), hasPage ? 1u : 0u);
+        EXPECT_TRUE(!hasPage || told.messages[0].find(L".html") != std::wstring::npos);
     });
 }
 

@@ -29,6 +29,10 @@ bool HasKeyboard(wxWindow& control);
 // Presses a key in a control, which gets the focus: WXK_RETURN or a character, with Ctrl or without.
 void PressKey(wxWindow& control, int key, bool ctrl = false);
 
+// Clicks the box of a row, or the heading of a column, of a list with boxes.
+void ClickBox(wxWindow& list, int row);
+void ClickHeading(wxWindow& list, int column);
+
 // Whether Enter in the dialog means this button.
 bool IsDefaultOf(wxDialog& dialog, wxWindow& button);
 

@@ -113,6 +113,19 @@ void PressKey(wxWindow& control, int key, bool ctrl) {
     wxUIActionSimulator().Char(key, ctrl ? wxMOD_CONTROL : wxMOD_NONE);
 }
 
+void ClickBox(wxWindow& list, int row) {
+    const bool on = ListView_GetCheckState(list.GetHandle(), row) != 0;
+    ListView_SetCheckState(list.GetHandle(), row, !on);
+}
+
+void ClickHeading(wxWindow& list, int column) {
+    NMLISTVIEW click{};
+    click.hdr = {list.GetHandle(), static_cast<UINT_PTR>(list.GetId()), static_cast<UINT>(LVN_COLUMNCLICK)};
+    click.iItem = -1;
+    click.iSubItem = column;
+    SendMessageW(GetParent(list.GetHandle()), WM_NOTIFY, click.hdr.idFrom, reinterpret_cast<LPARAM>(&click));
+}
+
 bool IsDefaultOf(wxDialog& dialog, wxWindow& button) { return dialog.GetDefaultItem() == &button; }
 
 namespace {

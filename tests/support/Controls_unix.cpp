@@ -96,6 +96,18 @@ void PressKey(wxWindow& control, int key, bool ctrl) {
     gdk_event_free(event);
 }
 
+void ClickBox(wxWindow& list, int row) {
+    auto* const rows = GTK_TREE_VIEW(InnerWidget(list.GetHandle()));
+    GList* const boxes = gtk_cell_layout_get_cells(GTK_CELL_LAYOUT(gtk_tree_view_get_column(rows, 0)));
+    g_signal_emit_by_name(boxes->data, "toggled", std::to_string(row).c_str());
+    g_list_free(boxes);
+}
+
+void ClickHeading(wxWindow& list, int column) {
+    gtk_tree_view_column_clicked(
+        gtk_tree_view_get_column(GTK_TREE_VIEW(InnerWidget(list.GetHandle())), column));
+}
+
 bool IsDefaultOf(wxDialog& dialog, wxWindow& button) {
     return gtk_window_get_default_widget(GTK_WINDOW(dialog.GetHandle())) == button.GetHandle();
 }
