@@ -16,11 +16,6 @@ using std::chrono::milliseconds;
 
 class StatusNotifier : public BusFixture {
   protected:
-    void TearDown() override {
-        gtk_settings_reset_property(gtk_settings_get_default(), "gtk-double-click-time");
-        BusFixture::TearDown();
-    }
-
     // Whether the next activation is the second one of a double click, however long after the first it comes.
     static void DoubleClick(bool follows) {
         g_object_set(gtk_settings_get_default(), "gtk-double-click-time", follows ? G_MAXINT : 0, nullptr);

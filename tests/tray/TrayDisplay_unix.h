@@ -151,6 +151,8 @@ class TrayProcess {
 class TrayFixture : public testing::Test {
   protected:
     void SetUp() override {
+        // What is meant as a double click is one, also where the machine has much else to do.
+        g_object_set(gtk_settings_get_default(), "gtk-double-click-time", 60'000, nullptr);
         frame_.SetSize(0, 0, 60, 60);
         frame_.Show();
         RunEvents();
@@ -158,6 +160,7 @@ class TrayFixture : public testing::Test {
     }
 
     void TearDown() override {
+        gtk_settings_reset_property(gtk_settings_get_default(), "gtk-double-click-time");
         icons_.clear();
         EXPECT_TRUE(RunUntil([] { return !Strip() && Embedded().empty(); }));
     }
