@@ -122,11 +122,6 @@ std::string RawConnection::Rest(std::chrono::milliseconds limit) {
     return ended_ ? std::exchange(received_, {}) : "<not ended>";
 }
 
-bool RawConnection::Discard() {
-    while (Receive(Milliseconds(0))) received_.clear();
-    return !ended_;
-}
-
 void RawConnection::EndSending() const { shutdown(Of(descriptor_), SystemSockets::kEndOfSending); }
 
 void RawConnection::Reset() {

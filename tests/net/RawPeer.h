@@ -25,8 +25,6 @@ class RawConnection {
     std::string Ask(const std::string& line);
     // Whatever arrives until the other side closes.
     std::string Rest(std::chrono::milliseconds limit = std::chrono::seconds(5));
-    // Throws away what has arrived; false when the other side has closed.
-    bool Discard();
     void EndSending() const;
     // Closes so that the other side gets an error.
     void Reset();
