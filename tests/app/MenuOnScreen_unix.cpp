@@ -1,11 +1,11 @@
 #include <gtest/gtest.h>
-#include <gtk/gtk.h>
 #include <wx/uiaction.h>
 
 #include <vector>
 
 #include "base/Text.h"
 #include "tests/app/MenuOnScreen.h"
+#include "tests/support/Toplevels_unix.h"
 
 namespace {
 
@@ -82,14 +82,11 @@ class GtkMenuOnScreen : public MenuOnScreen {
 }  // namespace
 
 std::unique_ptr<MenuOnScreen> MenuOnScreen::Find() {
-    GtkMenuShell* open = nullptr;
-    GList* windows = gtk_window_list_toplevels();
-    for (GList* window = windows; window; window = window->next) {
-        if (!gtk_widget_get_visible(GTK_WIDGET(window->data))) continue;
-        GtkWidget* child = gtk_bin_get_child(GTK_BIN(window->data));
-        if (child && GTK_IS_MENU(child)) open = GTK_MENU_SHELL(child);
+    std::unique_ptr<MenuOnScreen> open;  // the newest
+    for (GtkWindow* window : Toplevels()) {
+        GtkWidget* child = gtk_bin_get_child(GTK_BIN(window));
+        if (gtk_widget_get_visible(GTK_WIDGET(window)) && child && GTK_IS_MENU(child))
+            open = std::make_unique<GtkMenuOnScreen>(GTK_MENU_SHELL(child));
     }
-    g_list_free(windows);
-    if (!open) return nullptr;
-    return std::make_unique<GtkMenuOnScreen>(open);
+    return open;
 }

@@ -1,6 +1,5 @@
 // The picture at the start, with a user in a hurry.
 #include <gtest/gtest.h>
-#include <gtk/gtk.h>
 #include <wx/frame.h>
 #include <wx/textctrl.h>
 #include <wx/uiaction.h>
@@ -10,6 +9,7 @@
 
 #include "app/frmSplash.h"
 #include "tests/support/Events.h"
+#include "tests/support/Toplevels_unix.h"
 
 // Last, because of its macros.
 #include <gdk/gdkx.h>
@@ -20,16 +20,11 @@ using Clock = std::chrono::steady_clock;
 using namespace std::chrono_literals;
 
 GtkWindow* OpenSplash() {
-    GtkWindow* splash = nullptr;
-    GList* windows = gtk_window_list_toplevels();
-    for (GList* each = windows; each; each = each->next) {
-        auto* window = GTK_WINDOW(each->data);
+    for (GtkWindow* window : Toplevels())
         if (gtk_widget_get_mapped(GTK_WIDGET(window)) &&
             gtk_window_get_type_hint(window) == GDK_WINDOW_TYPE_HINT_SPLASHSCREEN)
-            splash = window;
-    }
-    g_list_free(windows);
-    return splash;
+            return window;
+    return nullptr;
 }
 
 // GTK calls a window mapped that the window manager has not put on the screen yet.

@@ -1,7 +1,6 @@
-#include <gtk/gtk.h>
-
 #include "base/Text.h"
 #include "tests/exchange/FileDialogOnScreen.h"
+#include "tests/support/Toplevels_unix.h"
 
 namespace {
 
@@ -36,11 +35,8 @@ class GtkFileDialog : public FileDialogOnScreen {
 
 std::unique_ptr<FileDialogOnScreen> FileDialogOnScreen::Find() {
     GtkFileChooser* found = nullptr;
-    GList* windows = gtk_window_list_toplevels();
-    for (GList* window = windows; window; window = window->next) {
-        if (GTK_IS_FILE_CHOOSER_DIALOG(window->data)) found = GTK_FILE_CHOOSER(window->data);
-    }
-    g_list_free(windows);
+    for (GtkWindow* window : Toplevels())
+        if (GTK_IS_FILE_CHOOSER_DIALOG(window)) found = GTK_FILE_CHOOSER(window);
     // The folder is read in the background.
     if (!found || !gtk_file_chooser_get_current_folder_file(found)) return nullptr;
     return std::make_unique<GtkFileDialog>(found);

@@ -1,12 +1,11 @@
 #include <gtest/gtest.h>
-#include <gtk/gtk.h>
 #include <wx/dialog.h>
 
 #include "base/DataFolder.h"
 #include "base/FileName.h"
 #include "exchange/FileDialog.h"
 #include "tests/exchange/FileDialogOnScreen.h"
-#include "tests/support/Events.h"
+#include "tests/support/Toplevels_unix.h"
 
 namespace fs = std::filesystem;
 
@@ -14,15 +13,12 @@ namespace {
 
 // Instead of export files only.
 void ShowAllFiles() {
-    GList* const windows = gtk_window_list_toplevels();
-    for (GList* each = windows; each; each = each->next) {
-        if (!GTK_IS_FILE_CHOOSER_DIALOG(each->data)) continue;
-        GSList* const filters = gtk_file_chooser_list_filters(GTK_FILE_CHOOSER(each->data));
-        gtk_file_chooser_set_filter(GTK_FILE_CHOOSER(each->data),
-                                    GTK_FILE_FILTER(g_slist_last(filters)->data));
+    for (GtkWindow* window : Toplevels()) {
+        if (!GTK_IS_FILE_CHOOSER_DIALOG(window)) continue;
+        GSList* const filters = gtk_file_chooser_list_filters(GTK_FILE_CHOOSER(window));
+        gtk_file_chooser_set_filter(GTK_FILE_CHOOSER(window), GTK_FILE_FILTER(g_slist_last(filters)->data));
         g_slist_free(filters);
     }
-    g_list_free(windows);
 }
 
 // GLib asks for the folders of content types when a file dialog first describes one, and then reads all types

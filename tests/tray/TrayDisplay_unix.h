@@ -3,7 +3,6 @@
 // Brings Xlib's macros along, so it is included last.
 
 #include <gtest/gtest.h>
-#include <gtk/gtk.h>
 #include <signal.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -17,6 +16,7 @@
 
 #include "res/Resources.h"
 #include "tests/support/Events.h"
+#include "tests/support/Toplevels_unix.h"
 #include "tray/Notification.h"
 #include "tray/TrayStripLayout.h"
 
@@ -31,14 +31,6 @@ inline Display* XDisplay() { return gdk_x11_display_get_xdisplay(gdk_display_get
 inline Atom TraySelection() { return XInternAtom(XDisplay(), "_NET_SYSTEM_TRAY_S0", False); }
 
 inline bool HostExists() { return XGetSelectionOwner(XDisplay(), TraySelection()) != None; }
-
-inline std::vector<GtkWindow*> Toplevels() {
-    std::vector<GtkWindow*> windows;
-    GList* list = gtk_window_list_toplevels();
-    for (GList* item = list; item; item = item->next) windows.push_back(GTK_WINDOW(item->data));
-    g_list_free(list);
-    return windows;
-}
 
 inline GtkWindow* Strip() {
     for (GtkWindow* window : Toplevels())
