@@ -148,6 +148,7 @@ void ExpectEverythingInItsPlace(DialogWindow& dialog) {
 void Settle(DialogWindow& dialog) {
     RunUntil([&] { return dialog.IsActive() && dialog.GetSize() != dialog.GetClientSize(); });
     RunEvents();
+    wxTheApp->ProcessIdle();  // the order of the Tab key is set when there is nothing else to do
 }
 
 class Dialogs : public testing::Test {

@@ -11,6 +11,7 @@
 #include "dialogs/Wait.h"
 #include "exchange/ExportNotes.h"
 #include "exchange/ImportNotes.h"
+#include "exchange/PatientRead.h"
 #include "exchange/frmExport.h"
 #include "exchange/frmImport.h"
 #include "model/StoredImage.h"
@@ -31,6 +32,7 @@ class ExchangeTest : public testing::Test, protected MessageRecorder {
         std::filesystem::remove_all(folder);
         std::filesystem::create_directories(folder);
         answer = MessageAnswer::Yes;
+        readPatience = std::chrono::hours(1);  // however busy the machine is
     }
     ~ExchangeTest() override {
         ResetWaits();

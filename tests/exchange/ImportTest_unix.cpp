@@ -6,7 +6,6 @@
 
 #include <csignal>
 
-#include "exchange/PatientRead.h"
 #include "tests/exchange/ExchangeTest.h"
 
 namespace {
@@ -28,7 +27,7 @@ class WithoutAnswer {
 };
 
 TEST_F(ExchangeTest, AFileThatDoesNotAnswerIsWaitedForAsLongAsTheUserWants) {
-    const auto patience = std::exchange(readPatience, std::chrono::milliseconds(1));
+    readPatience = std::chrono::milliseconds(1);
     const auto before = std::signal(SIGIO, SIG_IGN);  // tells that somebody is kept waiting
     const fs::path path = Write(L"a.kvr", FileBytes({{.Text = L"eins"}}));
     std::optional<WithoutAnswer> silent(path);
@@ -50,7 +49,6 @@ TEST_F(ExchangeTest, AFileThatDoesNotAnswerIsWaitedForAsLongAsTheUserWants) {
     });
     EXPECT_EQ(store.CountNotes(), 1u);
     std::signal(SIGIO, before);
-    readPatience = patience;
 }
 
 }  // namespace

@@ -112,7 +112,7 @@ TEST_F(TrayHost, WithoutAHostTheStripShowsTheIcons) {
 
     // Away with the first, and the second moves into the corner.
     icons_.erase(icons_.begin());
-    EXPECT_TRUE(RunUntil([] { return IconsInStrip() == 1; }));
+    EXPECT_TRUE(RunUntil([] { return IconsInStrip() == 1 && StripInCorner(); }));
     EXPECT_EQ(Reported(InStrip(0), [](wxUIActionSimulator& p) { p.MouseClick(); }), L"Bdown1 Bup1 ");
     ExpectMenuStays(second, InStrip(0));
     second.Enabled(false);
@@ -143,7 +143,9 @@ TEST_F(TrayHost, AnIconMayDieOfItsOwnDoubleClick) {
     if (!tray.Started()) GTEST_SKIP() << "trayer is not installed";
     ASSERT_TRUE(RunUntil([] { return HostHolds(1); }));
     icons_.front()->Events.DblClick = [this](int) { icons_.clear(); };
-    Reported(Middle(ScreenRect(Embedded().front())), [](wxUIActionSimulator& p) { p.MouseDblClick(); });
+    EXPECT_EQ(
+        Reported(Middle(ScreenRect(Embedded().front())), [](wxUIActionSimulator& p) { p.MouseDblClick(); }),
+        L"Bdown1 Bup1 ");
     EXPECT_TRUE(icons_.empty());
     EXPECT_TRUE(Embedded().empty());
 }
