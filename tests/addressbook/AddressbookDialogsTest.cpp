@@ -118,7 +118,7 @@ TEST_F(AddressbookDialogs, ANewEntryIsCheckedFirst) {
             EXPECT_EQ(dialog.txtIP->GetValue(), L"");
             PressKey(*dialog.txtIP, L'7');
             EXPECT_TRUE(RunUntil([&] { return dialog.txtIP->GetValue() == L"7"; }))
-                << dialog.txtIP->GetValue();
+                << dialog.txtIP->GetValue().utf8_string();
             dialog.txtIP->SetValue(kNowhere);
             dialog.txtComment->SetValue(L"neu");
             Press(dialog.cmdOK);
@@ -187,6 +187,7 @@ TEST_F(AddressbookDialogs, EditingTakesOverWhatIsLeft) {
 TEST_F(AddressbookDialogs, LeavingABoxTakesItOver) {
     auto* dialog = new frmAddressbookEntryEdit;
     wxTheApp->CallAfter([&] {
+        EXPECT_TRUE(RunUntil([&] { return dialog->IsActive(); }));
         dialog->txtComment->SetFocus();
         EXPECT_TRUE(RunUntil([&] { return dialog->txtComment->HasFocus(); }));
         dialog->txtComment->SetValue(L"Garten");
