@@ -122,7 +122,7 @@ KeepResult NoteStore::AddNoteIfKept(const Note& content) {
     frmNote& note = *notes_.emplace_back(MakeNewNote(content));
     KeepResult result = WriteImage();
     if (result.Kept()) {
-        ShowSoon(note);
+        ShowByAndBy({&note});
         Heard(result);
     } else {
         Remove(note);
@@ -153,7 +153,9 @@ KeepResult NoteStore::RestoreNotes(const std::vector<Note>& notes) {
     for (const Note& note : notes) AdoptKeptNote(note);
     KeepResult result = WriteImage();
     if (result.Kept()) {
-        for (auto note = notes_.begin() + before; note != notes_.end(); ++note) (*note)->ShowStacked();
+        std::vector<frmNote*> back;
+        for (auto note = notes_.begin() + before; note != notes_.end(); ++note) back.push_back(note->get());
+        ShowByAndBy(back);
         Heard(result);
     } else {
         notes_.erase(notes_.begin() + before, notes_.end());
@@ -225,9 +227,13 @@ void NoteStore::UnMinimizeAll() {
     // Each restored note asks to be forgotten, which would change the set that is being walked.
     const std::unordered_set<std::int32_t> keys = std::move(*minimizedByCommand_);
     minimizedByCommand_.reset();
-    for (const NotePtr& note : notes_) {
-        if (keys.contains(note->NoteKey())) note->Minimized(false);
+    std::vector<frmNote*> back;
+    for (frmNote* const note : InStackingOrder()) {
+        if (!keys.contains(note->NoteKey()) || !note->Minimized()) continue;
+        note->EndMinimized();
+        back.push_back(note);
     }
+    ShowByAndBy(back);
 }
 
 void NoteStore::ForgetMinimizedNote(const frmNote& note) {
@@ -244,26 +250,32 @@ std::vector<frmNote*> NoteStore::InStackingOrder() const {
 }
 
 void NoteStore::ApplyForeground() {
-    for (frmNote* const note : InStackingOrder()) note->ShowStacked();
+    std::vector<frmNote*> hidden;
+    for (frmNote* const note : InStackingOrder()) {
+        if (note->IsShown())
+            note->ShowStacked();
+        else
+            hidden.push_back(note);
+    }
+    ShowByAndBy(hidden);
 }
 
-void NoteStore::ShowNotes(std::function<void()> then) {
-    const std::vector<frmNote*> notes = InStackingOrder();
-    toShow_ = std::make_shared<ToShow>(ToShow{{notes.begin(), notes.end()}, std::move(then)});
-    ShowNextNotes();
-}
+void NoteStore::ShowNotes(std::function<void()> then) { ShowByAndBy(InStackingOrder(), std::move(then)); }
 
-void NoteStore::ShowSoon(frmNote& note) {
-    const bool first = !toShow_;
-    if (first) toShow_ = std::make_shared<ToShow>();
-    toShow_->notes.emplace_back(&note);
-    if (first) ShowNextNotes();
+void NoteStore::ShowByAndBy(const std::vector<frmNote*>& notes, std::function<void()> then) {
+    const bool underWay = toShow_ != nullptr;
+    if (!underWay) toShow_ = std::make_shared<ToShow>();
+    toShow_->notes.insert(toShow_->notes.end(), notes.begin(), notes.end());
+    if (then) toShow_->then.push_back(std::move(then));
+    if (!underWay) ShowNextNotes();
 }
 
 void NoteStore::ShowNextNotes() {
-    constexpr int kAtOnce = 10;
+    // GDK keeps the windows that are to be painted in a list, and looks for the place of a new one in a time
+    // that grows with the square of their number. So these are painted before the next come.
+    constexpr int kMostAtOnce = 80;
     frmNote* last = nullptr;
-    for (int shown = 0; shown < kAtOnce && !toShow_->notes.empty();) {
+    for (int shown = 0; shown < toShow_->atOnce && !toShow_->notes.empty();) {
         frmNote* const note = toShow_->notes.front();
         toShow_->notes.pop_front();
         if (!note || note->Minimized() || note->IsShown()) continue;
@@ -273,9 +285,10 @@ void NoteStore::ShowNextNotes() {
     }
     if (!last) {
         const std::shared_ptr<ToShow> done = std::exchange(toShow_, nullptr);
-        if (done->then) done->then();
+        for (const std::function<void()>& then : done->then) then();
         return;
     }
+    toShow_->atOnce = std::min(2 * toShow_->atOnce, kMostAtOnce);
     // What the display has to say of a few windows is heard before the next are shown, or it would pile up.
     WhenOnScreen(*last, [this, toShow = std::weak_ptr(toShow_)] {
         wxTheApp->CallAfter([this, toShow] {

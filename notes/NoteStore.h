@@ -81,9 +81,11 @@ class NoteStore {
     void MinimizeAll();
     void UnMinimizeAll();
     void ForgetMinimizedNote(const frmNote& note);
+    // Gives each note its height among other windows and shows the hidden ones but for the minimized: some at
+    // once, the others from the event loop, so that the first are there to be used while the last are still
+    // to come.
     void ApplyForeground();
-    // The same for notes that were just loaded: some at once, the others from the event loop, so that the
-    // first are there to be used while the last are still to come. Then calls `then`.
+    // The same for notes that were just loaded. Then calls `then`.
     void ShowNotes(std::function<void()> then);
     // Puts every note where the screens of now can show it. Happens by itself when they change.
     void PlaceOnScreens();
@@ -161,8 +163,8 @@ class NoteStore {
     KeepResult DeleteInto(const BinOfMany& bin, const std::vector<frmNote*>& notes);
     void Remove(frmNote& note);
     // At once, or while others are still coming to the screen, after them: who sends many notes one after the
-    // other waits for the disk only, not for the display.
-    void ShowSoon(frmNote& note);
+    // other waits for the disk only, not for the display. Then calls `then`, if set.
+    void ShowByAndBy(const std::vector<frmNote*>& notes, std::function<void()> then = {});
     void ShowNextNotes();
     std::vector<frmNote*> InStackingOrder() const;
 
@@ -171,7 +173,8 @@ class NoteStore {
     std::vector<const Watch*> watches_;
     struct ToShow {
         std::deque<wxWeakRef<frmNote>> notes;
-        std::function<void()> then;  // if set
+        std::vector<std::function<void()>> then;
+        int atOnce = 10;
     };
     std::shared_ptr<ToShow> toShow_;  // while notes are being shown
     std::int32_t lastNoteNumber_ = 0;

@@ -48,6 +48,7 @@ class frmNote : public wxFrame, public ReadableNote {
     std::wstring TextCleaned() const;
     bool Minimized() const { return minimized_; }
     void Minimized(bool on);
+    void EndMinimized();  // the same as Minimized(false), for who shows the window later
     bool FontNoteBold() const { return note_.look.bold; }
     void FontNoteBold(bool on) { Set(note_.look.bold, on); }
     bool FontNoteItalic() const { return note_.look.italic; }

@@ -6,18 +6,24 @@
 #include "res/Resources.h"
 #include "tray/Notification.h"
 
-void frmNote::Minimized(bool on) {
-    minimized_ = on;
+void frmNote::EndMinimized() {
+    minimized_ = false;
     Untouched(false);
     Notification::MenusChanged();
+    // X11 may not have told GTK its place yet when it was hidden, soon after it had come up.
+    if (!IsShown()) PlaceAsStored();
+    if (notNotizIcon_) notNotizIcon_->HideIcon();
+    host_.ForgetMinimizedNote(*this);
+}
+
+void frmNote::Minimized(bool on) {
     if (!on) {
-        // X11 may not have told GTK its place yet when it was hidden, soon after it had come up.
-        if (!IsShown()) PlaceAsStored();
-        ShowStacked();
-        if (notNotizIcon_) notNotizIcon_->HideIcon();
-        host_.ForgetMinimizedNote(*this);
-        return;
+        EndMinimized();
+        return ShowStacked();
     }
+    minimized_ = true;
+    Untouched(false);
+    Notification::MenusChanged();
     if (!notNotizIcon_) {
         notNotizIcon_ = std::make_unique<Notification>();
         notNotizIcon_->Events.DblClick = [this](int button) {
