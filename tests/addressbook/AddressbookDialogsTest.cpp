@@ -73,8 +73,14 @@ TEST_F(AddressbookDialogs, PickingReturnsTheCheckedRowsInTheirOrder) {
                   (Texts{L"x|anna|10.0.0.2|A", L"|Büro|10.0.0.10|b", L"x|server|10.0.0.9|Keller"}));
         ClickHeading(dialog.lvwEntries->Window(), 1);
         EXPECT_EQ(Rows(*dialog.lvwEntries)[0], L"x|server|10.0.0.9|Keller");
-        PressKey(dialog.lvwEntries->Window(), L'2', true);
-        EXPECT_TRUE(RunUntil([&] { return Rows(*dialog.lvwEntries)[0] == L"|Büro|10.0.0.10|b"; }));
+        const std::pair<int, const wchar_t*> keys[] = {{'2', L"|Büro|10.0.0.10|b"},
+                                                       {'3', L"x|anna|10.0.0.2|A"},
+                                                       {'3', L"x|server|10.0.0.9|Keller"},
+                                                       {'1', L"x|anna|10.0.0.2|A"}};
+        for (const auto& [key, first] : keys) {
+            PressKey(dialog.lvwEntries->Window(), key, wxMOD_CONTROL);
+            EXPECT_EQ(Rows(*dialog.lvwEntries)[0], first);
+        }
         EXPECT_TRUE(ShowAddressBook(true).empty()) << "it is open already";
         Press(dialog.cmdOK);
     });
@@ -174,9 +180,8 @@ TEST_F(AddressbookDialogs, EditingTakesOverWhatIsLeft) {
         EXPECT_EQ(messages.back(), kUnreachable);
         EXPECT_EQ(dialog->State(), DialogState::Waiting);
         answer = MessageAnswer::Yes;
-        wxKeyEvent escape(wxEVT_CHAR_HOOK);
-        escape.m_keyCode = WXK_ESCAPE;
-        dialog->ProcessWindowEvent(escape);
+        EXPECT_TRUE(RunUntil([&] { return dialog->IsActive(); }));
+        TypeKey(WXK_ESCAPE);
     });
     dialog->ShowModal(AddressBook());
     dialog->Destroy();

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <wx/button.h>
 #include <wx/checkbox.h>
+#include <wx/checklst.h>
 #include <wx/choice.h>
 #include <wx/gauge.h>
 #include <wx/listbox.h>
@@ -19,6 +20,8 @@
 #include <map>
 #include <set>
 
+#include "base/Text.h"
+#include "dialogs/frmDialog.h"
 #include "model/StoredImage.h"
 #include "net/frmSendOverNetworkProgress.h"
 #include "notes/NoteStore.h"
@@ -43,6 +46,18 @@ const std::map<std::string, std::wstring> kSharedKeys = {
 // Dialogs in which something is under way that Enter is not to stop, although their only button has the
 // focus.
 const std::set<std::string> kWithoutDefault = {"sending", "printing"};
+
+// What the tables of keys in the help say, dialog by dialog: the key with Alt, and a word of the caption.
+const std::map<std::string, std::vector<std::wstring>> kKeysInHelp = {
+    {"note", {L"o OK", L"b Abbrechen"}},
+    {"export", {L"a Alle", L"k Keine", L"t Aktualisieren"}},
+    {"import", {L"a Alle", L"k Keine"}},
+    {"print",
+     {L"a Alle", L"k Keine", L"l Links", L"r Rechts", L"o Oben", L"u Unten", L"f Notizformatierung"}},
+    {"e-mail", {L"e Empfänger", L"a Alle", L"k Keine"}},
+    {"network", {L"e Empfänger", L"a Alle", L"k Keine"}},
+    {"address book", {L"n Neu", L"l Löschen", L"k Keine"}},
+};
 
 template <class... Kinds>
 bool IsOneOf(const wxWindow* window) {
@@ -236,6 +251,14 @@ TEST_F(Dialogs, KeysAreUniqueAndLeadToTheControlBehindThem) {
             // Behind a label a button is pressed or gone to, as the platform has it.
             EXPECT_TRUE((moved && !isButton) || RunUntil([&] { return pressed; })) << Called(caption);
         }
+        const auto told = kKeysInHelp.find(name);
+        if (told != kKeysInHelp.end()) {
+            for (const std::wstring& key : told->second) {
+                const wxString caption = keys.contains(key[0]) ? keys[key[0]]->GetLabel() : wxString();
+                EXPECT_TRUE(wxControl::RemoveMnemonics(caption).Contains(key.substr(2)))
+                    << caption.utf8_str().data() << ": " << ToUtf8(key);
+            }
+        }
         EXPECT_EQ(shared, kSharedKeys.count(name) ? kSharedKeys.at(name) : L"");
     });
 }
@@ -255,20 +278,16 @@ TEST_F(Dialogs, EnterConfirmsAndEscCancels) {
         } else {
             EXPECT_TRUE(IsDefaultOf(dialog, *button));
         }
-        wxKeyEvent escape(wxEVT_CHAR_HOOK);
-        escape.m_keyCode = WXK_ESCAPE;
-        dialog.ProcessWindowEvent(escape);
+        TypeKey(WXK_ESCAPE);
         EXPECT_TRUE(cancelled || dialog.State() == DialogState::Cancel);
     });
 }
 
 TEST_F(Dialogs, F1OpensAPageOfTheHelp) {
     MessageRecorder told;  // no help lies beside the tests
-    ForEach([&](const std::string& name, DialogWindow& dialog) {
+    ForEach([&](const std::string& name, DialogWindow&) {
         told.messages.clear();
-        wxKeyEvent key(wxEVT_CHAR_HOOK);
-        key.m_keyCode = WXK_F1;
-        dialog.ProcessWindowEvent(key);
+        TypeKey(WXK_F1);
         const bool hasPage = name != "message" && name != "question";
         ASSERT_EQ(told.messages.size(), hasPage ? 1u : 0u);
         EXPECT_TRUE(!hasPage || told.messages[0].find(L".html") != std::wstring::npos);
@@ -286,6 +305,25 @@ TEST_F(Dialogs, EnterInAListPressesTheDefaultButton) {
             button->Bind(wxEVT_BUTTON, [&](wxCommandEvent&) { ++pressed; });
             PressKey(*window, WXK_RETURN);
             EXPECT_TRUE(RunUntil([&] { return pressed == 1; })) << Called(window);
+        }
+    });
+}
+
+TEST_F(Dialogs, KeysChooseInListsOfNotes) {
+    ForEach([](const std::string&, DialogWindow& dialog) {
+        for (wxWindow* window : ControlsOf(&dialog)) {
+            auto* const list = dynamic_cast<wxListBox*>(window);
+            if (!list || list->GetCount() < 2) continue;
+            PressKey(*list, WXK_END);
+            TypeKey(WXK_HOME);
+            if (auto* const boxes = dynamic_cast<wxCheckListBox*>(list)) {
+                const bool before = boxes->IsChecked(0);
+                TypeKey(WXK_SPACE);
+                EXPECT_NE(boxes->IsChecked(0), before);
+            } else if (list->HasMultipleSelection()) {
+                TypeKey(WXK_DOWN, wxMOD_SHIFT);
+                EXPECT_TRUE(list->IsSelected(0) && list->IsSelected(1));
+            }
         }
     });
 }

@@ -1,5 +1,6 @@
 // The menu as it opens on the screen, and what its commands do.
 #include <gtest/gtest.h>
+#include <wx/uiaction.h>
 
 #include <filesystem>
 
@@ -7,9 +8,12 @@
 #include "app/frmStart.h"
 #include "base/DataFolder.h"
 #include "dialogs/Message.h"
+#include "notes/NoteWindow.h"
 #include "notes/frmNote.h"
 #include "notes/frmProperties.h"
 #include "tests/app/MenuOnScreen.h"
+#include "tests/support/Controls.h"
+#include "tests/support/Dialogs.h"
 #include "tests/support/Events.h"
 
 namespace {
@@ -47,6 +51,15 @@ class StartTest : public testing::Test {
         start_->ShowPopupMenu(note, at);
         EXPECT_TRUE(visited);
         EXPECT_FALSE(MenuOnScreen::Find());
+    }
+
+    // The note has the keyboard, as after a click on it.
+    void Click(frmNote& note) {
+        ASSERT_TRUE(RunUntil([&] { return RectOnScreen(note) == note.WindowRect(); }));
+        wxUIActionSimulator mouse;
+        mouse.MouseMove(note.WindowRect().GetPosition() + wxPoint(30, 25));
+        mouse.MouseClick();
+        ASSERT_TRUE(RunUntil([&] { return note.IsActive(); }));
     }
 
     static void WhenOpen(std::function<void(MenuOnScreen&)> visit) {
@@ -152,6 +165,83 @@ TEST_F(StartTest, AShortClickOpensASubmenu) {
     start_->ShowPopupMenu(nullptr);
     if (look) look->End();
     EXPECT_TRUE(opened);
+}
+
+// By keys alone: the menu opens for the note that has the keyboard, arrows and Enter choose in it, and the
+// note has the keyboard again when nothing was chosen.
+TEST_F(StartTest, KeysOpenTheMenuAndChooseInIt) {
+    frmNote& note = AddNote(L"eins");
+    Click(note);
+    for (const bool choosing : {false, true}) {
+        bool open = false;
+        Repeated::Every(50ms, [&] {
+            const auto menu = MenuOnScreen::Find();
+            if (!menu || !menu->IsReadyForKeys(L"Neue Notiz...")) return false;
+            open = menu->Has(L"Notiz löschen");
+            if (choosing) wxUIActionSimulator().Char(WXK_UP);  // to the last entry
+            wxUIActionSimulator().Char(choosing ? WXK_RETURN : WXK_ESCAPE);
+            return true;
+        });
+        wxUIActionSimulator().Char(WXK_F10, wxMOD_SHIFT);
+        ASSERT_TRUE(RunUntil([&] { return open && !MenuOnScreen::Find(); }));
+        EXPECT_TRUE(RunUntil([&] { return choosing ? quits_ == 1 : note.IsActive(); }));
+    }
+}
+
+TEST_F(StartTest, TheKeyboardGoesFromNoteToNote) {
+    frmNote& first = AddNote(L"eins");
+    frmNote& second = AddNote(L"zwei");
+    frmNote& third = AddNote(L"drei");
+    Click(second);
+    const struct {
+        int key, modifiers;
+        frmNote& active;
+    } rows[] = {
+        {WXK_TAB, wxMOD_CONTROL, third},
+        {WXK_TAB, wxMOD_CONTROL, first},
+        {WXK_TAB, wxMOD_CONTROL | wxMOD_SHIFT, third},
+        {WXK_F6, wxMOD_SHIFT, second},
+        {WXK_F6, wxMOD_NONE, third},
+        {WXK_F6, wxMOD_SHIFT, second},
+    };
+    for (const auto& row : rows) {
+        TypeKey(row.key, row.modifiers);
+        ASSERT_TRUE(RunUntil([&] { return row.active.IsActive(); }));
+    }
+    TypeKey(WXK_TAB, wxMOD_SHIFT);
+    TypeKey(WXK_SPACE);  // minimizes it
+    EXPECT_TRUE(RunUntil([&] { return second.Minimized() && third.IsActive(); }));
+    start_->RunFromTrayMenu(&third, IdOf(MenuItem::mnuNotizLöschen));
+    EXPECT_TRUE(RunUntil([&] { return first.IsActive(); }));
+}
+
+TEST_F(StartTest, DialogsGiveTheKeyboardBackToTheirNote) {
+    AddNote(L"eins");
+    frmNote& note = AddNote(L"zwei");
+    AddNote(L"drei");
+    Click(note);
+    const auto fromMenu = [&](MenuItem item) {
+        return [this, item, &note] { start_->RunFromTrayMenu(&note, IdOf(item)); };
+    };
+    const std::pair<const char*, std::function<void()>> ways[] = {
+        {"new", fromMenu(MenuItem::mnuNotizNeu)},
+        {"edit", fromMenu(MenuItem::mnuNotizBearbeiten)},
+        {"info", fromMenu(MenuItem::mnuNotizInfo)},
+        {"edit by key", [] { wxUIActionSimulator().Char(WXK_RETURN); }},
+        {"find by key", [] { wxUIActionSimulator().Char('F', wxMOD_CONTROL); }},
+    };
+    for (const auto& [name, open] : ways) {
+        SCOPED_TRACE(name);
+        bool active = false;
+        Repeated::Every(50ms, [&active] {
+            DialogWindow* const dialog = OpenDialog<DialogWindow>();
+            active = dialog && dialog->IsActive();
+            if (active) wxUIActionSimulator().Char(WXK_ESCAPE);
+            return active;
+        });
+        open();
+        EXPECT_TRUE(RunUntil([&] { return active && !OpenDialog<DialogWindow>() && note.IsActive(); }));
+    }
 }
 
 TEST_F(StartTest, ASecondMenuDoesNotOpenOverTheFirst) {

@@ -5,6 +5,7 @@
 #include "notes/NoteWindow.h"
 #include "notes/frmNote.h"
 #include "tests/notes/NoteRecorder.h"
+#include "tests/support/Controls.h"
 #include "tests/support/Events.h"
 
 namespace {
@@ -19,21 +20,25 @@ class NoteKeysTest : public testing::Test {
         // It has come to its place.
         RunUntil([this] { return RectOnScreen(*note) == wxRect(200, 200, 200, 160); },
                  std::chrono::seconds(10));
+        note->TakeFocus(false);
+        RunUntil([this] { return note->IsActive(); });
         Take(recorder);
     }
 
-    void Key(int code, int modifiers = wxMOD_NONE, wxEventType type = wxEVT_CHAR_HOOK) {
-        wxKeyEvent event(type);
+    ~NoteKeysTest() override {
+        note.reset();
+        RunPosted();  // what becomes of its keyboard is heard by this recorder
+    }
+
+    // As a key that is held down gives it, without its release.
+    void Held(int code, int modifiers = wxMOD_NONE) {
+        wxKeyEvent event(wxEVT_CHAR_HOOK);
         event.m_keyCode = code;
-        event.SetControlDown((modifiers & wxMOD_CONTROL) != 0);
-        event.SetShiftDown((modifiers & wxMOD_SHIFT) != 0);
-        event.SetAltDown((modifiers & wxMOD_ALT) != 0);
-        event.SetEventObject(note.get());
+        event.SetShiftDown(modifiers == wxMOD_SHIFT);
         note->ProcessWindowEvent(event);
     }
     Calls CallsAfter(int code, int modifiers = wxMOD_NONE) {
-        Key(code, modifiers);
-        RunPosted();
+        TypeKey(code, modifiers);
         return Take(recorder);
     }
 
@@ -51,32 +56,22 @@ class NoteKeysTest : public testing::Test {
 TEST_F(NoteKeysTest, AskForWhatTheMouseAsksFor) {
     const struct {
         int code, modifiers;
-        Calls calls;
+        const wchar_t* call;
     } rows[] = {
-        {WXK_WINDOWS_MENU, wxMOD_NONE, {L"menu at the note"}},
-        {WXK_F10, wxMOD_SHIFT, {L"menu at the note"}},
-        {WXK_F10, wxMOD_NONE, {}},
-        {WXK_F10, wxMOD_SHIFT | wxMOD_ALT, {}},
-        {WXK_RETURN, wxMOD_NONE, {L"edit"}},
-        {WXK_NUMPAD_ENTER, wxMOD_NONE, {L"edit"}},
-        {WXK_RETURN, wxMOD_ALT, {}},
-        {WXK_SPACE, wxMOD_NONE, {}},
-        {WXK_DELETE, wxMOD_NONE, {}},
-        {WXK_BACK, wxMOD_NONE, {}},
-        {WXK_TAB, wxMOD_CONTROL, {L"next"}},
-        {WXK_TAB, wxMOD_CONTROL | wxMOD_SHIFT, {L"previous"}},
-        {WXK_F6, wxMOD_NONE, {L"next"}},
-        {WXK_TAB, wxMOD_ALT, {}},
-        {'F', wxMOD_CONTROL, {L"find"}},
-        {'F', wxMOD_NONE, {}},
-        {'Z', wxMOD_CONTROL, {L"bring back"}},
-        {'V', wxMOD_CONTROL, {L"text: von anderswo"}},
-        {'V', wxMOD_NONE, {}},
+        {WXK_F10, wxMOD_SHIFT, L"menu at the note"},
+        {WXK_RETURN, wxMOD_NONE, L"edit"},
+        {WXK_TAB, wxMOD_CONTROL, L"next"},
+        {WXK_TAB, wxMOD_CONTROL | wxMOD_SHIFT, L"previous"},
+        {WXK_F6, wxMOD_NONE, L"next"},
+        {WXK_F6, wxMOD_SHIFT, L"previous"},
+        {'F', wxMOD_CONTROL, L"find"},
+        {'Z', wxMOD_CONTROL, L"bring back"},
+        {'V', wxMOD_CONTROL, L"text: von anderswo"},
     };
     ASSERT_TRUE(CopyText(L"von anderswo"));
     for (const auto& row : rows) {
         SCOPED_TRACE(testing::Message() << row.code << " with " << row.modifiers);
-        EXPECT_EQ(CallsAfter(row.code, row.modifiers), row.calls);
+        EXPECT_EQ(CallsAfter(row.code, row.modifiers), Calls{row.call});
     }
     EXPECT_EQ(note->Focus(), NotePart::Body);
     note->Text(L"Käse");
@@ -84,24 +79,36 @@ TEST_F(NoteKeysTest, AskForWhatTheMouseAsksFor) {
     EXPECT_EQ(ClipboardText(), L"Käse");
 }
 
+TEST_F(NoteKeysTest, OtherKeysDoNothing) {
+    const std::pair<int, int> keys[] = {{WXK_DELETE, wxMOD_NONE}, {WXK_BACK, wxMOD_NONE},
+                                        {WXK_F10, wxMOD_NONE},    {WXK_F10, wxMOD_SHIFT | wxMOD_ALT},
+                                        {WXK_RETURN, wxMOD_ALT},  {WXK_TAB, wxMOD_ALT},
+                                        {'F', wxMOD_NONE},        {'V', wxMOD_NONE}};
+    for (const auto& [code, modifiers] : keys) EXPECT_EQ(CommandOfKey(code, modifiers), NoteCommand::None);
+    EXPECT_EQ(CallsAfter(WXK_SPACE), Calls{}) << "nothing to press";
+    // These wxUIActionSimulator cannot press everywhere.
+    EXPECT_EQ(CommandOfKey(WXK_WINDOWS_MENU, wxMOD_NONE), NoteCommand::Menu);
+    EXPECT_EQ(CommandOfKey(WXK_NUMPAD_ENTER, wxMOD_NONE), NoteCommand::Enter);
+}
+
 TEST_F(NoteKeysTest, TabReachesTheControlsAndSpaceAndEnterPressThem) {
-    Key(WXK_TAB);
+    TypeKey(WXK_TAB);
     EXPECT_EQ(note->Focus(), NotePart::chkForeground);
     EXPECT_EQ(CallsAfter(WXK_SPACE), (Calls{L"save", L"apply"}));
     EXPECT_TRUE(note->Foreground());
     EXPECT_EQ(CallsAfter(WXK_RETURN), (Calls{L"save", L"apply"}));
     EXPECT_FALSE(note->Foreground());
     EXPECT_EQ(CallsAfter(WXK_F10, wxMOD_SHIFT), Calls{L"menu at the note"});
-    Key(WXK_TAB);
-    Key(WXK_TAB);
+    TypeKey(WXK_TAB);
+    TypeKey(WXK_TAB);
     EXPECT_EQ(note->Focus(), NotePart::Body);
-    Key(WXK_TAB, wxMOD_SHIFT);
+    TypeKey(WXK_TAB, wxMOD_SHIFT);
     EXPECT_EQ(note->Focus(), NotePart::cmdMinimize);
     EXPECT_EQ(CallsAfter(WXK_SPACE), Calls{L"pass on"});
     EXPECT_TRUE(note->Minimized());
 }
 
-TEST_F(NoteKeysTest, ArrowsMoveAndSizeAndAreSavedOnce) {
+TEST_F(NoteKeysTest, ArrowsMoveAndSize) {
     const struct {
         int code, modifiers;
         std::vector<double> place;
@@ -112,12 +119,18 @@ TEST_F(NoteKeysTest, ArrowsMoveAndSizeAndAreSavedOnce) {
         {WXK_LEFT, wxMOD_SHIFT, {200, 200, 200, 170}},  {WXK_UP, wxMOD_SHIFT, {200, 200, 200, 160}},
     };
     for (const auto& row : rows) {
-        EXPECT_EQ(CallsAfter(row.code, row.modifiers), Calls{});
+        EXPECT_EQ(CallsAfter(row.code, row.modifiers), Calls{L"save"});
         EXPECT_EQ(Place(), row.place);
     }
-    Key(WXK_UP, wxMOD_NONE, wxEVT_KEY_UP);
-    Key(WXK_UP, wxMOD_NONE, wxEVT_KEY_UP);
-    EXPECT_EQ(Take(recorder), Calls{L"save"});
+}
+
+TEST_F(NoteKeysTest, AHeldKeyIsSavedOnce) {
+    Held(WXK_RIGHT);
+    Held(WXK_RIGHT);
+    EXPECT_EQ(Take(recorder), Calls{});
+    EXPECT_EQ(CallsAfter(WXK_RIGHT), Calls{L"save"});
+    EXPECT_EQ(CallsAfter(WXK_F12), Calls{});
+    EXPECT_EQ(Place(), (std::vector<double>{230, 200, 200, 160}));
 }
 
 TEST_F(NoteKeysTest, ArrowsBeginWhereTheWindowManagerPutTheNote) {
@@ -125,13 +138,13 @@ TEST_F(NoteKeysTest, ArrowsBeginWhereTheWindowManagerPutTheNote) {
     note->Move(elsewhere.GetPosition());  // past the note
     ASSERT_TRUE(RunUntil([&] { return RectOnScreen(*note) == elsewhere; }));
     EXPECT_EQ(note->WindowRect(), elsewhere);
-    Key(WXK_RIGHT);
+    Held(WXK_RIGHT);
     EXPECT_EQ(Place(), (std::vector<double>{343, 222, 200, 160}));
 }
 
 TEST_F(NoteKeysTest, ArrowsNeitherLoseANoteNorMakeItTooSmall) {
-    for (int i = 0; i < 400; ++i) Key(WXK_LEFT);
+    for (int i = 0; i < 400; ++i) Held(WXK_LEFT);
     EXPECT_GT(note->Left() + note->Width(), 0);
-    for (int i = 0; i < 400; ++i) Key(WXK_UP, wxMOD_SHIFT);
+    for (int i = 0; i < 400; ++i) Held(WXK_UP, wxMOD_SHIFT);
     EXPECT_EQ(note->Height(), 750);
 }

@@ -4,10 +4,13 @@
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
 
+#include "base/Text.h"
+#include "dialogs/Clipboard.h"
 #include "model/StoredImage.h"
 #include "notes/frmFind.h"
 #include "registry/clsRegistry.h"
 #include "tests/notes/NoteRecorder.h"
+#include "tests/support/Controls.h"
 #include "tests/support/Dialogs.h"
 #include "tests/support/Events.h"
 #include "tests/support/Messages.h"
@@ -40,6 +43,7 @@ class FrmFind : public testing::Test, protected MessageRecorder {
         };
         frmFind::Open(store, bin);
         find = OpenDialog<frmFind>();
+        RunUntil([this] { return find->IsActive(); });
     }
     ~FrmFind() override {
         find->Close();
@@ -48,14 +52,6 @@ class FrmFind : public testing::Test, protected MessageRecorder {
         Registry().DeleteKey(kSettingsKey);
     }
 
-    void Key(wxWindow& where, int code, bool ctrl = false) {
-        wxKeyEvent event(wxEVT_CHAR_HOOK);
-        event.m_keyCode = code;
-        event.SetControlDown(ctrl);
-        event.SetEventObject(&where);
-        where.ProcessWindowEvent(event);
-        RunPosted();
-    }
     wxWindow& List() { return find->lstGefunden->Window(); }
     void GoTo(wxRadioButton* page) {
         Choose(page);
@@ -79,7 +75,7 @@ class FrmFind : public testing::Test, protected MessageRecorder {
 TEST_F(FrmFind, NarrowsAndKeepsWhatIsChosen) {
     EXPECT_EQ(Shown(), L"3 Notizen|Brot");  // written last
     find->txtSuchen->SetValue(L"b");
-    Key(List(), 'A', true);
+    PressKey(List(), 'A', wxMOD_CONTROL);
     EXPECT_EQ(Shown(), L"2 von 3 Notizen, 2 gewählt|Brot");
     find->txtSuchen->SetValue(L"brot kaese");
     EXPECT_EQ(Shown(), L"1 von 3 Notizen|Käse\nund Brot");
@@ -111,29 +107,54 @@ TEST_F(FrmFind, ShowsAMinimizedNoteAndTypesOnInTheField) {
 
 TEST_F(FrmFind, DeletesTogetherAndBringsBack) {
     find->txtSuchen->SetValue(L"brot");
-    Key(List(), 'A', true);
+    PressKey(List(), 'A', wxMOD_CONTROL);
     failure = KeepFailure::DiskFull;
-    Key(List(), WXK_DELETE);
+    PressKey(List(), WXK_DELETE);
     EXPECT_EQ(store.CountNotes(), 3u);
     ASSERT_EQ(messages.size(), 1u);
     EXPECT_TRUE(messages[0].starts_with(L"Papierkorb|16|Die Notizen wurden nicht gelöscht"));
     failure = KeepFailure::None;
-    Key(List(), WXK_DELETE);
+    PressKey(List(), WXK_DELETE);
     EXPECT_EQ(store.CountNotes(), 1u);
     EXPECT_EQ(Shown(), L"0 von 1 Notiz|");
 
     GoTo(find->optPapierkorb);
     EXPECT_EQ(Shown(), L"2 Notizen|Käse\nund Brot");
-    Key(List(), WXK_DELETE);
+    PressKey(List(), WXK_DELETE);
     EXPECT_EQ(bin.content.notes.size(), 2u);
     Press(find->cmdOK);
     EXPECT_EQ(Shown(), L"1 Notiz|Brot");
     EXPECT_EQ(store.Notes().back()->Text(), L"Käse\r\nund Brot");
-    Key(List(), 'Z', true);
+    PressKey(List(), 'Z', wxMOD_CONTROL);
     EXPECT_EQ(store.CountNotes(), 3u);
     EXPECT_EQ(ReadStoredImage().notes.size(), 3u);
     EXPECT_EQ(Shown(), L"0 Notizen|");
     EXPECT_EQ(messages.size(), 1u);
+}
+
+TEST_F(FrmFind, KeysLeadThroughIt) {
+    store.ApplyForeground();
+    const auto choose = [this](int key, int modifiers) {
+        TypeKey(key, modifiers);
+        return Shown();
+    };
+    EXPECT_EQ(choose('B', wxMOD_NONE), L"2 von 3 Notizen|Brot");
+    TypeKey(WXK_DOWN);
+    EXPECT_TRUE(HasKeyboard(List()));
+    EXPECT_EQ(choose(WXK_DOWN, wxMOD_NONE), L"2 von 3 Notizen|Käse\nund Brot");
+    EXPECT_EQ(choose(WXK_UP, wxMOD_SHIFT), L"2 von 3 Notizen, 2 gewählt|Brot");
+    TypeKey('C', wxMOD_CONTROL);
+    EXPECT_EQ(WithCrLf(ClipboardText().value_or(L"")), L"Brot\r\n\r\nKäse\r\nund Brot");
+    EXPECT_EQ(choose('R', wxMOD_NONE), L"2 von 3 Notizen, 2 gewählt|Brot");
+    EXPECT_EQ(find->txtSuchen->GetValue().Lower(), L"br");
+    TypeKey(WXK_TAB, wxMOD_CONTROL);
+    EXPECT_TRUE(find->optPapierkorb->GetValue());
+    TypeKey(WXK_TAB, wxMOD_CONTROL);
+    EXPECT_TRUE(find->optNotizen->GetValue());
+    PressKey(List(), 'F', wxMOD_CONTROL);
+    EXPECT_TRUE(HasKeyboard(*find->txtSuchen));
+    TypeKey(WXK_RETURN);
+    EXPECT_TRUE(RunUntil([this] { return store.Notes()[2]->IsActive(); }));
 }
 
 TEST_F(FrmFind, TellsOnceThatTheBinCannotBeRead) {

@@ -26,15 +26,6 @@
 
 namespace {
 
-// A key as a dialog or a control in it gets it.
-void SendKey(wxWindow& window, int code, bool control = false, bool shift = false) {
-    wxKeyEvent key(dynamic_cast<wxTextCtrl*>(&window) ? wxEVT_KEY_DOWN : wxEVT_CHAR_HOOK);
-    key.m_keyCode = code;
-    key.SetControlDown(control);
-    key.SetShiftDown(shift);
-    window.ProcessWindowEvent(key);
-}
-
 class FrmProperties : public testing::Test {
   protected:
     FrmProperties() { Registry().DeleteKey(kSettingsKey); }
@@ -111,7 +102,10 @@ TEST_F(FrmProperties, CancellingInAnyWayChangesNothingAndKeepsTheText) {
             Press(dialog.cmdAbbrechen);
         },
         [](frmProperties& dialog) { dialog.Close(); },
-        [](frmProperties& dialog) { SendKey(dialog, WXK_ESCAPE); },
+        [](frmProperties& dialog) {
+            EXPECT_TRUE(RunUntil([&] { return dialog.IsActive(); }));
+            TypeKey(WXK_ESCAPE);
+        },
         [&](frmProperties& dialog) {
             EXPECT_FALSE(KeepTextBeingWritten());
             EXPECT_EQ(bin.size(), dialog.TextChanged() ? 1u : 0u);
@@ -164,7 +158,8 @@ TEST_F(FrmProperties, EditingShowsTheNoteAndGivesItBack) {
         EXPECT_TRUE(dialog.chkForm[0]->GetValue());
         EXPECT_EQ(dialog.updwnSchriftgrad->GetValue(), 25);
         EXPECT_TRUE(dialog.optFarbe[0]->GetValue());
-        SendKey(dialog, WXK_RETURN, true);
+        EXPECT_TRUE(RunUntil([&] { return dialog.IsActive(); }));
+        PressKey(*dialog.txtMessageZentr, WXK_RETURN, wxMOD_CONTROL);
     });
     EXPECT_EQ(note.Text(), L"eins\r\nzwei");
     EXPECT_EQ(ReadStoredImage().notes.at(0).note, note.Content()) << "it is saved";
@@ -240,23 +235,25 @@ TEST_F(FrmProperties, TakesNoMoreThanCanBeReadBackAndSaysSo) {
 TEST_F(FrmProperties, UndoAndRedoGoOverAllBoxes) {
     frmProperties* dialog = new frmProperties(L"Notiz bearbeiten");
     dialog->Fill({.text = L"eins\r\nzwei"});
+    dialog->Show();
+    ASSERT_TRUE(RunUntil([&] { return dialog->IsActive(); }));
     dialog->txtMessage->SetValue(L"eins\nzwei drei");
     dialog->txtMessageRechts->SetValue(L"eins\nzwei drei vier");
     const struct {
-        int key;
-        bool shift;
+        int key, modifiers;
         wxString text;
     } rows[] = {
-        {'Z', false, L"eins\nzwei drei"},      {'Z', false, L"eins\nzwei"},
-        {'Z', false, L"eins\nzwei"},           {'Z', true, L"eins\nzwei drei"},
-        {'Y', false, L"eins\nzwei drei vier"}, {'Y', false, L"eins\nzwei drei vier"},
-        {'Z', false, L"eins\nzwei drei"},
+        {'Z', wxMOD_CONTROL, L"eins\nzwei drei"},      {'Z', wxMOD_CONTROL, L"eins\nzwei"},
+        {'Z', wxMOD_CONTROL, L"eins\nzwei"},           {'Z', wxMOD_CONTROL | wxMOD_SHIFT, L"eins\nzwei drei"},
+        {'Y', wxMOD_CONTROL, L"eins\nzwei drei vier"}, {'Y', wxMOD_CONTROL, L"eins\nzwei drei vier"},
+        {'Z', wxMOD_CONTROL, L"eins\nzwei drei"},
     };
     const std::array<wxTextCtrl*, 3> boxes = {dialog->txtMessage, dialog->txtMessageRechts,
                                               dialog->txtMessageZentr};
     std::size_t step = 0;
     for (const auto& row : rows) {
-        SendKey(*boxes[step++ % 3], row.key, true, row.shift);
+        Choose(dialog->optAusrichtung[step % 3]);
+        PressKey(*boxes[step++ % 3], row.key, row.modifiers);
         for (wxTextCtrl* box : boxes) EXPECT_EQ(box->GetValue(), row.text) << step;
         EXPECT_EQ(dialog->Written({}).text, WithCrLf(row.text.ToStdWstring())) << step;
     }

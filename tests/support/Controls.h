@@ -17,6 +17,12 @@ std::string SpokenName(wxWindow& control);
 // The kind of control that it announces, "unknown" when it knows none.
 std::string SpokenRole(wxWindow& control);
 
+// Types a key on the keyboard, which the active window gets, and lets it and what it puts off be handled.
+void TypeKey(int key, int modifiers = wxMOD_NONE);
+
+// Types a key in a control of the active window, which gets the focus first.
+void PressKey(wxWindow& control, int key, int modifiers = wxMOD_NONE);
+
 // Whether Alt and this key, pressed in the dialog, move the focus to the control.
 bool KeyMovesTo(wxDialog& dialog, wchar_t key, wxWindow& control);
 
@@ -25,9 +31,6 @@ std::vector<wxWindow*> TabStops(wxDialog& dialog, const std::vector<wxWindow*>& 
 
 // Whether keys get to what is in the control rather than to a frame around it.
 bool HasKeyboard(wxWindow& control);
-
-// Presses a key in a control, which gets the focus: WXK_RETURN or a character, with Ctrl or without.
-void PressKey(wxWindow& control, int key, bool ctrl = false);
 
 // Clicks the box of a row, or the heading of a column, of a list with boxes.
 void ClickBox(wxWindow& list, int row);

@@ -79,12 +79,23 @@ std::string SpokenRole(wxWindow& control) {
     return role.vt == VT_I4 ? RoleText(role.lVal) : "unknown";
 }
 
+void TypeKey(int key, int modifiers) {
+    wxUIActionSimulator().Char(key, modifiers);
+    RunUntil([] { return HIWORD(GetQueueStatus(QS_KEY)) == 0; });
+    RunPosted();
+}
+
+void PressKey(wxWindow& control, int key, int modifiers) {
+    control.SetFocus();
+    TypeKey(key, modifiers);
+}
+
 bool KeyMovesTo(wxDialog& dialog, wchar_t key, wxWindow& control) {
     // From the first control, mostly in a panel, or from another one if it is to lead there.
     HWND from = GetNextDlgTabItem(dialog.GetHandle(), nullptr, FALSE);
     if (from == FocusWindow(control)) from = GetNextDlgTabItem(dialog.GetHandle(), from, FALSE);
     SetFocus(from);
-    wxUIActionSimulator().Char(key, wxMOD_ALT);
+    TypeKey(key, wxMOD_ALT);
     return RunUntil([&] { return wxWindow::FindFocus() == &control; });
 }
 
@@ -93,7 +104,7 @@ std::vector<wxWindow*> TabStops(wxDialog&, const std::vector<wxWindow*>& control
     const HWND start = GetFocus();
     do {
         const HWND before = GetFocus();
-        wxUIActionSimulator().Char(WXK_TAB);
+        TypeKey(WXK_TAB);
         RunUntil([&] { return GetFocus() != before; }, 500ms);
         stops.push_back(FocusedOf(controls));
     } while (GetFocus() != start && stops.size() < 2 * controls.size());
@@ -107,11 +118,6 @@ std::vector<wxWindow*> TabStops(wxDialog&, const std::vector<wxWindow*>& control
 }
 
 bool HasKeyboard(wxWindow& control) { return control.HasFocus(); }
-
-void PressKey(wxWindow& control, int key, bool ctrl) {
-    control.SetFocus();
-    wxUIActionSimulator().Char(key, ctrl ? wxMOD_CONTROL : wxMOD_NONE);
-}
 
 void ClickBox(wxWindow& list, int row) {
     const bool on = ListView_GetCheckState(list.GetHandle(), row) != 0;

@@ -1,8 +1,10 @@
 #include <gtk/gtk.h>
 #include <wx/textctrl.h>
+#include <wx/uiaction.h>
 
 #include "print/frmPrinterSetup_unix.h"
 #include "tests/support/Controls.h"
+#include "tests/support/Events.h"
 
 namespace {
 
@@ -47,12 +49,22 @@ std::string SpokenRole(wxWindow& control) {
     return atk_role_get_name(atk_object_get_role(Accessible(control)));
 }
 
+void TypeKey(int key, int modifiers) {
+    wxUIActionSimulator().Char(key, modifiers);
+    // Its events are in the queue now, before all that is put off.
+    gdk_display_sync(gdk_display_get_default());
+    RunPosted();
+}
+
+void PressKey(wxWindow& control, int key, int modifiers) {
+    gtk_widget_grab_focus(InnerWidget(control.GetHandle()));
+    TypeKey(key, modifiers);
+}
+
 bool KeyMovesTo(wxDialog& dialog, wchar_t key, wxWindow& control) {
     auto* window = GTK_WINDOW(dialog.GetHandle());
     gtk_window_set_focus(window, nullptr);
-    if (!gtk_window_mnemonic_activate(window, gdk_unicode_to_keyval(static_cast<guint32>(key)),
-                                      GDK_MOD1_MASK))
-        return false;
+    TypeKey(key, wxMOD_ALT);
     GtkWidget* focused = gtk_window_get_focus(window);
     return focused &&
            (focused == control.GetHandle() || gtk_widget_is_ancestor(focused, control.GetHandle()));
@@ -64,7 +76,7 @@ std::vector<wxWindow*> TabStops(wxDialog& dialog, const std::vector<wxWindow*>& 
     std::vector<wxWindow*> stops;
     GtkWidget* first = nullptr;
     for (std::size_t step = 0; step < 2 * controls.size(); ++step) {
-        if (!gtk_widget_child_focus(GTK_WIDGET(window), GTK_DIR_TAB_FORWARD)) continue;  // round the end
+        TypeKey(WXK_TAB);
         GtkWidget* focused = gtk_window_get_focus(window);
         if (focused == first) break;
         if (!first) first = focused;
@@ -81,19 +93,6 @@ std::vector<wxWindow*> TabStops(wxDialog& dialog, const std::vector<wxWindow*>& 
 bool HasKeyboard(wxWindow& control) {
     GtkWidget* const window = gtk_widget_get_toplevel(control.GetHandle());
     return gtk_window_get_focus(GTK_WINDOW(window)) == InnerWidget(control.GetHandle());
-}
-
-void PressKey(wxWindow& control, int key, bool ctrl) {
-    GtkWidget* widget = InnerWidget(control.GetHandle());
-    gtk_widget_grab_focus(widget);
-    GdkEvent* event = gdk_event_new(GDK_KEY_PRESS);
-    event->key.window = static_cast<GdkWindow*>(g_object_ref(gtk_widget_get_window(widget)));
-    event->key.keyval = key == WXK_RETURN ? GDK_KEY_Return : static_cast<guint>(key);
-    event->key.state = ctrl ? GDK_CONTROL_MASK : 0;
-    gdk_event_set_device(event,
-                         gdk_seat_get_keyboard(gdk_display_get_default_seat(gdk_display_get_default())));
-    gtk_widget_event(widget, event);
-    gdk_event_free(event);
 }
 
 void ClickBox(wxWindow& list, int row) {
