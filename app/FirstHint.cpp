@@ -63,8 +63,10 @@ bool IsFirstStart() {
     return Registry().EnumKeys(kSettingsKey, names) < 0 && HealthOfRegistry().reading.Kept();
 }
 
-FirstHint::FirstHint(wxWindow& owner, std::function<std::optional<wxRect>()> place)
-    : owner_(owner), place_(std::move(place)) {
+FirstHint::FirstHint(wxWindow& owner, NoteStore& store, std::function<std::optional<wxRect>()> place)
+    : owner_(owner), place_(std::move(place)), notes_(store, [this, &store] {
+          if (store.CountNotes() > 0) End();
+      }) {
     StartOnce(kUntilPlacedMilliseconds);
 }
 

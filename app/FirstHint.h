@@ -1,6 +1,7 @@
 #pragma once
 // What somebody reads who starts the program for the first time: a few words in a small window beside the
-// program's icon. It takes no keyboard and goes by itself after some seconds, or at a click.
+// program's icon. It takes no keyboard and goes by itself after some seconds, at a click, or when there is a
+// note.
 
 #include <wx/popupwin.h>
 #include <wx/timer.h>
@@ -9,6 +10,8 @@
 #include <functional>
 #include <optional>
 
+#include "notes/NoteStore.h"
+
 class wxWindow;
 
 // Whether nothing was ever kept, in whatever run; false while that cannot be told.
@@ -16,9 +19,9 @@ bool IsFirstStart();
 
 class FirstHint : private wxTimer {
   public:
-    // Shows the window in a moment, when icons have found their places. owner: outlives this object. place:
-    // where the icon is then; nothing where nobody knows that.
-    FirstHint(wxWindow& owner, std::function<std::optional<wxRect>()> place);
+    // Shows the window in a moment, when icons have found their places, unless there is a note by then. owner
+    // and store: outlive this object. place: where the icon is then; nothing where nobody knows that.
+    FirstHint(wxWindow& owner, NoteStore& store, std::function<std::optional<wxRect>()> place);
     // Takes it away.
     ~FirstHint() override;
 
@@ -29,5 +32,6 @@ class FirstHint : private wxTimer {
 
     wxWindow& owner_;
     const std::function<std::optional<wxRect>()> place_;
+    const NoteStore::Watch notes_;
     wxWeakRef<wxPopupWindow> window_;
 };

@@ -92,7 +92,7 @@ frmStart::frmStart(NoteStore& store, std::function<void()> quit)
 frmStart::~frmStart() = default;
 
 void frmStart::GreetNewcomer() {
-    hint_ = std::make_unique<FirstHint>(*this, [this] { return notIcon.Place(); });
+    hint_ = std::make_unique<FirstHint>(*this, store_, [this] { return notIcon.Place(); });
 }
 
 void frmStart::ShowState(const ProgramState& state) {

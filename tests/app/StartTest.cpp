@@ -1,5 +1,6 @@
 // The menu as it opens on the screen, and what its commands do.
 #include <gtest/gtest.h>
+#include <wx/popupwin.h>
 #include <wx/uiaction.h>
 
 #include <filesystem>
@@ -320,3 +321,32 @@ TEST_F(StartTest, NothingIsSavedWhileTheProgramEnds) {
 }
 
 }  // namespace
+
+TEST_F(StartTest, TheHintForANewcomerGoesAtAClickAndWithTheFirstNote) {
+    const auto hint = [this]() -> wxWindow* {
+        for (wxWindow* const child : start_->GetChildren())
+            if (dynamic_cast<wxPopupWindow*>(child) && child->IsShown()) return child;
+        return nullptr;
+    };
+    for (const bool byClick : {true, false}) {
+        SCOPED_TRACE(byClick);
+        start_->GreetNewcomer();
+        ASSERT_TRUE(RunUntil([&] { return hint() != nullptr; }));
+        // In time it goes by itself, so there is no waiting for that.
+        if (byClick) {
+            bool clicked = false;
+            hint()->Bind(wxEVT_LEFT_DOWN, [&](wxMouseEvent& event) {
+                clicked = true;
+                event.Skip();
+            });
+            wxUIActionSimulator mouse;
+            const wxRect rect = hint()->GetScreenRect();
+            mouse.MouseMove(rect.GetPosition() + rect.GetSize() / 2);
+            mouse.MouseClick();
+            EXPECT_TRUE(RunUntil([&] { return clicked; }));
+        } else {
+            AddNote(L"eins");
+        }
+        EXPECT_FALSE(hint());
+    }
+}
