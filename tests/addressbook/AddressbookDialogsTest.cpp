@@ -180,8 +180,9 @@ TEST_F(AddressbookDialogs, EditingTakesOverWhatIsLeft) {
         EXPECT_EQ(messages.back(), kUnreachable);
         EXPECT_EQ(dialog->State(), DialogState::Waiting);
         answer = MessageAnswer::Yes;
-        EXPECT_TRUE(RunUntil([&] { return dialog->IsActive(); }));
-        TypeKey(WXK_ESCAPE);
+        wxKeyEvent escape(wxEVT_CHAR_HOOK);
+        escape.m_keyCode = WXK_ESCAPE;
+        dialog->ProcessWindowEvent(escape);
     });
     dialog->ShowModal(AddressBook());
     dialog->Destroy();
