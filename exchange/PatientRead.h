@@ -3,11 +3,14 @@
 // lets nobody out of such a read, for minutes or for ever, so it is done by a thread that can be left behind.
 
 #include <chrono>
+#include <exception>
 #include <functional>
-#include <future>
+#include <memory>
 #include <optional>
 #include <system_error>
 #include <thread>
+
+#include "base/DoneSignal.h"
 
 // So long a read may take before that is told. No events are handled meanwhile: most take milliseconds.
 inline std::chrono::milliseconds readPatience = std::chrono::seconds(3);
@@ -17,15 +20,27 @@ inline std::chrono::milliseconds readPatience = std::chrono::seconds(3);
 // everything else, so all that it uses has to be its own.
 template <class Result>
 std::optional<Result> ReadPatiently(std::function<Result()> read, const std::function<bool()>& goOn) {
-    std::packaged_task<Result()> task(std::move(read));
-    std::future<Result> result = task.get_future();
+    struct Reading {
+        std::optional<Result> result;
+        std::exception_ptr failure;
+        DoneSignal done;
+    };
+    const auto reading = std::make_shared<Reading>();
     try {
-        std::thread(std::move(task)).detach();
+        std::thread([reading, read = std::move(read)] {
+            try {
+                reading->result = read();
+            } catch (...) {
+                reading->failure = std::current_exception();
+            }
+            reading->done.Give();
+        }).detach();
     } catch (const std::system_error&) {  // no more threads can be had
         return std::nullopt;
     }
-    while (result.wait_for(readPatience) != std::future_status::ready) {
+    while (!reading->done.WaitFor(readPatience)) {
         if (!goOn()) return std::nullopt;
     }
-    return result.get();
+    if (reading->failure) std::rethrow_exception(reading->failure);
+    return std::move(reading->result);
 }
