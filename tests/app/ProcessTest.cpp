@@ -3,8 +3,9 @@
 namespace {
 
 TEST_F(ProcessTest, SecondPlainStartEndsSilently) {
+    Import(L"eins");  // without a note the hint for newcomers comes and goes
     Process first({});
-    WaitUntilShown(1);
+    WaitUntilShown(2);
     const std::vector<std::string> windows = Windows();
     Process second({});
     EXPECT_EQ(second.Wait(), 0);

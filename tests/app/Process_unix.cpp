@@ -21,6 +21,15 @@ std::string TemporaryFile() {
     return name;
 }
 
+// What xdotool says of the visible windows of a kind. It ends without an answer when a window goes that it is
+// just looking at.
+std::string AskAboutWindows(const std::string& which) {
+    std::string answer;
+    do answer = ShellOutput("xdotool search --onlyvisible " + which + " 2>&1");
+    while (answer.find("X Error") != std::string::npos);
+    return answer;
+}
+
 }  // namespace
 
 struct ProgramPlace::Parts {
@@ -97,9 +106,15 @@ std::string ShellOutput(const std::string& command) {
 }
 
 std::vector<std::string> Windows() {
-    std::istringstream ids(ShellOutput("xdotool search --onlyvisible --class '^kivora$' 2>/dev/null"));
+    // An icon stands for a moment on the screen itself, one pixel large, before the notification area takes
+    // it.
+    std::istringstream lines(AskAboutWindows("--class '^kivora$' getwindowgeometry --shell %@"));
     std::vector<std::string> windows;
-    for (std::string id; ids >> id;) windows.push_back(id);
+    std::string id;
+    for (std::string line; std::getline(lines, line);) {
+        if (line.starts_with("WINDOW=")) id = line.substr(7);
+        if (line.starts_with("WIDTH=") && line != "WIDTH=1") windows.push_back(id);
+    }
     return windows;
 }
 
@@ -108,9 +123,7 @@ bool IsSplash(const std::string& id) {
     return type.empty() || type.find("_SPLASH") != std::string::npos;
 }
 
-std::string WindowTitled(const std::string& title) {
-    return ShellOutput("xdotool search --onlyvisible --name '^" + title + "$' 2>/dev/null");
-}
+std::string WindowTitled(const std::string& title) { return AskAboutWindows("--name '^" + title + "$'"); }
 
 void Press(const std::string& window, const std::string& key) {
     ShellOutput("xdotool windowactivate --sync " + window + " key " + key);
