@@ -69,7 +69,6 @@ void Program::InitApplication() {
     services_.ImportFile = [this](const std::wstring& fileName) { ReceiveFile(fileName); };
     Notification::TakeDrops([this] { return NoteDropTarget(services_); });
     start_->notIcon.ShowIcon();
-    network_.KeepLongNote = KeepLongNote;
     network_.OnFlood = [this](const FloodGuard::Flood& flood) { AskAboutFlood(network_, flood); };
     receiving_.emplace(network_, [this] { ShowState(); });
     receiving_->From(ReadReceiveFrom());

@@ -185,11 +185,7 @@ std::optional<clsIncoming::Refusal> NetworkAccess::TakeIn(const Note& received, 
     }
     Note note = received;
     note.creationTime = CurrentCreationTime();
-    // First the text, of which the store keeps only a part: what is left over when the store then refuses the
-    // note is a file too many, not a note too few.
-    KeepResult kept;
-    if (KeepLongNote && !ComesBack(note.text)) kept = KeepLongNote(note);
-    if (kept.Kept()) kept = store_.AddNoteIfKept(note);
+    const KeepResult kept = store_.AddNoteIfKept(note);
     if (!kept.Kept()) return clsIncoming::Refusal{kNotKept, FromUtf8(kept.detail)};
     frmNote& taken = *store_.Notes().back();
     taken.Untouched(true);

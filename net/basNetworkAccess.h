@@ -35,10 +35,6 @@ class NetworkAccess : private SocketEvents {
     NetworkAccess(const NetworkAccess&) = delete;
     NetworkAccess& operator=(const NetworkAccess&) = delete;
 
-    // Called with a received note whose text the registry will not give back, so that somebody keeps it
-    // elsewhere. What it could not keep is an error for the sender, and the note is not taken in.
-    std::function<KeepResult(const Note&)> KeepLongNote;
-
     // Asked for each connection before anything is said to it, and again by AskAgain. The answer comes within
     // the call or later; false closes the connection. The address is the dotted one of the computer that
     // connects. Empty: everybody may.

@@ -32,8 +32,7 @@ bool AddText(NoteStore& store, const std::wstring& text) {
             kCritical, kTitle);
         return false;
     }
-    KeepResult kept = store.KeepLong(note);
-    if (kept.Kept()) kept = store.AddNoteIfKept(note);
+    const KeepResult kept = store.AddNoteIfKept(note);
     if (!kept.Kept()) {
         TellMessage(L"Die Notiz konnte nicht gespeichert werden.\r\n" + ReasonText(kept), kCritical, kTitle);
         return false;

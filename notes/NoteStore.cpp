@@ -119,6 +119,9 @@ frmNote& NoteStore::AddNote(const Note& content) {
 }
 
 KeepResult NoteStore::AddNoteIfKept(const Note& content) {
+    // First the text: what is left over when the note itself is then not kept is a file too many, not a note
+    // too few.
+    if (KeepResult elsewhere = KeepLong(content); !elsewhere.Kept()) return elsewhere;
     frmNote& note = *notes_.emplace_back(MakeNewNote(content));
     KeepResult result = WriteImage();
     if (result.Kept()) {

@@ -50,8 +50,8 @@ class NoteStore {
     // work.
     frmNote& AddNote(const Note& content);
     // The same for a note whose sender waits for the answer, another computer or whoever gave a command: one
-    // that could not be kept does not stay, and whatever else is unsaved stays so. Of many that come in quick
-    // succession most are shown later.
+    // that could not be kept, with all of its text (OnLongText), does not stay, and whatever else is unsaved
+    // stays so. Of many that come in quick succession most are shown later.
     KeepResult AddNoteIfKept(const Note& content);
     // Lets a note disappear that was just added: nothing is saved, and it goes into no bin.
     void TakeBack(frmNote& note);
@@ -60,8 +60,6 @@ class NoteStore {
     // The same for a note that the program has kept itself: one that never was on the screen has no place
     // yet, and gets that of a new note.
     frmNote& AdoptKeptNote(const Note& content);
-    // Keeps a note whose text the store alone would not give back elsewhere (OnLongText), if that is set.
-    KeepResult KeepLong(const Note& note) const;
     // Takes notes in that were deleted, at their own places, saves once and shows them. When that fails, or a
     // text that is too long for the store cannot be kept elsewhere, none of them stays.
     KeepResult RestoreNotes(const std::vector<Note>& notes);
@@ -160,6 +158,8 @@ class NoteStore {
     std::uint64_t Digest(Digested how = Digested::Exactly) const;
     void Heard(const KeepResult& result);
     void TellOfChange() const;
+    // Keeps a note whose text the store alone would not give back elsewhere (OnLongText), if that is set.
+    KeepResult KeepLong(const Note& note) const;
     KeepResult DeleteInto(const BinOfMany& bin, const std::vector<frmNote*>& notes);
     void Remove(frmNote& note);
     // At once, or while others are still coming to the screen, after them: who sends many notes one after the

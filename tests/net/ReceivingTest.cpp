@@ -234,7 +234,7 @@ TEST_F(Receiving, AFloodIsRefusedUntilTheUserHasAnswered) {
 
 TEST_F(Receiving, LongTextsAreKeptElsewhereTooOrTheSenderIsTold) {
     std::vector<std::size_t> kept;
-    network->KeepLongNote = [&](const Note& note) -> KeepResult {
+    store.OnLongText = [&](const Note& note) -> KeepResult {
         kept.push_back(note.text.size());
         return note.text.size() == 4096 ? KeepResult() : KeepResult{KeepFailure::DiskFull, "Platte voll"};
     };
