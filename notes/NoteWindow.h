@@ -30,6 +30,9 @@ std::optional<wxRect> RectOnScreen(const wxFrame& window);
 // Puts the window above others of its kind without activating it.
 void RaiseNoteWindow(wxFrame& window);
 
+// Keeps a window that is created without a frame, and not shown yet, as large as it is asked to be.
+void HaveNoFrame(wxFrame& window);
+
 // Lets a window without controls get key events.
 void AcceptKeys(wxFrame& window);
 

@@ -53,6 +53,8 @@ std::optional<wxRect> RectOnScreen(const wxFrame& window) {
 
 void RaiseNoteWindow(wxFrame& window) { SetWindowPos(window.GetHandle(), HWND_TOP, 0, 0, 0, 0, kOnlyHeight); }
 
+void HaveNoFrame(wxFrame&) {}
+
 void AcceptKeys(wxFrame&) {}
 
 void ActivateNoteWindow(wxFrame& window) { SetForegroundWindow(window.GetHandle()); }

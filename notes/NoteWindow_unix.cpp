@@ -67,6 +67,15 @@ void RaiseNoteWindow(wxFrame& window) {
     if (GdkWindow* native = gtk_widget_get_window(window.GetHandle())) gdk_window_raise(native);
 }
 
+void HaveNoFrame(wxFrame& window) {
+    // wxWidgets asks the window manager how wide the frame will be before it shows a window, and makes the
+    // window smaller by that. Some window managers answer with the frame of ordinary windows.
+    g_signal_handlers_disconnect_matched(
+        window.GetHandle(), static_cast<GSignalMatchType>(G_SIGNAL_MATCH_ID | G_SIGNAL_MATCH_DATA),
+        g_signal_lookup("property-notify-event", GTK_TYPE_WIDGET), 0, nullptr, nullptr,
+        static_cast<wxTopLevelWindow*>(&window));
+}
+
 void AcceptKeys(wxFrame& window) {
     // Keys go to the widget that has the focus inside the window, and GTK gives it to none by itself.
     gtk_widget_set_can_focus(window.m_wxwindow, TRUE);

@@ -21,6 +21,7 @@ frmNote::frmNote(NoteHost& host) : host_(host) {
     SetBackgroundStyle(wxBG_STYLE_PAINT);
     Create(nullptr, wxID_ANY, L"Kivora", wxDefaultPosition, wxSize(10, 10),
            wxFRAME_NO_TASKBAR | wxBORDER_NONE | wxFRAME_SHAPED);
+    HaveNoFrame(*this);
     AcceptKeys(*this);
     SetDropTarget(NoteDropTarget(host).release());
     access_ = NoteAccess::Of(*this, *this);

@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <gtk/gtk.h>
 
 #include "notes/NoteWindow.h"
 #include "notes/frmNote.h"
@@ -29,4 +30,20 @@ TEST(NoteWindow, WhoWaitsForTheScreenIsCalledOnceWhateverHappens) {
         RunEvents();
         EXPECT_EQ(calls, 1);
     }
+}
+
+TEST(NoteWindow, IsAsLargeAsAskedWhateverFrameTheWindowManagerSpeaksOf) {
+    NoteRecorder recorder;
+    const NotePtr note(new frmNote(recorder));
+    note->Place({3000, 3000, 3000, 2400});
+    gtk_widget_realize(note->GetHandle());
+    GdkWindow* const window = gtk_widget_get_window(note->GetHandle());
+    const gulong frame[] = {5, 5, 29, 5};
+    gdk_property_change(window, gdk_atom_intern("_NET_FRAME_EXTENTS", FALSE),
+                        gdk_atom_intern("CARDINAL", FALSE), 32, GDK_PROP_MODE_REPLACE,
+                        reinterpret_cast<const guchar*>(frame), 4);
+    RunEvents();
+    note->ShowStacked();
+    ASSERT_TRUE(RunUntil([&] { return RectOnScreen(*note).has_value(); }));
+    EXPECT_EQ(RectOnScreen(*note)->GetSize(), wxSize(200, 160));
 }
