@@ -281,21 +281,6 @@ TEST_F(StartTest, IconsTellTheirMenuAndRunIt) {
     EXPECT_EQ(Store().CountNotes(), 1u);
 }
 
-TEST_F(StartTest, EndIsAskedForOnce) {
-    WithMenu(nullptr, [](MenuOnScreen& menu) { menu.Choose(L"Beenden"); });
-    EXPECT_EQ(quits_, 1);
-}
-
-TEST_F(StartTest, BringingToTheFrontKeepsTheFlags) {
-    frmNote& normal = AddNote(L"eins");
-    frmNote& top = AddNote(L"zwei");
-    top.Foreground(true);
-    start_->notIcon.Events.MouseUp(1);
-    RunEvents();
-    EXPECT_FALSE(normal.Foreground());
-    EXPECT_TRUE(top.Foreground());
-}
-
 TEST_F(StartTest, ADialogKeepsTheKeyboardWhenAllComesToTheFront) {
     AddNote(L"eins");
     auto* dialog = new frmProperties(L"Neue Notiz");

@@ -117,24 +117,6 @@ TEST_F(ExchangeTest, WhatAnExportCannotCarryIsAskedForFirst) {
     EXPECT_EQ(ListNotes(path), (std::vector<std::wstring>{L"Käse", L"? ja"}));
 }
 
-TEST_F(ExchangeTest, TheQuestionStaysAboveTheDialog) {
-    Add({.Text = L"neu"});
-    const fs::path path = Write(L"alt.kvr", "");
-    SetMessageObserver({});
-    Export([&](frmExport& dialog) {
-        dialog.txtPfad->SetValue(FileName(path));
-        After(100ms, [&] {
-            wxWindow* box = wxFindWindowByLabel(L"Datei existiert bereits");
-            EXPECT_TRUE(box && box->GetParent() == &dialog);
-            if (box) Press(wxWindow::FindWindowById(wxID_CANCEL, box));
-        });
-        Press(dialog.cmdOK);
-        EXPECT_EQ(dialog.Tag(), L"waiting");
-        Press(dialog.cmdAbbrechen);
-    });
-    EXPECT_EQ(fs::file_size(path), 0u);
-}
-
 TEST_F(ExchangeTest, EveryFailureOfAnExportIsToldInOneMessage) {
     const std::wstring exportFailed =
         L"Fehler|16|Beim Exportieren der Notiz(en) ist ein Fehler aufgetreten.\r\nMöglicherweise existiert "

@@ -3,30 +3,16 @@
 #include "base/Text.h"
 #include "exchange/ExportedNote.h"
 #include "tests/exchange/SampleNotes.h"
-#include "tests/support/Files.h"
 
 namespace {
 
-namespace fs = std::filesystem;
-
-const fs::path kSamples = KIVORA_SAMPLES;
-
-std::vector<ExportedNote> NotesOf(ByteSource file) {
+std::vector<ExportedNote> NotesOf(const std::string& bytes) {
     std::vector<ExportedNote> notes;
+    ByteSource file = ByteSource::OfMemory(bytes);
     ExportReader reader(file);
     for (ExportedNote note = reader.Next(); !note.Text.empty(); note = reader.Next())
         notes.push_back(std::move(note));
     return notes;
-}
-
-std::vector<ExportedNote> NotesOf(const std::string& bytes) { return NotesOf(ByteSource::OfMemory(bytes)); }
-
-TEST(ExportedNote, SampleFilesAreReadAndWrittenByteForByte) {
-    for (const char* name : {"einkauf.kvr", "buero.kvr"}) {
-        const std::string bytes = Content(kSamples / name);
-        EXPECT_EQ(NotesOf(bytes).size(), 4u) << name;
-        EXPECT_EQ(FileBytes(NotesOf(bytes)), bytes) << name;
-    }
 }
 
 TEST(ExportedNote, EveryFieldHasItsPlaceAndSign) {
@@ -131,18 +117,6 @@ TEST(ExportedNote, NothingIsWrittenOfATextThatCannotBeCounted) {
         EXPECT_EQ(WriteRecord(file, row.note), row.written) << row.name;
         EXPECT_EQ(file.empty(), !row.written) << row.name;
     }
-}
-
-TEST(ExportedNote, PassingOverReadsAsFarAsReading) {
-    const std::vector<ExportedNote> notes = SampleNotes();
-    const std::string bytes = FileBytes(notes);
-    ByteSource file = ByteSource::OfMemory(bytes);
-    ExportReader reader(file);
-    for (std::size_t i = 0; i < notes.size(); i += 2) {
-        EXPECT_EQ(reader.PassOver(5), notes[i].Text.substr(0, 5));
-        EXPECT_EQ(reader.Next(), notes[i + 1]);
-    }
-    EXPECT_EQ(reader.PassOver(40), L"");
 }
 
 }  // namespace

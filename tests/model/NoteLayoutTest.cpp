@@ -60,23 +60,6 @@ TEST(NoteLayout, PressesAndPointersFollowTheParts) {
     }
 }
 
-TEST(NoteLayout, PartsStickToTheirEdges) {
-    const NoteLayout note = LayoutNote(W, H);
-    EXPECT_EQ(note.lblMessage.left, 240);
-    EXPECT_EQ(note.lblMessage.top, 240);
-    EXPECT_EQ(note.lblMessage.width, W - 480);
-    EXPECT_EQ(note.lblMessage.height, H - note.picEcke.height - 240);
-    EXPECT_EQ(note.picEcke.Right(), W);
-    EXPECT_EQ(note.picEcke.Bottom(), H);
-    EXPECT_EQ(note.lblZeit.left, 240);
-    EXPECT_EQ(note.lblZeit.Bottom(), H);
-    EXPECT_EQ(note.lblZeit.width, W - 240 - note.picEcke.width);
-    EXPECT_EQ(note.chkForeground.Right(), note.cmdMinimize.left);
-    EXPECT_EQ(note.cmdMinimize.Right(), W);
-    EXPECT_EQ(note.chkForeground.top, 0);
-    EXPECT_EQ(note.cmdMinimize.top, 0);
-}
-
 TEST(NoteLayout, OutlineCutsWhatTheCornerPictureCovers) {
     const std::array<PixelPoint, 6> expected = {
         {{200, 120}, {184, 148}, {181, 150}, {0, 150}, {0, 0}, {200, 0}}};

@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <random>
-
 #include "base/Text.h"
 #include "net/Receiver.h"
 
@@ -184,41 +182,6 @@ TEST(Receiver, WhatIsSentArrives) {
         for (const std::wstring& command : CommandsFor(Saying(row.sent, row.look)))
             bytes += ToAnsi(command) + "\r\n";
         EXPECT_EQ(Receive(bytes).notes, std::vector<Note>{Saying(row.arrived, row.look)}) << bytes;
-    }
-}
-
-// Whatever arrives, however it is cut: the same answers, bounded memory, no note that was not finished.
-TEST(Receiver, AnyBytesInAnyPieces) {
-    const char* const words[] = {"NOTE_NEW",
-                                 "NOTE_TEXT ",
-                                 "NOTE_FONT_SIZE 9",
-                                 "NOTE_COLOR 255",
-                                 "NOTE_FINISHED",
-                                 "NOTE_ABORT",
-                                 "\r\n",
-                                 "\r",
-                                 "\n",
-                                 " ",
-                                 "\r\r\n",
-                                 "\xff",
-                                 "x"};
-    std::mt19937 random(1);
-    for (int round = 0; round < 2000; ++round) {
-        std::string bytes;
-        for (unsigned i = random() % 60; i > 0; --i) {
-            if (random() % 4 == 0)
-                bytes += static_cast<char>(random());
-            else
-                bytes += words[random() % std::size(words)];
-            if (random() % 2) bytes += "\r\n";
-        }
-        const Dialogue whole = Receive(bytes);
-        std::size_t finished = 0;
-        for (std::size_t at = 0; (at = bytes.find("NOTE_FINISHED", at)) != bytes.npos; ++at) ++finished;
-        EXPECT_LE(whole.notes.size(), finished);
-        // Pieces decide what an error discards; without one they decide nothing.
-        if (whole.replies.find("execution") != std::string::npos) continue;
-        EXPECT_EQ(Receive(bytes, 1 + random() % 5), whole) << testing::PrintToString(bytes);
     }
 }
 

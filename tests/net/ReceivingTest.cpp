@@ -83,29 +83,6 @@ TEST_F(Receiving, ABrokenConnectionLeavesNothing) {
     EXPECT_EQ(CountHandles(), handles);
 }
 
-TEST_F(Receiving, SessionsBuildTheirNotesIndependently) {
-    Meanwhile([&] {
-        std::vector<RawConnection> connections;
-        for (unsigned i = 0; i < 20; ++i)
-            connections.push_back(RawConnection::To(network->LocalPort(), 1 + i / 16));
-        for (RawConnection& connection : connections) EXPECT_EQ(connection.Line(), kGreeting);
-        for (const std::string command : {"NOTE_NEW", "NOTE_TEXT", "NOTE_TEXT", "NOTE_FINISHED", "QUIT"}) {
-            int number = 0;
-            for (RawConnection& connection : connections) {
-                const std::string parameter = command == "NOTE_TEXT" ? " " + std::to_string(number) : "";
-                EXPECT_EQ(connection.Ask(command + parameter), "OK");
-                ++number;
-            }
-        }
-    });
-    ASSERT_EQ(store.CountNotes(), 20u);
-    for (int i = 0; i < 20; ++i) {
-        const std::wstring number = std::to_wstring(i);
-        EXPECT_EQ(store.Notes()[static_cast<std::size_t>(i)]->Text(), number + L"\r\n" + number);
-    }
-    EXPECT_TRUE(SessionsEnd());
-}
-
 TEST_F(Receiving, WhoMayNotConnectGetsNoGreeting) {
     std::vector<std::string> asked;
     network->MayConnect = [&](const std::string& address, const NetworkAccess::Answer& answer) {
@@ -255,14 +232,6 @@ TEST_F(Receiving, LongTextsAreKeptElsewhereTooOrTheSenderIsTold) {
     });
     EXPECT_EQ(store.CountNotes(), 2u);
     EXPECT_EQ(kept, (std::vector<std::size_t>{4096, 4097}));
-}
-
-TEST_F(Receiving, ATakenPortIsTriedAgain) {
-    NetworkAccess second(store, {network->LocalPort(), 0, 1s});
-    EXPECT_FALSE(second.Listen());
-    EXPECT_FALSE(second.Listen());
-    network->Stop();
-    EXPECT_TRUE(second.Listen());
 }
 
 // Everything is there before the first of it is read, and takes far more than a turn of the sockets. In

@@ -79,31 +79,6 @@ TEST_F(Sending, RefusalsAreShownAndTheNextNoteIsTried) {
     }
 }
 
-TEST_F(Sending, ToAnotherVersionNothingIsSentButAllIsCounted) {
-    const struct {
-        std::string greeting;
-        std::wstring version;
-    } rows[] = {{"OK X PROTOCOL_VERSION 2.0.0 READY\r\n", L"2.0.0"},
-                {"OK PROTOCOL_VERSION 2.0\r\n", L"2.0"},
-                {"OK PROTOCOL_VERSION\r\n", L""},
-                {"OK PROTOCOL_VERSION  1.0.0\r\n", L""},
-                {"ERROR voll\r\n", L""},
-                {"", L""}};
-    for (const auto& row : rows) {
-        std::string got;
-        const auto session = SendTo(
-            [&](RawConnection& connection) {
-                connection.Send(row.greeting);
-                got = connection.Rest();
-            },
-            {L"a", L"b"});
-        EXPECT_EQ(version, row.version);
-        EXPECT_EQ(session->GetNumberSentNotes(), L"2");
-        EXPECT_EQ(got, "QUIT\r\n");
-    }
-    EXPECT_TRUE(messages.empty());
-}
-
 TEST_F(Sending, APeerThatTalksUnaskedIsNotListenedTo) {
     constexpr int kMegabytes = 64;
     std::atomic<int> taken = -1;

@@ -57,28 +57,3 @@ TEST(Packing, EveryPictureComesBackAsItWas) {
         EXPECT_LE(packedBytes, 5u * 40 * 30) << "no picture takes more than a byte a pixel for its packing";
     }
 }
-
-TEST(Packing, WhatIsNoPictureOfThatSizeGivesNone) {
-    const std::vector<Pixel> pixels = Paint({"red", {1, 2, 3, 4}, {}, {}, {250, 1, 1, 200}}, 9, 6);
-    const std::vector<std::uint8_t> packed = PackPixels(pixels, 9);
-    for (std::size_t length = 0; length < packed.size(); ++length)
-        EXPECT_TRUE(UnpackPixels(std::span(packed).first(length), 9, 6).empty()) << length;
-    std::vector<std::uint8_t> longer = packed;
-    longer.push_back(0x80);
-    EXPECT_TRUE(UnpackPixels(longer, 9, 6).empty());
-
-    const struct {
-        std::vector<std::uint8_t> packed;
-        int width, height;
-    } table[] = {
-        {{}, 1, 1},      {{}, 0, 0},
-        {{0x80}, 0, 1},  {{0x80}, -1, -1},
-        {{0xbf}, 63, 1},  // a run beyond the end
-        {{0xe4}, 1, 1},   // kinds that do not exist
-        {{0xff}, 1, 1},  {{0xe3, 1, 2, 3}, 1, 1},
-        {{0x40}, 1, 1},  {{0xbf}, 2000000000, 2000000000},
-    };
-    for (const auto& row : table)
-        EXPECT_TRUE(UnpackPixels(row.packed, row.width, row.height).empty())
-            << row.width << "x" << row.height;
-}
