@@ -135,6 +135,16 @@ TEST_F(StartTest, IconEventsOpenTheMenuOnceEach) {
     EXPECT_EQ(opened, 2);
 }
 
+TEST_F(StartTest, ADoubleClickOnTheIconBeginsANote) {
+    bool begun = false;
+    const WhenShown<frmProperties> user([&](frmProperties& dialog) {
+        begun = true;
+        dialog.Close();
+    });
+    start_->notIcon.Events.DblClick(1);
+    EXPECT_TRUE(begun);
+}
+
 TEST_F(StartTest, ForTheKeyboardItOpensAtTheNoteWithItsFirstItemChosen) {
     frmNote& note = AddNote(L"eins");
     WithMenu(

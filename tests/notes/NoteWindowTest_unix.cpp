@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
+#include <wx/uiaction.h>
 
 #include "notes/NoteWindow.h"
 #include "notes/frmNote.h"
@@ -46,4 +47,36 @@ TEST(NoteWindow, IsAsLargeAsAskedWhateverFrameTheWindowManagerSpeaksOf) {
     note->ShowStacked();
     ASSERT_TRUE(RunUntil([&] { return RectOnScreen(*note).has_value(); }));
     EXPECT_EQ(RectOnScreen(*note)->GetSize(), wxSize(200, 160));
+}
+
+TEST(NoteWindow, IsMovedAndSizedByTheMouse) {
+    NoteRecorder recorder;
+    const NotePtr note(new frmNote(recorder));
+    note->ShowStacked();
+    const wxRect before(200, 200, 200, 160);
+    const struct {
+        const char* name;
+        wxPoint press;
+        wxRect after;
+    } rows[] = {
+        {"middle", {60, 60}, {220, 210, 200, 160}},      {"left edge", {2, 60}, {220, 200, 180, 160}},
+        {"right edge", {197, 60}, {200, 200, 220, 160}}, {"upper edge", {60, 2}, {200, 210, 200, 150}},
+        {"lower edge", {60, 157}, {200, 200, 200, 170}}, {"flap", {190, 140}, {200, 200, 220, 170}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        note->Place({3000, 3000, 3000, 2400});
+        ASSERT_TRUE(RunUntil([&] { return RectOnScreen(*note) == before; }));
+        Take(recorder);
+        wxUIActionSimulator mouse;
+        mouse.MouseMove(before.GetPosition() + row.press);
+        mouse.MouseDown();
+        mouse.MouseMove(before.GetPosition() + row.press + wxPoint(20, 10));
+        mouse.MouseUp();
+        EXPECT_TRUE(RunUntil([&] { return !recorder.calls.empty(); }));
+        EXPECT_EQ(Take(recorder), std::vector<std::wstring>{L"save"});
+        const NotePlace place = note->Content().place;
+        EXPECT_EQ(place, (NotePlace{row.after.x * 15.0, row.after.y * 15.0, row.after.width * 15.0,
+                                    row.after.height * 15.0}));
+    }
 }
