@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/DateText.h"
 #include "model/TextFlow.h"
 #include "notes/LinePen.h"
 #include "notes/NoteFont.h"
@@ -92,11 +93,21 @@ bool PaintText(wxDC& dc, const Note& note, const wxRect& box, const TextLink& li
     return y <= box.y + box.height;
 }
 
+bool Fits(LinePen& pen, const std::wstring& line, const wxRect& box) {
+    return line.empty() || pen.Measure(line).back() <= box.width;
+}
+
+// As much of it as there is room for.
 void PaintTime(wxDC& dc, const Note& note, const wxRect& box, const wxColour& ink) {
     if (box.width <= 0) return;
     wxDCClipper clip(dc, box);
     const int height = LineHeight(dc, SmallFont());
-    LinePen(dc, SmallFont()).Draw(note.creationTime, box.x, box.y + (box.height - height) / 2, ink);
+    LinePen pen(dc, SmallFont());
+    for (const std::wstring& form : TimeForms(note.creationTime)) {
+        if (!Fits(pen, form, box)) continue;
+        pen.Draw(form, box.x, box.y + (box.height - height) / 2, ink);
+        return;
+    }
 }
 
 // The two controls are flat until the pointer is over them.
@@ -168,6 +179,12 @@ std::vector<PaintedLine> PaintedLines(const Note& note, const NoteLayout& layout
         y += height;
     }
     return painted;
+}
+
+bool ShowsWholeTime(const Note& note, const NoteLayout& layout, double scaleX, double scaleY) {
+    MeasuringDC dc;
+    LinePen pen(dc, SmallFont());
+    return Fits(pen, note.creationTime, ToPixels(layout.lblZeit, scaleX, scaleY));
 }
 
 wxSize NaturalTextSize(const std::wstring& text, const wxFont& font, int width, int highest) {

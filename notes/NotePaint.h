@@ -39,6 +39,10 @@ struct PaintedLine {
 std::vector<PaintedLine> PaintedLines(const Note& note, const NoteLayout& layout, double scaleX,
                                       double scaleY);
 
+// Whether the note has room for its creation time, which is painted in a shorter form otherwise, or not at
+// all.
+bool ShowsWholeTime(const Note& note, const NoteLayout& layout, double scaleX, double scaleY);
+
 // The size in pixels that the text needs, in lines no wider than that many pixels. 0: only its own line
 // breaks count. What lies below `highest` pixels is not measured.
 wxSize NaturalTextSize(const std::wstring& text, const wxFont& font, int width = 0, int highest = INT_MAX);

@@ -155,8 +155,13 @@ void frmNote::Hover(NotePart part, TextLink link) {
     if (part == hovered_ && link == link_) return;
     hovered_ = part;
     link_ = std::move(link);
-    const std::wstring tip =
-        link_.address.empty() ? NoteAccess::NameOfControl(part) : L"Strg+Klick öffnet die Adresse";
+    std::wstring tip = NoteAccess::NameOfControl(part);
+    if (!link_.address.empty()) {
+        tip = L"Strg+Klick öffnet die Adresse";
+    } else if (part == NotePart::lblZeit &&
+               !ShowsWholeTime(note_, layout_, 1 / TwipsPerPixelX(*this), 1 / TwipsPerPixelY(*this))) {
+        tip = CreationTime();
+    }
     if (tip.empty()) {
         UnsetToolTip();
     } else {

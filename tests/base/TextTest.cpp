@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/CaseFold.h"
+#include "base/DateText.h"
 #include "base/Text.h"
 
 namespace {
@@ -154,3 +155,15 @@ TEST(CaseFold, NamesInCapitals) {
 }
 
 }  // namespace
+
+TEST(TimeForms, LeaveOutTheSecondsThenTheTime) {
+    const std::vector<std::wstring> rows[] = {
+        {L"21.11.2026, 09:05:00", L"21.11.2026, 09:05", L"21.11.2026"},
+        {L"21.11.2026, 09.05.00", L"21.11.2026, 09.05", L"21.11.2026"},
+        {L"11/21/2026, 09:05:00 AM", L"11/21/2026, 09:05 AM", L"11/21/2026"},
+        {L"21.11.2026, 09:05", L"21.11.2026"},
+        {L"gestern"},
+        {L""},
+    };
+    for (const auto& row : rows) EXPECT_EQ(TimeForms(row.front()), row) << ToUtf8(row.front());
+}
