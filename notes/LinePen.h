@@ -25,3 +25,7 @@ class LinePen {
     struct Lines;
     std::unique_ptr<Lines> lines_;
 };
+
+// Whether a text box aligns a line that begins so the other way round: on Linux, if it reads from right to
+// left.
+bool AlignsTheOtherWay(std::wstring_view line);

@@ -91,3 +91,12 @@ void LinePen::Draw(std::wstring_view text, int x, int y, const wxColour& ink) {
     cairo_move_to(cairo, x, y);
     pango_cairo_show_layout(cairo, layout.get());
 }
+
+bool AlignsTheOtherWay(std::wstring_view line) {
+    // As GTK sees a paragraph: the first letter decides.
+    for (const wchar_t each : line) {
+        const PangoDirection direction = pango_unichar_direction(static_cast<gunichar>(each));
+        if (direction != PANGO_DIRECTION_NEUTRAL) return direction == PANGO_DIRECTION_RTL;
+    }
+    return false;
+}

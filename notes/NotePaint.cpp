@@ -59,11 +59,11 @@ MeasureText MeasureWith(LinePen& pen) {
     return [&pen](std::wstring_view text) { return pen.Measure(text); };
 }
 
-// Where a line begins that is so many pixels wide.
-int LineStart(const Note& note, const wxRect& box, int width) {
-    if (note.look.alignment == kAlignRight) return box.x + box.width - width;
-    if (note.look.alignment == kAlignCentre) return box.x + (box.width - width) / 2;
-    return box.x;
+// The left end of a line.
+int LineStart(const Note& note, const wxRect& box, const FlowLine& line) {
+    if (note.look.alignment == kAlignCentre) return box.x + (box.width - line.width) / 2;
+    const bool right = (note.look.alignment == kAlignRight) != AlignsTheOtherWay(line.text);
+    return right ? box.x + box.width - line.width : box.x;
 }
 
 // False when there is no room for all of it.
@@ -77,7 +77,7 @@ bool PaintText(wxDC& dc, const Note& note, const wxRect& box, const TextLink& li
     LinePen pen(dc, font);
     int y = box.y;
     for (const FlowLine& line : FlowText(note.text, box.width, MeasureWith(pen), most)) {
-        const int x = LineStart(note, box, line.width);
+        const int x = LineStart(note, box, line);
         pen.Draw(line.text, x, y, ink);
         const auto first = static_cast<std::size_t>(line.text.data() - note.text.data());
         const std::size_t from = std::max(link.start, first),
@@ -174,7 +174,7 @@ std::vector<PaintedLine> PaintedLines(const Note& note, const NoteLayout& layout
     int y = box.y;
     for (const FlowLine& line : FlowText(note.text, box.width, MeasureWith(pen), kMostLines)) {
         painted.push_back({line.text,
-                           {LineStart(note, box, line.width), y, line.width, height},
+                           {LineStart(note, box, line), y, line.width, height},
                            line.text.empty() ? std::vector<int>() : pen.Measure(line.text)});
         y += height;
     }

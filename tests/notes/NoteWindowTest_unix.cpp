@@ -2,6 +2,7 @@
 #include <gtk/gtk.h>
 #include <wx/uiaction.h>
 
+#include "notes/NotePaint.h"
 #include "notes/NoteWindow.h"
 #include "notes/frmNote.h"
 #include "tests/notes/NoteRecorder.h"
@@ -78,5 +79,16 @@ TEST(NoteWindow, IsMovedAndSizedByTheMouse) {
         const NotePlace place = note->Content().place;
         EXPECT_EQ(place, (NotePlace{row.after.x * 15.0, row.after.y * 15.0, row.after.width * 15.0,
                                     row.after.height * 15.0}));
+    }
+}
+
+TEST(NoteWindow, LinesThatReadFromTheRightBeginThereAsInTheDialog) {
+    Note note{.text = L"\u05E9\u05DC\u05D5\u05DD abc\nabc \u05E9\u05DC\u05D5\u05DD\n1 \u05E9\n1"};
+    for (const int alignment : {kAlignLeft, kAlignRight, kAlignCentre}) {
+        note.look.alignment = alignment;
+        std::string ends;
+        for (const PaintedLine& line : PaintedLines(note, LayoutNote(4500, 3000), 1 / 15.0, 1 / 15.0))
+            ends += line.place.x == 16 ? 'l' : line.place.GetRight() + 1 == 300 - 16 ? 'r' : 'c';
+        EXPECT_EQ(ends, alignment == kAlignLeft ? "rlrl" : alignment == kAlignRight ? "lrlr" : "cccc");
     }
 }
