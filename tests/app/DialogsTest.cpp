@@ -1,6 +1,5 @@
 // Every dialog of the program, checked for what all of them owe their users: keys that work, controls that
 // are named, texts that are not cut at any size of dialog and font.
-#include <gtest/gtest.h>
 #include <wx/button.h>
 #include <wx/checkbox.h>
 #include <wx/checklst.h>
@@ -22,14 +21,11 @@
 
 #include "base/Text.h"
 #include "dialogs/frmDialog.h"
-#include "model/StoredImage.h"
 #include "net/frmSendOverNetworkProgress.h"
-#include "notes/NoteStore.h"
-#include "registry/clsRegistry.h"
+#include "tests/addressbook/Entries.h"
 #include "tests/app/AllDialogs.h"
-#include "tests/notes/NoteRecorder.h"
+#include "tests/notes/StoreTest.h"
 #include "tests/support/Controls.h"
-#include "tests/support/Events.h"
 #include "tests/support/Messages.h"
 
 namespace {
@@ -166,10 +162,9 @@ void Settle(DialogWindow& dialog) {
     wxTheApp->ProcessIdle();  // the order of the Tab key is set when there is nothing else to do
 }
 
-class Dialogs : public testing::Test {
+class Dialogs : public StoreTest {
   protected:
     Dialogs() {
-        Registry().DeleteKey(kSettingsKey);
         for (const wchar_t* text : {L"Käse, Brot und zwei Flaschen Wein", L"Tante anrufen"}) {
             store.AdoptNote({.text = text});
         }
@@ -178,12 +173,7 @@ class Dialogs : public testing::Test {
         }
         all = AllDialogs(store, [this] { cancelled = true; });
     }
-    ~Dialogs() override {
-        store.UnloadAllNotes();
-        while (!AddressBook().empty()) RemoveAddressBookEntry(AddressBook().back().PCName());
-        Registry().DeleteKey(kSettingsKey);
-        RunEvents();
-    }
+    ~Dialogs() override { EmptyAddressBook(); }
 
     // Does something with each dialog on the screen.
     void ForEach(const std::function<void(const std::string& name, DialogWindow&)>& act) {
@@ -219,8 +209,6 @@ class Dialogs : public testing::Test {
         });
     }
 
-    NoteRecorder recorder;
-    NoteStore store{recorder};
     std::vector<NamedDialog> all;
     bool cancelled = false;
 };

@@ -1,4 +1,3 @@
-#include <gtest/gtest.h>
 #include <wx/button.h>
 #include <wx/clipbrd.h>
 #include <wx/listbox.h>
@@ -9,47 +8,22 @@
 #include "mail/SendAsEMail.h"
 #include "mail/frmSendAsEMail.h"
 #include "model/LostCharacters.h"
-#include "model/StoredImage.h"
-#include "registry/clsRegistry.h"
 #include "tests/mail/MailProgram.h"
-#include "tests/notes/NoteRecorder.h"
-#include "tests/support/Dialogs.h"
-#include "tests/support/Events.h"
+#include "tests/notes/StoreTest.h"
 #include "tests/support/Messages.h"
 
 namespace {
 
-class FrmSendAsEMail : public testing::Test, protected MessageRecorder {
+class FrmSendAsEMail : protected MessageRecorder, public StoreTest {
   protected:
-    FrmSendAsEMail() { Registry().DeleteKey(kSettingsKey); }
-    ~FrmSendAsEMail() override {
-        store.UnloadAllNotes();
-        Registry().DeleteKey(kSettingsKey);
-    }
-
     frmNote& Add(const std::wstring& text) { return store.AdoptNote({.text = text}); }
 
-    // Runs the command and does something with its dialog.
-    void Run(std::function<void(frmSendAsEMail&)> act) {
-        opened = false;
-        wxTheApp->CallAfter([this, act = std::move(act)] {
-            frmSendAsEMail* dialog = OpenDialog<frmSendAsEMail>();
-            ASSERT_TRUE(dialog);
-            opened = true;
-            act(*dialog);
-        });
-        SendNotesAsEMail(store, [this](const std::wstring& address) {
-            addresses.push_back(address);
-            return false;
-        });
-        EXPECT_TRUE(opened);
-        EXPECT_FALSE(OpenDialog<frmSendAsEMail>());
+    void Send(const std::function<void(frmSendAsEMail&)>& act) {
+        const auto send = [this](const std::wstring& address) { return addresses.push_back(address), false; };
+        Run<frmSendAsEMail>([&] { SendNotesAsEMail(store, send); }, act);
     }
 
-    NoteRecorder recorder;
-    NoteStore store{recorder};
     std::vector<std::wstring> addresses;
-    bool opened = false;
 };
 
 }  // namespace
@@ -57,7 +31,7 @@ class FrmSendAsEMail : public testing::Test, protected MessageRecorder {
 TEST_F(FrmSendAsEMail, OffersOKWhileANoteIsChosen) {
     Add(L"eins\r\nzwei");
     Add(L"drei");
-    Run([this](frmSendAsEMail& dialog) {
+    Send([this](frmSendAsEMail& dialog) {
         EXPECT_EQ(dialog.GetTitle(), L"Per E-Mail versenden");
         ASSERT_EQ(dialog.lstNotizen->GetCount(), 2u);
         EXPECT_EQ(dialog.lstNotizen->GetString(0), L"eins zwei");
@@ -81,7 +55,7 @@ TEST_F(FrmSendAsEMail, HandsTheChosenNotesOverInListOrder) {
     Add(L"zwei");
     const std::wstring longText(300'000, L'x');
     Add(L"drei" + longText);
-    Run([](frmSendAsEMail& dialog) {
+    Send([](frmSendAsEMail& dialog) {
         dialog.txtEmpfänger->SetValue(L"Jörg <a@b>");
         dialog.txtBetreff->SetValue(L"Grüße & mehr");
         Press(dialog.cmdAlle);
@@ -114,7 +88,7 @@ TEST_F(FrmSendAsEMail, HandsTheChosenNotesOverInListOrder) {
 TEST_F(FrmSendAsEMail, WhatMailCannotCarryIsAskedForFirst) {
     Add(L"Ω");
     answer = MessageAnswer::No;
-    Run([&](frmSendAsEMail& dialog) {
+    Send([&](frmSendAsEMail& dialog) {
         Press(dialog.cmdAlle);
         Press(dialog.cmdOK);
         if (MailHasAllCharacters()) return;
@@ -130,7 +104,7 @@ TEST_F(FrmSendAsEMail, WhatMailCannotCarryIsAskedForFirst) {
 TEST_F(FrmSendAsEMail, ANoteThatIsGoneIsReportedAndNothingIsSent) {
     Add(L"eins");
     frmNote& gone = Add(L"zwei");
-    Run([&](frmSendAsEMail& dialog) {
+    Send([&](frmSendAsEMail& dialog) {
         Press(dialog.cmdAlle);
         store.DeleteNote(gone);
         Press(dialog.cmdOK);

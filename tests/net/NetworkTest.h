@@ -2,39 +2,27 @@
 // What the tests of the network share: a store, an access that listens on a free port, and dialogues that run
 // in a thread while the events of the program go on.
 
-#include <gtest/gtest.h>
-
 #include <atomic>
 #include <optional>
 
-#include "model/StoredImage.h"
 #include "net/basNetworkAccess.h"
 #include "net/clsOutgoing.h"
-#include "registry/clsRegistry.h"
 #include "tests/net/RawPeer.h"
-#include "tests/notes/NoteRecorder.h"
-#include "tests/support/Events.h"
+#include "tests/notes/StoreTest.h"
 #include "tests/support/Messages.h"
 #include "tests/support/Support.h"
 
 // No test lasts so long.
 constexpr std::chrono::milliseconds kForever = std::chrono::hours(1);
 
-class NetworkTest : public testing::Test, protected MessageRecorder {
+class NetworkTest : protected MessageRecorder, public StoreTest {
   protected:
     NetworkTest() {
-        Registry().DeleteKey(kSettingsKey);
         tooLong.Bind(wxEVT_TIMER, [](wxTimerEvent&) {
             ADD_FAILURE() << "waits for what does not come";
             EndAllWaits();
         });
         tooLong.StartOnce(60'000);
-    }
-    ~NetworkTest() override {
-        ResetWaits();
-        store.UnloadAllNotes();
-        RunEvents();
-        Registry().DeleteKey(kSettingsKey);
     }
 
     // An access that connects to this port and is patient for no longer than a test may take.
@@ -65,7 +53,5 @@ class NetworkTest : public testing::Test, protected MessageRecorder {
     }
 
     wxTimer tooLong;
-    NoteRecorder recorder;
-    NoteStore store{recorder};
     std::optional<NetworkAccess> network;
 };

@@ -49,15 +49,7 @@ class SendNotes : public NetworkTest {
 
     // Runs the operation; `fill` sees to its first dialog.
     void Send(const std::function<void(frmSendOverNetwork&)>& fill) {
-        bool opened = false;
-        wxTheApp->CallAfter([&] {
-            auto* dialog = OpenDialog<frmSendOverNetwork>();
-            ASSERT_TRUE(dialog);
-            opened = true;
-            fill(*dialog);
-        });
-        SendNotesOverNetwork(*network, store);
-        EXPECT_TRUE(opened);
+        Run<frmSendOverNetwork>([this] { SendNotesOverNetwork(*network, store); }, fill);
         EXPECT_FALSE(OpenDialog<frmSendOverNetworkProgress>());
         // Where the program sends to itself, the receiving one ends by events of its own.
         EXPECT_TRUE(RunUntil([&] { return network->CountSessions() == 0; }));

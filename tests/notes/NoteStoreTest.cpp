@@ -2,24 +2,14 @@
 
 #include <algorithm>
 
-#include "model/StoredImage.h"
-#include "notes/NoteStore.h"
-#include "registry/clsRegistry.h"
 #include "tests/addressbook/Entries.h"
-#include "tests/notes/NoteRecorder.h"
-#include "tests/support/Events.h"
+#include "tests/notes/StoreTest.h"
 
 namespace {
 
-class NoteStoreTest : public testing::Test {
+class NoteStoreTest : public StoreTest {
   protected:
-    NoteStoreTest() { Registry().DeleteKey(kSettingsKey); }
-    ~NoteStoreTest() override { Registry().DeleteKey(kSettingsKey); }
-
     frmNote& Add(NoteStore& store, const std::wstring& text) { return store.AddNote({.text = text}); }
-
-    NoteRecorder recorder;
-    NoteStore store{recorder};
 };
 
 }  // namespace

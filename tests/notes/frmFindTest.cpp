@@ -1,4 +1,3 @@
-#include <gtest/gtest.h>
 #include <wx/button.h>
 #include <wx/radiobut.h>
 #include <wx/stattext.h>
@@ -6,13 +5,9 @@
 
 #include "base/Text.h"
 #include "dialogs/Clipboard.h"
-#include "model/StoredImage.h"
 #include "notes/frmFind.h"
-#include "registry/clsRegistry.h"
-#include "tests/notes/NoteRecorder.h"
+#include "tests/notes/StoreTest.h"
 #include "tests/support/Controls.h"
-#include "tests/support/Dialogs.h"
-#include "tests/support/Events.h"
 #include "tests/support/Messages.h"
 
 namespace {
@@ -27,10 +22,9 @@ class BinInMemory : public NoteBin {
     Content content;
 };
 
-class FrmFind : public testing::Test, protected MessageRecorder {
+class FrmFind : protected MessageRecorder, public StoreTest {
   protected:
     FrmFind() {
-        Registry().DeleteKey(kSettingsKey);
         int day = 10;
         for (const wchar_t* text : {L"Käse\r\nund Brot", L"Straße kehren", L"Brot"}) {
             const Note note{.text = text, .creationTime = std::to_wstring(day++) + L".11.2026, 09:05:00"};
@@ -48,8 +42,6 @@ class FrmFind : public testing::Test, protected MessageRecorder {
     ~FrmFind() override {
         find->Close();
         RunEvents();
-        store.UnloadAllNotes();
-        Registry().DeleteKey(kSettingsKey);
     }
 
     wxWindow& List() { return find->lstGefunden->Window(); }
@@ -63,8 +55,6 @@ class FrmFind : public testing::Test, protected MessageRecorder {
         return (find->lblAnzahl->GetLabel() + L"|" + find->txtText->GetValue()).ToStdWstring();
     }
 
-    NoteRecorder recorder;
-    NoteStore store{recorder};
     BinInMemory bin;
     KeepFailure failure = KeepFailure::None;
     frmFind* find = nullptr;

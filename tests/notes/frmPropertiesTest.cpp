@@ -1,4 +1,3 @@
-#include <gtest/gtest.h>
 #include <wx/button.h>
 #include <wx/checkbox.h>
 #include <wx/clipbrd.h>
@@ -10,46 +9,25 @@
 #include "dialogs/Message.h"
 #include "dialogs/frmMessage.h"
 #include "model/Note.h"
-#include "model/StoredImage.h"
 #include "notes/NoteFont.h"
 #include "notes/NotePaint.h"
 #include "notes/NoteWindow.h"
 #include "notes/basNotes.h"
 #include "notes/frmProperties.h"
-#include "registry/clsRegistry.h"
-#include "tests/notes/NoteRecorder.h"
+#include "tests/notes/StoreTest.h"
 #include "tests/support/Controls.h"
-#include "tests/support/Dialogs.h"
-#include "tests/support/Events.h"
 #include "tests/support/Messages.h"
 #include "tests/support/Stacking.h"
 
 namespace {
 
-class FrmProperties : public testing::Test {
+class FrmProperties : public StoreTest {
   protected:
-    FrmProperties() { Registry().DeleteKey(kSettingsKey); }
-    ~FrmProperties() override { Registry().DeleteKey(kSettingsKey); }
-
     // Writes a new note or edits one, and does something with the dialog as soon as it is on the screen.
     void Work(frmNote* note, const std::function<void(frmProperties&)>& act) {
-        bool opened = false;
-        wxTheApp->CallAfter([&] {
-            frmProperties* dialog = OpenDialog<frmProperties>();
-            ASSERT_TRUE(dialog);
-            opened = true;
-            act(*dialog);
-        });
-        if (note)
-            EditNote(store, *note);
-        else
-            NewNote(store);
-        EXPECT_TRUE(opened);
+        Run<frmProperties>([&] { note ? EditNote(store, *note) : NewNote(store); }, act);
     }
     frmNote& Add(const std::wstring& text) { return store.AddNote({.text = text}); }
-
-    NoteRecorder recorder;
-    NoteStore store{recorder};
 };
 
 }  // namespace

@@ -1,30 +1,16 @@
 #pragma once
 // What the tests of printing share.
 
-#include <gtest/gtest.h>
-#include <wx/app.h>
 #include <wx/button.h>
 
-#include <functional>
-
-#include "model/StoredImage.h"
 #include "print/PrintNotes.h"
 #include "print/frmPrint.h"
-#include "registry/clsRegistry.h"
-#include "tests/notes/NoteRecorder.h"
-#include "tests/support/Dialogs.h"
-#include "tests/support/Events.h"
+#include "tests/notes/StoreTest.h"
 #include "tests/support/Messages.h"
 
 // A store to print from, and the messages shown meanwhile.
-class PrintFixture : public testing::Test, protected MessageRecorder {
+class PrintFixture : protected MessageRecorder, public StoreTest {
   protected:
-    PrintFixture() { Registry().DeleteKey(kSettingsKey); }
-    ~PrintFixture() override {
-        store.UnloadAllNotes();
-        Registry().DeleteKey(kSettingsKey);
-    }
-
     frmNote& Add(const std::wstring& text, const std::wstring& date = L"21.11.2026, 09:05:00") {
         return store.AdoptNote({.text = text, .creationTime = date});
     }
@@ -34,7 +20,4 @@ class PrintFixture : public testing::Test, protected MessageRecorder {
         const WhenShown<frmPrint> user(std::move(act));
         return PrintNotes(store, printing);
     }
-
-    NoteRecorder recorder;
-    NoteStore store{recorder};
 };
