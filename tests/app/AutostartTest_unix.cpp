@@ -5,11 +5,14 @@
 #include <fstream>
 
 #include "app/Autostart.h"
+#include "app/frmStart.h"
 #include "base/DesktopEntry.h"
 #include "base/FileName.h"
+#include "model/KeepReason.h"
 #include "registry/clsRegistry.h"
 #include "tests/notes/NoteRecorder.h"
 #include "tests/support/Events.h"
+#include "tests/support/Messages.h"
 
 namespace {
 
@@ -33,7 +36,15 @@ TEST(Autostart, FlagAndEntryAgreeWhenTheEntryCannotBeWritten) {
     const std::filesystem::path folder = std::filesystem::path(g_get_user_config_dir()) / "autostart";
     std::filesystem::remove_all(folder);
     std::ofstream(folder) << "in the way";
-    EXPECT_FALSE(SetAutostart(store, true).Kept());
+    const MessageRecorder told;
+    auto* const start = new frmStart(store, [] {});
+    start->RunCommand(MenuItem::mnuNotizWindowsStart);
+    start->Destroy();
+    EXPECT_EQ(told.messages,
+              std::vector<std::wstring>{
+                  L"Beim Start von Windows laden|16|Der automatische Start von Kivora konnte "
+                  L"nicht geändert werden.\r\n" +
+                  ReasonText({KeepFailure::NoFile}, L"die Datei für den automatischen Start")});
     EXPECT_FALSE(store.AutostartEnabled);
     EXPECT_EQ(AsText(Registry().GetValue(L"HKLM\\Software\\Microsoft\\Windows\\CurrentVersion\\Run\\Kivora",
                                          REG_TYPE_SZ)),

@@ -9,14 +9,13 @@
 #include <map>
 #include <sstream>
 
-#include "registry/clsRegistry.h"
+#include "model/StoredImage.h"
 #include "tests/app/Process.h"
 #include "tests/app/Shell_unix.h"
 #include "tests/support/Support.h"
 
 namespace {
 
-const std::wstring kSettings = L"HKLM\\Software\\Kivora\\1.5\\";
 constexpr int kWidth = 240, kHeight = 150;
 
 // Two screens of 800 x 600 side by side, with a window manager, that everything started from here on uses.
@@ -108,25 +107,21 @@ void ExpectPlaces(const Places& expected) {
     EXPECT_EQ(places, expected);
 }
 
-void SaveNote(int number, const Place& place) {
-    const std::wstring key = kSettings + L"Note" + std::to_wstring(number) + L"\\";
-    Registry().SetValue(key + L"Text", REG_TYPE_SZ, L"Notiz " + std::to_wstring(number));
-    Registry().SetValue(key + L"Color", REG_TYPE_DWORD, 0x00FFFF);
-    Registry().SetValue(key + L"FontSize", REG_TYPE_DWORD, 12);
-    Registry().SetValue(key + L"X", REG_TYPE_DWORD, place.x * 15);
-    Registry().SetValue(key + L"Y", REG_TYPE_DWORD, place.y * 15);
-    Registry().SetValue(key + L"Width", REG_TYPE_DWORD, kWidth * 15);
-    Registry().SetValue(key + L"Height", REG_TYPE_DWORD, kHeight * 15);
+void SaveNotes(const Places& places) {
+    std::vector<Note> notes;
+    for (const Place& place : places)
+        notes.push_back(
+            {.text = L"Notiz", .place = {place.x * 15.0, place.y * 15.0, kWidth * 15, kHeight * 15}});
+    std::vector<const Note*> all;
+    for (const Note& note : notes) all.push_back(&note);
+    EXPECT_TRUE(WriteStoredImage(false, all, {}).Kept());
 }
 
 Places SavedPlaces() {
     Places places;
-    for (const wchar_t* note : {L"Note0", L"Note1", L"Note2"}) {
-        const auto number = [&](const wchar_t* name) {
-            return AsNumber(Registry().GetValue(kSettings + note + L"\\" + name, REG_TYPE_DWORD)) / 15;
-        };
-        places.push_back({number(L"X"), number(L"Y")});
-    }
+    for (const StoredNote& each : ReadStoredImage().notes)
+        places.push_back(
+            {static_cast<int>(each.note.place.left) / 15, static_cast<int>(each.note.place.top) / 15});
     return places;
 }
 
@@ -136,10 +131,8 @@ TEST(Screens, NotesComeToTheScreenThatIsLeftAndGoBack) {
     const TwoScreens screens;
     if (!screens) GTEST_SKIP() << "no display server with several outputs";
     const Place left{60, 60}, right{1000, 200}, dragged{1300, 400};
-    Registry().DeleteKey(kSettings);
-    int number = 0;
-    for (const Place& place : {left, right, dragged}) SaveNote(number++, place);
-    const Places saved = SavedPlaces();
+    const Places saved{left, right, dragged};
+    SaveNotes(saved);
     {
         const Process program({});
         ExpectPlaces({left, right, dragged});

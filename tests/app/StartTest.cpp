@@ -8,10 +8,11 @@
 #include "app/NoteServices.h"
 #include "app/frmStart.h"
 #include "base/DataFolder.h"
-#include "dialogs/Message.h"
+#include "model/StoredImage.h"
 #include "notes/NoteWindow.h"
 #include "notes/frmNote.h"
 #include "notes/frmProperties.h"
+#include "res/Resources.h"
 #include "tests/app/MenuOnScreen.h"
 #include "tests/support/Controls.h"
 #include "tests/support/Dialogs.h"
@@ -77,6 +78,7 @@ class StartTest : public testing::Test {
 
 TEST_F(StartTest, MenuOpensWithoutAnyWindow) {
     WithMenu(nullptr, [](MenuOnScreen& menu) {
+        EXPECT_EQ(menu.PictureHeight(), wxWindow::FromDIP(kMenuPictureHeight, nullptr));
         EXPECT_TRUE(menu.Has(L"Neue Notiz..."));
         EXPECT_FALSE(menu.Has(L"Notiz löschen"));
         EXPECT_FALSE(menu.Has(L"Drucken..."));
@@ -86,13 +88,6 @@ TEST_F(StartTest, MenuOpensWithoutAnyWindow) {
         menu.Close();
     });
     EXPECT_EQ(start_->PopupNote(), nullptr);
-}
-
-TEST_F(StartTest, PictureIsFirstAndCannotBeChosen) {
-    WithMenu(nullptr, [](MenuOnScreen& menu) {
-        EXPECT_EQ(menu.PictureHeight(), wxWindow::FromDIP(kMenuPictureHeight, nullptr));
-        menu.Close();
-    });
 }
 
 TEST_F(StartTest, NoteItemsActOnTheirNote) {
@@ -133,6 +128,24 @@ TEST_F(StartTest, IconEventsOpenTheMenuOnceEach) {
     start_->notIcon.Events.MouseUp(1);
     EXPECT_FALSE(MenuOnScreen::Find());
     EXPECT_EQ(opened, 2);
+}
+
+TEST_F(StartTest, LoadingWithTheSessionIsSwitchedAndSaved) {
+    for (const bool on : {true, false}) {
+        WithMenu(nullptr, [&](MenuOnScreen& menu) {
+            EXPECT_NE(menu.IsChecked(L"Beim Start von Windows laden"), on);
+            menu.Choose(L"Beim Start von Windows laden");
+        });
+        EXPECT_EQ(ReadStoredImage().autostart, on);
+    }
+}
+
+TEST_F(StartTest, TheIconWarnsOfTrouble) {
+    const std::pair<Trouble, int> rows[] = {{Trouble::None, kProgramIcon}, {Trouble::Unsaved, kTroubleIcon}};
+    for (const auto& [trouble, picture] : rows) {
+        start_->ShowState({trouble});
+        EXPECT_TRUE(start_->notIcon.IconFile().bitmap.IsSameAs(ResourcePicture(picture).bitmap));
+    }
 }
 
 TEST_F(StartTest, ADoubleClickOnTheIconBeginsANote) {

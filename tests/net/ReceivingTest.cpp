@@ -33,15 +33,15 @@ TEST_F(Receiving, ANoteIsShownAndSaved) {
     ASSERT_EQ(store.CountNotes(), 1u);
     const frmNote& note = *store.Notes()[0];
     EXPECT_EQ(note.Text(), L"Einkaufen\r\nMilch, Brot");
-    EXPECT_EQ(note.FontNoteSize(), 10);
-    EXPECT_TRUE(note.FontNoteBold() && note.FontNoteItalic() && note.FontNoteUnderlined());
-    EXPECT_EQ(note.FontNoteAlignment(), kAlignCentre);
-    EXPECT_EQ(note.Color(), kLightBlue);
+    EXPECT_EQ(note.Content().look, (NoteLook{.size = 10,
+                                             .bold = true,
+                                             .italic = true,
+                                             .underlined = true,
+                                             .alignment = kAlignCentre,
+                                             .color = kLightBlue}));
     EXPECT_TRUE(note.IsShown());
-    EXPECT_FALSE(note.Foreground());
     EXPECT_NE(note.CreationTime().find(L", "), std::wstring::npos);
-    EXPECT_EQ(AsText(Registry().GetValue(std::wstring(kSettingsKey) + L"Note0\\Text", REG_TYPE_SZ)),
-              L"Einkaufen\r\nMilch, Brot");
+    EXPECT_EQ(ReadStoredImage().notes.at(0).note, note.Content());
     EXPECT_TRUE(SessionsEnd());
     EXPECT_TRUE(messages.empty());
 }
