@@ -17,7 +17,6 @@
 #include "base/DataFolder.h"
 #include "base/FileName.h"
 #include "exchange/ImportFile.h"
-#include "exchange/PatientRead.h"
 #include "net/frmFlood.h"
 #include "notes/frmFind.h"
 #include "registry/RegistryCalls.h"
@@ -127,8 +126,6 @@ class ProgramRun {
   public:
     ProgramRun(const Waiting& waiting, const Happening& happening)
         : waiting_(waiting), happening_(happening) {
-        // No file here is one that does not answer, however busy the machine is.
-        readPatience = std::chrono::hours(1);
         Registry().DeleteKey(kSettingsKey);
         fs::remove_all(DataFolder() / "papierkorb");
         for (const fs::path& file : EmergencyFiles(EmergencyFolders())) fs::remove(file);

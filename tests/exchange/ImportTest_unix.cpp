@@ -6,28 +6,33 @@
 
 #include <csignal>
 
+#include "exchange/PatientRead.h"
 #include "tests/exchange/ExchangeTest.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-// Whoever opens the file meanwhile waits, as for a network that has gone.
+// Whoever opens the file meanwhile waits, as for a network that has gone, and soon asks whether to go on.
 class WithoutAnswer {
   public:
     explicit WithoutAnswer(const fs::path& file) : file_(open(file.c_str(), O_RDWR)) {
+        readPatience = std::chrono::milliseconds(1);
         EXPECT_EQ(fcntl(file_, F_SETLEASE, F_WRLCK), 0);
     }
-    ~WithoutAnswer() { close(file_); }
+    ~WithoutAnswer() {
+        close(file_);
+        readPatience = patience_;
+    }
     WithoutAnswer(const WithoutAnswer&) = delete;
     WithoutAnswer& operator=(const WithoutAnswer&) = delete;
 
   private:
     const int file_;
+    const std::chrono::milliseconds patience_ = readPatience;
 };
 
 TEST_F(ExchangeTest, AFileThatDoesNotAnswerIsWaitedForAsLongAsTheUserWants) {
-    readPatience = std::chrono::milliseconds(1);
     const auto before = std::signal(SIGIO, SIG_IGN);  // tells that somebody is kept waiting
     const fs::path path = Write(L"a.kvr", FileBytes({{.Text = L"eins"}}));
     std::optional<WithoutAnswer> silent(path);

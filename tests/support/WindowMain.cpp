@@ -3,6 +3,7 @@
 #include <wx/app.h>
 #include <wx/init.h>
 
+#include "exchange/PatientRead.h"
 #include "tests/support/OtherTask.h"
 #include "tests/support/Support.h"
 
@@ -30,6 +31,8 @@ int main(int argc, char** argv) {
     if (const auto result = OtherTask()) return *result;
     testing::InitGoogleTest(&argc, argv);
     PrivateFolders folders;
+    // No file here is one that does not answer, however busy the machine is.
+    readPatience = std::chrono::hours(1);
     if (!wxEntryStart(argc, argv) || !wxTheApp->CallOnInit()) return 1;
     const int result = RUN_ALL_TESTS();
     wxTheApp->OnExit();
