@@ -12,6 +12,14 @@
 
 void NoteUnloader::operator()(frmNote* note) const { note->Unload(); }
 
+NoteStore::NoteStore(NoteHost& host) : host_(host) {
+    pause_.Bind(wxEVT_TIMER, [this](wxTimerEvent&) {
+        std::vector<frmNote*> notes;
+        for (const auto& note : std::exchange(arrived_, {})) notes.push_back(note);
+        ShowByAndBy(notes);
+    });
+}
+
 void NoteStore::LoadNotes() {
     const StoredImage image = ReadStoredImage();
     AutostartEnabled = image.autostart;
@@ -125,7 +133,7 @@ KeepResult NoteStore::AddNoteIfKept(const Note& content) {
     frmNote& note = *notes_.emplace_back(MakeNewNote(content));
     KeepResult result = WriteImage();
     if (result.Kept()) {
-        ShowByAndBy({&note});
+        ShowArrived(note);
         Heard(result);
     } else {
         Remove(note);
@@ -264,6 +272,18 @@ void NoteStore::ApplyForeground() {
 }
 
 void NoteStore::ShowNotes(std::function<void()> then) { ShowByAndBy(InStackingOrder(), std::move(then)); }
+
+void NoteStore::ShowArrived(frmNote& note) {
+    constexpr int kPauseMilliseconds = 200, kLongestMilliseconds = 2000;
+    if (pause_.IsRunning()) {
+        arrived_.emplace_back(&note);
+    } else {
+        arriving_.Start();
+        ShowByAndBy({&note});
+    }
+    const int left = kLongestMilliseconds - static_cast<int>(arriving_.Time());
+    pause_.StartOnce(std::clamp(left, 1, kPauseMilliseconds));
+}
 
 void NoteStore::ShowByAndBy(const std::vector<frmNote*>& notes, std::function<void()> then) {
     const bool underWay = toShow_ != nullptr;

@@ -4,6 +4,8 @@
 // image before the change or the one after it.
 
 #include <wx/event.h>
+#include <wx/stopwatch.h>
+#include <wx/timer.h>
 #include <wx/weakref.h>
 
 #include <cstdint>
@@ -28,7 +30,7 @@ using NotePtr = std::unique_ptr<frmNote, NoteUnloader>;
 
 class NoteStore {
   public:
-    explicit NoteStore(NoteHost& host) : host_(host) {}
+    explicit NoteStore(NoteHost& host);
 
     // Makes the windows of all notes that are kept, hidden still, and fills the address book. When nothing
     // could be read at first and it is called again later, notes and entries that were made meanwhile follow
@@ -51,7 +53,8 @@ class NoteStore {
     frmNote& AddNote(const Note& content);
     // The same for a note whose sender waits for the answer, another computer or whoever gave a command: one
     // that could not be kept, with all of its text (OnLongText), does not stay, and whatever else is unsaved
-    // stays so. Of many that come in quick succession most are shown later.
+    // stays so. Of many that come in quick succession the first is shown at once and the others together, at
+    // a pause or after two seconds.
     KeepResult AddNoteIfKept(const Note& content);
     // Lets a note disappear that was just added: nothing is saved, and it goes into no bin.
     void TakeBack(frmNote& note);
@@ -162,8 +165,9 @@ class NoteStore {
     KeepResult KeepLong(const Note& note) const;
     KeepResult DeleteInto(const BinOfMany& bin, const std::vector<frmNote*>& notes);
     void Remove(frmNote& note);
-    // At once, or while others are still coming to the screen, after them: who sends many notes one after the
-    // other waits for the disk only, not for the display. Then calls `then`, if set.
+    // Who sends many notes one after the other waits for the disk only, not for the display.
+    void ShowArrived(frmNote& note);
+    // At once, or while others are still coming to the screen, after them. Then calls `then`, if set.
     void ShowByAndBy(const std::vector<frmNote*>& notes, std::function<void()> then = {});
     void ShowNextNotes();
     std::vector<frmNote*> InStackingOrder() const;
@@ -176,7 +180,10 @@ class NoteStore {
         std::vector<std::function<void()>> then;
         int atOnce = 10;
     };
-    std::shared_ptr<ToShow> toShow_;  // while notes are being shown
+    std::shared_ptr<ToShow> toShow_;           // while notes are being shown
+    std::vector<wxWeakRef<frmNote>> arrived_;  // and are not shown yet
+    wxStopWatch arriving_;                     // since the first of them, which is
+    wxTimer pause_;
     std::int32_t lastNoteNumber_ = 0;
     std::uint64_t kept_ = Digest();  // of what was last kept
     std::uint64_t stored_ = 0;
