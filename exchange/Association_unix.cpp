@@ -23,10 +23,19 @@ constexpr int kIconSizes[] = {16, 32, 48, 128};
 
 // What every user gets who has not installed the program: files in the user's own data folder.
 fs::path TypeFile() { return SharedDataFolder() / "mime" / "packages" / "kivora.xml"; }
-fs::path EntryFile() { return SharedDataFolder() / "applications" / "kivora.desktop"; }
-// What file managers offer beside the program itself. By its name it stands behind that one in the desktop's
-// list, the first of which opens files.
-fs::path PrintEntryFile() { return SharedDataFolder() / "applications" / "kivora.print.desktop"; }
+fs::path EntryFile(const char* name) { return SharedDataFolder() / "applications" / name; }
+constexpr const char* kProgramEntryName = "kivora.desktop";
+constexpr struct {
+    const char* name;
+    const char* text;
+} kEntries[] = {
+    {kProgramEntryName, kDesktopEntry},
+    // For desktops whose menus do not show the program's actions.
+    {"kivora.new.desktop", kNewEntry},
+    // What file managers offer beside the program itself. By its name it stands behind that one in the
+    // desktop's list, the first of which opens files.
+    {"kivora.print.desktop", kPrintEntry},
+};
 fs::path IconFile(int size) {
     const std::string folder = std::to_string(size) + "x" + std::to_string(size);
     return SharedDataFolder() / "icons" / "hicolor" / folder / "apps" / "kivora.png";
@@ -107,7 +116,7 @@ void Run(std::vector<std::string> words) {
     g_spawn_async(nullptr, arguments.data(), nullptr, flags, keepOthersOut, nullptr, nullptr, nullptr);
 }
 
-const std::vector<std::string> kMakeOpener = {"xdg-mime", "default", "kivora.desktop",
+const std::vector<std::string> kMakeOpener = {"xdg-mime", "default", kProgramEntryName,
                                               "application/x-kivora"};
 
 // Each works on files of its own, so nobody waits for any of them.
@@ -133,7 +142,7 @@ bool IsInstalled() {
         const fs::path data = *folder;
         std::error_code ignored;
         if (fs::equivalent(data.parent_path() / "bin" / "kivora", program, ignored) &&
-            fs::exists(data / "applications" / "kivora.desktop", ignored) &&
+            fs::exists(data / "applications" / kProgramEntryName, ignored) &&
             fs::exists(data / "mime" / "packages" / "kivora.xml", ignored)) {
             return true;
         }
@@ -144,10 +153,9 @@ bool IsInstalled() {
 // What another copy left for the user would hide what was installed, and outlive it. Such an entry names the
 // copy's folder; one without is the installed one as the user has changed it, and stays.
 void Withdraw() {
-    if (ReadFile(EntryFile()).find("\nTryExec=/") == std::string::npos) return;
+    if (ReadFile(EntryFile(kProgramEntryName)).find("\nTryExec=/") == std::string::npos) return;
     std::error_code ignored;
-    fs::remove(EntryFile(), ignored);
-    fs::remove(PrintEntryFile(), ignored);
+    for (const auto& entry : kEntries) fs::remove(EntryFile(entry.name), ignored);
     fs::remove(TypeFile(), ignored);
     for (const int size : kIconSizes) fs::remove(IconFile(size), ignored);
     RunTools();
@@ -161,15 +169,16 @@ gboolean RegisterNow(gpointer) {
         return G_SOURCE_REMOVE;
     }
     const bool newType = Renew(TypeFile(), kMimeType);
-    bool newEntry = Renew(EntryFile(), OfThisProgram(kDesktopEntry));
-    newEntry = Renew(PrintEntryFile(), OfThisProgram(kPrintEntry)) || newEntry;
+    bool newEntry = false;
+    for (const auto& entry : kEntries)
+        newEntry = Renew(EntryFile(entry.name), OfThisProgram(entry.text)) || newEntry;
     for (const int size : kIconSizes) {
         std::error_code ignored;
         if (newType || newEntry || !fs::exists(IconFile(size), ignored)) WriteIcon(size);
     }
-    const Tool tools[] = {
-        {"update-mime-database", SharedDataFolder() / "mime" / "mime.cache", TypeFile()},
-        {"update-desktop-database", SharedDataFolder() / "applications" / "mimeinfo.cache", EntryFile()}};
+    const Tool tools[] = {{"update-mime-database", SharedDataFolder() / "mime" / "mime.cache", TypeFile()},
+                          {"update-desktop-database", SharedDataFolder() / "applications" / "mimeinfo.cache",
+                           EntryFile(kProgramEntryName)}};
     bool run = newType || newEntry;
     for (const Tool& tool : tools) run = run || (IsThere(tool.name) && IsOutdated(tool));
     if (run) RunTools();
