@@ -217,6 +217,7 @@ TEST_P(WhileItWaits, AnythingMayHappen) {
     for (const Happening& happening : kHappenings) {
         SCOPED_TRACE(happening.name);
         ProgramRun(GetParam().second, happening).Go();
+        if (HasFailure()) return;  // each further one might wait for what does not come
     }
 }
 

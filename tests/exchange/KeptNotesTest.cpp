@@ -63,24 +63,6 @@ TEST_F(KeptNotesTest, AFloodTakesNoPlaceOfOtherNotes) {
     EXPECT_EQ(std::distance(files, fs::directory_iterator()), 1);
 }
 
-TEST_F(KeptNotesTest, DeletedNoteComesBackByImport) {
-    frmNote& note = AddNote(L"Käse\r\nund Brot");
-    note.Color(kGreen);
-    note.CreationTime(L"21.11.2026, 09:05:00");
-    note.PlaceAt(300, 450);
-    Store().DeleteNote(note);
-    ASSERT_EQ(Kept().size(), 1u);
-    EXPECT_TRUE(IsForTheUserOnly(bin_));
-    ASSERT_TRUE(ImportNotes(Store(), FileName(Kept()[0])));
-    ASSERT_EQ(Store().CountNotes(), 1u);
-    const frmNote& back = *Store().Notes()[0];
-    EXPECT_EQ(back.Text(), L"Käse\r\nund Brot");
-    EXPECT_EQ(back.Color(), kGreen);
-    EXPECT_EQ(back.CreationTime(), L"21.11.2026, 09:05:00");
-    EXPECT_EQ(back.Left(), 300);
-    EXPECT_TRUE(messages.empty());
-}
-
 TEST_F(KeptNotesTest, TheNewestHundredStay) {
     AddNote(L"");
     for (int i = 0; i < 103; ++i) AddNote(std::to_wstring(i));
@@ -123,6 +105,7 @@ TEST_F(KeptNotesTest, WhatIsBroughtBackIsWhereItWasAndLeavesTheBin) {
     Store().DeleteNote(AddNote(L"früher"));
     ASSERT_TRUE(Store().DeleteTogether(together).Kept());
     EXPECT_EQ(Kept().size(), 2u);
+    EXPECT_TRUE(IsForTheUserOnly(bin_));
 
     KeptBin bin;
     const std::vector<BinnedNote> content = bin.Read().notes;

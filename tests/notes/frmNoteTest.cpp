@@ -41,23 +41,6 @@ class FrmNote : public testing::Test {
 
 }  // namespace
 
-TEST_F(FrmNote, SettersDoNotSaveButForegroundDoes) {
-    note->Text(L"a");
-    note->Color(kRed);
-    note->FontNoteBold(true);
-    note->FontNoteItalic(true);
-    note->FontNoteUnderlined(true);
-    note->FontNoteSize(20);
-    note->FontNoteAlignment(kAlignRight);
-    note->CreationTime(L"jetzt");
-    note->HiddenForeground(true);
-    note->PlaceAt(15, 30);
-    note->SizeTo(3000, 2000);
-    EXPECT_EQ(Take(recorder), Calls{});
-    note->Foreground(false);
-    EXPECT_EQ(Take(recorder), (Calls{L"save", L"apply"}));
-}
-
 TEST_F(FrmNote, HiddenForegroundIsAppliedByReadingIt) {
     note->HiddenForeground(true);
     EXPECT_TRUE(note->Foreground());
@@ -111,15 +94,6 @@ TEST_F(FrmNote, CtrlAndAClickOpenAnAddressAcrossItsLines) {
         L"open http://example.org/aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa";
     EXPECT_EQ(click(text.top + 1.5 * line), Calls{opened});
     EXPECT_EQ(click(text.top + 2.5 * line), Calls{opened});
-}
-
-TEST_F(FrmNote, IsNeverSmallerThanFiftyPixels) {
-    note->SizeTo(0, 0);
-    EXPECT_EQ(note->Width(), 750);
-    EXPECT_EQ(note->Height(), 750);
-    note->SizeTo(751, 749);
-    EXPECT_EQ(note->Width(), 751);
-    EXPECT_EQ(note->Height(), 750);
 }
 
 TEST_F(FrmNote, ShowsAbsurdValuesClampedAndKeepsThem) {

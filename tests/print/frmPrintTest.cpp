@@ -92,17 +92,6 @@ TEST_F(FrmPrint, StartsWithTheUsualRulesAndPrintsByThem) {
     EXPECT_FALSE(OpenDialog<DialogWindow>());
 }
 
-TEST_F(FrmPrint, TakesThePrinterAsItIsSetNow) {
-    Add(L"eins");
-    for (const auto& [printer, width] : {std::pair(L"Eins", 148.0), {L"Zwei", 210.0}, {L"Zwei", 105.0}}) {
-        tray.printers.standard = printer;
-        tray.own.width = width;
-        Print(tray, [](frmPrint& dialog) { Press(dialog.cmdOK); });
-        EXPECT_EQ(tray.used.printer, printer);
-        EXPECT_EQ(tray.used.paper.width, width);
-    }
-}
-
 TEST_F(FrmPrint, EnablesWhatMeansSomething) {
     Add(L"eins");
     Print(tray, [](frmPrint& dialog) {
