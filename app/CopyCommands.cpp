@@ -59,8 +59,7 @@ CommandAnswer CopyCommands::New(const std::vector<std::wstring>& words) {
         Later([this] { NewNote(store_); });
         return {};
     }
-    std::wstring text = WithCrLf(Joined(words));
-    while (text.ends_with(L"\r\n")) text.resize(text.size() - 2);
+    const std::wstring text = AsNoteText(Joined(words));
     if (text.empty()) return {1, L"Die Notiz hätte keinen Text.\n"};
     if (!ComesBack(text)) return {1, L"Der Text ist zu lang für eine Notiz.\n"};
     const KeepResult kept = store_.AddNoteIfKept({.text = text, .creationTime = CurrentCreationTime()});

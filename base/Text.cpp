@@ -120,6 +120,13 @@ std::wstring WithCrLf(std::wstring_view text) {
     return result;
 }
 
+std::wstring AsNoteText(std::wstring text) {
+    std::replace(text.begin(), text.end(), L'\0', L' ');
+    text = WithCrLf(text);
+    while (text.ends_with(L"\r\n")) text.resize(text.size() - 2);
+    return text;
+}
+
 std::wstring Flattened(std::wstring_view text) {
     std::wstring result;
     result.reserve(text.size());

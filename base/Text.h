@@ -21,6 +21,9 @@ std::wstring FromAnsi(std::string_view bytes);
 // Every line break (CR LF, CR, LF) as CR LF, the form in which notes hold theirs.
 std::wstring WithCrLf(std::wstring_view text);
 
+// A text from elsewhere as a note holds it: line breaks as CR LF, without those at its end, a NUL as a blank.
+std::wstring AsNoteText(std::wstring text);
+
 // The text in one line: CR, LF and TAB become one blank each, and an LF directly behind such a character goes
 // with it. Nothing is trimmed.
 std::wstring Flattened(std::wstring_view text);

@@ -85,8 +85,7 @@ Note NoteOfText(std::string_view bytes) {
     } else if (bytes.starts_with(kMark)) {
         text.erase(0, 1);
     }
-    std::replace(text.begin(), text.end(), L'\0', L' ');
-    return {.text = WithCrLf(text), .creationTime = CurrentCreationTime()};
+    return {.text = AsNoteText(std::move(text)), .creationTime = CurrentCreationTime()};
 }
 
 std::vector<std::wstring> ListNotes(const std::filesystem::path& path) {

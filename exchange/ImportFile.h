@@ -25,7 +25,7 @@ constexpr std::size_t kMostImportedCharacters = 32'000'000;
 constexpr std::size_t kMostTextFileBytes = 1'000'000;
 
 // The note in a text file's bytes: UTF-8 with or without a mark at its beginning, or what is no UTF-8 in the
-// ANSI code page; every line break as CR LF, a NUL as a blank. It was written now and looks as a new note.
+// ANSI code page, as AsNoteText makes it. It was written now and looks as a new note.
 Note NoteOfText(std::string_view bytes);
 
 // The texts of a file's notes, each in one line and cut at kListedCharacters. Empty when there is no such

@@ -1,7 +1,5 @@
 #include "notes/NewText.h"
 
-#include <algorithm>
-
 #include "base/DateText.h"
 #include "base/Text.h"
 #include "dialogs/Message.h"
@@ -12,18 +10,10 @@ namespace {
 
 constexpr const wchar_t* kTitle = L"Neue Notiz";
 
-// With the line breaks of notes, but for those at its end.
-std::wstring NoteText(std::wstring text) {
-    std::replace(text.begin(), text.end(), L'\0', L' ');
-    text = WithCrLf(text);
-    while (text.ends_with(L"\r\n")) text.resize(text.size() - 2);
-    return text;
-}
-
 }  // namespace
 
 bool AddText(NoteStore& store, const std::wstring& text) {
-    const Note note{.text = NoteText(text), .creationTime = CurrentCreationTime()};
+    const Note note{.text = AsNoteText(text), .creationTime = CurrentCreationTime()};
     if (note.text.find_first_not_of(L" \t\r\n") == note.text.npos) return false;
     if (StoredLength(note.text) > kLongestNoteText) {
         TellMessage(

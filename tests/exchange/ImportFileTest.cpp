@@ -92,7 +92,7 @@ TEST_F(ImportFileTest, TextFilesAreOneNote) {
         {"U+FFFD itself", "\xEF\xBF\xBD", L"\uFFFD"},
         {"Windows-1252", "K\xE4se 5 \x80", L"Käse 5 €"},
         {"broken off", "K\xC3", L"KÃ"},
-        {"line breaks", "a\nb\rc\r\nd\n", L"a\r\nb\r\nc\r\nd\r\n"},
+        {"line breaks", "a\nb\rc\r\nd\n", L"a\r\nb\r\nc\r\nd"},
         {"NUL", std::string("a\0b", 3), L"a b"},
     };
     for (const auto& row : rows) {
