@@ -26,6 +26,9 @@ class LinePen {
     std::unique_ptr<Lines> lines_;
 };
 
+// For measuring text without a window, as it will be painted in one.
+std::unique_ptr<wxDC> MeasuringDC();
+
 // Whether a text box aligns a line that begins so the other way round: on Linux, if it reads from right to
 // left.
 bool AlignsTheOtherWay(std::wstring_view line);

@@ -1,4 +1,24 @@
+#include <wx/dcmemory.h>
+#include <wx/window.h>
+
 #include "notes/LinePen.h"
+
+namespace {
+
+class MemoryDC : public wxMemoryDC {
+  public:
+    MemoryDC() {
+        wxBitmap pixel(1, 1);
+        // Else fonts would be those of a screen of 96 dots an inch.
+        pixel.SetScaleFactor(wxWindow::FromDIP(kUsualDots, nullptr) / double{kUsualDots});
+        SelectObject(pixel);
+    }
+
+  private:
+    static constexpr int kUsualDots = 96;
+};
+
+}  // namespace
 
 struct LinePen::Lines {
     wxDC& dc;
@@ -19,5 +39,7 @@ void LinePen::Draw(std::wstring_view text, int x, int y, const wxColour& ink) {
     lines_->dc.SetTextForeground(ink);
     lines_->dc.DrawText(wxString(text.data(), text.size()), x, y);
 }
+
+std::unique_ptr<wxDC> MeasuringDC() { return std::make_unique<MemoryDC>(); }
 
 bool AlignsTheOtherWay(std::wstring_view) { return false; }

@@ -1,4 +1,5 @@
 #include <gtk/gtk.h>
+#include <wx/dcscreen.h>
 #include <wx/font.h>
 #include <wx/fontutil.h>
 #include <wx/graphics.h>
@@ -90,6 +91,12 @@ void LinePen::Draw(std::wstring_view text, int x, int y, const wxColour& ink) {
     cairo_set_source_rgb(cairo, ink.Red() / 255.0, ink.Green() / 255.0, ink.Blue() / 255.0);
     cairo_move_to(cairo, x, y);
     pango_cairo_show_layout(cairo, layout.get());
+}
+
+std::unique_ptr<wxDC> MeasuringDC() {
+    // Pango keeps fonts by the options that a surface has for them: for a picture in memory each would be
+    // looked for and opened a second time, and its letters could have other widths.
+    return std::make_unique<wxScreenDC>();
 }
 
 bool AlignsTheOtherWay(std::wstring_view line) {

@@ -1,7 +1,5 @@
 #include "notes/NotePaint.h"
 
-#include <wx/dcmemory.h>
-
 #include <algorithm>
 #include <cmath>
 
@@ -40,20 +38,6 @@ int LineHeight(wxDC& dc, const wxFont& font) {
     known.emplace_back(font, std::max(dc.GetCharHeight(), 1));
     return known.back().second;
 }
-
-// For measuring text without a window, as it will be painted in one.
-class MeasuringDC : public wxMemoryDC {
-  public:
-    MeasuringDC() {
-        wxBitmap pixel(1, 1);
-        // Else fonts would be those of a screen of 96 dots an inch.
-        pixel.SetScaleFactor(wxWindow::FromDIP(kUsualDots, nullptr) / double{kUsualDots});
-        SelectObject(pixel);
-    }
-
-  private:
-    static constexpr int kUsualDots = 96;
-};
 
 MeasureText MeasureWith(LinePen& pen) {
     return [&pen](std::wstring_view text) { return pen.Measure(text); };
@@ -165,11 +149,11 @@ wxColour ToColour(std::int32_t bgr) { return wxColour(static_cast<unsigned long>
 
 std::vector<PaintedLine> PaintedLines(const Note& note, const NoteLayout& layout, double scaleX,
                                       double scaleY) {
-    MeasuringDC dc;
+    const std::unique_ptr<wxDC> dc = MeasuringDC();
     const wxFont& font = NoteFont(note.look);
     const wxRect box = ToPixels(layout.lblMessage, scaleX, scaleY);
-    const int height = LineHeight(dc, font);
-    LinePen pen(dc, font);
+    const int height = LineHeight(*dc, font);
+    LinePen pen(*dc, font);
     std::vector<PaintedLine> painted;
     int y = box.y;
     for (const FlowLine& line : FlowText(note.text, box.width, MeasureWith(pen), kMostLines)) {
@@ -182,15 +166,15 @@ std::vector<PaintedLine> PaintedLines(const Note& note, const NoteLayout& layout
 }
 
 bool ShowsWholeTime(const Note& note, const NoteLayout& layout, double scaleX, double scaleY) {
-    MeasuringDC dc;
-    LinePen pen(dc, SmallFont());
+    const std::unique_ptr<wxDC> dc = MeasuringDC();
+    LinePen pen(*dc, SmallFont());
     return Fits(pen, note.creationTime, ToPixels(layout.lblZeit, scaleX, scaleY));
 }
 
 wxSize NaturalTextSize(const std::wstring& text, const wxFont& font, int width, int highest) {
-    MeasuringDC dc;
-    const int height = LineHeight(dc, font);
-    LinePen pen(dc, font);
+    const std::unique_ptr<wxDC> dc = MeasuringDC();
+    const int height = LineHeight(*dc, font);
+    LinePen pen(*dc, font);
     const auto most = std::min(kMostLines, static_cast<std::size_t>(highest / height) + 1);
     const auto lines = FlowText(text, width, MeasureWith(pen), most);
     int widest = 0;
