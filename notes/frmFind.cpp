@@ -123,6 +123,8 @@ wxSizer* frmFind::CreateFound() {
                              wxTE_MULTILINE | wxTE_READONLY);
     PadText(*txtText, FromDIP(kDialogGap));
     NameControl(*txtText, L"Text der Notiz");
+    // Else the box takes what is dropped on it, and nothing becomes of it.
+    txtText->SetDropTarget(NoteDropTarget(store_.Host()).release());
     column->Add(txtText, wxSizerFlags(1).Expand());
     column->AddSpacer(gap);
     lblAnzahl = new wxStaticText(this, wxID_ANY, wxString(), wxDefaultPosition, wxDefaultSize,
