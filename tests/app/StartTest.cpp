@@ -8,10 +8,12 @@
 #include "app/NoteServices.h"
 #include "app/frmStart.h"
 #include "base/DataFolder.h"
+#include "base/FileName.h"
 #include "model/StoredImage.h"
 #include "notes/NoteWindow.h"
 #include "notes/frmNote.h"
 #include "notes/frmProperties.h"
+#include "registry/clsRegistry.h"
 #include "res/Resources.h"
 #include "tests/app/MenuOnScreen.h"
 #include "tests/support/Controls.h"
@@ -137,6 +139,8 @@ TEST_F(StartTest, LoadingWithTheSessionIsSwitchedAndSaved) {
             menu.Choose(L"Beim Start von Windows laden");
         });
         EXPECT_EQ(ReadStoredImage().autostart, on);
+        const auto* const value = L"HKLM\\Software\\Microsoft\\Windows\\CurrentVersion\\Run\\Kivora";
+        EXPECT_EQ(AsText(Registry().GetValue(value, REG_TYPE_SZ)), on ? ProgramPath() : L"");
     }
 }
 

@@ -150,14 +150,3 @@ TEST_F(SaveFileOnUnix, OnlyFilesAreWritten) {
     EXPECT_EQ(Content("/proc/self/fd/" + std::to_string(open)), "new");
     close(open);
 }
-
-TEST(NewFile, LeavesNothingWhereTheDiskIsFull) {
-    const fs::path file = fs::path(std::getenv("XDG_DATA_HOME")) / "too large";
-    std::error_code failed;
-    {
-        const SmallDisk disk(1000);
-        failed = WriteNewFile(file, std::string(5000, 'x'));
-    }
-    EXPECT_TRUE(failed);
-    EXPECT_FALSE(fs::exists(file));
-}

@@ -263,15 +263,13 @@ TEST_F(ExchangeTest, OneOfVeryManyRecordsIsChosen) {
 }
 
 TEST_F(ExchangeTest, MoreThanBecomesWindowsIsRefusedAsAWhole) {
-    const std::vector<ExportedNote> notes(kMostImportedNotes + 1, {.Text = L"1"});
-    const fs::path path = Write(L"a.kvr", FileBytes(notes));
+    const std::vector<ExportedNote> many(kMostImportedNotes + 1, {.Text = L"1"});
+    const std::wstring longest(65'535, L'x');
+    const std::vector<ExportedNote> large(kMostImportedCharacters / 65'535 / 2 + 1,
+                                          {.Text = longest, .CreationTime = longest});
+    const fs::path path = Write(L"a.kvr", FileBytes(large));
     EXPECT_FALSE(ImportNotes(store, FileName(path)));
-    std::string texts;
-    const std::string text =
-        FileBytes({{.Text = std::wstring(65'535, L'x'), .CreationTime = std::wstring(65'535, L'y')}});
-    while (texts.size() < kMostImportedCharacters + text.size()) texts += text;
-    Write(L"a.kvr", texts);
-    EXPECT_FALSE(ImportNotes(store, FileName(path)));
+    Write(L"a.kvr", FileBytes(many));
     Import([&](frmImport& dialog) {
         dialog.txtDatei->SetValue(FileName(path));
         Press(dialog.cmdOK);

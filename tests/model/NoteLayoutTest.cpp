@@ -69,11 +69,3 @@ TEST(NoteLayout, OutlineCutsWhatTheCornerPictureCovers) {
     EXPECT_LE(note.picEcke.left / 15, 181 - 8);  // the flap reaches further in than the cut
     EXPECT_LE(note.picEcke.top / 15, 120);
 }
-
-TEST(NoteLayout, TextOfAnAutomaticallySizedNoteFits) {
-    const double labelHeight = 570, labelWidth = 1200;
-    const NoteLayout note = LayoutNote(labelWidth + 480, labelHeight + 480 + kTimeHeight);
-    EXPECT_GE(note.lblMessage.height, labelHeight);
-    EXPECT_GE(note.lblMessage.width, labelWidth);
-    EXPECT_LE(note.lblMessage.top + labelHeight, note.lblZeit.top);
-}

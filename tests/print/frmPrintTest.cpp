@@ -151,10 +151,8 @@ TEST_F(FrmPrint, SaysThatThereIsNoPrinterAtAll) {
     Add(L"eins");
     tray.printers = {};
     EXPECT_FALSE(PrintNotes(store, tray));
-    ASSERT_EQ(messages.size(), 1u);
-    EXPECT_EQ(messages[0],
-              L"Drucken|16|Die Druckfunktion wird deaktiviert, da kein Drucker(treiber) "
-              L"installiert ist.");
+    EXPECT_EQ(messages, std::vector<std::wstring>{L"Drucken|16|Die Druckfunktion wird deaktiviert, da kein "
+                                                  L"Drucker(treiber) installiert ist."});
 }
 
 TEST_F(FrmPrint, CancelAndQuittingEndAtTheNextPage) {
@@ -196,9 +194,9 @@ TEST_F(FrmPrint, TellsWhatWentWrong) {
         store.DeleteNote(gone);
         Press(dialog.cmdOK);
     });
-    ASSERT_EQ(messages.size(), 2u);
-    EXPECT_EQ(messages[0], L"Drucken|16|Papier alle.");
-    EXPECT_EQ(messages[1],
-              L"Notiz existiert nicht|16|Eine zum Drucken vorgesehene Notiz existiert nicht mehr."
-              L"\r\nDer Vorgang wird abgebrochen.");
+    EXPECT_EQ(messages,
+              (std::vector<std::wstring>{
+                  L"Drucken|16|Papier alle.",
+                  L"Notiz existiert nicht|16|Eine zum Drucken vorgesehene Notiz existiert nicht mehr."
+                  L"\r\nDer Vorgang wird abgebrochen."}));
 }

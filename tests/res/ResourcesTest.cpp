@@ -3,33 +3,6 @@
 
 #include "res/Resources.h"
 
-TEST(Resources, EveryPictureHasItsSizes) {
-    const struct {
-        int first, last;
-        std::vector<wxSize> sizes;
-    } table[] = {
-        {1, 1, {{16, 16}, {22, 22}, {24, 24}, {32, 32}, {48, 48}, {128, 128}}},
-        {2, 2, {{240, 34}, {480, 68}}},
-        {3, 3, {{360, 220}, {720, 440}}},
-        {4, 6, {{32, 32}, {64, 64}, {48, 48}}},
-        {7, 7, {{16, 16}, {22, 22}, {24, 24}, {32, 32}, {44, 44}, {48, 48}, {64, 64}}},
-        {100, 103, {{30, 32}, {60, 64}}},
-        {110, 113, {{30, 32}, {60, 64}}},
-        {120, 123, {{16, 16}, {22, 22}, {24, 24}, {32, 32}, {44, 44}, {48, 48}, {64, 64}, {20, 20}}},
-    };
-    for (const auto& row : table) {
-        for (int id = row.first; id <= row.last; ++id) {
-            SCOPED_TRACE(id);
-            const wxBitmapBundle picture = LoadPicture(id);
-            ASSERT_TRUE(picture.IsOk());
-            EXPECT_EQ(picture.GetDefaultSize(), row.sizes.front());
-            EXPECT_EQ(picture.GetPreferredBitmapSizeAtScale(2), row.sizes.front() * 2);
-            for (const wxSize& size : row.sizes) EXPECT_EQ(picture.GetBitmap(size).GetSize(), size);
-        }
-    }
-    for (const int id : {0, -1, 8, 99, 104, 114, 119, 124}) EXPECT_FALSE(LoadPicture(id).IsOk()) << id;
-}
-
 // The program has the pixels that were drawn: the build leaves the program icon as files, too.
 TEST(Resources, PicturesAreUnpackedAsTheyWereDrawn) {
     wxInitAllImageHandlers();
