@@ -7,7 +7,9 @@
 #include <wx/weakref.h>
 
 #include <algorithm>
+#include <functional>
 #include <numeric>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
@@ -47,15 +49,17 @@ std::vector<SearchedNote> NotesOf(const NoteStore& store) {
     return notes;
 }
 
-// Those of the bin; a key is the file and the number of the note in it.
+// Those of the bin. A key is the file and, so that it stays when others leave the file, what tells the text.
 std::vector<SearchedNote> NotesOf(std::vector<BinnedNote> binned) {
     std::vector<SearchedNote> notes;
     std::wstring file;
-    std::size_t number = 0;
+    std::unordered_map<std::size_t, int> alike;
     for (BinnedNote& each : binned) {
-        if (file != each.file) number = 0;
+        if (file != each.file) alike.clear();
         file = each.file;
-        notes.push_back({file + L"/" + std::to_wstring(number++), each.deleted, std::move(each.note)});
+        const std::size_t text = std::hash<std::wstring>()(each.note.text);
+        std::wstring key = file + L"/" + std::to_wstring(text) + L"." + std::to_wstring(alike[text]++);
+        notes.push_back({std::move(key), each.deleted, std::move(each.note)});
     }
     return notes;
 }

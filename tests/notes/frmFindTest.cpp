@@ -122,6 +122,18 @@ TEST_F(FrmFind, DeletesTogetherAndBringsBack) {
     EXPECT_EQ(messages.size(), 1u);
 }
 
+TEST_F(FrmFind, WhatIsBroughtBackLeavesNoOthersChosen) {
+    for (const wchar_t* text : {L"a", L"b", L"c", L"d"})
+        bin.content.notes.push_back({L"1", L"jetzt", {text}});
+    GoTo(find->optPapierkorb);
+    PressKey(List(), 'F', wxMOD_CONTROL);
+    TypeKey(WXK_DOWN);
+    TypeKey(WXK_DOWN, wxMOD_SHIFT);
+    EXPECT_EQ(Shown(), L"4 Notizen, 2 gewählt|b");
+    Press(find->cmdOK);
+    EXPECT_EQ(Shown(), L"2 Notizen|c");
+}
+
 TEST_F(FrmFind, KeysLeadThroughIt) {
     store.ApplyForeground();
     const auto choose = [this](int key, int modifiers) {
