@@ -76,6 +76,7 @@ std::optional<HiveValue> RepairedValue(const HiveKey& key, std::uint64_t checksu
     // The inverse of the prime takes a step back: modulo 2^64 both make 1.
     constexpr std::uint64_t kInverse = 0xCE965057AFF6957Bu;
     static_assert(kSumPrime * kInverse == 1);
+    std::optional<HiveValue> found;
     for (const auto& [capitals, value] : key.values) {
         std::string start;
         AddBytes(start, value.name);
@@ -94,14 +95,14 @@ std::optional<HiveValue> RepairedValue(const HiveKey& key, std::uint64_t checksu
         for (std::size_t i = value.data.size(); i-- > 0;) {
             state *= kInverse;
             if (const std::uint64_t byte = state ^ states[i]; byte < 256) {
-                HiveValue repaired = value;
-                repaired.data[i] = static_cast<char>(byte);
-                return repaired;
+                if (found) return std::nullopt;
+                found = value;
+                found->data[i] = static_cast<char>(byte);
             }
             state ^= static_cast<unsigned char>(value.data[i]);
         }
     }
-    return std::nullopt;
+    return found;
 }
 
 std::uint64_t HiveImage::NextVersion() {

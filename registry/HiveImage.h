@@ -62,7 +62,7 @@ struct HiveKey {
 std::uint64_t ChecksumOf(const HiveKey& key);
 
 // A value of the key with one byte of its data as it must have been for this checksum; nothing when no single
-// byte explains it.
+// byte explains it, or more than one: near their ends, changes of two values can make the same difference.
 std::optional<HiveValue> RepairedValue(const HiveKey& key, std::uint64_t checksum);
 
 class HiveImage {

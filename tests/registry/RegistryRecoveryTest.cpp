@@ -9,6 +9,7 @@
 #include <set>
 
 #include "base/FileName.h"
+#include "model/StoredImage.h"
 #include "registry/RegistryHealth.h"
 #include "registry/RegistryHive.h"
 #include "tests/registry/HiveFolder.h"
@@ -31,38 +32,26 @@ std::wstring TextOf(int note) {
                         static_cast<wchar_t>(L'a' + note % 26));
 }
 
-// Notes as the program writes them.
-KeepResult SaveNotes(int notes = kNotes) {
-    RegistryTransaction image;
-    clsRegistry& registry = Registry();
-    registry.DeleteKey(kStore);
-    registry.SetValue(kStore + L"Autostart", REG_TYPE_DWORD, 1);
-    for (int i = 0; i < notes; ++i) {
-        const std::wstring note = kStore + L"Note" + std::to_wstring(i) + L"\\";
-        for (const auto* number : {L"X", L"Y", L"Width", L"Height", L"Color", L"FontSize", L"FontBold",
-                                   L"FontItalic", L"FontUnderlined", L"FontAlignment", L"Foreground"})
-            registry.SetValue(note + number, REG_TYPE_DWORD, 1000 + i);
-        registry.SetValue(note + L"Text", REG_TYPE_SZ, TextOf(i));
-        registry.SetValue(note + L"CreationTime", REG_TYPE_SZ, L"22.11.2026 10:00");
-    }
-    return image.Commit();
+KeepResult SaveNotes() {
+    std::vector<Note> notes;
+    for (int i = 0; i < kNotes; ++i)
+        notes.push_back(
+            {.text = TextOf(i), .creationTime = L"22.11.2026 10:00", .place = {1000.0 + i, 1000}});
+    std::vector<const Note*> all;
+    for (const Note& note : notes) all.push_back(&note);
+    return WriteStoredImage(true, all, {});
 }
 
-// The texts of all notes, whatever their keys are called.
 std::multiset<std::wstring> Texts() {
     std::multiset<std::wstring> texts;
-    std::vector<std::wstring> names;
-    Registry().EnumKeys(kStore, names);
-    for (const std::wstring& name : names)
-        if (name.starts_with(L"Note"))
-            texts.insert(AsText(Registry().GetValue(kStore + name + L"\\Text", REG_TYPE_SZ)));
+    for (const StoredNote& each : ReadStoredImage().notes) texts.insert(each.note.text);
     return texts;
 }
 
-int CountRight(int notes = kNotes) {
+int CountRight() {
     const std::multiset<std::wstring> texts = Texts();
     int right = 0;
-    for (int i = 0; i < notes; ++i) right += texts.contains(TextOf(i));
+    for (int i = 0; i < kNotes; ++i) right += texts.contains(TextOf(i));
     return right;
 }
 
@@ -135,6 +124,28 @@ TEST(RegistryRecovery, ChangedBytesAndCutFiles) {
     EXPECT_GE(changed[0].Right(), 49.9) << "from the file alone";
     EXPECT_EQ(changed[1].worst, kNotes);
     EXPECT_EQ(cut[1].worst, kNotes);
+}
+
+TEST(RegistryRecovery, AByteIsRepairedOnlyWhereNoOtherCanBeMeant) {
+    HiveImage image;
+    HiveKey& key = *image.Create(*image.Find(2), "Note0");
+    const HiveValue values[] = {
+        {"Text", 1, "Milch und Brot"}, {"CreationTime", 1, "heute"}, {"X", 4, "abcd"}};
+    for (const HiveValue& value : values) image.SetValue(key, value.name, value.type, value.data);
+    const std::uint64_t checksum = ChecksumOf(key);
+    int repaired = 0;
+    for (const HiveValue& value : values) {
+        for (std::size_t i = 0; i < value.data.size(); ++i) {
+            std::string damaged = value.data;
+            damaged[i] ^= 0x1E;
+            image.SetValue(key, value.name, value.type, damaged);
+            const auto found = RepairedValue(key, checksum);
+            EXPECT_TRUE(!found || *found == value) << value.name << " at " << i;
+            repaired += found.has_value();
+        }
+        image.SetValue(key, value.name, value.type, value.data);
+    }
+    EXPECT_GT(repaired, 14);
 }
 
 TEST(RegistryRecovery, AStateIsDueOnceAfterSomethingNew) {
