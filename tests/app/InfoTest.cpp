@@ -25,25 +25,20 @@ TEST(Info, GoesAtOnceWhateverElseIsOpen) {
         frmInfo* info = OpenDialog<frmInfo>();
         ASSERT_TRUE(info);
         ASSERT_TRUE(RunUntil([&] { return IsOnScreen(*info); }));
+        frmInfo::Open();
+        EXPECT_EQ(OpenDialog<frmInfo>(), info);  // there is only one
         Press(info->FindWindow(wxID_OK));
         EXPECT_FALSE(info->IsShown());
         EXPECT_TRUE(dialog.IsShown());
         frmInfo::Open();
-        frmInfo* next = OpenDialog<frmInfo>();
-        EXPECT_TRUE(next);
-        frmInfo::Open();
-        EXPECT_EQ(OpenDialog<frmInfo>(), next);  // there is only one
         dialog.txtMessage->SetValue(L"Milch");
         Press(dialog.cmdOK);
     });
     frmInfo::Open();
     EXPECT_TRUE(RunUntil([&] { return done; }));
     EXPECT_EQ(store.CountNotes(), 1u);
-    frmInfo* info = OpenDialog<frmInfo>();
-    ASSERT_TRUE(info);
-    ASSERT_TRUE(RunUntil([&] { return IsOnScreen(*info); }));
-    info->Close();
-    EXPECT_FALSE(info->IsShown());
+    OpenDialog<frmInfo>()->Close();
+    EXPECT_FALSE(OpenDialog<frmInfo>());
     store.UnloadAllNotes();
     store.SaveNotes();
 }

@@ -114,6 +114,16 @@ TEST_F(KeepingTest, UnsavedWorkTakesThePlaceOfWhatWasSavedLast) {
     EXPECT_TRUE(next.messages[0].starts_with(L"Notizen übernommen|64|"));
 }
 
+TEST_F(KeepingTest, TheEndSaves) {
+    {
+        ProgramRun run;
+        run.SetText(0, L"neu");
+        run.keeping.KeepAtOnce({});
+    }
+    EXPECT_FALSE(IsFileLeft());
+    EXPECT_EQ(ProgramRun().NoteTexts(), (Texts{L"neu", L"zwei"}));
+}
+
 TEST_F(KeepingTest, UnsavedWorkIsAddedToWhatWasSavedSince) {
     EndUnsaved();
     {

@@ -112,6 +112,22 @@ TEST_F(SendNotes, RecipientsComeFromTheAddressBookAndEachIsTried) {
     EmptyAddressBook();
 }
 
+TEST_F(SendNotes, ARefusalIsShown) {
+    RawServer server([](RawConnection& connection) {
+        connection.Send("OK X PROTOCOL_VERSION 1.0.0\r\n");
+        for (std::string line = connection.Line(); line[0] != '<'; line = connection.Line())
+            connection.Send(line.ends_with("eins") ? "ERROR  voll\r\n" : "OK\r\n");
+    });
+    Open(server.Port());
+    Send([](frmSendOverNetwork& dialog) {
+        dialog.txtEmpfänger->SetValue(L"127.0.0.1");
+        Press(dialog.cmdOK);
+    });
+    EXPECT_EQ(messages,
+              Texts{L"Fehler beim Versenden der Notiz|16|Beim Versenden der Notiz \"eins...\" ist ein "
+                    L"Fehler aufgetreten.\r\nDer Ziel-Computer sendete die Fehlermeldung: voll"});
+}
+
 TEST_F(SendNotes, WhatTheProtocolCannotCarryIsAskedForFirst) {
     Open(FreePort());
     store.AddNote({.text = L"Ω"});

@@ -238,6 +238,11 @@ TEST_F(FrmProperties, UndoAndRedoGoOverAllBoxes) {
     // What is typed next comes where the caret was put.
     dialog->txtMessage->WriteText(L"!");
     EXPECT_EQ(dialog->Written({}).text, L"eins\r\nzwei drei!");
+    dialog->Fill({});
+    dialog->txtMessage->SetValue(L"x");
+    EXPECT_TRUE(dialog->cmdOK->IsEnabled());
+    PressKey(*dialog->txtMessage, 'Z', wxMOD_CONTROL);
+    EXPECT_FALSE(dialog->cmdOK->IsEnabled());
     dialog->Destroy();
 }
 
