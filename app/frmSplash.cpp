@@ -38,11 +38,10 @@ void frmSplash::OnPaint(wxPaintEvent&) {
     wxPaintDC dc(this);
     // In strips: GTK hands pictures to the X server through shared memory that it keeps for good, as much as
     // the first picture took.
-    for (int top = 0; picture_.IsOk() && top < picture_.GetHeight(); top += kStrip) {
-        const int height = std::min(kStrip, picture_.GetHeight() - top);
-        wxBitmap strip = picture_.GetSubBitmap(wxRect(0, top, picture_.GetWidth(), height));
-        strip.SetScaleFactor(picture_.GetScaleFactor());
-        dc.DrawBitmap(strip, 0, static_cast<int>(top / picture_.GetScaleFactor()));
+    const wxSize size = picture_.IsOk() ? picture_.GetLogicalSize() : wxSize();
+    for (int top = 0; top < size.y; top += kStrip) {
+        const wxRect strip(0, top, size.x, std::min(kStrip, size.y - top));
+        dc.DrawBitmap(picture_.GetSubBitmap(strip), strip.GetPosition());
     }
     const wxString version = L"Version " + wxString::FromUTF8(KIVORA_VERSION);
     dc.SetFont(wxFont(wxFontInfo(10).FaceName(L"Arial")));  // that of the notes, so no other is read
