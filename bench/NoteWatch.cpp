@@ -13,7 +13,7 @@ namespace {
 constexpr int kTolerance = 4;      // pixels that a window manager may add
 constexpr int kSplashWidth = 300;  // at least; menus and icons are narrower
 constexpr double kSilence = 2;     // milliseconds of CPU that are nothing
-constexpr auto kQuiet = 300ms, kLook = 50ms;
+constexpr auto kQuiet = 300ms, kLook = 5ms;
 }  // namespace
 
 NoteWatch::NoteWatch() : display_(XOpenDisplay(nullptr)) {
@@ -25,12 +25,6 @@ NoteWatch::NoteWatch() : display_(XOpenDisplay(nullptr)) {
 
 NoteWatch::~NoteWatch() { XCloseDisplay(display_); }
 
-void NoteWatch::Forget() {
-    TakeEvents(0ms);
-    firstNote_.reset();
-    lastChange_ = splashCame_ = splashGone_ = Time();
-}
-
 void NoteWatch::WaitForNotes(std::size_t count) {
     const Time end = Clock::now() + 60s;
     while (notes_.size() != count) {
@@ -41,16 +35,18 @@ void NoteWatch::WaitForNotes(std::size_t count) {
     }
 }
 
-void NoteWatch::WaitUntilQuiet(const std::function<double()>& count) {
-    double before = count();
-    for (Time since = Clock::now(); Clock::now() - since < kQuiet;) {
+NoteWatch::Time NoteWatch::WaitUntilQuiet(const std::function<double()>& cpu) {
+    double before = cpu();
+    Time since = Clock::now();
+    while (Clock::now() - since < kQuiet) {
         TakeEvents(kLook);
-        const double now = count();
+        const double now = cpu();
         if (now - before > kSilence) {
             before = now;
             since = Clock::now();
         }
     }
+    return since;
 }
 
 void NoteWatch::TakeEvents(std::chrono::milliseconds atMost) {

@@ -23,14 +23,14 @@ class NoteWatch {
     void WaitForNotes(std::size_t count);
     // When the last of them came or went.
     Time LastChange() const { return lastChange_; }
-    // When the first one came since Forget, and when the last other window went before it: the splash.
+    // When the first one came, and when the last other window went before it: the splash.
     Time FirstNote() const { return firstNote_.value_or(Time()); }
     Time SplashGone() const { return splashGone_; }
     Time SplashCame() const { return splashCame_; }
-    void Forget();
 
-    // Takes up events until the numbers that `count` gives have not changed for 300 ms.
-    void WaitUntilQuiet(const std::function<double()>& count);
+    // Takes up events until the number that `cpu` gives, in milliseconds, has hardly changed for 300 ms;
+    // since when.
+    Time WaitUntilQuiet(const std::function<double()>& cpu);
 
   private:
     void TakeEvents(std::chrono::milliseconds atMost);

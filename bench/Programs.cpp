@@ -1,7 +1,8 @@
 // Measures whole programs, Kivora beside a bare one, on the display that DISPLAY names and that nobody else
 // uses; bench/run starts it:
-//   kivora_bench_programs KIVORA BARE SERVER RUNS
-// with the process number of the display server. Prints a line for each figure and run (Figures.h).
+//   kivora_bench_programs KIVORA BARE SERVER RUNS [KIVORA BARE]
+// with the process number of the display server, and those two programs with wxWidgets linked in. Prints a
+// line for each figure and run (Figures.h).
 #include <sys/types.h>
 
 #include <csignal>
@@ -20,7 +21,8 @@ namespace {
 struct Programs {
     std::string kivora, bare;
     pid_t server;
-    int runs;
+    // Whose first start has told the desktop of the program. All users here are like that.
+    const User* experienced = nullptr;
 };
 
 double Milliseconds(NoteWatch::Time from, NoteWatch::Time to) {
@@ -40,22 +42,28 @@ std::vector<std::string> CommandOf(const Programs& programs, bool kivora, const 
 
 struct Start {
     double cpu = 0, server = 0;  // milliseconds, the second that of the display server
-    double all = 0, first = 0;   // milliseconds; until all notes are there, and until the first one is
-    double memory = 0;           // MB
+    // Milliseconds; until all notes are there, until they are painted too, and until the first one is there.
+    double all = 0, painted = 0, first = 0;
+    double memory = 0;  // MB
 };
 
 // Until all notes are on the screen and nothing more happens. The time of the splash does not count.
 Start StartOnce(const Programs& programs, bool kivora, const Notes& notes) {
-    const User user(SampleNotes(notes.count, notes.looks));
+    const User user(SampleNotes(notes.count, notes.looks), programs.experienced);
     NoteWatch watch;
     const double server = CpuOf(programs.server);
     const auto begin = NoteWatch::Clock::now();
     Process program(CommandOf(programs, kivora, notes));
     watch.WaitForNotes(static_cast<std::size_t>(notes.count));
-    watch.WaitUntilQuiet([&] { return CpuOf(program.Id()) + CpuOf(programs.server); });
-    return {CpuOf(program.Id()), CpuOf(programs.server) - server,
-            Milliseconds(begin, watch.LastChange()) - Milliseconds(watch.SplashCame(), watch.SplashGone()),
-            Milliseconds(kivora ? watch.SplashGone() : begin, watch.FirstNote()), program.Pss()};
+    const NoteWatch::Time quiet =
+        watch.WaitUntilQuiet([&] { return CpuOf(program.Id()) + CpuOf(programs.server); });
+    const double splash = Milliseconds(watch.SplashCame(), watch.SplashGone());
+    return {CpuOf(program.Id()),
+            CpuOf(programs.server) - server,
+            Milliseconds(begin, watch.LastChange()) - splash,
+            Milliseconds(begin, quiet) - splash,
+            Milliseconds(kivora ? watch.SplashGone() : begin, watch.FirstNote()),
+            program.Pss()};
 }
 
 void MeasureStart(const Programs& programs, bool kivora, const Notes& notes) {
@@ -66,20 +74,25 @@ void MeasureStart(const Programs& programs, bool kivora, const Notes& notes) {
     figure("CPU until all is quiet", "ms", start.cpu);
     figure("CPU of the display server", "ms", start.server);
     figure("all on the screen, without the splash's time", "ms", start.all);
+    figure("all painted and quiet, without the splash's time", "ms", start.painted);
     if (kivora) figure("first one after the splash", "ms", start.first);
     figure("memory (PSS)", "MB", start.memory);
 }
 
-// Its floor is the same program with one font.
+// Beside the same program with one font, and beside the floor.
 void MeasureFonts(const Programs& programs) {
-    for (const Looks looks : {Looks::AllFonts, Looks::Plain})
-        Figure("72 notes in 72 fonts, beside one font: CPU until all is quiet",
-               looks == Looks::Plain ? kFloor : kKivora, "ms",
-               StartOnce(programs, true, {72, looks, ""}).cpu);
+    const double fonts = StartOnce(programs, true, {72, Looks::AllFonts, ""}).cpu;
+    const auto beside = [fonts](const char* what, double floor) {
+        const std::string figure = std::string("72 notes in 72 fonts") + what + ": CPU until all is quiet";
+        Figure(figure, kKivora, "ms", fonts);
+        Figure(figure, kFloor, "ms", floor);
+    };
+    beside(", beside one font", StartOnce(programs, true, {72, Looks::Plain, ""}).cpu);
+    beside("", StartOnce(programs, false, {72, Looks::AllFonts, ""}).cpu);
 }
 
 void MeasureMinimizing(const Programs& programs, bool kivora, const Notes& notes) {
-    const User user(SampleNotes(notes.count, notes.looks));
+    const User user(SampleNotes(notes.count, notes.looks), programs.experienced);
     NoteWatch screen;
     Process program(CommandOf(programs, kivora, notes));
     for (const bool shown : {true, false, true}) {
@@ -106,25 +119,43 @@ void MeasureAll(const Programs& programs) {
         {100, Looks::Crowded, "100 crowded notes of all looks"},
     };
     constexpr Notes kMinimized[] = {{100, Looks::Plain, "100 notes"}, {500, Looks::Plain, "500 notes"}};
-    for (int run = 0; run < programs.runs; ++run) {
-        for (const bool kivora : {true, false}) {
-            for (const Notes& notes : kStarts) MeasureStart(programs, kivora, notes);
-            for (const Notes& notes : kMinimized) MeasureMinimizing(programs, kivora, notes);
-        }
-        MeasureFonts(programs);
-        MeasureLines(programs.kivora);
+    for (const bool kivora : {true, false}) {
+        for (const Notes& notes : kStarts) MeasureStart(programs, kivora, notes);
+        for (const Notes& notes : kMinimized) MeasureMinimizing(programs, kivora, notes);
     }
+    MeasureFonts(programs);
+    MeasureLines(programs.kivora);
+}
+
+void MeasureLinkedIn(const Programs& programs) {
+    constexpr Notes kStarts[] = {{1, Looks::Plain, "1 note, wxWidgets linked in"},
+                                 {100, Looks::Plain, "100 notes, wxWidgets linked in"}};
+    for (const bool kivora : {true, false})
+        for (const Notes& notes : kStarts) MeasureStart(programs, kivora, notes);
+}
+
+// The first start of a user.
+void Introduce(const std::string& kivora) {
+    NoteWatch watch;
+    const Process program(std::vector<std::string>{kivora});
+    watch.WaitUntilQuiet([&] { return CpuOf(program.Id()); });
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 5) {
-        std::fputs("kivora_bench_programs KIVORA BARE SERVER RUNS\n", stderr);
+    if (argc != 5 && argc != 7) {
+        std::fputs("kivora_bench_programs KIVORA BARE SERVER RUNS [KIVORA BARE]\n", stderr);
         return 2;
     }
     try {
-        MeasureAll({argv[1], argv[2], std::atoi(argv[3]), std::atoi(argv[4])});
+        const User experienced({});
+        Introduce(argv[1]);
+        const pid_t server = std::atoi(argv[3]);
+        for (int run = 0; run < std::atoi(argv[4]); ++run) {
+            MeasureAll({argv[1], argv[2], server, &experienced});
+            if (argc == 7) MeasureLinkedIn({argv[5], argv[6], server, &experienced});
+        }
     } catch (const std::exception& failure) {
         std::fprintf(stderr, "kivora_bench_programs: %s\n", failure.what());
         return 1;

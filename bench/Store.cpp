@@ -10,9 +10,10 @@
 
 namespace fs = std::filesystem;
 
-User::User(const std::vector<Note>& notes) {
+User::User(const std::vector<Note>& notes, const User* like) {
     std::string name = (fs::temp_directory_path() / "kivora-bench-XXXXXX").string();
     home_ = mkdtemp(name.data());
+    if (like) fs::copy(like->home_, home_, fs::copy_options::recursive | fs::copy_options::copy_symlinks);
     for (const char* variable :
          {"HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_RUNTIME_DIR"})
         setenv(variable, home_.c_str(), 1);

@@ -9,8 +9,9 @@
 
 class User {
   public:
-    // Becomes the user of this process and of those that it starts from now on.
-    explicit User(const std::vector<Note>& notes);
+    // Becomes the user of this process and of those that it starts from now on. like: somebody whose folder
+    // this one begins with, who has used the program before.
+    explicit User(const std::vector<Note>& notes, const User* like = nullptr);
     ~User();
     User(const User&) = delete;
     User& operator=(const User&) = delete;
