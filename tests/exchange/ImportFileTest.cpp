@@ -4,9 +4,9 @@
 
 #include "base/DataFolder.h"
 #include "base/Text.h"
+#include "exchange/ExportedNote.h"
 #include "exchange/ImportFile.h"
 #include "exchange/KeptFile.h"
-#include "tests/exchange/SampleNotes.h"
 
 namespace {
 
@@ -33,15 +33,6 @@ class ImportFileTest : public testing::Test {
     const fs::path folder = SharedDataFolder() / "kivora import ü test";
 };
 
-std::vector<ExportedNote> Notes(const std::vector<std::wstring>& texts) {
-    std::vector<ExportedNote> notes;
-    for (const std::wstring& text : texts) {
-        notes.push_back({.Text = text, .CreationTime = L"21.11.2026, 09:15:00"});
-        notes.back().Left = static_cast<std::int32_t>(notes.size());
-    }
-    return notes;
-}
-
 }  // namespace
 
 TEST_F(ImportFileTest, OnlyFilesAreOpened) {
@@ -52,26 +43,6 @@ TEST_F(ImportFileTest, OnlyFilesAreOpened) {
         EXPECT_FALSE(Read(path).complete) << path;
     }
     EXPECT_FALSE(fs::exists(folder / "fehlt.kvr"));
-}
-
-TEST_F(ImportFileTest, ListAndRecordsAgree) {
-    const std::wstring longText = std::wstring(5000, L'ü');
-    const std::vector<ExportedNote> notes = Notes({L"eins\r\nzwei", L"a\rb\nc\td\n\ne", longText, L" x "});
-    const fs::path path = Write(FileBytes(notes));
-    EXPECT_EQ(ListNotes(path),
-              (Texts{L"eins zwei", L"a b c d e", longText.substr(0, kListedCharacters), L" x "}));
-    for (std::size_t i = 0; i < notes.size(); ++i) EXPECT_EQ(NoteAt(path, i), ToNote(notes[i])) << i;
-    EXPECT_FALSE(NoteAt(path, notes.size()));
-}
-
-TEST_F(ImportFileTest, AnEmptyTextEndsTheFile) {
-    const fs::path path = Write(FileBytes(Notes({L"eins", L"", L"drei"})));
-    EXPECT_EQ(ListNotes(path), Texts{L"eins"});
-    EXPECT_TRUE(NoteAt(path, 0));
-    EXPECT_FALSE(NoteAt(path, 1));
-    EXPECT_FALSE(NoteAt(path, 2));
-    Write(FileBytes(Notes({L"", L"zwei"})));
-    EXPECT_TRUE(ListNotes(path).empty());
 }
 
 TEST_F(ImportFileTest, NoMoreThanTheLimitIsListed) {

@@ -55,42 +55,16 @@ class NoteFolderTest : public testing::Test {
 
 }  // namespace
 
-TEST_F(NoteFolderTest, KeepsTheWholeNote) {
-    const Note note{.text = L"Milch\r\nund Brot €",
-                    .creationTime = L"21.11.2026, 13:05:00",
-                    .look = {.size = 25, .bold = true, .underlined = true, .alignment = 2, .color = 0xFFFF00},
-                    .place = {-30, 45, 3000, 2000},
-                    .foreground = true};
-    NoteFolder(folder_ / "a" / "b").Keep(note, now_);
-    const auto file = *fs::directory_iterator(folder_ / "a" / "b");
-    EXPECT_EQ(FileName(file.path().filename()).substr(kStamp), L" Milch und Brot €.kvr");
-    EXPECT_EQ(NotesIn(file.path()), std::vector<Note>{note});
-}
-
 TEST_F(NoteFolderTest, KnowsWhatItHolds) {
     const NoteFolder folder(folder_);
-    const Note note{.text = L"Milch\r\nund Brot", .creationTime = L"heute", .look = {.bold = true}};
+    const Note note{.text = L"Milch\r\nund Brot " + std::wstring(300, L'ü'), .creationTime = L"heute"};
     EXPECT_FALSE(folder.Holds(note));
     folder.Keep(note);
+    folder.Keep({});
+    EXPECT_EQ(Words(), Names{L" Milch und Brot " + std::wstring(25, L'ü') + L".kvr"});
     EXPECT_TRUE(folder.Holds({.text = note.text, .creationTime = note.creationTime}));
     EXPECT_FALSE(folder.Holds({.text = note.text + L" und Eier", .creationTime = note.creationTime}));
     EXPECT_FALSE(folder.Holds({.text = note.text, .creationTime = L"gestern"}));
-}
-
-TEST_F(NoteFolderTest, NamesSayWhatIsInside) {
-    const std::pair<std::wstring, Names> rows[] = {
-        {L"", {}},
-        {L" \r\n", {L".kvr"}},
-        {L"a/b:c", {L" a b c.kvr"}},
-        {std::wstring(300, L'ü'), {L" " + std::wstring(40, L'ü') + L".kvr"}},
-        {L"Ω ja", {L" Ω ja.kvr"}},
-    };
-    for (const auto& [text, words] : rows) {
-        fs::create_directories(folder_);
-        NoteFolder(folder_).Keep({.text = text}, now_);
-        EXPECT_EQ(Words(), words);
-        fs::remove_all(folder_);
-    }
 }
 
 TEST_F(NoteFolderTest, RemovesTheOldestOnly) {

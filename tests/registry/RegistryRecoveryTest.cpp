@@ -126,6 +126,19 @@ TEST(RegistryRecovery, ChangedBytesAndCutFiles) {
     EXPECT_EQ(cut[1].worst, kNotes);
 }
 
+// As after a crash: no seal tells what the bytes of the file were.
+TEST(RegistryRecovery, DamageOfTheStructureAloneIsNoticed) {
+    const HiveFolder hive;
+    SaveImage(5, 1);
+    Hive().Close();
+    fs::remove(hive.File().string() + ".siegel");
+    std::string bytes = Content(hive.File());
+    bytes[39] = 5;  // free pages that are nowhere
+    std::ofstream(hive.File(), std::ios::binary) << bytes;
+    EXPECT_EQ(MarkOfImage(5), 1);
+    EXPECT_TRUE(TakeRecoveryReport());
+}
+
 TEST(RegistryRecovery, AByteIsRepairedOnlyWhereNoOtherCanBeMeant) {
     HiveImage image;
     HiveKey& key = *image.Create(*image.Find(2), "Note0");
