@@ -31,7 +31,7 @@ Clock::duration Stay(std::chrono::milliseconds moment, const std::function<void(
 
 void Click(frmSplash& splash) {
     wxUIActionSimulator mouse;
-    mouse.MouseMove(splash.GetScreenRect().GetPosition() + wxPoint(50, 50));
+    mouse.MouseMove(splash.ClientToScreen(wxPoint(50, 50)));
     mouse.MouseClick();
 }
 
