@@ -81,8 +81,7 @@ frmStart::frmStart(NoteStore& store, std::function<void()> quit)
         if (button == 2) notIcon.Events.ContextMenu();
     };
     notIcon.Events.ContextMenu = [this] {
-        ActivateApplication();
-        ActivateNewestDialog();  // the notes that have just come to the front would cover it
+        ActivateNewestDialog();  // the notes stay where they are: they may lie below what the user looks at
         ShowPopupMenu(nullptr);
     };
     notIcon.Menu = {[this] { return DescribeMenu(nullptr); },

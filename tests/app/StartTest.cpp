@@ -1,5 +1,6 @@
 // The menu as it opens on the screen, and what its commands do.
 #include <gtest/gtest.h>
+#include <wx/frame.h>
 #include <wx/popupwin.h>
 #include <wx/uiaction.h>
 
@@ -19,6 +20,7 @@
 #include "tests/support/Controls.h"
 #include "tests/support/Dialogs.h"
 #include "tests/support/Events.h"
+#include "tests/support/Stacking.h"
 
 namespace {
 
@@ -117,7 +119,11 @@ TEST_F(StartTest, MinimizesAllAndTakesItBack) {
     EXPECT_FALSE(note.Minimized());
 }
 
-TEST_F(StartTest, IconEventsOpenTheMenuOnceEach) {
+TEST_F(StartTest, IconEventsOpenTheMenuOnceEachAndOnlyAClickRaisesTheNotes) {
+    frmNote& note = AddNote(L"eins");
+    auto* const other = new wxFrame(nullptr, wxID_ANY, L"Other");
+    other->Show();
+    ASSERT_TRUE(RunUntil([&] { return StandsAbove(*other, note); }));
     int opened = 0;
     for (const auto& event : {std::function<void()>([this] { start_->notIcon.Events.MouseUp(2); }),
                               std::function<void()>([this] { start_->notIcon.Events.ContextMenu(); })}) {
@@ -127,9 +133,12 @@ TEST_F(StartTest, IconEventsOpenTheMenuOnceEach) {
         });
         event();
     }
+    EXPECT_TRUE(StandsAbove(*other, note));
     start_->notIcon.Events.MouseUp(1);
+    EXPECT_TRUE(RunUntil([&] { return StandsAbove(note, *other); }));
     EXPECT_FALSE(MenuOnScreen::Find());
     EXPECT_EQ(opened, 2);
+    other->Destroy();
 }
 
 TEST_F(StartTest, LoadingWithTheSessionIsSwitchedAndSaved) {
