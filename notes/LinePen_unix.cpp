@@ -99,11 +99,11 @@ std::unique_ptr<wxDC> MeasuringDC() {
     return std::make_unique<wxScreenDC>();
 }
 
+// Pango calls this outdated for the sake of whoever lays out text without it.
+G_GNUC_BEGIN_IGNORE_DEPRECATIONS
 bool AlignsTheOtherWay(std::wstring_view line) {
     // As GTK sees a paragraph: the first letter decides.
-    for (const wchar_t each : line) {
-        const PangoDirection direction = pango_unichar_direction(static_cast<gunichar>(each));
-        if (direction != PANGO_DIRECTION_NEUTRAL) return direction == PANGO_DIRECTION_RTL;
-    }
-    return false;
+    const std::string bytes = ToUtf8(line);
+    return pango_find_base_dir(bytes.data(), static_cast<int>(bytes.size())) == PANGO_DIRECTION_RTL;
 }
+G_GNUC_END_IGNORE_DEPRECATIONS
