@@ -102,6 +102,11 @@ TEST_F(AddressbookDialogs, KeepingItHasNoOK) {
         Press(dialog.cmdLöschen);
         EXPECT_EQ(Rows(*dialog.lvwEntries), Texts{L"|anna|10.0.0.2|A"});
         EXPECT_FALSE(dialog.cmdBearbeiten->IsEnabled() || dialog.cmdLöschen->IsEnabled());
+        const WhenShown<frmAddressbookEntryNew> undecided([](frmAddressbookEntryNew& entry) {
+            entry.txtPCName->SetValue(L"Clara");
+            Press(entry.cmdAbbrechen);
+        });
+        Press(dialog.cmdNeu);
         dialog.Close();
     });
     EXPECT_TRUE(ShowAddressBook(false).empty());

@@ -125,6 +125,8 @@ TEST_F(KeptNotesTest, WhatIsBroughtBackIsWhereItWasAndLeavesTheBin) {
     EXPECT_TRUE(messages.empty());
     BringBackLast(Store(), bin);
     EXPECT_EQ(messages, std::vector<std::wstring>{L"Papierkorb|64|Im Papierkorb liegt keine Notiz."});
+    std::ofstream(bin_ / "2026-11-21 09.05.00.000 Milch.kvr");
+    EXPECT_EQ(bin.Read().unreadable, 1u);
 }
 
 TEST_F(KeptNotesTest, AnImportSaysThatALongTextIsKeptNowhereElse) {

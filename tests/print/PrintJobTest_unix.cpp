@@ -35,6 +35,10 @@ class Printing : public UnixPrinting {
     std::optional<fs::path> file;
 };
 
+const std::wstring kNoAnswer =
+    L"Drucken|16|Der Druckdienst antwortet nicht. Es wurde nichts gedruckt.\r\nVersuchen Sie es später noch "
+    L"einmal, oder wählen Sie unter \"Einstellung...\" den Drucker \"In Datei drucken (PDF)\".";
+
 class PrintJobs : public PrintFixture {
   protected:
     static void SetUpTestSuite() {
@@ -186,18 +190,15 @@ TEST_F(PrintJobs, UnderlinedTextHasALineBelow) {
 // Waiting for the service without a limit would never end: it goes on only when the row is over.
 TEST_F(PrintJobs, FailWithOneClearMessage) {
     Add(L"eins");
-    const std::wstring kNoAnswer =
-        L"Der Druckdienst antwortet nicht. Es wurde nichts gedruckt.\r\nVersuchen Sie es später noch einmal, "
-        L"oder wählen Sie unter \"Einstellung...\" den Drucker \"In Datei drucken (PDF)\".";
     const struct {
         const char* name;
         std::function<void()> harm, mend;
         std::wstring message;
     } rows[] = {
         {"gone", [] { Server().Run("lpadmin -x Zwei"); }, [] { AddPrinter("Zwei"); },
-         L"Der Drucker \"Zwei\" ist nicht mehr vorhanden."},
+         L"Drucken|16|Der Drucker \"Zwei\" ist nicht mehr vorhanden."},
         {"refused", [] { Server().Run("cupsreject Zwei"); }, [] { Server().Run("cupsaccept Zwei"); },
-         L"Der Drucker \"Zwei\" nimmt keine Druckaufträge an."},
+         L"Drucken|16|Der Drucker \"Zwei\" nimmt keine Druckaufträge an."},
         {"service stopped", [] { Server().Stop(); }, [] { Server().Start(); }, kNoAnswer},
         {"service hanging", [] { Server().Signal(SIGSTOP); }, [] { Server().Signal(SIGCONT); }, kNoAnswer},
     };
@@ -206,7 +207,7 @@ TEST_F(PrintJobs, FailWithOneClearMessage) {
         messages.clear();
         const std::size_t documents = Server().Documents();
         PrintOn(L"Zwei", [&](frmPrint&) { row.harm(); });
-        EXPECT_EQ(messages, std::vector<std::wstring>{L"Drucken|16|" + row.message});
+        EXPECT_EQ(messages, std::vector{row.message});
         // Opening the dialog offers what is left.
         const PrinterList list = printing.Printers();
         const bool service = std::string(row.name).starts_with("service");
@@ -216,6 +217,15 @@ TEST_F(PrintJobs, FailWithOneClearMessage) {
         row.mend();
         EXPECT_LE(Server().Documents(), documents);
     }
+}
+
+TEST_F(PrintJobs, AServiceThatStopsMeanwhileIsToldOf) {
+    Add(std::wstring(30000, L'\n'));
+    const WhenShown<frmPrintProgress> user([](frmPrintProgress&) { Server().Stop(); });
+    PrintOn(L"Eins");
+    Server().Start();
+    Server().Run("cancel -a");
+    EXPECT_EQ(messages, std::vector{kNoAnswer});
 }
 
 TEST_F(PrintJobs, CancelledOnesAreWithdrawn) {

@@ -162,7 +162,20 @@ TEST_F(TrayHost, IconsMoveToAHostAndComeBack) {
     const auto place = [] { return Middle(ScreenRect(Embedded().front())); };
     const std::wstring name = Reported(place(), [](wxUIActionSimulator& p) { p.MouseClick(); }).substr(0, 1);
     ExpectGestures(place, name);
-    ExpectMenuStays(name == L"A" ? first : *icons_.back(), place());
+    Notification& icon = name == L"A" ? first : *icons_.back();
+    const auto picture = [] {
+        const wxRect rect = ScreenRect(Embedded().front());
+        GdkPixbuf* const pixels = gdk_pixbuf_get_from_window(gdk_get_default_root_window(), rect.x, rect.y,
+                                                             rect.width, rect.height);
+        const std::string bytes(reinterpret_cast<const char*>(gdk_pixbuf_read_pixels(pixels)),
+                                gdk_pixbuf_get_byte_length(pixels));
+        g_object_unref(pixels);
+        return bytes;
+    };
+    const std::string before = picture();
+    icon.SetIconFile(ResourcePicture(kLastNoteIcon));
+    EXPECT_TRUE(RunUntil([&] { return picture() != before; }));
+    ExpectMenuStays(icon, place());
 
     tray.End();
     ASSERT_TRUE(RunUntil([] { return IconsInStrip() == 2 && Embedded().empty(); }));
