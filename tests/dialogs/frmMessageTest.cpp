@@ -1,10 +1,13 @@
 #include <gtest/gtest.h>
 #include <wx/display.h>
+#include <wx/statbmp.h>
 #include <wx/stattext.h>
 
 #include "dialogs/Message.h"
 #include "dialogs/OneDialog.h"
 #include "dialogs/frmMessage.h"
+#include "res/Resources.h"
+#include "tests/support/Dialogs.h"
 
 namespace {
 
@@ -44,6 +47,24 @@ TEST(Message, FitsOnTheScreenWhateverItSays) {
         EXPECT_LT(box->GetSize().y, screen.y - 2 * box->GetCharHeight());
         EXPECT_EQ(ShownText(*box).find(L'…') == std::wstring::npos, row.whole);
         box->Destroy();
+    }
+}
+
+TEST(Message, HasThePictureOfItsKindAndIsAnswered) {
+    const std::pair<int, int> rows[] = {{kCritical, kCriticalPicture},
+                                        {kExclamation | kYesNo, kWarningPicture},
+                                        {kInformation, kInformationPicture}};
+    for (const auto& [flags, picture] : rows) {
+        auto* box = new frmMessage(L"Text", flags, L"Titel");
+        for (const wxWindow* child : box->GetChildren())
+            if (const auto* shown = dynamic_cast<const wxStaticBitmap*>(child))
+                EXPECT_TRUE(shown->GetBitmap().IsSameAs(LoadPicture(picture).GetBitmapFor(box))) << flags;
+        box->Destroy();
+    }
+    for (const auto& [button, answer] :
+         {std::pair(wxID_OK, MessageAnswer::Yes), {wxID_CANCEL, MessageAnswer::No}}) {
+        const WhenShown<frmMessage> user([&](frmMessage& box) { Press(box.FindWindow(button)); });
+        EXPECT_EQ(ShowMessage(L"Text", kExclamation | kYesNo, L"Titel"), answer);
     }
 }
 

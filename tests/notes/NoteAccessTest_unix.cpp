@@ -131,8 +131,7 @@ TEST(NoteAccess, AnswersNothingForANoteThatIsGone) {
         part = ATK_OBJECT(g_object_ref(gtk_widget_get_accessible(note->m_wxwindow)));
         EXPECT_EQ(atk_text_get_character_count(ATK_TEXT(part)), 5);
     }
-    RunEvents();
-    EXPECT_EQ(atk_text_get_character_count(ATK_TEXT(part)), 0);
+    EXPECT_TRUE(RunUntil([&] { return atk_text_get_character_count(ATK_TEXT(part)) == 0; }));
     EXPECT_STREQ(atk_object_get_name(part), "");
     g_object_unref(part);
 }

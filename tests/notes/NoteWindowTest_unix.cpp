@@ -1,10 +1,12 @@
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
+#include <wx/checkbox.h>
 #include <wx/uiaction.h>
 
 #include "notes/NotePaint.h"
 #include "notes/NoteWindow.h"
 #include "notes/frmNote.h"
+#include "notes/frmProperties.h"
 #include "tests/notes/NoteRecorder.h"
 #include "tests/support/Events.h"
 
@@ -91,4 +93,23 @@ TEST(NoteWindow, LinesThatReadFromTheRightBeginThereAsInTheDialog) {
             ends += line.place.x == 16 ? 'l' : line.place.GetRight() + 1 == 300 - 16 ? 'r' : 'c';
         EXPECT_EQ(ends, alignment == kAlignLeft ? "rlrl" : alignment == kAlignRight ? "lrlr" : "cccc");
     }
+}
+
+TEST(PropertiesLook, CaptionsStandInTheStyleThatTheyName) {
+    auto* dialog = new frmProperties(L"Neue Notiz");
+    for (std::size_t i = 0; i < dialog->chkForm.size(); ++i) {
+        GtkWidget* const label = gtk_bin_get_child(GTK_BIN(dialog->chkForm[i]->GetHandle()));
+        PangoAttrIterator* const all =
+            pango_attr_list_get_iterator(gtk_label_get_attributes(GTK_LABEL(label)));
+        PangoFontDescription* const font = pango_font_description_new();
+        pango_attr_iterator_get_font(all, font, nullptr, nullptr);
+        NoteLook look;
+        look.*kNoteStyles[i].flag = true;
+        EXPECT_EQ(pango_font_description_get_weight(font) == PANGO_WEIGHT_BOLD, look.bold) << i;
+        EXPECT_EQ(pango_font_description_get_style(font) == PANGO_STYLE_ITALIC, look.italic) << i;
+        EXPECT_EQ(pango_attr_iterator_get(all, PANGO_ATTR_UNDERLINE) != nullptr, look.underlined) << i;
+        pango_font_description_free(font);
+        pango_attr_iterator_destroy(all);
+    }
+    dialog->Destroy();
 }

@@ -155,6 +155,8 @@ TEST_F(FrmProperties, EachStyleHasItsBox) {
         EXPECT_EQ(dialog->txtMessage->GetFont(), NoteFont(look));
         EXPECT_NE(NoteFont(look), NoteFont({})) << "nobody would see it";
         EXPECT_EQ(dialog->Written({}).look, look);
+        Check(dialog->chkForm[i], false);
+        EXPECT_EQ(dialog->txtMessage->GetFont(), NoteFont({}));
     }
     dialog->Destroy();
 }
