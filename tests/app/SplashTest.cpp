@@ -19,7 +19,9 @@ Clock::duration Stay(std::chrono::milliseconds moment, const std::function<void(
     Repeated* const user = Repeated::Every(100ms, [&] {
         for (wxWindow* window : wxTopLevelWindows) {
             auto* const splash = dynamic_cast<frmSplash*>(window);
-            if (splash && splash->IsShown()) act(*splash);
+            if (!splash || !splash->IsShown()) continue;
+            act(*splash);  // which may take until it has gone
+            break;
         }
         return false;
     });
