@@ -17,10 +17,13 @@ class FrmNote : public testing::Test {
     FrmNote() : note(new frmNote(recorder)) {}
     ~FrmNote() override { RunPosted(); }  // what the note has put off goes to this recorder
 
+    wxPoint Pixels(double x, double y) const {
+        return {static_cast<int>(x / TwipsPerPixelX(*note)), static_cast<int>(y / TwipsPerPixelY(*note))};
+    }
     // A mouse event at a place in twips.
     void Mouse(wxEventType type, double x, double y) {
         wxMouseEvent event(type);
-        event.SetPosition(wxPoint(static_cast<int>(x / 15), static_cast<int>(y / 15)));
+        event.SetPosition(Pixels(x, y));
         event.SetEventObject(note.get());
         note->ProcessWindowEvent(event);
     }
@@ -82,7 +85,7 @@ TEST_F(FrmNote, CtrlAndAClickOpenAnAddressAcrossItsLines) {
     const auto click = [&](double y) {
         for (const wxEventType type : {wxEVT_MOTION, wxEVT_LEFT_DOWN, wxEVT_LEFT_UP}) {
             wxMouseEvent event(type);
-            event.SetPosition(wxPoint(static_cast<int>(text.left / 15) + 20, static_cast<int>(y / 15)));
+            event.SetPosition(Pixels(text.left + 300, y));
             event.SetControlDown(true);
             note->ProcessWindowEvent(event);
         }
