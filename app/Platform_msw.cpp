@@ -36,18 +36,25 @@ std::wstring RawArguments() {
     return line.substr(first);
 }
 
+// A program with windows is given a console only when it asks for one; files, pipes and devices such as NUL
+// are given to it like to others.
+bool IsRedirected(HANDLE output) {
+    DWORD mode = 0;
+    return GetFileType(output) != FILE_TYPE_UNKNOWN && !GetConsoleMode(output, &mode);
+}
+
 // Where the shell has given the program no output of its own, that is the console it was started from. There
 // is none either when it was started by a click or a key: then a box says what nobody would read otherwise.
 void Write(DWORD stream, const std::wstring& text, UINT icon) {
     if (text.empty()) return;
     DWORD written = 0;
     const HANDLE given = GetStdHandle(stream);
-    if (given && GetFileType(given) != FILE_TYPE_UNKNOWN && GetFileType(given) != FILE_TYPE_CHAR) {
+    AttachConsole(ATTACH_PARENT_PROCESS);  // fails when it is attached already
+    if (IsRedirected(given)) {
         const std::string bytes = ToUtf8(text);
         WriteFile(given, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
         return;
     }
-    AttachConsole(ATTACH_PARENT_PROCESS);  // fails when it is attached already
     const HANDLE console =
         CreateFileW(L"CONOUT$", GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                     OPEN_EXISTING, 0, nullptr);

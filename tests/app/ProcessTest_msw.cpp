@@ -18,10 +18,12 @@ std::wstring ProgramFile() { return std::filesystem::absolute(FromUtf8(KIVORA_PR
 // A program that was started with this command line, and is ended.
 class Started {
   public:
-    Started(const std::wstring& program, std::wstring line, HANDLE token = nullptr) {
+    Started(const std::wstring& program, std::wstring line, HANDLE token = nullptr, HANDLE output = nullptr) {
         STARTUPINFOW start{};
         start.cb = sizeof start;
-        if (!CreateProcessAsUserW(token, program.c_str(), line.data(), nullptr, nullptr, FALSE, 0, nullptr,
+        start.dwFlags = output ? STARTF_USESTDHANDLES : 0;
+        start.hStdOutput = output;
+        if (!CreateProcessAsUserW(token, program.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr,
                                   nullptr, &start, &process_))
             throw std::runtime_error("the program does not start");
     }
@@ -93,6 +95,15 @@ TEST_F(ProcessTest, SaysWhatItCanBeStartedWith) {
     Process version({"--version"});
     EXPECT_EQ(version.Wait(), 0);
     EXPECT_EQ(version.Output(), "Kivora 1.6.1\n");
+}
+
+// A box would stop the script that throws the answer away.
+TEST_F(ProcessTest, SaysNothingWhereTheOutputGoesNowhere) {
+    SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
+    const HANDLE nowhere = CreateFileW(L"NUL", GENERIC_WRITE, 0, &inherited, OPEN_EXISTING, 0, nullptr);
+    const Started version(ProgramFile(), L"\"" + ProgramFile() + L"\" --version", nullptr, nowhere);
+    CloseHandle(nowhere);
+    EXPECT_TRUE(version.EndsSoon());
 }
 
 // What stands before the first slash cannot be meant: nothing is loaded or saved.
