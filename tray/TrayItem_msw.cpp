@@ -5,7 +5,9 @@
 #include <wx/utils.h>
 
 #include <algorithm>
+#include <map>
 #include <optional>
+#include <set>
 #include <utility>
 
 #include "base/Text.h"
@@ -15,15 +17,14 @@
 namespace {
 
 const wchar_t* const kWindowClass = L"Kivora.Notification";
-constexpr UINT kIconId = 1;
 constexpr std::size_t kLongestTip = 63;
 // The message by which Windows tells of the mouse on the icon; lParam is the number of the mouse's own
 // message.
 constexpr UINT kCallback = WM_MOUSEMOVE;
-// An order to the shell waits until that has time for it. So icons are put up one by one between other
-// events: many notes are off the screen at once when they are minimized. While the shell is busy, as it is
-// when the user logs on, it takes no icons. It is asked again, less and less often.
-constexpr UINT_PTR kRetry = 1;
+// An order to the shell waits until that has time for it. So icons are put up and taken down one by one
+// between other events: many notes are off the screen at once when they are minimized, and there again when
+// that is undone. While the shell is busy, as it is when the user logs on, it takes no icons. It is asked
+// again, less and less often.
 constexpr UINT kFirstPauseMilliseconds = 250;
 constexpr UINT kLongestPauseMilliseconds = 60'000;
 
@@ -70,24 +71,26 @@ wxIcon IconOf(const wxBitmapBundle& picture) {
     return icon;
 }
 
+// All icons tell what happens to them to one window, in which their numbers are those of their timers too: a
+// shell may look through all windows of all programs whenever one comes or goes.
 class MswTrayItem : public TrayItem {
   public:
     MswTrayItem(const wxBitmapBundle& picture, const std::wstring& toolTip,
                 std::function<void(TrayMessage)> report)
-        : window_(CreateWindowW(WindowClass(), L"", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr,
-                                GetModuleHandleW(nullptr), nullptr)),
-          report_(std::move(report)) {
-        SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-        // A copy that was started with an administrator's rights hears the shell and the other copies too.
-        for (const UINT message : {AreaCreated(), kCallback})
-            ChangeWindowMessageFilterEx(window_, message, MSGFLT_ALLOW, nullptr);
+        : report_(std::move(report)) {
+        items_[id_] = this;
         Fill(picture, toolTip);
-        SetTimer(window_, kRetry, 0, nullptr);
+        SetTimer(window_, id_, 0, nullptr);
     }
 
     ~MswTrayItem() override {
-        if (asked_) Tell(NIM_DELETE);
-        DestroyWindow(window_);
+        items_.erase(id_);
+        if (!asked_) {
+            KillTimer(window_, id_);
+            return;
+        }
+        leaving_.ids.insert(id_);
+        SetTimer(window_, id_, 0, nullptr);
     }
 
     void Modify(const wxBitmapBundle& picture, const std::wstring& toolTip) override {
@@ -98,26 +101,58 @@ class MswTrayItem : public TrayItem {
     std::optional<wxRect> Place() const override { return std::nullopt; }  // it may be hidden
 
   private:
-    static const wchar_t* WindowClass() {
-        static const ATOM registered = [] {
+    // Icons of which there are no items any more. What is left of them at the end goes with the program.
+    struct Leaving {
+        ~Leaving() {
+            while (!ids.empty()) TakeDown(*ids.begin());
+        }
+        void TakeDown(UINT id) {
+            NOTIFYICONDATAA record{};
+            record.cbSize = NOTIFYICONDATAA_V1_SIZE;
+            record.hWnd = Window();
+            record.uID = id;
+            ids.erase(id);
+            Shell_NotifyIconA(NIM_DELETE, &record);
+        }
+        std::set<UINT> ids;
+    };
+
+    static HWND Window() {
+        static const HWND window = [] {
             WNDCLASSW type{};
             type.lpfnWndProc = OnMessage;
             type.hInstance = GetModuleHandleW(nullptr);
             type.lpszClassName = kWindowClass;
-            return RegisterClassW(&type);
+            RegisterClassW(&type);
+            const HWND created = CreateWindowW(kWindowClass, L"", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr,
+                                               type.hInstance, nullptr);
+            // A copy that was started with an administrator's rights hears the shell and the other copies
+            // too.
+            for (const UINT message : {AreaCreated(), kCallback})
+                ChangeWindowMessageFilterEx(created, message, MSGFLT_ALLOW, nullptr);
+            return created;
         }();
-        return MAKEINTATOM(registered);
+        return window;
     }
 
     static LRESULT CALLBACK OnMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-        auto* item = reinterpret_cast<MswTrayItem*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-        if (item && message == kCallback && wParam == kIconId) {
+        const auto found = items_.find(static_cast<UINT>(wParam));
+        if (message == kCallback && found != items_.end()) {
             // A copy, because the item may be destroyed by its own report.
-            const std::function<void(TrayMessage)> report = item->report_;
+            const std::function<void(TrayMessage)> report = found->second->report_;
             if (const auto meaning = MessageOf(static_cast<UINT>(lParam))) report(*meaning);
             return 0;
         }
-        if (item && (message == AreaCreated() || (message == WM_TIMER && wParam == kRetry))) item->PutUp();
+        if (message == WM_TIMER) {
+            KillTimer(window, wParam);
+            if (found != items_.end())
+                found->second->PutUp();
+            else
+                leaving_.TakeDown(static_cast<UINT>(wParam));
+        }
+        if (message == AreaCreated()) {
+            for (const auto& [id, item] : items_) SetTimer(window, id, 0, nullptr);
+        }
         return DefWindowProcW(window, message, wParam, lParam);
     }
 
@@ -127,7 +162,7 @@ class MswTrayItem : public TrayItem {
         record_ = {};
         record_.cbSize = NOTIFYICONDATAA_V1_SIZE;
         record_.hWnd = window_;
-        record_.uID = kIconId;
+        record_.uID = id_;
         record_.uFlags = NIF_MESSAGE | NIF_ICON | NIF_TIP;
         record_.uCallbackMessage = kCallback;
         record_.hIcon = icon_.IsOk() ? icon_.GetHICON() : nullptr;
@@ -137,19 +172,23 @@ class MswTrayItem : public TrayItem {
 
     // What the shell did not confirm in time may be there nevertheless.
     void PutUp() {
-        KillTimer(window_, kRetry);
         if (std::exchange(asked_, true) && Tell(NIM_MODIFY)) return;
         if (!Tell(NIM_ADD)) Retry();
     }
 
     void Retry() {
-        SetTimer(window_, kRetry, pause_, nullptr);
+        SetTimer(window_, id_, pause_, nullptr);
         pause_ = std::min(2 * pause_, kLongestPauseMilliseconds);
     }
 
     bool Tell(DWORD message) { return Shell_NotifyIconA(message, &record_); }
 
-    const HWND window_;
+    static inline std::map<UINT, MswTrayItem*> items_;  // by their numbers
+    static inline Leaving leaving_;
+    static inline UINT lastId_ = 0;
+
+    const HWND window_ = Window();
+    const UINT id_ = ++lastId_;
     std::function<void(TrayMessage)> report_;
     wxIcon icon_;
     NOTIFYICONDATAA record_{};

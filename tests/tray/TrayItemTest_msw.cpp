@@ -119,7 +119,7 @@ TEST_F(TrayItemOnWindows, TellsWhatTheMouseDoesOnIt) {
     item->Modify(LoadPicture(kFirstNoteIcon), L"Brot");
     EXPECT_EQ(shell_.icon.tip, std::wstring(L"Brot"));
     item.reset();
-    EXPECT_FALSE(shell_.there);
+    EXPECT_TRUE(RunUntil([&] { return !shell_.there; }));
 }
 
 // What was not confirmed in time may be there nevertheless: then it is not added a second time.
@@ -129,10 +129,12 @@ TEST_F(TrayItemOnWindows, IsModifiedBeforeItIsAddedAgain) {
     const HWND window = FindWindowW(L"Kivora.Notification", nullptr);
     const UINT created = RegisterWindowMessageW(L"TaskbarCreated");
     SendMessageW(window, created, 0, 0);
-    EXPECT_EQ(shell_.orders, (std::vector<DWORD>{NIM_ADD, NIM_MODIFY}));
+    const std::vector<DWORD> modified = {NIM_ADD, NIM_MODIFY};
+    EXPECT_TRUE(RunUntil([&] { return shell_.orders == modified; }));
     shell_.there = false;
     SendMessageW(window, created, 0, 0);
-    EXPECT_EQ(shell_.orders, (std::vector<DWORD>{NIM_ADD, NIM_MODIFY, NIM_MODIFY, NIM_ADD}));
+    const std::vector<DWORD> addedAgain = {NIM_ADD, NIM_MODIFY, NIM_MODIFY, NIM_ADD};
+    EXPECT_TRUE(RunUntil([&] { return shell_.orders == addedAgain; }));
 }
 
 TEST_F(TrayItemOnWindows, ComesAgainWhenAnotherCopyIsStarted) {
