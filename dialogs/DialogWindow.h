@@ -89,7 +89,9 @@ class DialogWindow : public wxDialog {
     bool LeaveScreen();
     void Place();
     void OnKey(wxKeyEvent& event);
+    void Later(void (DialogWindow::*action)());
     void PressDefault();
+    void LeaveByKey();
 
     DialogState state_ = DialogState::Waiting;
     bool begun_ = false;

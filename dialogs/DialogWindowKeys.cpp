@@ -39,22 +39,32 @@ wxSizer* DialogWindow::CreateButtons(const wxString& ok, const wxString& cancel)
 
 void DialogWindow::Confirm() { End(DialogState::Ok); }
 
+// On Windows the key is still in the queue: whatever lets events run before it has been heard, such as a
+// question, would hear it again.
+void DialogWindow::Later(void (DialogWindow::*action)()) {
+    CallAfter([this, action] {
+        if (IsShown()) (this->*action)();
+    });
+}
+
 void DialogWindow::OnKey(wxKeyEvent& event) {
     if (event.GetKeyCode() == WXK_F1 && Help()) return;
     if (event.GetKeyCode() == WXK_RETURN && event.ControlDown() && cmdOK && cmdOK->IsShown()) {
         // Enter alone belongs to multi-line boxes.
-        if (cmdOK->IsEnabled()) Confirm();
+        if (cmdOK->IsEnabled()) Later(&DialogWindow::Confirm);
     } else if (IsEnter(event) && IsList(event.GetEventObject())) {
         // Lists would keep it for themselves.
-        PressDefault();
+        Later(&DialogWindow::PressDefault);
     } else if (FollowKey(*this, event)) {
         // Done.
     } else if (event.GetKeyCode() == WXK_ESCAPE) {
-        Close();  // as by the close box
+        Later(&DialogWindow::LeaveByKey);
     } else {
         event.Skip();
     }
 }
+
+void DialogWindow::LeaveByKey() { Close(); }  // as by the close box
 
 void DialogWindow::PressDefault() {
     wxWindow* button = GetDefaultItem();
