@@ -48,8 +48,8 @@ int frmAddressbookEntryEdit::ShowModal(const std::vector<clsAddressBookEntry>& E
 }
 
 void frmAddressbookEntryEdit::OnLeave(wxTextCtrl* box) {
-    // Another window of the desktop may have taken the focus, but then the box was not left.
-    if (State() != DialogState::Waiting || FindFocus() == box) return;
+    // Another window may have taken the keyboard, but then the box was not left.
+    if (State() != DialogState::Waiting || !IsActive() || FindFocus() == box) return;
     TakeOver();
 }
 

@@ -1,6 +1,7 @@
 // The address book's dialogs, driven by events.
 #include <gtest/gtest.h>
 #include <wx/button.h>
+#include <wx/frame.h>
 #include <wx/listbox.h>
 #include <wx/textctrl.h>
 
@@ -185,9 +186,8 @@ TEST_F(AddressbookDialogs, EditingTakesOverWhatIsLeft) {
         EXPECT_EQ(messages.back(), kUnreachable);
         EXPECT_EQ(dialog->State(), DialogState::Waiting);
         answer = MessageAnswer::Yes;
-        wxKeyEvent escape(wxEVT_CHAR_HOOK);
-        escape.m_keyCode = WXK_ESCAPE;
-        dialog->ProcessWindowEvent(escape);
+        EXPECT_TRUE(RunUntil([&] { return dialog->IsActive(); }));
+        TypeKey(WXK_ESCAPE);
     });
     dialog->ShowModal(AddressBook());
     dialog->Destroy();
@@ -202,6 +202,14 @@ TEST_F(AddressbookDialogs, LeavingABoxTakesItOver) {
         dialog->txtComment->SetFocus();
         EXPECT_TRUE(RunUntil([&] { return dialog->txtComment->HasFocus(); }));
         dialog->txtComment->SetValue(L"Garten");
+        wxFrame other(nullptr, wxID_ANY, L"anderes Fenster");
+        other.Show();
+        other.Raise();
+        EXPECT_TRUE(RunUntil([&] { return !dialog->IsActive(); }));
+        RunPosted();
+        EXPECT_EQ(Book()[0], L"server|10.0.0.9|Keller") << "it was not left";
+        dialog->Raise();
+        EXPECT_TRUE(RunUntil([&] { return dialog->txtComment->HasFocus(); }));
         dialog->lstEdit->SetFocus();
         EXPECT_TRUE(RunUntil([&] { return Book()[0] == L"server|10.0.0.9|Garten"; }));
         Press(dialog->cmdSchliessen);
