@@ -101,6 +101,9 @@ bool FollowKey(wxWindow& window, const wxKeyEvent& event) {
     wxWindow* caption =
         current == captions.end() || current + 1 == captions.end() ? captions.front() : *(current + 1);
     wxWindow* target = TargetOf(*caption);
+    // Windows opens the system menu when Alt is released unless it has seen another key meanwhile.
+    constexpr LPARAM kAltIsDown = 1 << 29;
+    DefWindowProcW(window.GetHandle(), WM_SYSKEYDOWN, static_cast<WPARAM>(event.GetRawKeyCode()), kAltIsDown);
     target->SetFocusFromKbd();
     // Of several none is pressed, for another one may be meant; nor is a button behind a label.
     if (captions.size() == 1 && target == caption) PostMessageW(target->GetHandle(), BM_CLICK, 0, 0);
