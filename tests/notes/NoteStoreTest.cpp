@@ -75,16 +75,6 @@ TEST_F(NoteStoreTest, DeletingIsKept) {
     EXPECT_TRUE(ReadStoredImage().notes.empty());
 }
 
-TEST_F(NoteStoreTest, AnothersNoteIsNotDeleted) {
-    NoteStore other(recorder);
-    frmNote& foreign = other.AdoptNote({.text = L"fremd"});
-    store.AdoptNote({.text = L"eigen"});
-    EXPECT_FALSE(store.DeleteNote(foreign));
-    EXPECT_EQ(store.CountNotes(), 1u);
-    EXPECT_EQ(other.CountNotes(), 1u);
-    other.UnloadAllNotes();
-}
-
 TEST_F(NoteStoreTest, MinimizeAllIsUndoneForItsOwnNotesOnly) {
     frmNote& first = Add(store, L"1");
     frmNote& second = Add(store, L"2");
