@@ -56,9 +56,11 @@ TEST(Message, HasThePictureOfItsKindAndIsAnswered) {
                                         {kInformation, kInformationPicture}};
     for (const auto& [flags, picture] : rows) {
         auto* box = new frmMessage(L"Text", flags, L"Titel");
-        for (const wxWindow* child : box->GetChildren())
-            if (const auto* shown = dynamic_cast<const wxStaticBitmap*>(child))
+        for (const wxWindow* child : box->GetChildren()) {
+            if (const auto* shown = dynamic_cast<const wxStaticBitmap*>(child)) {
                 EXPECT_TRUE(shown->GetBitmap().IsSameAs(LoadPicture(picture).GetBitmapFor(box))) << flags;
+            }
+        }
         box->Destroy();
     }
     for (const auto& [button, answer] :
