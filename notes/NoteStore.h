@@ -181,9 +181,9 @@ class NoteStore {
         int atOnce = 10;
     };
     std::shared_ptr<ToShow> toShow_;           // while notes are being shown
-    std::vector<wxWeakRef<frmNote>> arrived_;  // and are not shown yet
-    wxStopWatch arriving_;                     // since the first of them, which is
-    wxTimer pause_;
+    std::vector<wxWeakRef<frmNote>> arrived_;  // behind one that was shown at once, and wait for the pause
+    wxStopWatch arriving_;                     // since that one came
+    wxTimer pause_;                            // runs from each that comes until they are shown
     std::int32_t lastNoteNumber_ = 0;
     std::uint64_t kept_ = Digest();  // of what was last kept
     std::uint64_t stored_ = 0;
