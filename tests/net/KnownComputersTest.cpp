@@ -22,11 +22,8 @@ class KnownComputersTest : public testing::Test {
 
     bool Knows(const std::string& address) {
         std::optional<bool> answer;
-        known_.Ask(address, [&](bool known) {
-            answer = known;
-            WakeWaits();
-        });
-        EXPECT_EQ(WaitUntil([&] { return answer.has_value(); }, std::chrono::seconds(15)), WaitEnd::Met);
+        known_.Ask(address, [&](bool known) { answer = known; });
+        EXPECT_TRUE(RunUntil([&] { return answer.has_value(); }));
         return answer.value_or(false);
     }
 

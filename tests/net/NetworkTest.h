@@ -25,9 +25,8 @@ class NetworkTest : protected MessageRecorder, public StoreTest {
         tooLong.StartOnce(60'000);
     }
 
-    // An access that connects to this port and is patient for no longer than a test may take.
-    NetworkAccess& Open(std::uint16_t remotePort = 0,
-                        std::chrono::milliseconds patience = std::chrono::milliseconds(400)) {
+    // An access that connects to this port.
+    NetworkAccess& Open(std::uint16_t remotePort = 0, std::chrono::milliseconds patience = kForever) {
         network.emplace(store, NetworkAccess::Options{0, remotePort, patience});
         EXPECT_TRUE(network->Listen());
         return *network;

@@ -20,11 +20,11 @@ class RawConnection {
     // Sends what there is room for and gives its length.
     std::size_t TrySend(const std::string& bytes) const;
     // The next line without its end; "<end>" when the other side has closed, "<nothing>" after the limit.
-    std::string Line(std::chrono::milliseconds limit = std::chrono::seconds(5));
+    std::string Line(std::chrono::milliseconds limit = std::chrono::seconds(30));
     // Sends a line and reads the next one.
     std::string Ask(const std::string& line);
     // Whatever arrives until the other side closes.
-    std::string Rest(std::chrono::milliseconds limit = std::chrono::seconds(5));
+    std::string Rest(std::chrono::milliseconds limit = std::chrono::seconds(30));
     void EndSending() const;
     // Closes so that the other side gets an error.
     void Reset();

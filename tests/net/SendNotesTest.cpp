@@ -167,9 +167,9 @@ TEST_F(SendNotes, CancellingEndsEveryPhase) {
                 connection.Send("OK\r\n");
             }
             reached = true;
-            connection.Rest(10s);
+            connection.Rest();
         });
-        Open(server.Port(), kForever);
+        Open(server.Port());
         const auto inPhase = [&](frmSendOverNetworkProgress& window) {
             return reached && window.lblProtocol->GetLabelText() == (answered < 0 ? L"" : L"Vers. 1.0.0") &&
                    window.lblProgress->GetLabel() == L"0 von 2";

@@ -18,7 +18,7 @@ class Sending : public NetworkTest {
     // Connects to a server with this dialogue, sends notes of these texts and closes.
     std::shared_ptr<clsOutgoing> SendTo(const std::function<void(RawConnection&)>& dialogue,
                                         const std::vector<std::wstring>& texts,
-                                        std::chrono::milliseconds patience = 400ms) {
+                                        std::chrono::milliseconds patience = kForever) {
         RawServer server(dialogue);
         Open(server.Port(), patience);
         std::vector<Note> notes(texts.size());
@@ -84,7 +84,7 @@ TEST_F(Sending, APeerThatTalksUnaskedIsNotListenedTo) {
     std::atomic<int> taken = -1;
     // A message on the screen gives the peer all the time that it wants.
     SetMessageObserver([&](const std::wstring&, int, const std::wstring&) {
-        WaitUntil([&] { return taken >= 0; }, 10s);
+        WaitUntil([&] { return taken >= 0; });
         return MessageAnswer::OK;
     });
     SendTo(
@@ -108,9 +108,9 @@ TEST_F(Sending, APeerThatFallsSilentOrLeaves) {
     const auto silent = [](RawConnection& connection) {
         connection.Send("OK Kivora 1.5\r\n");
         connection.Line();
-        connection.Rest(5s);
+        connection.Rest();
     };
-    EXPECT_EQ(SendTo(silent, {L"a"})->GetNumberSentNotes(), L"0");
+    EXPECT_EQ(SendTo(silent, {L"a"}, 2s)->GetNumberSentNotes(), L"0");
     EXPECT_EQ(messages, Texts{kNoAnswer});
     EXPECT_EQ(version, L"1.0.0") << "where the greeting names none";
 
@@ -123,14 +123,14 @@ TEST_F(Sending, APeerThatFallsSilentOrLeaves) {
                 connection.Line();
                 if (reset) connection.Reset();
             },
-            {L"a", L"b"}, kForever);
+            {L"a", L"b"});
         EXPECT_EQ(messages, (Texts{kNoAnswer, kNoAnswer}));
     }
 }
 
 TEST_F(Sending, ConnectingFailsAtOnce) {
     const int handles = CountHandles();
-    Open(FreePort(), kForever);
+    Open(FreePort());
     for (const wchar_t* host : {L"127.0.0.1", L"  localhost ", L"gibt.es.nicht.invalid", L""}) {
         const auto session = network->CreateOutgoing();
         network->Connect(session, host);

@@ -31,7 +31,7 @@ TEST_F(FrmFlood, EachWayOutIsOneAnswer) {
         EXPECT_EQ(dialog->GetDefaultItem(), dialog->cmdOK);
         row.leave(*dialog);
         EXPECT_FALSE(dialog->IsShown());
-        RunEvents();
+        EXPECT_TRUE(RunUntil([&] { return !answers.empty(); }));
         EXPECT_EQ(answers, std::vector<Answer>{row.answer});
     }
 }
