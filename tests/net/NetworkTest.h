@@ -15,6 +15,20 @@
 // No test lasts so long.
 constexpr std::chrono::milliseconds kForever = std::chrono::hours(1);
 
+inline const std::string kReady = "OK Fremd 9.9 PROTOCOL_VERSION 1.0.0 READY\r\n";
+
+// Answers every line with what there is for it, OK otherwise, until the other side closes.
+inline std::function<void(RawConnection&)> Answering(const std::string& line, const std::string& answer,
+                                                     std::vector<std::string>* lines = nullptr) {
+    return [=](RawConnection& connection) {
+        connection.Send(kReady);
+        for (std::string got = connection.Line(); got[0] != '<'; got = connection.Line()) {
+            if (lines) lines->push_back(got);
+            connection.Send((got == line ? answer : "OK") + "\r\n");
+        }
+    };
+}
+
 class NetworkTest : protected MessageRecorder, public StoreTest {
   protected:
     NetworkTest() {

@@ -48,17 +48,4 @@ TEST(Protocol, AttributesTakeOnlyTheirValues) {
     }
 }
 
-TEST(Protocol, CommandsOfANote) {
-    const NoteLook look{.size = 10, .bold = true, .alignment = kAlignCentre, .color = kGreen};
-    const std::vector<std::wstring> expected = {
-        L"NOTE_NEW",           L"NOTE_TEXT a\rb\nc\r",    L"NOTE_TEXT  Milch, Brot",
-        L"NOTE_TEXT ",         L"NOTE_FONT_SIZE 10",      L"NOTE_FONT_BOLD 1",
-        L"NOTE_FONT_ITALIC 0", L"NOTE_FONT_UNDERLINED 0", L"NOTE_FONT_ALIGNMENT 2",
-        L"NOTE_COLOR 65280",   L"NOTE_FINISHED"};
-    Note note;
-    note.text = L"a\rb\nc\r\r\n Milch, Brot\r\n";
-    note.look = look;
-    EXPECT_EQ(CommandsFor(note), expected);
-}
-
 }  // namespace

@@ -5,6 +5,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "net/SocketCalls.h"
+
 namespace {
 
 using SystemSockets::Socket;
@@ -17,11 +19,6 @@ Socket Of(int descriptor) { return static_cast<Socket>(descriptor); }
 
 void Set(int descriptor, int level, int option, const auto& value) {
     setsockopt(Of(descriptor), level, option, reinterpret_cast<const char*>(&value), sizeof value);
-}
-
-int Hurried(int descriptor) {
-    Set(descriptor, IPPROTO_TCP, TCP_NODELAY, 1);
-    return descriptor;
 }
 
 // Something can be read, or the other side has closed; writing: there is room for something.
@@ -56,20 +53,18 @@ int Connected(std::uint16_t port, unsigned computer) {
         IsReady(descriptor, kForever, true);
         getsockopt(Of(descriptor), SOL_SOCKET, SO_ERROR, reinterpret_cast<char*>(&error), &size);
     }
-    if (error == 0) return Hurried(descriptor);
+    Set(descriptor, IPPROTO_TCP, TCP_NODELAY, 1);
+    if (error == 0) return descriptor;
     SystemSockets::Close(Of(descriptor));
     throw std::runtime_error("no connection");
 }
 
 int Listening(std::uint16_t& port) {
-    const int listener = static_cast<int>(SystemSockets::New());
-    sockaddr_in address = ThisComputer(0);
-    SystemSockets::Length size = sizeof address;
-    if (bind(Of(listener), reinterpret_cast<sockaddr*>(&address), size) != 0 || listen(Of(listener), 16) != 0)
-        throw std::runtime_error("no port to listen on");
-    getsockname(Of(listener), reinterpret_cast<sockaddr*>(&address), &size);
-    port = ntohs(address.sin_port);
-    return listener;
+    int error = 0;
+    const SocketCalls::Handle listener = SocketCalls::Listen(0, error);
+    if (listener == SocketCalls::kNoHandle) throw std::runtime_error("no port to listen on");
+    port = SocketCalls::LocalPort(listener);
+    return static_cast<int>(listener);
 }
 
 }  // namespace
@@ -87,16 +82,16 @@ RawConnection RawConnection::To(std::uint16_t port, unsigned computer) {
     return RawConnection(Connected(port, computer));
 }
 
-bool RawConnection::Send(const std::string& bytes) const {
-    for (std::size_t sent = 0; sent < bytes.size() && IsReady(descriptor_, kForever, true);) {
-        const long count = SystemSockets::Send(Of(descriptor_), bytes.data() + sent, bytes.size() - sent);
-        if (count <= 0) return false;
-        sent += static_cast<std::size_t>(count);
+bool RawConnection::Send(std::string_view bytes) const {
+    while (!bytes.empty() && IsReady(descriptor_, kForever, true)) {
+        const std::size_t sent = TrySend(bytes);
+        if (sent == 0) return false;
+        bytes.remove_prefix(sent);
     }
     return true;
 }
 
-std::size_t RawConnection::TrySend(const std::string& bytes) const {
+std::size_t RawConnection::TrySend(std::string_view bytes) const {
     const long count = SystemSockets::Send(Of(descriptor_), bytes.data(), bytes.size());
     return count > 0 ? static_cast<std::size_t>(count) : 0;
 }
@@ -140,9 +135,8 @@ bool RawConnection::Receive(std::chrono::milliseconds limit) {
 
 RawServer::RawServer(std::function<void(RawConnection&)> dialogue) : listener_(Listening(port_)) {
     thread_ = std::thread([this, dialogue = std::move(dialogue)] {
-        sockaddr_in peer{};
         IsReady(listener_, kForever);
-        RawConnection connection(Hurried(static_cast<int>(SystemSockets::AcceptNext(Of(listener_), peer))));
+        RawConnection connection(static_cast<int>(SocketCalls::Accept(listener_).handle));
         dialogue(connection);
     });
 }

@@ -1,10 +1,11 @@
 #pragma once
-// The other side of a connection, made of plain sockets and knowing nothing of the program's own.
+// The other side of a connection, made of plain sockets.
 
 #include <chrono>
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <thread>
 
 class RawConnection {
@@ -16,9 +17,9 @@ class RawConnection {
     // To a port of this computer, from one of its loopback addresses, 127.0.0.1 and the following.
     static RawConnection To(std::uint16_t port, unsigned computer = 1);
 
-    bool Send(const std::string& bytes) const;
+    bool Send(std::string_view bytes) const;
     // Sends what there is room for and gives its length.
-    std::size_t TrySend(const std::string& bytes) const;
+    std::size_t TrySend(std::string_view bytes) const;
     // The next line without its end; "<end>" when the other side has closed, "<nothing>" after the limit.
     std::string Line(std::chrono::milliseconds limit = std::chrono::seconds(30));
     // Sends a line and reads the next one.

@@ -25,7 +25,7 @@ TEST_F(Receiving, ANoteIsShownAndSaved) {
              {"NOTE_NEW", "NOTE_TEXT Einkaufen", "NOTE_TEXT Milch, Brot", "NOTE_FONT_SIZE 10",
               "NOTE_FONT_BOLD 1", "NOTE_FONT_ITALIC 1", "NOTE_FONT_UNDERLINED 1", "NOTE_FONT_ALIGNMENT 2",
               "NOTE_COLOR 16776960", "NOTE_FINISHED", "QUIT"}) {
-            for (const char byte : command) connection.Send({byte});
+            for (const char byte : command) connection.Send(std::string(1, byte));
             EXPECT_EQ(connection.Ask(""), "OK") << command;
         }
         EXPECT_EQ(connection.Rest(), "");

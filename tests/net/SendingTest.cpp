@@ -8,7 +8,6 @@ namespace {
 using namespace std::chrono_literals;
 using Texts = std::vector<std::wstring>;
 
-const std::string kReady = "OK Fremd 9.9 PROTOCOL_VERSION 1.0.0 READY\r\n";
 const std::wstring kNoAnswer =
     L"Fehler beim Versenden der Notiz|16|Der Ziel-Computer antwortet nicht.\r\nDer Ziel-Computer sendete die "
     L"Fehlermeldung: ";
@@ -34,18 +33,6 @@ class Sending : public NetworkTest {
 
     std::wstring version;
 };
-
-// Answers every line with what there is for it, OK otherwise, until the other side closes.
-std::function<void(RawConnection&)> Answering(const std::string& line, const std::string& answer,
-                                              std::vector<std::string>* lines = nullptr) {
-    return [=](RawConnection& connection) {
-        connection.Send(kReady);
-        for (std::string got = connection.Line(); got[0] != '<'; got = connection.Line()) {
-            if (lines) lines->push_back(got);
-            connection.Send((got == line ? answer : "OK") + "\r\n");
-        }
-    };
-}
 
 TEST_F(Sending, RefusalsAreShownAndTheNextNoteIsTried) {
     const std::wstring label = L"\r\nDer Ziel-Computer sendete die Fehlermeldung: ";
