@@ -74,9 +74,9 @@ TEST_F(HandOverTest, NobodyThereIsToldAtOnce) {
 
 TEST_F(HandOverTest, AHungCopyIsGivenUpAndTakesNothingLater) {
     Listen();
+    auto command = std::async(std::launch::async, [] { return HandOver(Command{L"--beispiel"}); });
     EXPECT_FALSE(Sender({L"/withdrawn"}).get());
-    EXPECT_EQ(std::async(std::launch::async, [] { return HandOver(Command{L"--beispiel"}); }).get().outcome,
-              HandedOver::Silent);
+    EXPECT_EQ(command.get().outcome, HandedOver::Silent);
     ExpectTaken(Sender({L"/taken"}));
     ASSERT_EQ(names_.size(), 1u);
     EXPECT_EQ(FilePath(names_[0]).filename(), "taken");

@@ -13,29 +13,7 @@
 
 namespace {
 
-class HandOverOnWindows : public testing::Test {
-  protected:
-    static RunningCopy::Receive To(std::vector<std::wstring>& names) {
-        return [&names](const Command& command) {
-            names.push_back(command.arguments[0]);
-            return CommandAnswer();
-        };
-    }
-
-    // What the running copy gets when another one hands the names over.
-    std::vector<std::wstring> Taken(const std::vector<std::wstring>& names) {
-        const auto role = RunningCopy::Claim();
-        std::vector<std::wstring> taken;
-        role->Listen(To(taken));
-        if (!hasWindow_) DestroyWindow(MessageWindow::Find(L"Kivora.HandOver"));
-        std::future<bool> sender = Sender(names);
-        EXPECT_TRUE(RunUntil([&] { return Ended(sender) && taken.size() >= names.size(); }));
-        EXPECT_TRUE(sender.get());
-        return taken;
-    }
-
-    bool hasWindow_ = true;
-};
+using HandOverOnWindows = HandOverFixture;
 
 // Another program's window that does not answer: Windows lets DDE wait for it.
 class HungWindow {
@@ -62,32 +40,25 @@ class HungWindow {
 
 TEST_F(HandOverOnWindows, AnotherProgramThatHangsKeepsNothingBack) {
     const HungWindow hung;
-    EXPECT_EQ(Taken({L"C:\\a.kvr"}), std::vector<std::wstring>{L"C:\\a.kvr"});
+    ExpectHandOver({L"C:\\a.kvr"});
 }
 
 TEST_F(HandOverOnWindows, NamesMayHaveCharactersThatTheCodePageLacks) {
-    const std::vector<std::wstring> names = {L"C:\\Σημειώσεις\\одна.kvr", L"C:\\便条.kvr"};
-    EXPECT_EQ(Taken(names), names);
+    ExpectHandOver({L"C:\\Σημειώσεις\\одна.kvr", L"C:\\便条.kvr"});
 }
 
+// What was withdrawn is not taken there either.
 TEST_F(HandOverOnWindows, CopiesWithoutAWindowHoldDdeConversations) {
-    hasWindow_ = false;
-    EXPECT_EQ(Taken({L"C:\\ä €.kvr"}), std::vector<std::wstring>{L"C:\\ä €.kvr"});
-}
-
-TEST_F(HandOverOnWindows, WhatIsWithdrawnIsNotTakenByDdeEither) {
-    const auto role = RunningCopy::Claim();
-    std::vector<std::wstring> taken;
-    role->Listen(To(taken));
+    Listen();
     DestroyWindow(MessageWindow::Find(L"Kivora.HandOver"));
     EXPECT_FALSE(Sender({L"C:\\withdrawn"}).get());
-    const std::future<bool> sender = Sender({L"C:\\taken"});
-    EXPECT_TRUE(RunUntil([&] { return Ended(sender) && !taken.empty(); }));
-    EXPECT_EQ(taken, std::vector<std::wstring>{L"C:\\taken"});
+    ExpectTaken(Sender({L"C:\\ä €.kvr"}));
+    EXPECT_EQ(names_, std::vector<std::wstring>{L"C:\\ä €.kvr"});
 }
 
 // One that was started with other rights.
 TEST_F(HandOverOnWindows, ACopyThatLetsNobodyNearIsARunningOne) {
+    role_.reset();
     SECURITY_DESCRIPTOR nobody;
     InitializeSecurityDescriptor(&nobody, SECURITY_DESCRIPTOR_REVISION);
     ACL none;
@@ -104,6 +75,7 @@ TEST_F(HandOverOnWindows, ACopyThatLetsNobodyNearIsARunningOne) {
 // Of that one only the mutex can be seen from here, so it does not get the file, and nobody is told that it
 // did.
 TEST_F(HandOverOnWindows, ACopyInAnotherSessionIsARunningOne) {
+    role_.reset();
     const HANDLE mutex = CreateMutexW(nullptr, FALSE, CopyMutexName().c_str());
     ASSERT_TRUE(CopyMutexName().starts_with(L"Global\\"));
     EXPECT_FALSE(RunningCopy::Claim());
@@ -114,7 +86,6 @@ TEST_F(HandOverOnWindows, ACopyInAnotherSessionIsARunningOne) {
 
 // The mutex of a copy that was started as an administrator is no secret to one that was not.
 TEST_F(HandOverOnWindows, EveryCopyOfTheUserMayOpenTheMutex) {
-    const auto role = RunningCopy::Claim();
     const HANDLE mutex = OpenMutexW(READ_CONTROL, FALSE, CopyMutexName().c_str());
     ASSERT_TRUE(mutex);
     ACL* list = nullptr;

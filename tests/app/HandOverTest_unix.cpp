@@ -81,24 +81,12 @@ TEST_F(HandOverSocketTest, BadSendersHarmNobody) {
     for (const int fd : silent) close(fd);
 }
 
-class MeetingPlaceTest : public testing::Test {
+class MeetingPlaceTest : public HandOverFixture {
   protected:
-    MeetingPlaceTest() : data_(std::getenv("XDG_DATA_HOME")) {}
+    MeetingPlaceTest() { role_.reset(); }
     ~MeetingPlaceTest() override { setenv("XDG_DATA_HOME", data_.c_str(), 1); }
 
-    // What is handed over by another copy now gets to this one.
-    static void ExpectHandOver(RunningCopy& role) {
-        std::wstring received;
-        role.Listen([&](const Command& command) {
-            received = command.arguments[0];
-            return CommandAnswer();
-        });
-        const std::future<bool> sender = Sender({L"/a"});
-        EXPECT_TRUE(RunUntil([&] { return Ended(sender) && !received.empty(); }));
-        EXPECT_EQ(received, L"/a");
-    }
-
-    const std::string data_;
+    const std::string data_ = std::getenv("XDG_DATA_HOME");
 };
 
 TEST_F(MeetingPlaceTest, IsTakenWhateverHappensToTheFolderOfTheNotes) {
@@ -110,11 +98,12 @@ TEST_F(MeetingPlaceTest, IsTakenWhateverHappensToTheFolderOfTheNotes) {
         [&] { std::filesystem::remove_all(folder.parent_path()); },
     };
     for (const auto& event : events) {
-        const auto role = RunningCopy::Claim();
-        ASSERT_TRUE(role);
+        role_ = RunningCopy::Claim();
+        ASSERT_TRUE(role_);
         event();
         EXPECT_FALSE(RunningCopy::Claim());
-        ExpectHandOver(*role);
+        ExpectHandOver({L"/a"});
+        role_.reset();
         std::filesystem::remove_all(away);
     }
 }
@@ -145,11 +134,11 @@ TEST_F(MeetingPlaceTest, IsTheSameByEveryPathToTheFolder) {
     std::filesystem::create_directories(real);
     std::filesystem::create_directory_symlink(real, link);
     setenv("XDG_DATA_HOME", real.c_str(), 1);
-    const auto role = RunningCopy::Claim();
-    ASSERT_TRUE(role);
+    role_ = RunningCopy::Claim();
+    ASSERT_TRUE(role_);
     setenv("XDG_DATA_HOME", link.c_str(), 1);
     EXPECT_FALSE(RunningCopy::Claim());
-    ExpectHandOver(*role);
+    ExpectHandOver({L"/a"});
     setenv("XDG_DATA_HOME", data_.c_str(), 1);
     EXPECT_TRUE(RunningCopy::Claim()) << "other notes";
     std::filesystem::remove(link);
@@ -159,10 +148,10 @@ TEST_F(MeetingPlaceTest, NeedsNoFolder) {
     for (const std::string& data :
          {std::string("/proc/nowhere"), data_ + "/" + std::string(200, 'd') + "/" + std::string(200, 'd')}) {
         setenv("XDG_DATA_HOME", data.c_str(), 1);
-        const auto role = RunningCopy::Claim();
-        ASSERT_TRUE(role);
+        role_ = RunningCopy::Claim();
+        ASSERT_TRUE(role_);
         EXPECT_FALSE(RunningCopy::Claim());
-        ExpectHandOver(*role);
+        ExpectHandOver({L"/a"});
     }
 }
 
@@ -188,21 +177,18 @@ TEST_F(MeetingPlaceTest, BelongsToOneUser) {
         ASSERT_TRUE(place.Lock());
         getsockname(place.Socket().Get(), reinterpret_cast<sockaddr*>(&address), &size);
     }
+    role_ = RunningCopy::Claim();
+    ASSERT_TRUE(role_);
+    Listen();
     {
-        const auto role = RunningCopy::Claim();
-        ASSERT_TRUE(role);
-        bool received = false;
-        role->Listen([&](const Command&) {
-            received = true;
-            return CommandAnswer();
-        });
         const Descriptor intruder = OfNobody(connect, address, size);
         EXPECT_EQ(send(intruder.Get(), "/a", 3, MSG_NOSIGNAL), 3);
         char byte = 0;
         EXPECT_TRUE(
             RunUntil([&] { return recv(intruder.Get(), &byte, 1, MSG_DONTWAIT) != -1 || errno != EAGAIN; }));
-        EXPECT_FALSE(received);
+        EXPECT_TRUE(names_.empty());
     }
+    role_.reset();
     const Descriptor taken = OfNobody(bind, address, size);
     EXPECT_FALSE(MeetingPlace().Connect()) << "nobody else hears of files";
     EXPECT_TRUE(RunningCopy::Claim()) << "nobody else keeps a user from the notes";

@@ -4,8 +4,6 @@
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
 
-#include <cstdlib>
-
 #include "app/EmergencyFile.h"
 #include "app/Keeping.h"
 #include "app/frmUnsaved.h"
@@ -54,20 +52,12 @@ struct ProgramRun : MessageRecorder {
 
 class KeepingTest : public testing::Test {
   protected:
-    KeepingTest() : before_(std::getenv("TMPDIR") ? std::getenv("TMPDIR") : "") {
-        fs::create_directories(temporary_);
-        setenv("TMPDIR", temporary_.c_str(), 1);
+    KeepingTest() {
         ProgramRun first;
         first.store.AdoptNote({.text = L"eins"});
         first.store.AdoptNote({.text = L"zwei", .place = {10.4, 20.6, 3000, 2000}});
         AddAddressBookEntry(Entry(L"Büro"));
         EXPECT_TRUE(first.store.SaveNotes().Kept());
-    }
-    ~KeepingTest() override {
-        if (before_.empty())
-            unsetenv("TMPDIR");
-        else
-            setenv("TMPDIR", before_.c_str(), 1);
     }
 
     // From now on nothing can be saved, and again.
@@ -97,8 +87,6 @@ class KeepingTest : public testing::Test {
     fs::path Away() const { return hive_.Folder() / "away"; }
 
     const HiveFolder hive_;
-    const fs::path temporary_ = hive_.Folder() / "tmp";
-    const std::string before_;
 };
 
 }  // namespace

@@ -30,10 +30,22 @@ bool Ended(const std::future<Result>& other) {
 // root of the file system on.
 std::vector<std::wstring> NamesOfAllKinds();
 
+// Takes on the role of the running copy, to which others hand something over.
+class RunningCopyInTest : public RunningCopy {
+  public:
+    explicit RunningCopyInTest(Receive& receive) : receive_(receive) {}
+    void Listen(Receive receive) override { receive_ = std::move(receive); }
+    void Finish() override {}
+
+  private:
+    Receive& receive_;
+};
+
 // The running copy, and the names that it was handed.
 class HandOverFixture : public testing::Test {
   protected:
     void Listen() {
+        names_.clear();
         role_->Listen([this](const Command& command) {
             names_.push_back(command.arguments[0]);
             return CommandAnswer();
@@ -43,6 +55,12 @@ class HandOverFixture : public testing::Test {
     void ExpectTaken(std::future<bool> sender, std::size_t names = 1) {
         EXPECT_TRUE(RunUntil([&] { return Ended(sender) && names_.size() >= names; }));
         EXPECT_TRUE(sender.get());
+    }
+    // What another copy hands over now gets to this one.
+    void ExpectHandOver(const std::vector<std::wstring>& names) {
+        Listen();
+        ExpectTaken(Sender(names), names.size());
+        EXPECT_EQ(names_, names);
     }
 
     std::unique_ptr<RunningCopy> role_ = RunningCopy::Claim();

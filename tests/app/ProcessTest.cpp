@@ -32,37 +32,29 @@ TEST_F(ProcessTest, ImportsFilesWithoutARunningCopy) {
     EXPECT_EQ(SavedTexts(), Texts{L"Käse & Brot €"});
 }
 
+// Which is killed, and leaves notes and place to the next one.
 TEST_F(ProcessTest, HandsFilesOverToTheRunningCopy) {
     Import(L"eins");
-    Process first({});
-    WaitUntilShown(2);
-    Process second(
-        {File("weg.kvr", L"") + ".gibt-es-nicht", File("zwei ü.kvr", L"zwei"), File("drei.kvr", L"drei")});
-    EXPECT_EQ(second.Wait(), 0);
-    EXPECT_TRUE(Eventually([] { return SavedTexts() == Texts{L"eins", L"zwei", L"drei"}; }));
-    // The copy that took the files says what is wrong with one of them, and goes on meanwhile.
-    EXPECT_FALSE(WaitForWindow("Fehler beim Importieren").empty());
-    WaitUntilShown(5);
-    EXPECT_FALSE(first.Ended());
-    first.AskToEnd();
-    EXPECT_EQ(first.Wait(), 0);
-}
-
-TEST_F(ProcessTest, FilesOpenedTogetherAreAllTakenIn) {
-    Process first({File("1.kvr", L"eins")});
-    const std::string message = WaitForWindow("Importieren erfolgreich");
-    ASSERT_FALSE(message.empty());
-    Process second({File("2.kvr", L"zwei")});
-    EXPECT_EQ(second.Wait(), 0);
-    Press(message, "Return");
-    std::string other;
-    EXPECT_TRUE(Eventually([&] {
-        other = WindowTitled("Importieren erfolgreich");
-        return !other.empty() && other != message;
-    }));
-    Press(other, "Return");
-    EXPECT_EQ(first.Wait(), 0);
-    EXPECT_EQ(SavedTexts(), (Texts{L"eins", L"zwei"}));
+    const Texts all = {L"eins", L"zwei", L"drei"};
+    {
+        Process first({});
+        WaitUntilShown(2);
+        Process second({File("weg.kvr", L"") + ".gibt-es-nicht", File("zwei ü.kvr", L"zwei"),
+                        File("drei.kvr", L"drei")});
+        EXPECT_EQ(second.Wait(), 0);
+        EXPECT_TRUE(Eventually([&] { return SavedTexts() == all; }));
+        // The copy that took the files says what is wrong with one of them, and goes on meanwhile.
+        EXPECT_FALSE(WaitForWindow("Fehler beim Importieren").empty());
+        WaitUntilShown(5);
+        EXPECT_FALSE(first.Ended());
+        first.Kill();
+        EXPECT_EQ(first.Wait(), -1);
+    }
+    Process next({});
+    WaitUntilShown(4);
+    next.AskToEnd();
+    EXPECT_EQ(next.Wait(), 0);
+    EXPECT_EQ(SavedTexts(), all);
 }
 
 TEST_F(ProcessTest, SaysThatAStoppedCopyDoesNotAnswer) {
@@ -79,28 +71,17 @@ TEST_F(ProcessTest, SaysThatAStoppedCopyDoesNotAnswer) {
     EXPECT_EQ(first.Wait(), 0);
 }
 
-TEST_F(ProcessTest, KilledCopyLeavesItsNotesAndItsPlace) {
-    Import(L"eins");
-    {
-        Process first({});
-        WaitUntilShown(2);
-        Process second({File("2.kvr", L"zwei")});
-        EXPECT_EQ(second.Wait(), 0);
-        EXPECT_TRUE(Eventually([] { return SavedTexts().size() == 2; }));
-        first.Kill();
-        EXPECT_EQ(first.Wait(), -1);
-    }
-    Process next({});
-    WaitUntilShown(3);
-    EXPECT_EQ(SavedTexts(), (Texts{L"eins", L"zwei"}));
-}
-
 // What a command prints when its exit code is this one.
 std::string Printed(const std::vector<std::string>& words, int exitCode = 0) {
     const auto command = Process::Doing(words);
     EXPECT_EQ(command->Wait(), exitCode) << words[0] << command->Errors();
     EXPECT_EQ(command->Errors().empty(), exitCode == 0) << words[0] << command->Errors();
     return command->Output();
+}
+
+TEST_F(ProcessTest, SaysWhatItCanBeStartedWith) {
+    EXPECT_TRUE(Printed({"--help"}).starts_with("Aufruf: kivora"));
+    EXPECT_EQ(Printed({"--version"}), "Kivora 1.6.1\n");
 }
 
 TEST_F(ProcessTest, TheRunningCopyCarriesOutCommands) {
@@ -180,30 +161,15 @@ TEST_F(ProcessTest, WhoMaySendIsSetByACommand) {
     Registry().DeleteValue(kReceive);
 }
 
-TEST_F(ProcessTest, EndsInOrderWhenAsked) {
+TEST_F(ProcessTest, EndsWithTheMenuOpen) {
     Import(L"eins");
     Process program({});
     WaitUntilShown(2);
+    RightClick(260, 260);  // on the note
+    EXPECT_TRUE(Eventually([] { return Windows().size() > 2; }));
     program.AskToEnd();
     EXPECT_EQ(program.Wait(), 0);
     EXPECT_EQ(SavedTexts(), Texts{L"eins"});
-}
-
-TEST_F(ProcessTest, EndsWithTheMenuOrAMessageOpen) {
-    Import(L"eins");
-    {
-        Process program({});
-        WaitUntilShown(2);
-        RightClick(260, 260);  // on the note
-        EXPECT_TRUE(Eventually([] { return Windows().size() > 2; }));
-        program.AskToEnd();
-        EXPECT_EQ(program.Wait(), 0);
-    }
-    Process import({File("2.kvr", L"zwei")});
-    EXPECT_FALSE(WaitForWindow("Importieren erfolgreich").empty());
-    import.AskToEnd();
-    EXPECT_EQ(import.Wait(), 0);
-    EXPECT_EQ(SavedTexts(), (Texts{L"eins", L"zwei"}));
 }
 
 TEST_F(ProcessTest, PrintingLeavesTheSavedNotesAlone) {

@@ -88,15 +88,6 @@ void Open(const std::wstring& file) {
     CloseHandle(order.hProcess);
 }
 
-TEST_F(ProcessTest, SaysWhatItCanBeStartedWith) {
-    Process help({"--help"});
-    EXPECT_EQ(help.Wait(), 0);
-    EXPECT_TRUE(help.Output().starts_with("Aufruf: kivora")) << help.Output();
-    Process version({"--version"});
-    EXPECT_EQ(version.Wait(), 0);
-    EXPECT_EQ(version.Output(), "Kivora 1.6.1\n");
-}
-
 // A box would stop the script that throws the answer away.
 TEST_F(ProcessTest, SaysNothingWhereTheOutputGoesNowhere) {
     SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
@@ -117,21 +108,9 @@ TEST_F(ProcessTest, RefusesAnUnreadableCommandLine) {
     EXPECT_EQ(SavedTexts(), Texts{L"eins"});
 }
 
-// As the shell does it: the program has entered itself, and the name comes unquoted behind a slash.
-TEST_F(ProcessTest, TheShellOpensExportFiles) {
-    Process program({});
-    ASSERT_TRUE(
-        Eventually([] { return Registry().KeyExists(L"HKCR\\Kivora.Export\\shell\\print\\command"); }));
-    WaitUntilShown(1);
-    const std::wstring file = FromUtf8(File("Eigene Notizen ü.kvr", L"aus der Shell"));
-    Open(file);
-    EXPECT_TRUE(Eventually([] { return SavedTexts() == Texts{L"aus der Shell"}; }));
-    EXPECT_FALSE(program.Ended());
-}
-
 // The code page lacks characters of the path under which the program enters itself, and the shell may start
 // it with that path unquoted.
-TEST_F(ProcessTest, LiesInAFolderOfAnyName) {
+TEST_F(ProcessTest, TheShellOpensExportFilesWithItWhateverItsFolder) {
     const std::filesystem::path folder = place->Folder() / L"Σημειώσεις und mehr";
     std::filesystem::create_directories(folder);
     const std::wstring program = (folder / L"kivora.exe").native();

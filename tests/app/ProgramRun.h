@@ -23,6 +23,7 @@
 #include "registry/clsRegistry.h"
 #include "tests/addressbook/Entries.h"
 #include "tests/app/MenuOnScreen.h"
+#include "tests/app/OtherCopy.h"
 #include "tests/exchange/FileDialogOnScreen.h"
 #include "tests/exchange/SampleNotes.h"
 #include "tests/mail/MailProgram.h"
@@ -110,17 +111,6 @@ inline DialogWindow* NewestDialog() {
     }
     return newest;
 }
-
-// Takes on the role of the running copy, to which others hand something over.
-class RunningCopyInTest : public RunningCopy {
-  public:
-    explicit RunningCopyInTest(Receive& receive) : receive_(receive) {}
-    void Listen(Receive receive) override { receive_ = std::move(receive); }
-    void Finish() override {}
-
-  private:
-    Receive& receive_;
-};
 
 class ProgramRun {
   public:

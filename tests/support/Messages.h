@@ -1,6 +1,7 @@
 #pragma once
 // Writes message boxes down instead of showing them and answers them, for as long as it lives.
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -11,6 +12,7 @@ class MessageRecorder {
     MessageRecorder() {
         SetMessageObserver([this](const std::wstring& text, int flags, const std::wstring& title) {
             messages.push_back(title + L"|" + std::to_wstring(flags) + L"|" + text);
+            if (onMessage) onMessage();
             return answer;
         });
     }
@@ -19,5 +21,6 @@ class MessageRecorder {
     MessageRecorder& operator=(const MessageRecorder&) = delete;
 
     std::vector<std::wstring> messages;  // "title|flags|text"
+    std::function<void()> onMessage;     // while it is open
     MessageAnswer answer = MessageAnswer::OK;
 };

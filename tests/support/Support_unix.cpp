@@ -7,7 +7,7 @@ PrivateFolders::PrivateFolders() {
     std::string name = (std::filesystem::temp_directory_path() / "kivora-test-XXXXXX").string();
     if (!mkdtemp(name.data())) throw std::runtime_error("no temporary folder");
     root_ = name;
-    for (const char* folder : {"data", "run", "config"}) {
+    for (const char* folder : {"data", "run", "config", "tmp"}) {
         std::filesystem::create_directory(root_ / folder);
         std::filesystem::permissions(root_ / folder, std::filesystem::perms::owner_all);
     }
@@ -15,6 +15,7 @@ PrivateFolders::PrivateFolders() {
     setenv("XDG_DATA_HOME", (root_ / "data").c_str(), 1);
     setenv("XDG_RUNTIME_DIR", (root_ / "run").c_str(), 1);
     setenv("XDG_CONFIG_HOME", (root_ / "config").c_str(), 1);
+    setenv("TMPDIR", (root_ / "tmp").c_str(), 1);
 }
 
 PrivateFolders::~PrivateFolders() {
