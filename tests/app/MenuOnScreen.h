@@ -1,38 +1,36 @@
 #pragma once
 // The popup menu that is open on the screen, as the platform shows it.
 
+#include <gtest/gtest.h>
 #include <wx/gdicmn.h>
 
-#include <memory>
+#include <algorithm>
+#include <functional>
+#include <optional>
 #include <string>
+#include <vector>
 
-class MenuOnScreen {
-  public:
-    virtual ~MenuOnScreen() = default;
+struct MenuOnScreen {
+    struct Item {
+        std::wstring caption = {};
+        bool enabled = false, checked = false, opensSubmenu = false;
+        bool isReadyForKeys = false;  // they act on it at once or, where menus begin so, on none yet
+        std::function<void()> choose = [] { ADD_FAILURE() << "no such item"; };
+        std::function<void()> click = choose;  // a short one of the mouse, as soon as the pointer is there
+    };
 
-    // The menu that is open; null when there is none.
-    static std::unique_ptr<MenuOnScreen> Find();
+    // The menu that is open, of several the submenu; nothing when there is none.
+    static std::optional<MenuOnScreen> Find();
 
-    // Of the item with this caption. Has: is there at all.
-    virtual bool Has(const std::wstring& caption) const = 0;
-    virtual bool IsEnabled(const std::wstring& caption) const = 0;
-    virtual bool IsChecked(const std::wstring& caption) const = 0;
-    virtual bool OpensSubmenu(const std::wstring& caption) const = 0;
+    bool Has(const std::wstring& caption) const { return !(*this)[caption].caption.empty(); }
+    // An empty item when there is none with this caption.
+    Item operator[](const std::wstring& caption) const {
+        const auto found = std::ranges::find(items, caption, &Item::caption);
+        return found == items.end() ? Item() : *found;
+    }
 
-    // Where it is on the screen, and whether keys act on this item at once or, where menus begin so, on none
-    // yet.
-    virtual wxPoint Place() const = 0;
-    virtual bool IsReadyForKeys(const std::wstring& caption) const = 0;
-
-    // Height of the picture that the first item is, in pixels; 0 when it is none or can be chosen.
-    virtual int PictureHeight() const = 0;
-
-    // A short click of the mouse on the item, as soon as the pointer is there, and whether the submenu that
-    // an item opens is on the screen.
-    virtual void Click(const std::wstring& caption) = 0;
-    virtual bool SubmenuIsOpen(const std::wstring& caption) const = 0;
-
-    // Chooses the item, or closes the menu without choosing.
-    virtual void Choose(const std::wstring& caption) = 0;
-    virtual void Close() = 0;
+    std::vector<Item> items = {};
+    wxPoint place = {};
+    int pictureHeight = 0;  // in pixels, of the picture that is the first item and cannot be chosen
+    std::function<void()> close = {};  // without choosing
 };

@@ -191,10 +191,11 @@ class ProgramRun {
         if (const auto chooser = FileDialogOnScreen::Find()) {
             chooser->Cancel();
         } else if (const auto menu = MenuOnScreen::Find()) {
-            if (menu->Has(L"Notiz löschen"))
-                menu->Choose(L"Notiz löschen");
+            const auto item = (*menu)[L"Notiz löschen"];
+            if (item.caption.empty())
+                menu->close();
             else
-                menu->Close();
+                item.choose();
         } else if (NewestDialog()) {
             Later([] { Confirm(NewestDialog()); });
         } else {

@@ -47,10 +47,10 @@ class StartTest : public testing::Test {
     NoteStore& Store() { return services_.Store(); }
 
     // Opens the menu and does something with it while it is open.
-    void WithMenu(frmNote* note, std::function<void(MenuOnScreen&)> visit,
+    void WithMenu(frmNote* note, std::function<void(const MenuOnScreen&)> visit,
                   std::optional<wxPoint> at = std::nullopt) {
         bool visited = false;
-        WhenOpen([&](MenuOnScreen& menu) {
+        WhenOpen([&](const MenuOnScreen& menu) {
             visited = true;
             visit(menu);
         });
@@ -68,7 +68,7 @@ class StartTest : public testing::Test {
         ASSERT_TRUE(RunUntil([&] { return note.IsActive(); }));
     }
 
-    static void WhenOpen(std::function<void(MenuOnScreen&)> visit) {
+    static void WhenOpen(std::function<void(const MenuOnScreen&)> visit) {
         After(100ms, [visit = std::move(visit)] {
             const auto menu = MenuOnScreen::Find();
             if (menu) visit(*menu);
@@ -81,15 +81,13 @@ class StartTest : public testing::Test {
 };
 
 TEST_F(StartTest, MenuOpensWithoutAnyWindow) {
-    WithMenu(nullptr, [](MenuOnScreen& menu) {
-        EXPECT_EQ(menu.PictureHeight(), wxWindow::FromDIP(kMenuPictureHeight, nullptr));
-        EXPECT_TRUE(menu.Has(L"Neue Notiz..."));
-        EXPECT_FALSE(menu.Has(L"Notiz löschen"));
-        EXPECT_FALSE(menu.Has(L"Drucken..."));
+    WithMenu(nullptr, [](const MenuOnScreen& menu) {
+        EXPECT_EQ(menu.pictureHeight, wxWindow::FromDIP(kMenuPictureHeight, nullptr));
+        EXPECT_TRUE(menu[L"Neue Notiz..."].enabled);
         EXPECT_TRUE(menu.Has(L"Alle Notizen minimieren"));
-        EXPECT_FALSE(menu.IsEnabled(L"Alle Notizen minimieren"));
-        EXPECT_TRUE(menu.OpensSubmenu(L"Notiz-Austausch"));
-        menu.Close();
+        EXPECT_FALSE(menu[L"Alle Notizen minimieren"].enabled);
+        EXPECT_TRUE(menu[L"Notiz-Austausch"].opensSubmenu);
+        menu.close();
     });
     EXPECT_EQ(start_->PopupNote(), nullptr);
 }
@@ -98,25 +96,16 @@ TEST_F(StartTest, NoteItemsActOnTheirNote) {
     frmNote& first = AddNote(L"eins");
     frmNote& second = AddNote(L"zwei");
     second.Foreground(true);
-    WithMenu(&second, [](MenuOnScreen& menu) {
-        EXPECT_TRUE(menu.IsChecked(L"Immer im Vordergrund"));
-        menu.Choose(L"Immer im Vordergrund");
+    WithMenu(&second, [](const MenuOnScreen& menu) {
+        EXPECT_TRUE(menu[L"Immer im Vordergrund"].checked);
+        menu[L"Immer im Vordergrund"].choose();
     });
     EXPECT_FALSE(second.Foreground());
-    WithMenu(&first, [](MenuOnScreen& menu) { menu.Choose(L"Notiz löschen"); });
+    WithMenu(&first, [](const MenuOnScreen& menu) { menu[L"Notiz löschen"].choose(); });
     EXPECT_EQ(Store().CountNotes(), 1u);
     EXPECT_EQ(Store().Notes()[0].get(), &second);
     EXPECT_EQ(start_->PopupNote(), nullptr);
     EXPECT_FALSE(std::filesystem::is_empty(DataFolder() / "papierkorb"));
-}
-
-TEST_F(StartTest, MinimizesAllAndTakesItBack) {
-    frmNote& note = AddNote(L"eins");
-    WithMenu(nullptr, [](MenuOnScreen& menu) { menu.Choose(L"Alle Notizen minimieren"); });
-    EXPECT_TRUE(note.Minimized());
-    EXPECT_EQ(Store().CountMinimizedByCommand(), 1u);
-    WithMenu(&note, [](MenuOnScreen& menu) { menu.Choose(L"\"Alle Notizen minimieren\" rückgängig"); });
-    EXPECT_FALSE(note.Minimized());
 }
 
 TEST_F(StartTest, IconEventsOpenTheMenuOnceEachAndOnlyAClickRaisesTheNotes) {
@@ -127,9 +116,9 @@ TEST_F(StartTest, IconEventsOpenTheMenuOnceEachAndOnlyAClickRaisesTheNotes) {
     int opened = 0;
     for (const auto& event : {std::function<void()>([this] { start_->notIcon.Events.MouseUp(2); }),
                               std::function<void()>([this] { start_->notIcon.Events.ContextMenu(); })}) {
-        WhenOpen([&](MenuOnScreen& menu) {
+        WhenOpen([&](const MenuOnScreen& menu) {
             ++opened;
-            menu.Close();
+            menu.close();
         });
         event();
     }
@@ -143,9 +132,9 @@ TEST_F(StartTest, IconEventsOpenTheMenuOnceEachAndOnlyAClickRaisesTheNotes) {
 
 TEST_F(StartTest, LoadingWithTheSessionIsSwitchedAndSaved) {
     for (const bool on : {true, false}) {
-        WithMenu(nullptr, [&](MenuOnScreen& menu) {
-            EXPECT_NE(menu.IsChecked(L"Beim Start von Windows laden"), on);
-            menu.Choose(L"Beim Start von Windows laden");
+        WithMenu(nullptr, [&](const MenuOnScreen& menu) {
+            EXPECT_NE(menu[L"Beim Start von Windows laden"].checked, on);
+            menu[L"Beim Start von Windows laden"].choose();
         });
         EXPECT_EQ(ReadStoredImage().autostart, on);
         const auto* const value = L"HKLM\\Software\\Microsoft\\Windows\\CurrentVersion\\Run\\Kivora";
@@ -171,31 +160,17 @@ TEST_F(StartTest, ADoubleClickOnTheIconBeginsANote) {
     EXPECT_TRUE(begun);
 }
 
-TEST_F(StartTest, ForTheKeyboardItOpensAtTheNoteWithItsFirstItemChosen) {
-    frmNote& note = AddNote(L"eins");
-    WithMenu(
-        &note,
-        [](MenuOnScreen& menu) {
-            EXPECT_EQ(menu.Place(), wxPoint(200, 150));
-            EXPECT_TRUE(menu.IsReadyForKeys(L"Neue Notiz..."));
-            menu.Close();
-        },
-        wxPoint(200, 150));
-}
-
 TEST_F(StartTest, AShortClickOpensASubmenu) {
     const wchar_t* const caption = L"Notiz-Austausch";
-    std::unique_ptr<MenuOnScreen> menu;
     Repeated* look = nullptr;
     bool opened = false;
-    After(100ms, [&] {
-        menu = MenuOnScreen::Find();
-        if (!menu) return;
-        menu->Click(caption);
+    WhenOpen([&](const MenuOnScreen& menu) {
+        menu[caption].click();
         look = Repeated::Every(10ms, [&, looks = 0]() mutable {
             if (opened) return false;  // the menu goes
-            opened = menu->SubmenuIsOpen(caption);
-            if (opened || ++looks == 1000) menu->Close();
+            const auto open = MenuOnScreen::Find();
+            opened = open && !open->Has(caption);
+            if (open && (opened || ++looks == 1000)) open->close();
             return false;
         });
     });
@@ -204,8 +179,8 @@ TEST_F(StartTest, AShortClickOpensASubmenu) {
     EXPECT_TRUE(opened);
 }
 
-// By keys alone: the menu opens for the note that has the keyboard, arrows and Enter choose in it, and the
-// note has the keyboard again when nothing was chosen.
+// By keys alone: the menu opens at the note that has the keyboard, with its first item chosen, arrows and
+// Enter choose in it, and the note has the keyboard again when nothing was chosen.
 TEST_F(StartTest, KeysOpenTheMenuAndChooseInIt) {
     frmNote& note = AddNote(L"eins");
     Click(note);
@@ -213,8 +188,8 @@ TEST_F(StartTest, KeysOpenTheMenuAndChooseInIt) {
         bool open = false;
         Repeated::Every(50ms, [&] {
             const auto menu = MenuOnScreen::Find();
-            if (!menu || !menu->IsReadyForKeys(L"Neue Notiz...")) return false;
-            open = menu->Has(L"Notiz löschen");
+            if (!menu || !(*menu)[L"Neue Notiz..."].isReadyForKeys) return false;
+            open = menu->Has(L"Notiz löschen") && note.WindowRect().Contains(menu->place);
             if (choosing) wxUIActionSimulator().Char(WXK_UP);  // to the last entry
             wxUIActionSimulator().Char(choosing ? WXK_RETURN : WXK_ESCAPE);
             return true;
@@ -281,15 +256,6 @@ TEST_F(StartTest, DialogsGiveTheKeyboardBackToTheirNote) {
     }
 }
 
-TEST_F(StartTest, ASecondMenuDoesNotOpenOverTheFirst) {
-    frmNote& note = AddNote(L"eins");
-    WithMenu(&note, [&](MenuOnScreen& menu) {
-        start_->ShowPopupMenu(nullptr);  // returns at once
-        EXPECT_EQ(start_->PopupNote(), &note);
-        menu.Close();
-    });
-}
-
 // The same menu where the notification area shows it itself.
 TEST_F(StartTest, IconsTellTheirMenuAndRunIt) {
     const auto choose = [](const Notification& icon, const wchar_t* caption) {
@@ -303,14 +269,22 @@ TEST_F(StartTest, IconsTellTheirMenuAndRunIt) {
     AddNote(L"eins");
     frmNote& second = AddNote(L"zwei");
     EXPECT_FALSE(choose(start_->notIcon, L"Notiz löschen"));
-    EXPECT_TRUE(choose(start_->notIcon, L"Alle Notizen minimieren"));
-    ASSERT_TRUE(second.Minimized());
+    for (const bool back : {true, false}) {
+        EXPECT_TRUE(choose(start_->notIcon, L"Alle Notizen minimieren"));
+        ASSERT_TRUE(second.Minimized());
+        if (!back) continue;
+        EXPECT_TRUE(choose(start_->notIcon, L"\"Alle Notizen minimieren\" rückgängig"));
+        EXPECT_FALSE(second.Minimized());
+    }
     EXPECT_TRUE(choose(*second.TrayIcon(), L"Immer im Vordergrund"));
     EXPECT_TRUE(second.Foreground());
     // Not while the program's own menu is open for another note.
-    WithMenu(Store().Notes()[0].get(), [&](MenuOnScreen& menu) {
+    frmNote& first = *Store().Notes()[0];
+    WithMenu(&first, [&](const MenuOnScreen& menu) {
         EXPECT_TRUE(choose(*second.TrayIcon(), L"Notiz löschen"));
-        menu.Close();
+        start_->ShowPopupMenu(nullptr);  // returns at once
+        EXPECT_EQ(start_->PopupNote(), &first);
+        menu.close();
     });
     EXPECT_EQ(Store().CountNotes(), 2u);
     EXPECT_TRUE(choose(*second.TrayIcon(), L"Notiz löschen"));
@@ -341,8 +315,6 @@ TEST_F(StartTest, NothingIsSavedWhileTheProgramEnds) {
     again.UnloadAllNotes();
 }
 
-}  // namespace
-
 TEST_F(StartTest, TheHintForANewcomerGoesAtAClickAndWithTheFirstNote) {
     const auto hint = [this]() -> wxWindow* {
         for (wxWindow* const child : start_->GetChildren())
@@ -371,3 +343,5 @@ TEST_F(StartTest, TheHintForANewcomerGoesAtAClickAndWithTheFirstNote) {
         EXPECT_FALSE(hint());
     }
 }
+
+}  // namespace

@@ -186,10 +186,10 @@ const std::map<std::string, Waiting> kWaiting = {
      {.open = [](ProgramRun&) { ShowMessage(L"Text", kInformation, L"Titel"); }, .waits = In<frmMessage>()}},
     {"menu of the icon",
      {.open = [](ProgramRun& run) { run.Start().ShowPopupMenu(nullptr); },
-      .waits = [](ProgramRun&) { return MenuOnScreen::Find() != nullptr; }}},
+      .waits = [](ProgramRun&) { return MenuOnScreen::Find().has_value(); }}},
     {"menu of a note",
      {.open = [](ProgramRun& run) { run.Start().ShowPopupMenu(run.Store().Notes()[0].get()); },
-      .waits = [](ProgramRun&) { return MenuOnScreen::Find() != nullptr; },
+      .waits = [](ProgramRun&) { return MenuOnScreen::Find().has_value(); },
       .deleted = true}},
 };
 
