@@ -12,31 +12,24 @@
 #include "registry/clsRegistry.h"
 #include "tests/notes/NoteRecorder.h"
 #include "tests/support/Events.h"
+#include "tests/support/Files.h"
 #include "tests/support/Messages.h"
 
 namespace {
 
-TEST(Autostart, EntersAndRemovesTheProgramInTheSession) {
+TEST(Autostart, FlagAndEntryAgreeAlsoWhenTheEntryCannotBeWritten) {
     NoteRecorder host;
     NoteStore store(host);
     const std::filesystem::path entry =
         std::filesystem::path(g_get_user_config_dir()) / "autostart" / "kivora.desktop";
-    SetAutostart(store, true);
-    GDesktopAppInfo* info = g_desktop_app_info_new_from_filename(entry.c_str());
-    ASSERT_TRUE(info);
-    EXPECT_EQ(FileName(g_app_info_get_executable(G_APP_INFO(info))), ProgramPath());
-    g_object_unref(info);
-    SetAutostart(store, false);
-    EXPECT_FALSE(std::filesystem::exists(entry));
-}
-
-TEST(Autostart, FlagAndEntryAgreeWhenTheEntryCannotBeWritten) {
-    NoteRecorder host;
-    NoteStore store(host);
-    const std::filesystem::path folder = std::filesystem::path(g_get_user_config_dir()) / "autostart";
-    std::filesystem::remove_all(folder);
-    std::ofstream(folder) << "in the way";
     const MessageRecorder told;
+    EXPECT_TRUE(SetAutostart(store, true).Kept());
+    EXPECT_EQ(Content(entry), AutostartEntry(FilePath(ProgramPath()).native()));
+    EXPECT_TRUE(SetAutostart(store, false).Kept());
+    EXPECT_FALSE(std::filesystem::exists(entry));
+
+    std::filesystem::remove(entry.parent_path());
+    std::ofstream(entry.parent_path()) << "in the way";
     auto* const start = new frmStart(store, [] {});
     start->RunCommand(MenuItem::mnuNotizWindowsStart);
     start->Destroy();
@@ -49,7 +42,7 @@ TEST(Autostart, FlagAndEntryAgreeWhenTheEntryCannotBeWritten) {
     EXPECT_EQ(AsText(Registry().GetValue(L"HKLM\\Software\\Microsoft\\Windows\\CurrentVersion\\Run\\Kivora",
                                          REG_TYPE_SZ)),
               L"");
-    std::filesystem::remove(folder);
+    std::filesystem::remove(entry.parent_path());
 }
 
 TEST(Autostart, EntryStartsThisVeryProgramWhateverItsPath) {

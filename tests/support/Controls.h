@@ -45,16 +45,6 @@ bool ShowsAllOfText(const wxStaticText& label);
 // The colour behind the characters of a box.
 wxColour PaperBehindText(wxTextCtrl& box);
 
-// The desktop's font for controls becomes this large while the object lives, where that can be had.
-class LargeFont {
-  public:
-    explicit LargeFont(int points);
-    ~LargeFont();
-    LargeFont(const LargeFont&) = delete;
-    LargeFont& operator=(const LargeFont&) = delete;
-    static bool CanBeHad();
-};
-
 // A dialog that exists on one platform only.
 struct NamedDialog {
     std::string name;

@@ -173,9 +173,4 @@ wxColour PaperBehindText(wxTextCtrl& box) {
     return {GetRValue(paper), GetGValue(paper), GetBValue(paper)};
 }
 
-// wxWidgets asks Windows once.
-bool LargeFont::CanBeHad() { return false; }
-LargeFont::LargeFont(int) {}
-LargeFont::~LargeFont() {}
-
 std::vector<NamedDialog> DialogsOfPlatform() { return {}; }

@@ -118,15 +118,6 @@ wxColour PaperBehindText(wxTextCtrl& box) {
 
 bool ShowsAllOfText(const wxStaticText&) { return true; }  // wxWidgets gives it what GTK asks for
 
-bool LargeFont::CanBeHad() { return true; }
-
-LargeFont::LargeFont(int points) {
-    const std::string font = "Sans " + std::to_string(points);
-    g_object_set(gtk_settings_get_default(), "gtk-font-name", font.c_str(), nullptr);
-}
-
-LargeFont::~LargeFont() { gtk_settings_reset_property(gtk_settings_get_default(), "gtk-font-name"); }
-
 std::vector<NamedDialog> DialogsOfPlatform() {
     return {{"printer set-up", [] {
                  return new frmPrinterSetup(

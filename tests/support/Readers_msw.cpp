@@ -4,86 +4,59 @@
 
 #include <gtest/gtest.h>
 #include <initguid.h>
-#include <oleacc.h>
+#include <ole2.h>
 
 #include <map>
+
+// The service as a table of functions, because those that the program does not call may be missing in one.
+#define CINTERFACE
+#include <oleacc.h>
+#undef CINTERFACE
 
 namespace {
 
 std::map<HWND, std::wstring> names;
 std::map<HWND, LONG> roles;
 
-// One for ever; nobody counts who uses it.
-class Readers : public IAccPropServices, public IClassFactory {
+// There is one service for ever, and one that makes it; nobody counts who uses them.
+HRESULT AnswerQuery(bool known, void* self, void** object) {
+    *object = known ? self : nullptr;
+    return known ? S_OK : E_NOINTERFACE;
+}
+
+HRESULT WINAPI Query(IAccPropServices* self, REFIID id, void** object) {
+    return AnswerQuery(id == IID_IAccPropServices || id == IID_IUnknown, self, object);
+}
+ULONG WINAPI Count(IAccPropServices*) { return 1; }
+HRESULT WINAPI SetText(IAccPropServices*, HWND window, DWORD, DWORD, MSAAPROPID property, LPCWSTR text) {
+    if (property == PROPID_ACC_NAME) names[window] = text;
+    return S_OK;
+}
+HRESULT WINAPI SetValue(IAccPropServices*, HWND window, DWORD, DWORD, MSAAPROPID property, VARIANT value) {
+    if (property == PROPID_ACC_ROLE) roles[window] = value.lVal;
+    return S_OK;
+}
+
+class Factory : public IClassFactory {
   public:
-    virtual ~Readers() = default;
-
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override {
-        *object = nullptr;
-        if (id == IID_IAccPropServices) *object = static_cast<IAccPropServices*>(this);
-        if (id == IID_IClassFactory || id == IID_IUnknown) *object = static_cast<IClassFactory*>(this);
-        return *object ? S_OK : E_NOINTERFACE;
+    virtual ~Factory() = default;
+    HRESULT WINAPI QueryInterface(REFIID id, void** object) override {
+        return AnswerQuery(id == IID_IClassFactory || id == IID_IUnknown, this, object);
     }
-    ULONG STDMETHODCALLTYPE AddRef() override { return 1; }
-    ULONG STDMETHODCALLTYPE Release() override { return 1; }
-
-    HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown*, REFIID id, void** object) override {
-        return QueryInterface(id, object);
-    }
-    HRESULT STDMETHODCALLTYPE LockServer(WINBOOL) override { return S_OK; }
-
-    HRESULT STDMETHODCALLTYPE SetHwndPropStr(HWND window, DWORD, DWORD, MSAAPROPID property,
-                                             LPCWSTR text) override {
-        if (property == PROPID_ACC_NAME) names[window] = text;
-        return S_OK;
-    }
-    HRESULT STDMETHODCALLTYPE SetHwndProp(HWND window, DWORD, DWORD, MSAAPROPID property,
-                                          VARIANT value) override {
-        if (property == PROPID_ACC_ROLE) roles[window] = value.lVal;
-        return S_OK;
-    }
-
-    // What the program does not use.
-    HRESULT STDMETHODCALLTYPE SetPropValue(const BYTE*, DWORD, MSAAPROPID, VARIANT) override {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE SetPropServer(const BYTE*, DWORD, const MSAAPROPID*, int, IAccPropServer*,
-                                            AnnoScope) override {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE ClearProps(const BYTE*, DWORD, const MSAAPROPID*, int) override {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE SetHwndPropServer(HWND, DWORD, DWORD, const MSAAPROPID*, int, IAccPropServer*,
-                                                AnnoScope) override {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE ClearHwndProps(HWND, DWORD, DWORD, const MSAAPROPID*, int) override {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE ComposeHwndIdentityString(HWND, DWORD, DWORD, BYTE**, DWORD*) override {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE DecomposeHwndIdentityString(const BYTE*, DWORD, HWND*, DWORD*,
-                                                          DWORD*) override {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE SetHmenuProp(HMENU, DWORD, MSAAPROPID, VARIANT) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE SetHmenuPropStr(HMENU, DWORD, MSAAPROPID, LPCWSTR) override {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE SetHmenuPropServer(HMENU, DWORD, const MSAAPROPID*, int, IAccPropServer*,
-                                                 AnnoScope) override {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE ClearHmenuProps(HMENU, DWORD, const MSAAPROPID*, int) override {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE ComposeHmenuIdentityString(HMENU, DWORD, BYTE**, DWORD*) override {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE DecomposeHmenuIdentityString(const BYTE*, DWORD, HMENU*, DWORD*) override {
-        return E_NOTIMPL;
+    ULONG WINAPI AddRef() override { return 1; }
+    ULONG WINAPI Release() override { return 1; }
+    HRESULT WINAPI LockServer(WINBOOL) override { return S_OK; }
+    HRESULT WINAPI CreateInstance(IUnknown*, REFIID id, void** object) override {
+        static IAccPropServicesVtbl functions = [] {
+            IAccPropServicesVtbl used{};
+            used.QueryInterface = Query;
+            used.AddRef = used.Release = Count;
+            used.SetHwndPropStr = SetText;
+            used.SetHwndProp = SetValue;
+            return used;
+        }();
+        static IAccPropServices service{&functions};
+        return Query(&service, id, object);
     }
 };
 
@@ -91,11 +64,10 @@ class Readers : public IAccPropServices, public IClassFactory {
 class Registration : public testing::Environment {
   public:
     void SetUp() override {
-        static Readers readers;
+        static Factory factory;
         DWORD cookie = 0;
-        const HRESULT registered =
-            CoRegisterClassObject(CLSID_AccPropServices, static_cast<IClassFactory*>(&readers),
-                                  CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie);
+        const HRESULT registered = CoRegisterClassObject(CLSID_AccPropServices, &factory,
+                                                         CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie);
         ASSERT_EQ(registered, S_OK);
     }
 };
