@@ -73,21 +73,11 @@ TEST_F(DialogsAboveNotes, WhicheverComesLast) {
     upper.Destroy();
 }
 
-TEST_F(DialogsAboveNotes, KeepTheKeyboardWhenNotesCome) {
-    ShowDialog(*dialog_);
-    ASSERT_TRUE(RunUntil([&] { return dialog_->IsActive(); }));
-    for (const bool foreground : {false, true}) {
-        frmNote& note = ShowNote(foreground);
-        note.ShowStacked();
-        RunEvents(std::chrono::milliseconds(200));
-        EXPECT_TRUE(dialog_->IsActive()) << foreground;
-        EXPECT_FALSE(note.IsActive()) << foreground;
-    }
-}
-
-TEST_F(DialogsAboveNotes, AboveOtherProgramsOnlyWhileANoteIs) {
+TEST_F(DialogsAboveNotes, AboveOtherProgramsOnlyWhileANoteIsAndKeepTheKeyboard) {
     frmNote& note = ShowNote(false);
     ShowDialog(*dialog_);
+    ASSERT_TRUE(RunUntil([&] { return dialog_->IsActive(); }));
+    frmNote& ordinary = ShowNote(false);
     const struct {
         const char* name;
         std::function<void()> act;
@@ -99,6 +89,12 @@ TEST_F(DialogsAboveNotes, AboveOtherProgramsOnlyWhileANoteIs) {
         {"restored", [&] { note.Minimized(false); }, true},
         {"no foreground", [&] { SetForeground(note, false); }, false},
         {"again", [&] { SetForeground(note, true); }, true},
+        {"another in front",
+         [&] {
+             ordinary.BringToFront();
+             EXPECT_TRUE(RunUntil([&] { return IsKeptAbove(note) && StandsAbove(note, ordinary); }));
+         },
+         true},
         {"deleted", [&] { notes_.clear(); }, false},
     };
     for (const auto& step : steps) {
@@ -106,6 +102,7 @@ TEST_F(DialogsAboveNotes, AboveOtherProgramsOnlyWhileANoteIs) {
         step.act();
         RunEvents(std::chrono::milliseconds(100));
         EXPECT_TRUE(RunUntil([&] { return IsKeptAbove(*dialog_) == step.above; }));
+        EXPECT_TRUE(dialog_->IsActive());
     }
 }
 

@@ -5,6 +5,8 @@
 #include <wx/frame.h>
 #include <wx/image.h>
 
+#include <set>
+
 #include "base/Text.h"
 #include "notes/NotePaint.h"
 #include "notes/NoteWindow.h"
@@ -15,7 +17,7 @@ namespace {
 const wxSize kSize(240, 160);
 
 // The note as a window paints it.
-wxImage Painted(const Note& note) {
+wxImage Painted(const Note& note, const NoteHints& hints = {}) {
     wxFrame window(nullptr, wxID_ANY, L"Notiz", wxDefaultPosition, wxDefaultSize, wxBORDER_NONE);
     window.SetBackgroundStyle(wxBG_STYLE_PAINT);
     window.SetClientSize(kSize);
@@ -24,7 +26,7 @@ wxImage Painted(const Note& note) {
     window.Bind(wxEVT_PAINT, [&](wxPaintEvent&) {
         wxPaintDC dc(&window);
         const double x = TwipsPerPixelX(window), y = TwipsPerPixelY(window);
-        PaintNote(dc, note, {}, LayoutNote(kSize.x * x, kSize.y * y), 1 / x, 1 / y);
+        PaintNote(dc, note, hints, LayoutNote(kSize.x * x, kSize.y * y), 1 / x, 1 / y);
         wxMemoryDC memory(picture);
         memory.Blit(wxPoint(), kSize, &dc, wxPoint());
         painted = true;
@@ -95,6 +97,23 @@ TEST(NotePaint, EachPartOfTheLookIsSeen) {
     EXPECT_LT(centred.left + 5, right.left);
     EXPECT_GT(InkIn(Painted(With([](Note& note) { note.foreground = true; })), kMark).pixels,
               InkIn(plain, kMark).pixels);
+}
+
+TEST(NotePaint, WhatPointerAndKeyboardAreOnIsSeen) {
+    const NoteHints hints[] = {{},
+                               {.hovered = NotePart::cmdMinimize},
+                               {.hovered = NotePart::cmdMinimize, .pressed = true},
+                               {.hovered = NotePart::chkForeground},
+                               {.focus = NotePart::Body},
+                               {.focus = NotePart::chkForeground},
+                               {.focus = NotePart::cmdMinimize},
+                               {.link = {0, 5, L"http://a.de"}}};
+    std::set<std::string> pictures;
+    for (const NoteHints& each : hints) {
+        const wxImage image = Painted(kNote, each);
+        pictures.emplace(reinterpret_cast<const char*>(image.GetData()), 3 * kSize.x * kSize.y);
+    }
+    EXPECT_EQ(pictures.size(), std::size(hints));
 }
 
 }  // namespace

@@ -13,7 +13,6 @@
 #include "notes/frmNote.h"
 #include "tests/notes/NoteRecorder.h"
 #include "tests/support/Events.h"
-#include "tests/support/Stacking.h"
 
 namespace {
 
@@ -24,9 +23,8 @@ class NoteWindowOnWindows : public testing::Test {
         RunEvents();
     }
 
-    frmNote& Show(bool foreground) {
+    frmNote& Show() {
         frmNote& note = *notes_.emplace_back(new frmNote(recorder_));
-        note.HiddenForeground(foreground);
         note.PlaceAt(1500, 1500);
         note.SizeTo(3000, 3000);
         note.ShowStacked();
@@ -36,16 +34,6 @@ class NoteWindowOnWindows : public testing::Test {
     NoteRecorder recorder_;
     std::vector<NotePtr> notes_;
 };
-
-TEST_F(NoteWindowOnWindows, StayAboveOtherProgramsWhenAnOrdinaryOneComes) {
-    const frmNote& topmost = Show(true);
-    frmNote& ordinary = Show(false);
-    EXPECT_TRUE(IsKeptAbove(topmost));
-    EXPECT_FALSE(IsKeptAbove(ordinary));
-    ordinary.BringToFront();
-    EXPECT_TRUE(StandsAbove(topmost, ordinary));
-    EXPECT_TRUE(IsKeptAbove(topmost));
-}
 
 // As Windows tells every window.
 BOOL CALLBACK TellOfTheTaskBar(HWND window, LPARAM) {
@@ -57,7 +45,7 @@ BOOL CALLBACK TellOfTheTaskBar(HWND window, LPARAM) {
 
 // The cut corner belongs to no window, so what lies below it is seen and gets the mouse.
 TEST_F(NoteWindowOnWindows, IsCutToItsOutline) {
-    const frmNote& note = Show(false);
+    const frmNote& note = Show();
     const HRGN region = CreateRectRgn(0, 0, 0, 0);
     ASSERT_NE(GetWindowRgn(note.GetHandle(), region), ERROR);
     const wxSize size = note.GetSize();
@@ -69,7 +57,7 @@ TEST_F(NoteWindowOnWindows, IsCutToItsOutline) {
 
 // At every resolution: a text is measured without a window before there is one.
 TEST_F(NoteWindowOnWindows, IsMeasuredAsItIsPainted) {
-    frmNote& note = Show(false);
+    frmNote& note = Show();
     const wxFont& font = NoteFont({});
     wxClientDC dc(&note);
     dc.SetFont(font);
@@ -108,7 +96,7 @@ TEST_F(NoteWindowOnWindows, LetsWindowsMoveAndSizeItAndKeepsItsNewPlace) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
-        frmNote& note = Show(false);
+        frmNote& note = Show();
         Gesture gesture{row.moved};
         SetWindowSubclass(note.GetHandle(), InPlaceOfWindows, 1, reinterpret_cast<DWORD_PTR>(&gesture));
         Take(recorder_);
@@ -134,7 +122,7 @@ TEST_F(NoteWindowOnWindows, HearsOfTheTaskBar) {
 }
 
 TEST_F(NoteWindowOnWindows, TellsReadersItsTextAndItsControls) {
-    frmNote& note = Show(false);
+    frmNote& note = Show();
     note.Text(L"Milch");
     void* made = nullptr;
     ASSERT_EQ(AccessibleObjectFromWindow(note.GetHandle(), static_cast<DWORD>(OBJID_CLIENT), IID_IAccessible,

@@ -9,6 +9,35 @@
 #include "notes/frmProperties.h"
 #include "tests/notes/NoteRecorder.h"
 #include "tests/support/Events.h"
+#include "tests/support/Stacking.h"
+
+// Window managers forget the states of a window that was hidden.
+TEST(NoteWindow, KeepsItsStatesWhenItIsHiddenAndShown) {
+    for (const bool topmost : {false, true}) {
+        SCOPED_TRACE(topmost);
+        NoteRecorder recorder;
+        const NotePtr note(new frmNote(recorder));
+        const auto isBesideOthers = [&] {
+            return HasState(*note, "_NET_WM_STATE_SKIP_TASKBAR") &&
+                   HasState(*note, "_NET_WM_STATE_SKIP_PAGER");
+        };
+        const auto expectStates = [&] {
+            RunEvents(std::chrono::milliseconds(200));
+            EXPECT_TRUE(RunUntil([&] { return isBesideOthers() && IsKeptAbove(*note) == topmost; }));
+        };
+        note->HiddenForeground(topmost);
+        note->ShowStacked();
+        expectStates();
+        note->Minimized(true);
+        ASSERT_TRUE(RunUntil([&] { return !isBesideOthers(); }));
+        note->Minimized(false);
+        expectStates();
+        // At once, before the window manager has dealt with the one and the other.
+        note->Minimized(true);
+        note->Minimized(false);
+        expectStates();
+    }
+}
 
 // What follows must not be left out because a window does not come.
 TEST(NoteWindow, WhoWaitsForTheScreenIsCalledOnceWhateverHappens) {

@@ -21,6 +21,8 @@ class StoreTest : public testing::Test {
         Registry().DeleteKey(kSettingsKey);
     }
 
+    frmNote& Add(const std::wstring& text) { return store.AddNote({.text = text}); }
+
     // Runs a command and does something with the dialog that it opens.
     template <class Dialog>
     static void Run(const std::function<void()>& command, const std::function<void(Dialog&)>& act) {

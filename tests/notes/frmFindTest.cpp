@@ -69,6 +69,8 @@ TEST_F(FrmFind, NarrowsAndKeepsWhatIsChosen) {
     EXPECT_EQ(Shown(), L"2 von 3 Notizen, 2 gewählt|Brot");
     find->txtSuchen->SetValue(L"brot kaese");
     EXPECT_EQ(Shown(), L"1 von 3 Notizen|Käse\nund Brot");
+    Press(find->cmdKopieren);
+    EXPECT_EQ(WithCrLf(ClipboardText().value_or(L"")), L"Käse\r\nund Brot");
 
     // What happens elsewhere changes neither words nor choice.
     store.AddNote({.text = L"Brot mit Käse", .creationTime = L"20.11.2026, 09:05:00"});
@@ -99,7 +101,7 @@ TEST_F(FrmFind, DeletesTogetherAndBringsBack) {
     find->txtSuchen->SetValue(L"brot");
     PressKey(List(), 'A', wxMOD_CONTROL);
     failure = KeepFailure::DiskFull;
-    PressKey(List(), WXK_DELETE);
+    Press(find->cmdLöschen);
     EXPECT_EQ(store.CountNotes(), 3u);
     ASSERT_EQ(messages.size(), 1u);
     EXPECT_TRUE(messages[0].starts_with(L"Papierkorb|16|Die Notizen wurden nicht gelöscht"));

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <wx/display.h>
 
+#include "notes/NoteFont.h"
 #include "notes/NotePaint.h"
 #include "notes/NoteWindow.h"
 #include "notes/frmNote.h"
@@ -20,6 +21,10 @@ class FrmNote : public testing::Test {
     wxPoint Pixels(double x, double y) const {
         return {static_cast<int>(x / TwipsPerPixelX(*note)), static_cast<int>(y / TwipsPerPixelY(*note))};
     }
+    NotePlace Twips(const wxRect& pixels) const {
+        const double x = TwipsPerPixelX(*note), y = TwipsPerPixelY(*note);
+        return {pixels.x * x, pixels.y * y, pixels.width * x, pixels.height * y};
+    }
     // A mouse event at a place in twips.
     void Mouse(wxEventType type, double x, double y) {
         wxMouseEvent event(type);
@@ -32,9 +37,10 @@ class FrmNote : public testing::Test {
         Mouse(wxEVT_LEFT_UP, part.left + part.width / 2, part.top + part.height / 2);
     }
 
-    void PressKey(int code) {
+    void PressKey(int code, bool shift = false) {
         wxKeyEvent event(wxEVT_CHAR_HOOK);
         event.m_keyCode = code;
+        event.SetShiftDown(shift);
         note->ProcessWindowEvent(event);
     }
 
@@ -99,70 +105,51 @@ TEST_F(FrmNote, CtrlAndAClickOpenAnAddressAcrossItsLines) {
     EXPECT_EQ(click(text.top + 2.5 * line), Calls{opened});
 }
 
-TEST_F(FrmNote, ShowsAbsurdValuesClampedAndKeepsThem) {
+TEST_F(FrmNote, ShowsImpossibleValuesAsFarAsScreensCanAndKeepsThem) {
     note->Text(std::wstring(5000, L'W'));
-    note->FontNoteSize(2'000'000'000);
     note->Color(0x123456);
     note->FontNoteAlignment(77);
-    note->Place({-2147483648.0, 2147483647.0, 2147483647.0, 2147483647.0});
-    note->ShowStacked();
-    RunEvents();
-    EXPECT_EQ(note->FontNoteSize(), 2'000'000'000);
-    EXPECT_EQ(note->Left(), -2147483648.0);
-    EXPECT_EQ(note->Width(), 2147483647.0);
-    EXPECT_LE(note->WindowRect().width, wxGetDisplaySize().x);
-    EXPECT_LE(note->WindowRect().height, wxGetDisplaySize().y);
-}
-
-TEST_F(FrmNote, OutsideEveryScreenItIsShownOnTheNearestAndKeepsItsPlace) {
-    const wxRect screen = wxDisplay(0u).GetGeometry();
-    for (const bool minimized : {false, true}) {
-        SCOPED_TRACE(minimized);
-        note->Place({(screen.GetRight() + 500) * 15.0, -400 * 15, 3000, 2000});
-        if (minimized) {
-            note->Minimized(true);
+    const NotePlace places[] = {{-2147483648.0, 2147483647.0, 2147483647.0, 2147483647.0},
+                                {2147483647.0, -6000, 3000, 2000}};
+    for (const NotePlace& place : places) {
+        for (const bool minimized : {false, true}) {
+            SCOPED_TRACE(testing::Message() << place.left << " " << minimized);
+            note->FontNoteSize(2'000'000'000);
+            note->Place(place);
+            note->Minimized(minimized);
             note->PlaceOnScreens();
             note->Minimized(false);
-        } else {
-            note->ShowStacked();
+            RunPosted();
+            EXPECT_TRUE(wxDisplay(0u).GetGeometry().Contains(note->WindowRect()));
+            EXPECT_EQ(note->FontNoteSize(), 2'000'000'000);
+            EXPECT_EQ(note->Content().place, place);
         }
-        RunEvents();
-        EXPECT_TRUE(wxDisplay(0u).GetClientArea().Contains(note->WindowRect()));
-        EXPECT_EQ(note->Left(), (screen.GetRight() + 500) * 15);
-        EXPECT_EQ(note->Top(), -400 * 15);
     }
 }
 
 TEST_F(FrmNote, StandsWhereItWasPlaced) {
     for (const wxPoint place : {wxPoint(300, 200), wxPoint(-1, -1), wxPoint(-100, 40), wxPoint(40, -1)}) {
         SCOPED_TRACE(testing::Message() << place.x << ", " << place.y);
-        note->Place({place.x * 15.0, place.y * 15.0, 3000, 2400});
-        note->ShowStacked();
         const wxRect rect(place, wxSize(200, 160));
+        note->Place(Twips(rect));
+        note->ShowStacked();
         EXPECT_TRUE(RunUntil([&] { return RectOnScreen(*note) == rect; }));
         EXPECT_EQ(note->WindowRect(), rect);
     }
 }
 
 TEST_F(FrmNote, AutoSizeFitsTheTextWithoutBreakingIt) {
-    const wchar_t* const texts[] = {L"", L"kurz", L"Zwei\r\nZeilen & mehr", L"Übergröße €"};
-    for (const wchar_t* text : texts) {
-        for (const int size : {8, 12, 25}) {
-            note->Text(text);
-            note->FontNoteSize(size);
+    const NoteLook looks[] = {{.size = 8}, {.size = 12, .italic = true}, {.size = 25, .bold = true}};
+    const double smallest = kSmallestPixels * TwipsPerPixelX(*note);
+    for (const wchar_t* text : {L"", L"kurz", L"Zwei\r\nZeilen & mehr", L"Übergröße €"}) {
+        for (const NoteLook& look : looks) {
+            note->Content({.text = text, .look = look});
             note->AutoSize();
-            const wxFont font(wxFontInfo(size).FaceName(L"Arial"));
-            const wxSize label = NaturalTextSize(text, font);
-            EXPECT_EQ(note->Width(), std::max(label.x * 15 + 480, 750));
-            EXPECT_EQ(note->Height(), std::max(label.y * 15 + 480 + 300, 750));
+            const NotePlace label = Twips(NaturalTextSize(text, NoteFont(look)));
+            EXPECT_EQ(note->Width(), std::max(label.width + 480, smallest));
+            EXPECT_EQ(note->Height(), std::max(label.height + 480 + 300, smallest));
         }
     }
-    note->Text(L"lang");
-    note->AutoSize();
-    const double narrow = note->Width();
-    note->FontNoteBold(true);
-    note->AutoSize();
-    EXPECT_GT(note->Width(), narrow);
 }
 
 // The same text needs more room with the letters of another computer. A user who leaves room for much less of
@@ -185,7 +172,7 @@ TEST_F(FrmNote, WhatWasSizedElsewhereShowsAllOfItsText) {
         EXPECT_TRUE(RunUntil([&] { return RectOnScreen(*note).has_value(); }));
         note->Refresh();
         note->Update();
-        RunEvents();
+        RunPosted();
         EXPECT_EQ(note->WindowRect().GetSize(), all ? size : stored);
         EXPECT_EQ(note->Content().place, content.place);
     }
@@ -198,24 +185,22 @@ TEST_F(FrmNote, WiderThanTheScreensItShowsAllItsLines) {
     note->PlaceAt(900, 900);
     note->AutoSize();
     const double width = note->Width(), height = note->Height();
-    EXPECT_GT(width, wxGetDisplaySize().x * 15);
-    const wxFont font(wxFontInfo(kDefaultFontSize).FaceName(L"Arial"));
-    const wxRect window = note->WindowRect();
-    EXPECT_GE(window.height, NaturalTextSize(text, font, window.width - 32).y + 32 + 20);
+    EXPECT_GT(width, Twips(wxGetDisplaySize()).width);
+    const auto lines =
+        PaintedLines(note->Content(), note->Layout(), 1 / TwipsPerPixelX(*note), 1 / TwipsPerPixelY(*note));
+    const NotePlace last = Twips(lines.back().place);
+    EXPECT_LE(last.top + last.height, note->Layout().lblMessage.Bottom());
     EXPECT_TRUE(wxGetClientDisplayRect().Contains(note->WindowRect()));
 
     // What is stored changes with what the user does, and then both ways.
     note->ShowStacked();
-    RunEvents();
+    RunPosted();
     EXPECT_EQ(note->Width(), width);
     EXPECT_EQ(note->Height(), height);
-    const int shown = note->WindowRect().height;
-    wxKeyEvent narrower(wxEVT_CHAR_HOOK);
-    narrower.m_keyCode = WXK_LEFT;
-    narrower.SetShiftDown(true);
-    note->ProcessWindowEvent(narrower);
-    EXPECT_LT(note->Width(), wxGetDisplaySize().x * 15);
-    EXPECT_EQ(note->Height(), shown * 15);
+    const double shown = Twips(note->WindowRect()).height;
+    PressKey(WXK_LEFT, true);
+    EXPECT_LT(note->Width(), Twips(wxGetDisplaySize()).width);
+    EXPECT_EQ(note->Height(), shown);
 }
 
 TEST_F(FrmNote, MinimizesToItsOwnIconAndBack) {
@@ -232,12 +217,18 @@ TEST_F(FrmNote, MinimizesToItsOwnIconAndBack) {
     EXPECT_TRUE(note->TrayIcon()->Shown());
     note->Color(kGreen);
     EXPECT_TRUE(note->TrayIcon()->IconFile().bitmap.IsSameAs(ResourcePicture(NoteIcon(kGreen)).bitmap));
+    // Cleaned, and cut at 55 characters.
+    note->Text(L"a\r\nb\n\rc\t\n" + std::wstring(49, L'x'));
+    EXPECT_EQ(note->TrayIcon()->IconToolTip(), L"a b  c " + std::wstring(48, L'x') + L" ...");
 
     // Re-stacking all notes leaves a minimized one alone.
     note->ShowStacked();
     EXPECT_FALSE(note->IsShown());
     Take(recorder);
 
+    note->TrayIcon()->Events.MouseUp(2);
+    RunPosted();
+    EXPECT_EQ(Take(recorder), Calls{L"menu"});
     note->TrayIcon()->Events.DblClick(2);
     EXPECT_TRUE(note->Minimized());
     note->TrayIcon()->Events.DblClick(1);
@@ -245,19 +236,6 @@ TEST_F(FrmNote, MinimizesToItsOwnIconAndBack) {
     EXPECT_TRUE(note->IsShown());
     EXPECT_FALSE(note->TrayIcon()->Shown());
     EXPECT_EQ(Take(recorder), Calls{L"forget"});
-}
-
-TEST_F(FrmNote, TipIsTheCleanedTextCutAt55) {
-    const std::pair<std::wstring, std::wstring> rows[] = {
-        {std::wstring(55, L'x'), std::wstring(55, L'x')},
-        {std::wstring(56, L'x'), std::wstring(55, L'x') + L" ..."},
-        {L"a\r\nb\n\rc\t\n", L"a b  c "},
-    };
-    for (const auto& [text, tip] : rows) {
-        note->Text(text);
-        note->Minimized(true);
-        EXPECT_EQ(note->TrayIcon()->IconToolTip(), tip);
-    }
 }
 
 TEST_F(FrmNote, MouseDoesWhatThePartUnderItDoes) {

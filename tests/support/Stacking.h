@@ -11,3 +11,6 @@ bool StandsAbove(const wxTopLevelWindow& upper, const wxTopLevelWindow& lower);
 
 // The window stays above the windows of other programs.
 bool IsKeptAbove(const wxTopLevelWindow& window);
+
+// On Linux: the window manager keeps this state, such as _NET_WM_STATE_ABOVE, with the window.
+bool HasState(const wxTopLevelWindow& window, const char* state);

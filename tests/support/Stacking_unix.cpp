@@ -38,10 +38,11 @@ bool StandsAbove(const wxTopLevelWindow& upper, const wxTopLevelWindow& lower) {
     return std::find(at, all.end(), gdk_x11_window_get_xid(NativeOf(upper))) != all.end();
 }
 
-bool IsKeptAbove(const wxTopLevelWindow& window) {
-    GdkWindow* native = NativeOf(window);
+bool HasState(const wxTopLevelWindow& window, const char* state) {
     // The property's values are given as GDK's own names for them.
-    const auto above = reinterpret_cast<gulong>(gdk_atom_intern_static_string("_NET_WM_STATE_ABOVE"));
-    const std::vector<gulong> states = ListOf(native, "_NET_WM_STATE");
-    return std::find(states.begin(), states.end(), above) != states.end();
+    const auto wanted = reinterpret_cast<gulong>(gdk_atom_intern_static_string(state));
+    const std::vector<gulong> states = ListOf(NativeOf(window), "_NET_WM_STATE");
+    return std::find(states.begin(), states.end(), wanted) != states.end();
 }
+
+bool IsKeptAbove(const wxTopLevelWindow& window) { return HasState(window, "_NET_WM_STATE_ABOVE"); }
