@@ -3,21 +3,18 @@
 #include <wx/listbox.h>
 #include <wx/textctrl.h>
 
-#include <algorithm>
-#include <chrono>
-
 #include "base/Text.h"
 #include "exchange/ImportFile.h"
 #include "exchange/KeptFile.h"
 #include "model/LostCharacters.h"
+#include "notes/NoteFont.h"
+#include "notes/NotePaint.h"
 #include "notes/NoteWindow.h"
 #include "tests/exchange/ExchangeTest.h"
-#include "tests/support/Support.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-using namespace std::chrono_literals;
 
 TEST_F(ExchangeTest, ExportedNotesAreReadByAnotherReaderAndComeBack) {
     const std::vector<ExportedNote> notes = SampleNotes();
@@ -124,16 +121,13 @@ TEST_F(ExchangeTest, EveryFailureOfAnExportIsToldInOneMessage) {
     frmNote& first = Add({.Text = L"eins", .CreationTime = L""});
     Add({.Text = L"zwei", .CreationTime = L""});
     Add({.Text = std::wstring(65'536, L'x')});
-    const fs::path vanished = folder / "weg";
     const struct {
         const char* name;
         std::wstring path;
         std::function<void(frmExport&)> before;
         std::size_t written;
     } rows[] = {
-        {"folder missing", FileName(vanished / "a.kvr"), {}, 0},
         {"a folder", FileName(folder), {}, 0},
-        {"no room", FileWithoutRoom(), {}, 0},
         {"text too long", Name(L"lang.kvr"), {}, 2},
         {"note gone", Name(L"gelöscht.kvr"), [&](frmExport&) { store.DeleteNote(first); }, 0},
     };
@@ -167,8 +161,11 @@ TEST_F(ExchangeTest, ListPreviewAndImportMeanTheSameRecord) {
             Click(*dialog.lstNotizen, static_cast<int>(i));
             EXPECT_EQ(dialog.txtNotiz->GetValue(), notes[i].Text) << i;
             EXPECT_TRUE(notes[i].Text.starts_with(dialog.lstNotizen->GetString(i).ToStdWstring())) << i;
-            EXPECT_EQ(dialog.txtNotiz->GetFont().GetPointSize(), notes[i].FontNoteSize) << i;
-            EXPECT_EQ(dialog.txtNotiz->GetFont().GetUnderlined(), notes[i].FontNoteUnderlined) << i;
+            const NoteLook look = ToNote(notes[i]).look;
+            EXPECT_EQ(dialog.txtNotiz->GetFont(), NoteFont(look)) << i;
+            EXPECT_EQ(dialog.txtNotiz->GetBackgroundColour(), ToColour(DisplayColor(look.color))) << i;
+            EXPECT_EQ(dialog.txtNotiz->HasFlag(wxTE_RIGHT), look.alignment == kAlignRight) << i;
+            EXPECT_EQ(dialog.txtNotiz->HasFlag(wxTE_CENTRE), look.alignment == kAlignCentre) << i;
         }
         Press(dialog.cmdKeine);
         EXPECT_FALSE(dialog.cmdOK->IsEnabled());
@@ -193,10 +190,7 @@ TEST_F(ExchangeTest, FilesWithoutNotesHaveNoPreview) {
             EXPECT_FALSE(dialog.cmdOK->IsEnabled()) << path;
             EXPECT_FALSE(dialog.lstNotizen->IsEnabled()) << path;
             EXPECT_EQ(dialog.txtNotiz->GetValue(), L"Keine Vorschau möglich.") << path;
-            EXPECT_EQ(dialog.txtNotiz->GetFont().GetPointSize(), 8) << path;
-            EXPECT_EQ(dialog.txtNotiz->GetFont().GetWeight(), wxFONTWEIGHT_NORMAL) << path;
-            EXPECT_EQ(dialog.txtNotiz->GetFont().GetStyle(), wxFONTSTYLE_ITALIC) << path;
-            EXPECT_FALSE(dialog.txtNotiz->GetFont().GetUnderlined()) << path;
+            EXPECT_EQ(dialog.txtNotiz->GetFont(), NoteFont({.size = 8, .italic = true})) << path;
         }
         Press(dialog.cmdAbbrechen);
     });
@@ -238,21 +232,6 @@ TEST_F(ExchangeTest, AFileThatHasGoneBringsNothing) {
     });
     EXPECT_EQ(messages, Messages{});
     EXPECT_EQ(store.CountNotes(), 0u);
-}
-
-TEST_F(ExchangeTest, OneOfVeryManyRecordsIsChosen) {
-    const std::size_t many = 100'000;
-    std::vector<ExportedNote> notes(many, SampleNotes()[0]);
-    notes.back().Text = L"letzte";
-    const fs::path path = Write(L"a.kvr", FileBytes(notes));
-    Import([&](frmImport& dialog) {
-        dialog.txtDatei->SetValue(FileName(path));
-        EXPECT_EQ(dialog.lstNotizen->GetCount(), many);
-        Press(dialog.cmdKeine);
-        dialog.lstNotizen->SetSelection(static_cast<int>(many) - 1);
-        Press(dialog.cmdOK);
-    });
-    EXPECT_EQ(StoredNotes(), std::vector<ExportedNote>{notes.back()});
 }
 
 TEST_F(ExchangeTest, MoreThanBecomesWindowsIsRefusedAsAWhole) {

@@ -5,7 +5,6 @@
 #include "base/Text.h"
 #include "exchange/ExportedNote.h"
 #include "exchange/KeptFile.h"
-#include "tests/exchange/SampleNotes.h"
 
 namespace {
 
@@ -102,20 +101,6 @@ TEST(KeptFile, NothingAlteredIsTakenForExact) {
     }
     EXPECT_EQ(Read(bytes), notes);
     EXPECT_EQ(Read(bytes.substr(0, bytes.size() - 1)), RecordsOf(bytes));
-}
-
-TEST(KeptFile, LeftoversBehindAShorterExportAreNoAppendix) {
-    Note old = Sample(L"eins");
-    old.creationTime = L"immer";
-    const std::string kept = KeptFileBytes({old, Sample(L"zwei"), Sample(L"drei")});
-    for (const wchar_t* text : {L"EINS", L"anders", L"", L"ein ganz anderer und längerer Text"}) {
-        Note exported = Sample(text);
-        exported.creationTime = L"heute";
-        std::string file = FileBytes({ToRecord(exported)});
-        if (file.size() < kept.size()) file += kept.substr(file.size());
-        EXPECT_EQ(Exact(file), std::nullopt) << ToUtf8(text);
-        EXPECT_EQ(Read(file), RecordsOf(file)) << ToUtf8(text);
-    }
 }
 
 TEST(KeptFile, PlacesThatNoRecordCanNameAreNotTaken) {

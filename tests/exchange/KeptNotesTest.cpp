@@ -1,15 +1,16 @@
 #include <gtest/gtest.h>
-#include <wx/clipbrd.h>
-#include <wx/textbuf.h>
 
 #include <fstream>
 
 #include "app/NoteServices.h"
 #include "base/DataFolder.h"
 #include "base/FileName.h"
+#include "base/Text.h"
+#include "dialogs/Clipboard.h"
 #include "exchange/ImportFile.h"
 #include "exchange/ImportNotes.h"
 #include "exchange/KeptFile.h"
+#include "exchange/KeptNotes.h"
 #include "notes/BringBack.h"
 #include "tests/support/Events.h"
 #include "tests/support/Messages.h"
@@ -38,14 +39,6 @@ class KeptNotesTest : public testing::Test, protected MessageRecorder {
         std::sort(files.begin(), files.end());
         return files;
     }
-    // The text in the clipboard.
-    static std::wstring Clipboard() {
-        const wxClipboardLocker locker;
-        wxTextDataObject text;
-        wxTheClipboard->GetData(text);
-        // Line breaks come as the platform has them.
-        return wxTextBuffer::Translate(text.GetText(), wxTextFileType_Dos).ToStdWstring();
-    }
 
     const fs::path bin_ = DataFolder() / "papierkorb";
     NoteServices services_;
@@ -63,16 +56,6 @@ TEST_F(KeptNotesTest, AFloodTakesNoPlaceOfOtherNotes) {
     EXPECT_EQ(std::distance(files, fs::directory_iterator()), 1);
 }
 
-TEST_F(KeptNotesTest, TheNewestHundredStay) {
-    AddNote(L"");
-    for (int i = 0; i < 103; ++i) AddNote(std::to_wstring(i));
-    while (Store().CountNotes() > 0) Store().DeleteNote(*Store().Notes()[0]);
-    const auto files = Kept();
-    ASSERT_EQ(files.size(), 100u);
-    EXPECT_EQ(NoteAt(files.front(), 0)->text, L"3");
-    EXPECT_EQ(NoteAt(files.back(), 0)->text, L"102");
-}
-
 TEST_F(KeptNotesTest, WithoutABinTheTextGoesToTheClipboard) {
     fs::create_directories(bin_.parent_path());
     std::ofstream(bin_) << "in the way";
@@ -82,12 +65,11 @@ TEST_F(KeptNotesTest, WithoutABinTheTextGoesToTheClipboard) {
     Store().DeleteNote(second);
     EXPECT_EQ(Store().CountNotes(), 0u);
     EXPECT_TRUE(messages.empty());  // not before the notes are gone
-    EXPECT_TRUE(RunUntil([&] { return !messages.empty(); }));
-    RunEvents();
+    RunPosted();
     EXPECT_EQ(messages, std::vector<std::wstring>{
                             L"Papierkorb|16|Die Notiz konnte nicht im Papierkorb aufgehoben werden.\r\n"
                             L"Ihr Text liegt jetzt in der Zwischenablage."});
-    EXPECT_EQ(Clipboard(), L"eins\r\n\r\nzwei Ω");
+    EXPECT_EQ(WithCrLf(ClipboardText().value_or(L"")), L"eins\r\n\r\nzwei Ω");
 }
 
 TEST_F(KeptNotesTest, WhatIsBroughtBackIsWhereItWasAndLeavesTheBin) {
@@ -119,6 +101,14 @@ TEST_F(KeptNotesTest, WhatIsBroughtBackIsWhereItWasAndLeavesTheBin) {
 
     BringBackLast(Store(), bin);
     EXPECT_EQ(Store().CountNotes(), 4u);
+    // What cannot be kept stays in the bin.
+    Store().OnLongText = [](const Note&) { return KeepResult{KeepFailure::DiskFull}; };
+    Store().DeleteNote(AddNote(std::wstring(5000, L'x')));
+    EXPECT_FALSE(BringBackLast(Store(), bin));
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_TRUE(messages[0].starts_with(L"Papierkorb|16|Die Notiz bleibt im Papierkorb"));
+    messages.clear();
+    EXPECT_TRUE(bin.Remove({bin.Read().notes.front()}).Kept());
     BringBackLast(Store(), bin);
     EXPECT_EQ(Store().Notes().back()->Text(), L"früher");
     EXPECT_TRUE(Kept().empty());
@@ -129,9 +119,10 @@ TEST_F(KeptNotesTest, WhatIsBroughtBackIsWhereItWasAndLeavesTheBin) {
     EXPECT_EQ(bin.Read().unreadable, 1u);
 }
 
-TEST_F(KeptNotesTest, AnImportSaysThatALongTextIsKeptNowhereElse) {
+TEST_F(KeptNotesTest, WhoBringsALongTextIsToldWhetherItIsKeptElsewhere) {
     const fs::path elsewhere = DataFolder() / "lange-notizen", file = DataFolder() / "lang.kvr";
     const std::wstring text(5000, L'x');
+    Store().OnLongText = KeepLongNote;
     fs::create_directories(DataFolder());
     std::ofstream(file, std::ios::binary) << KeptFileBytes({{.text = text, .place = {300, 300, 3000, 3000}}});
     for (const bool works : {false, true}) {
@@ -139,7 +130,15 @@ TEST_F(KeptNotesTest, AnImportSaysThatALongTextIsKeptNowhereElse) {
         if (!works) std::ofstream(elsewhere) << "in the way";
         EXPECT_EQ(ImportNotes(Store(), FileName(file)), works);
         EXPECT_EQ(Store().Notes().back()->Text(), text);
+        messages.clear();
+        EXPECT_EQ(services_.AddText(text + L"y"), works);
+        ASSERT_EQ(messages.size(), 1u);
+        EXPECT_TRUE(messages[0].starts_with(works ? L"Neue Notiz|64|Der Text hat mehr als etwa 4000 Zeichen."
+                                                  : L"Neue Notiz|16|Die Notiz konnte nicht gespeichert"));
     }
+    EXPECT_EQ(Store().Notes().back()->Text(), text + L"y");
+    EXPECT_FALSE(services_.AddText(L" \r\n") || services_.AddText(std::wstring(70'000, L'x')));
+    EXPECT_EQ(messages.size(), 2u) << "of the one that is too long";
     fs::remove_all(elsewhere);
     fs::remove(file);
 }

@@ -1,4 +1,5 @@
 #include <fcntl.h>
+#include <glib.h>
 #include <unistd.h>
 #include <wx/button.h>
 #include <wx/listbox.h>
@@ -6,8 +7,9 @@
 
 #include <csignal>
 
-#include "exchange/PatientRead.h"
+#include "exchange/ExportPath.h"
 #include "tests/exchange/ExchangeTest.h"
+#include "tests/support/SmallDisk_unix.h"
 
 namespace {
 
@@ -54,6 +56,32 @@ TEST_F(ExchangeTest, AFileThatDoesNotAnswerIsWaitedForAsLongAsTheUserWants) {
     });
     EXPECT_EQ(store.CountNotes(), 1u);
     std::signal(SIGIO, before);
+}
+
+TEST_F(ExchangeTest, AFullDiskLeavesTheFileAndIsTold) {
+    Add({.Text = std::wstring(5000, L'x')});
+    const fs::path path = Write(L"alt.kvr", "alt");
+    Export([&](frmExport& dialog) {
+        dialog.txtPfad->SetValue(FileName(path));
+        const SmallDisk disk(1000);
+        Press(dialog.cmdOK);
+    });
+    EXPECT_EQ(Content(path), "alt");
+    ASSERT_EQ(messages.size(), 2u) << "the question and the failure";
+    EXPECT_TRUE(messages[1].starts_with(L"Fehler|16|Beim Exportieren der Notiz(en)"));
+    EXPECT_NE(messages[1].find(L"\r\n\r\nAuf dem Laufwerk ist kein Platz mehr frei."), std::wstring::npos);
+}
+
+TEST(ExportPath, ATildeMeansTheHomeFolder) {
+    const fs::path home = g_get_home_dir();
+    const struct {
+        const wchar_t* typed;
+        fs::path path;
+    } rows[] = {{L"~", home},          {L"~/b ü.kvr", home / "b ü.kvr"},
+                {L"~b/c", "~b/c"},     {L"a~.kvr", "a~.kvr"},
+                {L"/x/~/y", "/x/~/y"}, {L"", ""}};
+    for (const auto& row : rows)
+        EXPECT_EQ(TypedPath(row.typed).lexically_normal(), row.path.lexically_normal());
 }
 
 }  // namespace
