@@ -6,7 +6,7 @@
 #include "base/DataFolder.h"
 #include "registry/RegistryHive.h"
 #include "tests/app/ProcessTest.h"
-#include "tests/app/Shell_unix.h"
+#include "tests/support/Shell_unix.h"
 
 namespace {
 

@@ -9,8 +9,8 @@
 #include <sstream>
 
 #include "tests/app/Process.h"
-#include "tests/app/Shell_unix.h"
 #include "tests/support/Files.h"
+#include "tests/support/Shell_unix.h"
 #include "tests/support/Support.h"
 
 namespace {
@@ -93,17 +93,6 @@ std::optional<int> Process::Wait(std::chrono::milliseconds limit) {
 
 std::string Process::Output() const { return Content(parts_->output); }
 std::string Process::Errors() const { return Content(parts_->errors); }
-
-std::string ShellOutput(const std::string& command) {
-    std::string output;
-    FILE* pipe = popen(command.c_str(), "r");
-    char buffer[4096];
-    for (std::size_t count; (count = fread(buffer, 1, sizeof buffer, pipe)) > 0;)
-        output.append(buffer, count);
-    pclose(pipe);
-    while (output.ends_with('\n')) output.pop_back();
-    return output;
-}
 
 std::vector<std::string> Windows() {
     // An icon stands for a moment on the screen itself, one pixel large, before the notification area takes

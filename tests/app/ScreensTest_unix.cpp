@@ -11,7 +11,7 @@
 
 #include "model/StoredImage.h"
 #include "tests/app/Process.h"
-#include "tests/app/Shell_unix.h"
+#include "tests/support/Shell_unix.h"
 #include "tests/support/Support.h"
 
 namespace {

@@ -63,9 +63,12 @@ TEST(Message, HasThePictureOfItsKindAndIsAnswered) {
         }
         box->Destroy();
     }
-    for (const auto& [button, answer] :
-         {std::pair(wxID_OK, MessageAnswer::Yes), {wxID_CANCEL, MessageAnswer::No}}) {
-        const WhenShown<frmMessage> user([&](frmMessage& box) { Press(box.FindWindow(button)); });
+    for (const auto& [button, caption, answer] :
+         {std::tuple(wxID_OK, L"&Ja", MessageAnswer::Yes), {wxID_CANCEL, L"&Nein", MessageAnswer::No}}) {
+        const WhenShown<frmMessage> user([&](frmMessage& box) {
+            EXPECT_EQ(box.FindWindow(button)->GetLabel(), caption);
+            Press(box.FindWindow(button));
+        });
         EXPECT_EQ(ShowMessage(L"Text", kExclamation | kYesNo, L"Titel"), answer);
     }
 }

@@ -8,7 +8,6 @@
 #include "base/FileName.h"
 #include "exchange/ExportNotes.h"
 #include "exchange/ImportNotes.h"
-#include "exchange/PatientRead.h"
 #include "exchange/frmExport.h"
 #include "exchange/frmImport.h"
 #include "tests/exchange/SampleNotes.h"
@@ -24,7 +23,6 @@ class ExchangeTest : protected MessageRecorder, public StoreTest {
         std::filesystem::remove_all(folder);
         std::filesystem::create_directories(folder);
         answer = MessageAnswer::Yes;
-        readPatience = std::chrono::minutes(1);  // on a machine with much else to do, too
     }
     ~ExchangeTest() override { std::filesystem::remove_all(folder); }
 

@@ -8,6 +8,7 @@
 #include <csignal>
 
 #include "exchange/ExportPath.h"
+#include "exchange/PatientRead.h"
 #include "tests/exchange/ExchangeTest.h"
 #include "tests/support/SmallDisk_unix.h"
 

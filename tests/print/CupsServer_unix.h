@@ -2,36 +2,73 @@
 // A printing service of the tests' own, in a folder of its own, whose printers throw their paper away and
 // whose spool keeps every document.
 
-#include <sys/types.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <algorithm>
+#include <cstdlib>
 #include <filesystem>
+#include <stdexcept>
 #include <string>
+#include <vector>
+
+#include "tests/support/Events.h"
+#include "tests/support/Shell_unix.h"
 
 class CupsServer {
   public:
     // Not running yet. This process asks no other service from now on.
-    CupsServer();
-    ~CupsServer();
+    CupsServer() {
+        std::string name = (std::filesystem::temp_directory_path() / "kivora-cups-XXXXXX").string();
+        if (!mkdtemp(name.data())) throw std::runtime_error("no temporary folder");
+        root_ = name;
+        setenv("CUPS_SERVER", (name + "/socket").c_str(), 1);
+    }
+    ~CupsServer() {
+        Stop();
+        std::error_code ignored;
+        std::filesystem::remove_all(root_, ignored);
+    }
     CupsServer(const CupsServer&) = delete;
     CupsServer& operator=(const CupsServer&) = delete;
 
-    void Start();
-    void Stop();
-    void Signal(int signal) const;
+    void Start() {
+        pid_ = fork();
+        if (pid_ == 0) {
+            execl(CUPS_SCRIPT, CUPS_SCRIPT, root_.c_str(), nullptr);
+            _exit(127);
+        }
+        RunUntil([&] { return Run("lpstat -r").find("is running") != std::string::npos; });
+    }
+    void Stop() {
+        if (pid_ < 0) return;
+        kill(pid_, SIGCONT);
+        kill(pid_, SIGTERM);
+        waitpid(pid_, nullptr, 0);
+        pid_ = -1;
+    }
+    void Signal(int signal) const { kill(pid_, signal); }
     // Its printers and jobs, while it does not run.
-    void Forget() const;
+    void Forget() const {
+        for (const auto& entry : std::filesystem::directory_iterator(root_)) remove_all(entry.path());
+    }
 
     // Runs one of the service's own programs, such as lpadmin; what it wrote.
-    std::string Run(const std::string& command) const;
+    std::string Run(const std::string& command) const {
+        return ShellOutput("PATH=$PATH:/usr/sbin LC_ALL=C " + command + " 2>&1");
+    }
 
-    // The document of the newest job, empty when there is none; and the number of documents.
-    std::filesystem::path Document() const;
-    std::size_t Documents() const;
+    // The documents of all jobs, the newest last.
+    std::vector<std::filesystem::path> Documents() const {
+        std::vector<std::filesystem::path> documents;
+        for (const auto& entry : std::filesystem::directory_iterator(root_ / "spool"))
+            if (entry.path().filename().string()[0] == 'd') documents.push_back(entry);
+        std::sort(documents.begin(), documents.end());
+        return documents;
+    }
 
   private:
     std::filesystem::path root_;
     pid_t pid_ = -1;
 };
-
-// What a command of the shell writes.
-std::string CommandOutput(const std::string& command);

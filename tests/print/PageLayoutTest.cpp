@@ -21,10 +21,6 @@ MeasuredText Imagined(std::wstring_view text, const PrintFont& font) {
     return measured;
 }
 
-Note Written(const std::wstring& text, const std::wstring& creationTime = {}, const NoteLook& look = {}) {
-    return {text, creationTime, look, {}, false};
-}
-
 std::vector<PrintedPage> Pages(const std::vector<Note>& notes, const PrintRules& rules = {},
                                const PaperSize& paper = {}) {
     PageLayout layout(notes, rules, paper, Imagined);
@@ -71,7 +67,7 @@ TEST(PageLayout, BreaksWhereItMay) {
         PrintRules rules;
         rules.right = 210 - rules.left - widthOf(row.room) - 0.001;
         std::vector<std::wstring> lines;
-        const std::vector<Note> notes = {Written(row.text)};
+        const std::vector<Note> notes = {{.text = row.text}};
         for (const PrintedLine& line : LinesOf(Pages(notes, rules), 0, PrintedLine::Text)) {
             lines.push_back(row.text.substr(line.begin, line.end - line.begin));
         }
@@ -80,7 +76,7 @@ TEST(PageLayout, BreaksWhereItMay) {
 }
 
 TEST(PageLayout, TabsLeadToStops) {
-    const auto lines = LinesOf(Pages({Written(L"\ta\tb\taaaaaaaaa\tc")}), 0, PrintedLine::Text);
+    const auto lines = LinesOf(Pages({{.text = L"\ta\tb\taaaaaaaaa\tc"}}), 0, PrintedLine::Text);
     ASSERT_EQ(lines.size(), 1u);
     ASSERT_EQ(lines[0].parts.size(), 4u);
     const double left = 15 / kPoint;
@@ -92,7 +88,8 @@ TEST(PageLayout, FollowsTheRulesForFontAndAlignment) {
     const NoteLook looks[] = {
         {.size = 20, .bold = true, .underlined = true, .alignment = kAlignRight, .color = kRed},
         {.size = 8, .italic = true, .alignment = kAlignCentre}};
-    const std::vector<Note> notes = {Written(L"a", L"1.1.", looks[0]), Written(L"bb", {}, looks[1])};
+    const std::vector<Note> notes = {{.text = L"a", .creationTime = L"1.1.", .look = looks[0]},
+                                     {.text = L"bb", .look = looks[1]}};
     const double left = 15 / kPoint, right = 195 / kPoint;
     PrintRules rules;
     auto line = LinesOf(Pages(notes, rules), 0, PrintedLine::Text)[0];
@@ -116,7 +113,8 @@ TEST(PageLayout, FollowsTheRulesForFontAndAlignment) {
 TEST(PageLayout, KeepsAHeadingWithTwoLinesAndRulesBetweenNotes) {
     std::size_t broken = 0;
     for (std::size_t before = 0; before < 60; ++before) {
-        std::vector<Note> notes = {Written(std::wstring(before, L'\n')), Written(L"a\nb\nc\nd", L"1.1.2026")};
+        std::vector<Note> notes = {{.text = std::wstring(before, L'\n')},
+                                   {.text = L"a\nb\nc\nd", .creationTime = L"1.1.2026"}};
         const auto pages = Pages(notes);
         std::size_t rules = 0;
         for (const PrintedPage& page : pages) {
@@ -145,7 +143,7 @@ TEST(PageLayout, MeasuresNoMoreThanAFewTimesTheText) {
                                   std::wstring(1'000'000, kAccent), std::wstring(1'000'000, L'\t'),
                                   std::wstring(500'000, L'\n')};
     for (const std::wstring& text : texts) {
-        const std::vector<Note> notes = {Written(text)};
+        const std::vector<Note> notes = {{.text = text}};
         std::size_t measured = 0;
         PageLayout layout(notes, {}, {}, [&](std::wstring_view part, const PrintFont& font) {
             measured += part.size();

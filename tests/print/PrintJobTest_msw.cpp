@@ -113,12 +113,6 @@ TEST_F(PrintingOnWindows, KeepsWhatThePrintersDialogWasTold) {
              mode.dmDuplex = DMDUP_HORIZONTAL;
          },
          "/Duplex true/Tumble true"},
-        {"the tray",
-         [](DEVMODEW& mode) {
-             mode.dmFields |= DM_DEFAULTSOURCE;
-             mode.dmDefaultSource = DMBIN_USER + 2;  // Wine counts them from there
-         },
-         "*InputSlot Tray"},
         {"another paper",
          [](DEVMODEW& mode) {
              mode.dmFields |= DM_PAPERSIZE;

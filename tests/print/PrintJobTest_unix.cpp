@@ -1,5 +1,5 @@
 // Jobs on their way through a real printing service, and PDFs as other programs read them.
-#include <signal.h>
+#include <wx/radiobut.h>
 #include <wx/spinctrl.h>
 #include <wx/stattext.h>
 
@@ -71,26 +71,10 @@ class PrintJobs : public PrintFixture {
     ~PrintJobs() override { fs::remove_all(folder); }
 };
 
-// The pages of a PDF as lines of text in the order in which they were drawn.
-std::vector<std::vector<std::wstring>> PagesOf(const fs::path& pdf) {
-    std::vector<std::vector<std::wstring>> pages(1);
-    std::wistringstream text(FromUtf8(CommandOutput("pdftotext -raw -enc UTF-8 '" + pdf.string() + "' -")));
-    std::wstring line;
-    while (std::getline(text, line)) {
-        while (!line.empty() && line[0] == L'\f') {
-            pages.emplace_back();
-            line.erase(0, 1);
-        }
-        if (!line.empty()) pages.back().push_back(line);
-    }
-    while (!pages.empty() && pages.back().empty()) pages.pop_back();
-    return pages;
-}
-
 // Where other programs paint the pages of a PDF, 72 points an inch.
 std::vector<std::vector<wxPoint>> InkOf(const fs::path& pdf) {
     std::vector<std::vector<wxPoint>> pages;
-    std::istringstream stream(CommandOutput("pdftoppm -r 72 -gray '" + pdf.string() + "'"));
+    std::istringstream stream(ShellOutput("pdftoppm -r 72 -gray '" + pdf.string() + "'"));
     std::string magic;
     for (int width = 0, height = 0, white = 0; stream >> magic >> width >> height >> white;) {
         stream.get();
@@ -124,6 +108,8 @@ TEST_F(PrintJobs, TakeThePaperThatThePrinterIsSetTo) {
         Click(*dialog->lstDrucker, 1);
         EXPECT_EQ(dialog->Settings().printer, L"Zwei");
         EXPECT_NEAR(dialog->Settings().paper.height, row.height, 0.5);
+        dialog->optQuerformat->SetValue(true);
+        EXPECT_NEAR(dialog->Settings().paper.width, row.height, 0.5);
         dialog->Destroy();
     }
     Server().Run("lpadmin -p Zwei -R media-default");
@@ -137,11 +123,10 @@ TEST_F(PrintJobs, GoToThePrinterShownUnderATitle) {
     const std::string jobs = Server().Run("lpstat -W all -o");
     EXPECT_NE(jobs.find("Zwei-"), std::string::npos) << jobs;
     EXPECT_EQ(jobs.find("Eins-"), std::string::npos) << jobs;
-    const auto pages = PagesOf(Server().Document());
-    ASSERT_EQ(pages.size(), 1u);
-    EXPECT_EQ(pages[0], (std::vector<std::wstring>{L"21.11.2026, 09:05:00", L"Käse & Brot", L"1"}));
-    EXPECT_NE(CommandOutput("pdfinfo '" + Server().Document().string() + "'").find("Kivora: 1 Notiz"),
-              std::string::npos);
+    const std::string pdf = Server().Documents().back();
+    EXPECT_EQ(ShellOutput("pdftotext -raw -enc UTF-8 '" + pdf + "' -"),
+              "21.11.2026, 09:05:00\nKäse & Brot\n1\n\f");
+    EXPECT_NE(ShellOutput("pdfinfo '" + pdf + "'").find("Kivora: 1 Notiz"), std::string::npos);
 }
 
 TEST_F(PrintJobs, KeepStrangeCharactersInsideTheMargins) {
@@ -167,8 +152,9 @@ TEST_F(PrintJobs, KeepStrangeCharactersInsideTheMargins) {
     }
 }
 
-TEST_F(PrintJobs, UnderlinedTextHasALineBelow) {
+TEST_F(PrintJobs, UnderlinedTextHasALineBelowAndNotesHaveOneBetweenThem) {
     frmNote& note = Add(L"nnnnnnnnnn", L"");
+    Add(L"nnnnnnnnnn", L"");
     printing.file = folder / "a.pdf";
     std::size_t ink[2];
     for (const bool underlined : {false, true}) {
@@ -178,6 +164,8 @@ TEST_F(PrintJobs, UnderlinedTextHasALineBelow) {
         ink[underlined] = InkOf(*printing.file)[0].size();
     }
     EXPECT_GT(ink[1], ink[0] + 20);
+    const auto page = InkOf(*printing.file)[0];
+    EXPECT_TRUE(std::any_of(page.begin(), page.end(), [](const wxPoint& at) { return at.x > 500; }));
 }
 
 // Waiting for the service without a limit would never end: it goes on only when the row is over.
@@ -198,7 +186,7 @@ TEST_F(PrintJobs, FailWithOneClearMessage) {
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         messages.clear();
-        const std::size_t documents = Server().Documents();
+        const std::size_t documents = Server().Documents().size();
         PrintOn(L"Zwei", [&](frmPrint&) { row.harm(); });
         EXPECT_EQ(messages, std::vector{row.message});
         // Opening the dialog offers what is left.
@@ -209,7 +197,7 @@ TEST_F(PrintJobs, FailWithOneClearMessage) {
         EXPECT_EQ(list.standard, service ? kPrintToFile : L"Eins");
         EXPECT_EQ(list.names.back(), kPrintToFile);
         row.mend();
-        EXPECT_LE(Server().Documents(), documents);
+        EXPECT_LE(Server().Documents().size(), documents);
     }
 }
 
@@ -224,7 +212,7 @@ TEST_F(PrintJobs, AServiceThatStopsMeanwhileIsToldOf) {
 
 TEST_F(PrintJobs, CancelledOnesAreWithdrawn) {
     Add(std::wstring(30000, L'\n'));
-    const std::size_t documents = Server().Documents();
+    const std::size_t documents = Server().Documents().size();
     PrintOn(L"Eins", [](frmPrint&) {
         wxTheApp->CallAfter([] {
             ASSERT_TRUE(RunUntil([] { return OpenDialog<frmPrintProgress>() != nullptr; }));
@@ -233,7 +221,7 @@ TEST_F(PrintJobs, CancelledOnesAreWithdrawn) {
     });
     EXPECT_EQ(messages,
               std::vector<std::wstring>{L"Drucken|64|Der Druckvorgang wurde vom Benutzer abgebrochen."});
-    EXPECT_EQ(Server().Documents(), documents);
+    EXPECT_EQ(Server().Documents().size(), documents);
     EXPECT_EQ(Server().Run("lpstat -W not-completed -o"), "");
 }
 

@@ -105,6 +105,8 @@ TEST_F(FrmPrint, EnablesWhatMeansSomething) {
         EXPECT_FALSE(dialog.Rules().size);
         Check(dialog.chkDatumZeit, false);
         EXPECT_TRUE(dialog.Rules().formatting && !dialog.Rules().dates);
+        Check(dialog.chkFormatierung, false);
+        EXPECT_FALSE(dialog.Rules().formatting);
         int margin = 6;
         for (wxSpinCtrl* box : {dialog.txtLinks, dialog.txtRechts, dialog.txtOben, dialog.txtUnten})
             box->SetValue(margin++);
