@@ -56,7 +56,8 @@ TEST_F(HandOverOnWindows, CopiesWithoutAWindowHoldDdeConversations) {
     EXPECT_EQ(names_, std::vector<std::wstring>{L"C:\\ä €.kvr"});
 }
 
-// One that was started with other rights.
+// One that was started with other rights, and one in another session. Of these only the mutex can be seen
+// from here, so they do not get the file, and nobody is told that they did.
 TEST_F(HandOverOnWindows, ACopyThatLetsNobodyNearIsARunningOne) {
     role_.reset();
     SECURITY_DESCRIPTOR nobody;
@@ -64,24 +65,16 @@ TEST_F(HandOverOnWindows, ACopyThatLetsNobodyNearIsARunningOne) {
     ACL none;
     InitializeAcl(&none, sizeof none, ACL_REVISION);
     SetSecurityDescriptorDacl(&nobody, TRUE, &none, FALSE);
-    SECURITY_ATTRIBUTES attributes{sizeof attributes, &nobody, FALSE};
-    const HANDLE mutex = CreateMutexW(&attributes, FALSE, CopyMutexName().c_str());
-    ASSERT_TRUE(mutex);
-    EXPECT_FALSE(RunningCopy::Claim());
-    CloseHandle(mutex);
-    EXPECT_TRUE(RunningCopy::Claim());
-}
-
-// Of that one only the mutex can be seen from here, so it does not get the file, and nobody is told that it
-// did.
-TEST_F(HandOverOnWindows, ACopyInAnotherSessionIsARunningOne) {
-    role_.reset();
-    const HANDLE mutex = CreateMutexW(nullptr, FALSE, CopyMutexName().c_str());
+    SECURITY_ATTRIBUTES otherRights{sizeof otherRights, &nobody, FALSE};
     ASSERT_TRUE(CopyMutexName().starts_with(L"Global\\"));
-    EXPECT_FALSE(RunningCopy::Claim());
-    EXPECT_FALSE(HandOver(L"C:\\a.kvr"));
-    CloseHandle(mutex);
-    EXPECT_TRUE(RunningCopy::Claim());
+    for (SECURITY_ATTRIBUTES* const attributes : {&otherRights, static_cast<SECURITY_ATTRIBUTES*>(nullptr)}) {
+        const HANDLE mutex = CreateMutexW(attributes, FALSE, CopyMutexName().c_str());
+        ASSERT_TRUE(mutex);
+        EXPECT_FALSE(RunningCopy::Claim());
+        EXPECT_FALSE(HandOver(L"C:\\a.kvr"));
+        CloseHandle(mutex);
+        EXPECT_TRUE(RunningCopy::Claim());
+    }
 }
 
 // The mutex of a copy that was started as an administrator is no secret to one that was not.

@@ -11,20 +11,9 @@
 #include <thread>
 #include <vector>
 
-// Where the program keeps its notes while a test runs: nothing of the user's is touched.
-class ProgramPlace {
-  public:
-    ProgramPlace();
-    ~ProgramPlace();
-    ProgramPlace(const ProgramPlace&) = delete;
-    ProgramPlace& operator=(const ProgramPlace&) = delete;
-    // A folder for files of the tests.
-    const std::filesystem::path& Folder() const;
-
-  private:
-    struct Parts;
-    std::unique_ptr<Parts> parts_;
-};
+// A folder for files of the tests, there until these end. From the first call on the program keeps its notes
+// where nothing of the user's is touched.
+const std::filesystem::path& TestFolder();
 
 // Only a hang reaches this limit, also on a busy machine and under sanitizers.
 constexpr std::chrono::seconds kHang{30};
@@ -35,8 +24,8 @@ class Process {
     explicit Process(std::vector<std::string> arguments, bool display = true);
     // A command, whose words are quoted where they have to be.
     static std::unique_ptr<Process> Doing(const std::vector<std::string>& words);
-    // Like the first where a command line is one text, with this text at its end.
-    Process(std::vector<std::string> arguments, const std::wstring& rest);
+    // Where a command line is one text: a program with it, maybe with other rights and another output.
+    Process(const std::wstring& program, std::wstring line, void* token = nullptr, void* output = nullptr);
     ~Process();  // kills it
     Process(const Process&) = delete;
     Process& operator=(const Process&) = delete;

@@ -2,43 +2,18 @@
 
 namespace {
 
-TEST_F(ProcessTest, SecondPlainStartEndsSilently) {
-    Import(L"eins");  // without a note the hint for newcomers comes and goes
-    Process first({});
-    WaitUntilShown(2);
-    const std::vector<std::string> windows = Windows();
-    Process second({});
-    EXPECT_EQ(second.Wait(), 0);
-    EXPECT_EQ(second.Output() + second.Errors(), "");
-    EXPECT_EQ(Windows(), windows);
-    EXPECT_FALSE(first.Ended());
-}
-
-TEST_F(ProcessTest, ImportsFilesWithoutARunningCopy) {
-    const std::string good = File("Eigene Notizen ü.kvr", L"Käse & Brot €");
-    const std::string missing = good + ".gibt-es-nicht";
-    {
-        Process import({good, missing});
-        std::string message = WaitForWindow("Importieren erfolgreich");
-        ASSERT_FALSE(message.empty());
-        EXPECT_EQ(SavedTexts(), Texts{L"Käse & Brot €"});  // what the message says is true already
-        Press(message, "Return");
-        message = WaitForWindow("Fehler beim Importieren");
-        ASSERT_FALSE(message.empty());
-        Press(message, "Escape");
-        EXPECT_EQ(import.Wait(), 1);
-    }
-    EXPECT_EQ(Windows().size(), 0u);
-    EXPECT_EQ(SavedTexts(), Texts{L"Käse & Brot €"});
-}
-
 // Which is killed, and leaves notes and place to the next one.
-TEST_F(ProcessTest, HandsFilesOverToTheRunningCopy) {
+TEST_F(ProcessTest, LaterStartsHandFilesOverToTheRunningCopy) {
     Import(L"eins");
     const Texts all = {L"eins", L"zwei", L"drei"};
     {
         Process first({});
         WaitUntilShown(2);
+        const std::vector<std::string> windows = Windows();
+        Process plain({});  // has nothing to say
+        EXPECT_EQ(plain.Wait(), 0);
+        EXPECT_EQ(plain.Output() + plain.Errors(), "");
+        EXPECT_EQ(Windows(), windows);
         Process second({File("weg.kvr", L"") + ".gibt-es-nicht", File("zwei ü.kvr", L"zwei"),
                         File("drei.kvr", L"drei")});
         EXPECT_EQ(second.Wait(), 0);
@@ -97,7 +72,7 @@ TEST_F(ProcessTest, TheRunningCopyCarriesOutCommands) {
     EXPECT_NE(list.find("\teins\n"), list.npos);
     EXPECT_NE(list.find("\tKäse & \"Brot\" zwei\n"), list.npos);
 
-    const std::string all = ToUtf8(FileName(place->Folder() / FilePath(L"alle ü.kvr")));
+    const std::string all = ToUtf8(FileName(TestFolder() / FilePath(L"alle ü.kvr")));
     Printed({"--export", all});
     Printed({"--export", all + "/nirgends"}, 1);
     Printed({"--import", all, File("drei.kvr", L"drei")});
@@ -129,7 +104,7 @@ TEST_F(ProcessTest, TheRunningCopyCarriesOutCommands) {
 // Those that need no window.
 TEST_F(ProcessTest, CommandsWorkOnWhatIsKeptWithoutARunningCopy) {
     Import(L"eins");
-    const std::string all = ToUtf8(FileName(place->Folder() / "alle.kvr"));
+    const std::string all = ToUtf8(FileName(TestFolder() / "alle.kvr"));
     EXPECT_NE(Printed({"--list"}).find("\teins\n"), std::string::npos);
     Printed({"--export", all});
     Printed({"--export", all});  // in the place of what it held
@@ -193,7 +168,6 @@ TEST_F(ProcessTest, PrintingLeavesTheSavedNotesAlone) {
 int main(int argc, char** argv) {
     if (const int result = ServeOtherwise(argc, argv); result >= 0) return result;
     testing::InitGoogleTest(&argc, argv);
-    const ProgramPlace there;
-    place = &there;
+    TestFolder();
     return RUN_ALL_TESTS();
 }

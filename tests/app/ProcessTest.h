@@ -13,8 +13,6 @@
 #include "tests/app/Process.h"
 #include "tests/exchange/SampleNotes.h"
 
-inline const ProgramPlace* place = nullptr;
-
 // What a test has started this very program for; negative when it is to run the tests.
 int ServeOtherwise(int argc, char** argv);
 
@@ -40,7 +38,7 @@ class ProcessTest : public testing::Test {
 
     // An export file with one note.
     std::string File(const std::string& name, const std::wstring& text) {
-        const std::filesystem::path path = place->Folder() / FilePath(FromUtf8(name));
+        const std::filesystem::path path = TestFolder() / FilePath(FromUtf8(name));
         ExportedNote note;
         note.Text = text;
         note.Left = note.Top = 3000;
@@ -51,11 +49,12 @@ class ProcessTest : public testing::Test {
         return ToUtf8(FileName(path));
     }
 
-    // Puts a note into the saved ones by way of the program.
+    // Puts a first note into the saved ones by way of the program.
     void Import(const std::wstring& text) {
-        Process import({File("saved.kvr", text)});
+        Process import({File("Eigene Notizen ü.kvr", text)});
         const std::string message = WaitForWindow("Importieren erfolgreich");
         ASSERT_FALSE(message.empty());
+        EXPECT_EQ(SavedTexts(), Texts{text});  // what the message says is true already
         Press(message, "Return");
         ASSERT_EQ(import.Wait(), 0);
     }

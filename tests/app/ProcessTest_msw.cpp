@@ -15,33 +15,6 @@ using namespace std::chrono_literals;
 
 std::wstring ProgramFile() { return std::filesystem::absolute(FromUtf8(KIVORA_PROGRAM)).native(); }
 
-// A program that was started with this command line, and is ended.
-class Started {
-  public:
-    Started(const std::wstring& program, std::wstring line, HANDLE token = nullptr, HANDLE output = nullptr) {
-        STARTUPINFOW start{};
-        start.cb = sizeof start;
-        start.dwFlags = output ? STARTF_USESTDHANDLES : 0;
-        start.hStdOutput = output;
-        if (!CreateProcessAsUserW(token, program.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr,
-                                  nullptr, &start, &process_))
-            throw std::runtime_error("the program does not start");
-    }
-    ~Started() {
-        TerminateProcess(process_.hProcess, 9);
-        WaitForSingleObject(process_.hProcess, INFINITE);
-        CloseHandle(process_.hThread);
-        CloseHandle(process_.hProcess);
-    }
-    Started(const Started&) = delete;
-    Started& operator=(const Started&) = delete;
-
-    bool EndsSoon() const { return WaitForSingleObject(process_.hProcess, 5000) == WAIT_OBJECT_0; }
-
-  private:
-    PROCESS_INFORMATION process_{};
-};
-
 // The token of the same user without an administrator's rights.
 HANDLE LimitedToken() {
     HANDLE own = nullptr, limited = nullptr;
@@ -92,15 +65,15 @@ void Open(const std::wstring& file) {
 TEST_F(ProcessTest, SaysNothingWhereTheOutputGoesNowhere) {
     SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
     const HANDLE nowhere = CreateFileW(L"NUL", GENERIC_WRITE, 0, &inherited, OPEN_EXISTING, 0, nullptr);
-    const Started version(ProgramFile(), L"\"" + ProgramFile() + L"\" --version", nullptr, nowhere);
+    Process version(ProgramFile(), L"\"" + ProgramFile() + L"\" --version", nullptr, nowhere);
     CloseHandle(nowhere);
-    EXPECT_TRUE(version.EndsSoon());
+    EXPECT_TRUE(version.Wait());
 }
 
 // What stands before the first slash cannot be meant: nothing is loaded or saved.
 TEST_F(ProcessTest, RefusesAnUnreadableCommandLine) {
     Import(L"eins");
-    Process wrong({}, std::wstring(L" unfug /a.kvr"));
+    Process wrong(ProgramFile(), L"\"" + ProgramFile() + L"\" unfug /a.kvr");
     const std::string message = WaitForWindow("Fehler");
     ASSERT_FALSE(message.empty());
     Press(message, "Return");
@@ -111,25 +84,25 @@ TEST_F(ProcessTest, RefusesAnUnreadableCommandLine) {
 // The code page lacks characters of the path under which the program enters itself, and the shell may start
 // it with that path unquoted.
 TEST_F(ProcessTest, TheShellOpensExportFilesWithItWhateverItsFolder) {
-    const std::filesystem::path folder = place->Folder() / L"Σημειώσεις und mehr";
+    const std::filesystem::path folder = TestFolder() / L"Σημειώσεις und mehr";
     std::filesystem::create_directories(folder);
     const std::wstring program = (folder / L"kivora.exe").native();
     ASSERT_TRUE(CopyFileW(ProgramFile().c_str(), program.c_str(), FALSE));
-    const Started first(program, L"\"" + program + L"\"");
+    const Process first(program, L"\"" + program + L"\"");
     WaitUntilShown(1);
     const std::wstring registered = CommandOf(L"open");
     EXPECT_TRUE(std::filesystem::equivalent(registered.substr(0, registered.find(L" /%1")), program));
     Open(FromUtf8(File("eins.kvr", L"aus der Shell")));
     EXPECT_TRUE(Eventually([] { return SavedTexts() == Texts{L"aus der Shell"}; }));
-    const Started unquoted(program, program + L" /" + FromUtf8(File("zwei.kvr", L"ohne Zeichen")));
-    EXPECT_TRUE(unquoted.EndsSoon());
+    Process unquoted(program, program + L" /" + FromUtf8(File("zwei.kvr", L"ohne Zeichen")));
+    EXPECT_EQ(unquoted.Wait(), 0);
     EXPECT_TRUE(Eventually([] { return SavedTexts() == Texts{L"aus der Shell", L"ohne Zeichen"}; }));
 }
 
 // With rights that the desktop does not have it shows other notes than the user's.
 TEST_F(ProcessTest, SaysThatItShowsTheNotesOfAllUsers) {
     const HANDLE limited = LimitedToken();
-    const Started shell(ProgramPath(), L"\"" + ProgramPath() + L"\" --shell", limited);
+    const Process shell(ProgramPath(), L"\"" + ProgramPath() + L"\" --shell", limited);
     CloseHandle(limited);
     ASSERT_TRUE(Eventually([] { return GetShellWindow() != nullptr; }));
     Process program({});

@@ -29,7 +29,7 @@ class HiveTakenAway {
     HiveTakenAway& operator=(const HiveTakenAway&) = delete;
 
   private:
-    const fs::path hive_ = DataFolder() / "registry.sqlite", away_ = place->Folder() / "away";
+    const fs::path hive_ = DataFolder() / "registry.sqlite", away_ = TestFolder() / "away";
 };
 
 // Into the text of the note at 200, 200.
@@ -125,7 +125,7 @@ TEST_F(ProcessTest, NoFileOfTheProgramsCanBeWrittenByOthers) {
         return program;
     };
     const fs::path data = std::getenv("XDG_DATA_HOME"), config = std::getenv("XDG_CONFIG_HOME");
-    const fs::path hive = DataFolder() / "registry.sqlite", exported = place->Folder() / "hinaus.kvr";
+    const fs::path hive = DataFolder() / "registry.sqlite", exported = TestFolder() / "hinaus.kvr";
     const fs::path autostart = config / "autostart" / "kivora.desktop";
     Hive().Close();
     for (const fs::path& folder : {data, config})  // with nothing that an earlier start has made
@@ -152,14 +152,14 @@ TEST_F(ProcessTest, NoFileOfTheProgramsCanBeWrittenByOthers) {
         import->AskToEnd();
         EXPECT_EQ(import->Wait(), 1);
     }
-    const fs::path emergency = place->Folder() / "tmp" / ("kivora-" + std::to_string(geteuid()));
+    const fs::path emergency = TestFolder() / "tmp" / ("kivora-" + std::to_string(geteuid()));
     for (const fs::path& path :
          {hive, fs::path(hive) += ".stand", DataFolder() / "papierkorb", DataFolder() / "lange-notizen",
           exported, autostart, emergency, data / "applications" / "kivora.desktop",
           data / "mime" / "packages" / "kivora.xml"})
         EXPECT_TRUE(fs::exists(path)) << path;
     EXPECT_FALSE(fs::is_empty(emergency));
-    for (const auto& file : fs::recursive_directory_iterator(place->Folder())) {
+    for (const auto& file : fs::recursive_directory_iterator(TestFolder())) {
         const fs::perms rights = file.symlink_status().permissions();
         const bool link = file.is_symlink();
         EXPECT_TRUE(link || (rights & (fs::perms::group_write | fs::perms::others_write)) == fs::perms::none)

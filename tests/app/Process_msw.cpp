@@ -15,13 +15,26 @@ const wchar_t* const kNotes = L"HKLM\\Software\\Kivora";
 
 constexpr LONG kSplashWidth = 300;  // at least
 
-fs::path folder;  // of the test place that there is
-
 // The program of the tests writes where the user's own would, so these run only where no user is: under Wine,
 // in an installation of the tests' own.
 bool IsOwnInstallation() {
     return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
 }
+
+struct Place {
+    Place() {
+        if (!IsOwnInstallation())
+            throw std::runtime_error("these tests would overwrite the notes of this computer");
+        fs::create_directories(folder);
+    }
+    ~Place() {
+        Registry().DeleteKey(kNotes);
+        std::error_code ignored;
+        fs::remove_all(folder, ignored);
+    }
+    const fs::path folder =
+        fs::temp_directory_path() / (L"kivora-test-" + std::to_wstring(GetCurrentProcessId()));
+};
 
 std::wstring ProgramFile() { return fs::absolute(FromUtf8(KIVORA_PROGRAM)).native(); }
 
@@ -83,25 +96,10 @@ HWND WindowOf(const std::string& id) { return reinterpret_cast<HWND>(std::stoull
 
 }  // namespace
 
-struct ProgramPlace::Parts {
-    fs::path folder;
-};
-
-ProgramPlace::ProgramPlace() : parts_(std::make_unique<Parts>()) {
-    if (!IsOwnInstallation())
-        throw std::runtime_error("these tests would overwrite the notes of this computer");
-    folder = parts_->folder =
-        fs::temp_directory_path() / (L"kivora-test-" + std::to_wstring(GetCurrentProcessId()));
-    fs::create_directories(folder);
+const fs::path& TestFolder() {
+    static const Place place;
+    return place.folder;
 }
-
-ProgramPlace::~ProgramPlace() {
-    Registry().DeleteKey(kNotes);
-    std::error_code ignored;
-    fs::remove_all(folder, ignored);
-}
-
-const fs::path& ProgramPlace::Folder() const { return parts_->folder; }
 
 struct Process::Parts {
     PROCESS_INFORMATION process{};
@@ -117,26 +115,34 @@ struct Process::Parts {
     }
 };
 
-// Every argument is introduced by a slash.
-Process::Process(std::vector<std::string> arguments, bool) : Process(std::move(arguments), std::wstring()) {}
+namespace {
 
-Process::Process(std::vector<std::string> arguments, const std::wstring& rest)
+std::wstring Line(const std::vector<std::string>& arguments) {
+    std::wstring line = L"\"" + ProgramFile() + L"\"";
+    for (const std::string& argument : arguments)
+        line += L" /" + FromUtf8(argument);  // introduced by a slash
+    return line;
+}
+
+}  // namespace
+
+Process::Process(std::vector<std::string> arguments, bool) : Process(ProgramFile(), Line(arguments)) {}
+
+Process::Process(const std::wstring& program, std::wstring line, void* token, void* output)
     : parts_(std::make_unique<Parts>()) {
     static int number = 0;
-    parts_->output = folder / ("output-" + std::to_string(++number));
-    parts_->errors = folder / ("errors-" + std::to_string(number));
-    std::wstring line = L"\"" + ProgramFile() + L"\"";
-    for (const std::string& argument : arguments) line += L" /" + FromUtf8(argument);
-    line += rest;
+    parts_->output = TestFolder() / ("output-" + std::to_string(++number));
+    parts_->errors = TestFolder() / ("errors-" + std::to_string(number));
     STARTUPINFOW start{};
     start.cb = sizeof start;
     start.dwFlags = STARTF_USESTDHANDLES;
-    start.hStdOutput = Written(parts_->output);
+    const HANDLE written = Written(parts_->output);
+    start.hStdOutput = output ? output : written;
     start.hStdError = Written(parts_->errors);
-    if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start,
-                        &parts_->process))
+    if (!CreateProcessAsUserW(token, program.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr,
+                              nullptr, &start, &parts_->process))
         throw std::runtime_error("the program does not start");
-    CloseHandle(start.hStdOutput);
+    CloseHandle(written);
     CloseHandle(start.hStdError);
 }
 
@@ -149,7 +155,7 @@ std::unique_ptr<Process> Process::Doing(const std::vector<std::string>& words) {
         line += L'"';
     }
     line.erase(1, 1).erase(line.find(L'"'), 1);  // the command itself stands without
-    return std::make_unique<Process>(std::vector<std::string>(), line);
+    return std::make_unique<Process>(ProgramFile(), Line({}) + line);
 }
 
 Process::~Process() {

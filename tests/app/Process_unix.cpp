@@ -32,13 +32,10 @@ std::string AskAboutWindows(const std::string& which) {
 
 }  // namespace
 
-struct ProgramPlace::Parts {
-    PrivateFolders folders;  // told to the program by the environment
-};
-
-ProgramPlace::ProgramPlace() : parts_(std::make_unique<Parts>()) {}
-ProgramPlace::~ProgramPlace() = default;
-const std::filesystem::path& ProgramPlace::Folder() const { return parts_->folders.Root(); }
+const std::filesystem::path& TestFolder() {
+    static const PrivateFolders folders;  // told to the program by the environment
+    return folders.Root();
+}
 
 struct Process::Parts {
     pid_t pid = -1;
