@@ -24,5 +24,11 @@ class BusFixture : public TrayFixture {
         return RunUntil([&] { return desktop.Items().size() == count && !Strip() && Embedded().empty(); });
     }
 
+    // The name of the only icon, once it stands on the bus.
+    std::string OnlyItem(const TestDesktop& desktop) {
+        EXPECT_TRUE(OnlyOnTheBus(desktop, 1));
+        return desktop.Items().empty() ? std::string() : desktop.Items().front();
+    }
+
     TestBus bus_;
 };

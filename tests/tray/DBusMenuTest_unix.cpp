@@ -10,18 +10,9 @@ namespace {
 
 class StatusNotifierMenu : public BusFixture {
   protected:
-    // An icon with a menu that writes down what is chosen from it.
-    Notification& AddIconWithMenu() {
-        const std::size_t place = icons_.size();
-        icons_.push_back(std::make_unique<Notification>());
-        Notification& icon = *icons_[place];
-        icon.SetIconFile(ResourcePicture(kProgramIcon));
-        icon.Menu = {[this] { return entries_; },
-                     [this](int id) { log_ += L"run" + std::to_wstring(id) + L' '; }};
-        icon.ShowIcon();
-        return icon;
-    }
-
+    // Writes down what is chosen from it.
+    const TrayMenu menu_ = {[this] { return entries_; },
+                            [this](int id) { log_ += L"run" + std::to_wstring(id) + L' '; }};
     std::vector<TrayMenuEntry> entries_ = {
         {.id = 1, .caption = L"Neue_Notiz"},
         {.id = 2, .kind = TrayMenuEntry::Separator, .caption = {}},
@@ -35,9 +26,8 @@ class StatusNotifierMenu : public BusFixture {
 
 TEST_F(StatusNotifierMenu, TheMenuIsReadAsItIs) {
     TestDesktop desktop(bus_, true);
-    AddIconWithMenu();
-    ASSERT_TRUE(OnlyOnTheBus(desktop, 1));
-    const std::string item = desktop.Items().front();
+    AddIcon(L"A", menu_);
+    const std::string item = OnlyItem(desktop);
     EXPECT_EQ(Printed(desktop.Property(item, "Menu")), "'/MenuBar'");
     const char *nothing[] = {nullptr}, *label[] = {"label", nullptr};
     const auto layout = [&](int id, int depth, const char** names) {
@@ -76,10 +66,8 @@ TEST_F(StatusNotifierMenu, TheMenuIsReadAsItIs) {
 
 TEST_F(StatusNotifierMenu, OnlyWhatCanBeChosenIsRun) {
     TestDesktop desktop(bus_, true);
-    Notification& icon = AddIconWithMenu();
-    ASSERT_TRUE(OnlyOnTheBus(desktop, 1));
-    const std::string item = desktop.Items().front();
-    log_.clear();
+    Notification& icon = AddIcon(L"A", menu_);
+    const std::string item = OnlyItem(desktop);
     EXPECT_EQ(Printed(desktop.Menu(
                   item, "EventGroup",
                   g_variant_new_parsed("([(1, 'clicked', <0>, @u 0), (9, 'clicked', <0>, @u 0)],)"))),
@@ -94,9 +82,8 @@ TEST_F(StatusNotifierMenu, OnlyWhatCanBeChosenIsRun) {
 
 TEST_F(StatusNotifierMenu, AMenuThatHasChangedIsReadAgain) {
     TestDesktop desktop(bus_, true);
-    AddIconWithMenu();
-    ASSERT_TRUE(OnlyOnTheBus(desktop, 1));
-    const std::string item = desktop.Items().front();
+    AddIcon(L"A", menu_);
+    const std::string item = OnlyItem(desktop);
     const auto aboutToShow = [&] {
         return Printed(desktop.Menu(item, "AboutToShow", g_variant_new("(i)", 0)));
     };

@@ -30,8 +30,7 @@ class StatusNotifier : public BusFixture {
 TEST_F(StatusNotifier, AnIconHasTheseProperties) {
     TestDesktop desktop(bus_, true);
     AddIcon(L"Käse & <b>Brot</b>");
-    ASSERT_TRUE(OnlyOnTheBus(desktop, 1));
-    const std::string item = desktop.Items().front();
+    const std::string item = OnlyItem(desktop);
     EXPECT_TRUE(item.starts_with("org.kde.StatusNotifierItem-" + std::to_string(getpid()) + "-")) << item;
     const struct {
         const char *name, *value;
@@ -46,8 +45,7 @@ TEST_F(StatusNotifier, AnIconHasTheseProperties) {
 TEST_F(StatusNotifier, ThePictureArrivesInAllSizesPixelByPixel) {
     TestDesktop desktop(bus_, true);
     AddIcon(L"A");
-    ASSERT_TRUE(OnlyOnTheBus(desktop, 1));
-    const Variant pixmaps = desktop.Property(desktop.Items().front(), "IconPixmap");
+    const Variant pixmaps = desktop.Property(OnlyItem(desktop), "IconPixmap");
     ASSERT_TRUE(pixmaps);
     ASSERT_STREQ(g_variant_get_type_string(pixmaps.get()), "a(iiay)");
     std::vector<int> sizes;
@@ -79,7 +77,7 @@ TEST_F(StatusNotifier, ThePictureArrivesInAllSizesPixelByPixel) {
 TEST_F(StatusNotifier, ChangesAreToldOnce) {
     TestDesktop desktop(bus_, true);
     Notification& icon = AddIcon(L"A");
-    ASSERT_TRUE(OnlyOnTheBus(desktop, 1));
+    const std::string item = OnlyItem(desktop);
     const struct {
         std::function<void()> change;
         const char* signals;
@@ -91,17 +89,16 @@ TEST_F(StatusNotifier, ChangesAreToldOnce) {
     for (const auto& row : table) {
         desktop.TakeSignals();
         row.change();
-        desktop.Property(desktop.Items().front(), "Title");  // the answer comes after the signals
+        desktop.Property(item, "Title");  // the answer comes after the signals
         EXPECT_EQ(desktop.TakeSignals(), row.signals);
     }
-    EXPECT_EQ(Printed(desktop.Property(desktop.Items().front(), "Title")), "'B'");
+    EXPECT_EQ(Printed(desktop.Property(item, "Title")), "'B'");
 }
 
 TEST_F(StatusNotifier, WhatHostsTellArrivesAsMouseEvents) {
     TestDesktop desktop(bus_, true);
     Notification& icon = AddIcon(L"A");
-    ASSERT_TRUE(OnlyOnTheBus(desktop, 1));
-    const std::string item = desktop.Items().front();
+    const std::string item = OnlyItem(desktop);
     const struct {
         std::vector<const char*> calls;  // null: a while without one
         const wchar_t* reported;
@@ -138,11 +135,11 @@ TEST_F(StatusNotifier, WhatHostsTellArrivesAsMouseEvents) {
 TEST_F(StatusNotifier, TheMenuWaitsUntilTheButtonIsUp) {
     TestDesktop desktop(bus_, true);
     AddIcon(L"A");
-    ASSERT_TRUE(OnlyOnTheBus(desktop, 1));
+    const std::string item = OnlyItem(desktop);
     wxUIActionSimulator pointer;
     pointer.MouseMove(frame_.ClientToScreen(wxPoint(20, 20)));  // the desktop would open a menu of its own
     pointer.MouseDown(wxMOUSE_BTN_RIGHT);
-    EXPECT_TRUE(desktop.Tell(desktop.Items().front(), "ContextMenu"));
+    EXPECT_TRUE(desktop.Tell(item, "ContextMenu"));
     RunEvents(milliseconds(150));
     EXPECT_EQ(log_, L"");
     pointer.MouseUp(wxMOUSE_BTN_RIGHT);
@@ -152,9 +149,8 @@ TEST_F(StatusNotifier, TheMenuWaitsUntilTheButtonIsUp) {
 TEST_F(StatusNotifier, AnIconMayDieOfItsOwnActivation) {
     TestDesktop desktop(bus_, true);
     AddIcon(L"A").Events.MouseUp = [this](int) { icons_.clear(); };
-    ASSERT_TRUE(OnlyOnTheBus(desktop, 1));
+    const std::string item = OnlyItem(desktop);
     DoubleClick(false);
-    const std::string item = desktop.Items().front();
     EXPECT_TRUE(desktop.Tell(item, "Activate"));
     ASSERT_TRUE(OnlyOnTheBus(desktop, 0));
     EXPECT_EQ(log_, L"Adown1 ");

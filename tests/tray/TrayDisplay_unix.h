@@ -157,9 +157,10 @@ class TrayFixture : public testing::Test {
         EXPECT_TRUE(RunUntil([] { return !Strip() && Embedded().empty(); }));
     }
 
-    Notification& AddIcon(const std::wstring& tip) {
+    Notification& AddIcon(const std::wstring& tip, const TrayMenu& menu = {}) {
         icons_.push_back(std::make_unique<Notification>());
         Notification& icon = *icons_.back();
+        icon.Menu = menu;
         icon.SetIconFile(ResourcePicture(kFirstNoteIcon + static_cast<int>(icons_.size() - 1) % 4));
         icon.IconToolTip(tip);
         const auto note = [this, tip](const char* event) {
