@@ -7,6 +7,7 @@
 #include "app/frmUnsaved.h"
 #include "dialogs/MessageFlags.h"
 #include "dialogs/frmMessage.h"
+#include "exchange/KeptNotes.h"
 #include "exchange/frmExport.h"
 #include "exchange/frmImport.h"
 #include "mail/frmSendAsEMail.h"
@@ -26,12 +27,6 @@ class NoPrinting : public PrintSystem {
     PaperSize PaperOf(const std::wstring&) override { return {}; }
     bool SetUp(PrinterSettings&) override { return false; }
     Started Start(const PrinterSettings&, const std::wstring&) override { return {}; }
-};
-
-class EmptyBin : public NoteBin {
-  public:
-    Content Read() const override { return {}; }
-    KeepResult Remove(const std::vector<BinnedNote>&) override { return {}; }
 };
 
 }  // namespace
@@ -67,7 +62,7 @@ std::vector<NamedDialog> AllDialogs(NoteStore& store, std::function<void()> canc
         {"printing", [] { return new frmPrintProgress; }},
         {"find",
          [&store] {
-             static EmptyBin bin;
+             static KeptBin bin;
              return new frmFind(store, bin);
          }},
         {"info", [] { return new frmInfo; }},

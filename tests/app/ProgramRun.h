@@ -100,18 +100,6 @@ struct Happening {
     bool deletes = false, ends = false;
 };
 
-// The newest dialog that waits for its user.
-inline DialogWindow* NewestDialog() {
-    DialogWindow* newest = nullptr;
-    for (wxWindow* window : wxTopLevelWindows) {
-        auto* dialog = dynamic_cast<DialogWindow*>(window);
-        if (dialog && dialog->IsShown() && !wxPendingDelete.Member(dialog) &&
-            dialog->State() == DialogState::Waiting)
-            newest = dialog;
-    }
-    return newest;
-}
-
 class ProgramRun {
   public:
     ProgramRun(const Waiting& waiting, const Happening& happening)
@@ -196,8 +184,8 @@ class ProgramRun {
                 menu->close();
             else
                 item.choose();
-        } else if (NewestDialog()) {
-            Later([] { Confirm(NewestDialog()); });
+        } else if (OpenDialog<DialogWindow>()) {
+            Later([] { Confirm(OpenDialog<DialogWindow>()); });
         } else {
             return false;
         }

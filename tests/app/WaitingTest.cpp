@@ -50,7 +50,7 @@ auto Behind(
     wxButton* Dialog::*button, bool (*done)(), std::function<void(Dialog&)> fill = [](Dialog&) {}) {
     return [=](ProgramRun& run) {
         if (done()) return true;
-        if (Dialog* const dialog = OpenDialog<Dialog>(); dialog == NewestDialog()) {
+        if (Dialog* const dialog = OpenDialog<Dialog>(); dialog == OpenDialog<DialogWindow>()) {
             if (dialog) fill(*dialog);
             run.LaterPress(button);
         } else {
@@ -84,7 +84,9 @@ void CheckAll(frmAddressbook& dialog) { Press(dialog.cmdAlle); }
 
 // Where there is no printer, the message that says so.
 bool IsPrinting() { return IsOpen<frmPrint>() || IsOpen<frmMessage>(); }
-bool IsSettingUp() { return NewestDialog() && NewestDialog() != OpenDialog<frmPrint>(); }
+bool IsSettingUp() {
+    return OpenDialog<DialogWindow>() && OpenDialog<DialogWindow>() != OpenDialog<frmPrint>();
+}
 
 void Connect(ProgramRun& run) {
     run.peer.emplace(RawConnection::To(run.port));

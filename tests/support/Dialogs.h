@@ -14,17 +14,18 @@
 
 class wxListBox;
 
-// The dialog of this kind that is open. One that has ended may still be on the list, and even
+// The newest dialog of this kind that is open. One that has ended may still be on the list, and even
 // count as shown, until wxWidgets deletes it.
 template <class Dialog>
 Dialog* OpenDialog() {
+    Dialog* newest = nullptr;
     for (wxWindow* window : wxTopLevelWindows) {
         auto* dialog = dynamic_cast<Dialog*>(window);
         if (dialog && dialog->IsShown() && !wxPendingDelete.Member(dialog) &&
             dialog->State() == DialogState::Waiting)
-            return dialog;
+            newest = dialog;
     }
-    return nullptr;
+    return newest;
 }
 
 // Does something with a dialog soon after it has opened, or once it is ready. To be kept until then.

@@ -4,7 +4,6 @@
 #include <wx/init.h>
 
 #include "exchange/PatientRead.h"
-#include "tests/support/OtherTask.h"
 #include "tests/support/Support.h"
 
 namespace {
@@ -28,7 +27,6 @@ class TestApp : public wxApp {
 wxIMPLEMENT_APP_NO_MAIN(TestApp);
 
 int main(int argc, char** argv) {
-    if (const auto result = OtherTask()) return *result;
     testing::InitGoogleTest(&argc, argv);
     PrivateFolders folders;
     // No file here is one that does not answer, however busy the machine is.

@@ -1,3 +1,0 @@
-#include "tests/support/OtherTask.h"
-
-std::optional<int> OtherTask() { return std::nullopt; }
