@@ -23,6 +23,8 @@ NoteLayout LayoutNote(double width, double height) {
     return note;
 }
 
+namespace {
+
 HitTest BodyHitTest(double width, double height, double x, double y) {
     if (x > width - kBorderBand) return HT_RIGHT;
     const bool top = y < kBorderBand;
@@ -30,8 +32,6 @@ HitTest BodyHitTest(double width, double height, double x, double y) {
     if (x >= kBorderBand) return top ? HT_TOP : bottom ? HT_BOTTOM : HT_CAPTION;
     return top ? HT_TOPLEFT : bottom ? HT_BOTTOMLEFT : HT_LEFT;
 }
-
-namespace {
 
 bool InTimeBand(const NoteLayout& layout, double y) {
     return y - layout.lblZeit.top > layout.lblZeit.height - kBorderBand;

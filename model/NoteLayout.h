@@ -59,9 +59,6 @@ struct NoteLayout {
 // The layout of a note of this size in twips.
 NoteLayout LayoutNote(double width, double height);
 
-// The hit zone of the note body under a point.
-HitTest BodyHitTest(double width, double height, double x, double y);
-
 // What a left press on a part starts (HT_NONE: nothing), and the pointer over it.
 HitTest PressHitTest(const NoteLayout& layout, double x, double y);
 Pointer PointerAt(const NoteLayout& layout, double x, double y);

@@ -131,6 +131,7 @@ TEST_F(SaveFileOnUnix, AFullDiskLeavesTheOldFile) {
         const SmallDisk disk(1000);
         EXPECT_TRUE(SaveFile("file", std::string(5000, 'x')));
         EXPECT_TRUE(SaveFile("new", std::string(5000, 'x')));
+        EXPECT_TRUE(WriteNewFile("new", std::string(5000, 'x')));
     }
     EXPECT_EQ(Content("file"), "old");
     EXPECT_EQ(std::distance(fs::directory_iterator("."), {}), 1);

@@ -14,5 +14,5 @@ TEST(SortKey, IsTheOrderOfAGermanIndex) {
     std::ranges::sort(texts, {}, SortKey);
     EXPECT_EQ(texts, sorted);
     EXPECT_EQ(SortKey(L"büro"), SortKey(L"BÜRO"));
-    EXPECT_LT(SortKey(L"A\u0308rger"), SortKey(L"Zeta"));
+    EXPECT_LT(SortKey(L"A\u0308rger"), SortKey(L"As"));
 }

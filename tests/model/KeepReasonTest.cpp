@@ -20,12 +20,13 @@ TEST(KeepReason, EveryFailureHasItsOwnGermanSentences) {
 }
 
 TEST(KeepReason, SaysWhichFileHasToBeMended) {
-    KeepResult dead{KeepFailure::DeadLink};
-    dead.file = L"/home/jemand/registry.sqlite";
-    EXPECT_EQ(ReasonText(dead, L"die Datei"),
-              L"Wo die Datei sein soll, liegt eine Verknüpfung, deren Ziel fehlt. Schließen Sie das Laufwerk "
-              L"an, auf dem das Ziel liegt, oder stellen Sie das Ziel wieder her.\r\nEs geht um:\r\n" +
-                  dead.file);
+    for (const KeepFailure failure : {KeepFailure::NoAccess, KeepFailure::NoFile, KeepFailure::DeadLink}) {
+        KeepResult result{failure};
+        result.file = L"/home/jemand/registry.sqlite";
+        const std::wstring text = ReasonText(result, L"die Datei");
+        EXPECT_NE(text.find(L"die Datei"), text.npos);
+        EXPECT_TRUE(text.ends_with(L".\r\nEs geht um:\r\n" + result.file));
+    }
 }
 
 TEST(KeepReason, OfAFileThatTheUserHasNamed) {

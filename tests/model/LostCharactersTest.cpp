@@ -21,4 +21,6 @@ TEST(LostCharacters, QuestionNamesAHandfulOfNotes) {
             std::wstring(55, L'5') +
             L" ...“\r\nund 2 weitere\r\n\r\nAn ihrer Stelle wird „?“ stehen.\r\nMöchten Sie trotzdem "
             L"fortfahren?");
+    EXPECT_EQ(LossQuestion(std::vector<std::wstring>(5, L"x"), L"drucken").find(L"weitere"),
+              std::wstring::npos);
 }

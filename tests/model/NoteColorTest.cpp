@@ -3,27 +3,20 @@
 #include "model/NoteColor.h"
 
 TEST(NoteColor, DependsOnTheDepthOfTheDisplay) {
-    struct Row {
+    const struct {
         std::int32_t code, pale;
-        int pureCorner, paleCorner, icon;
+        int icon;
+    } rows[] = {
+        {kRed, 0x8080FF, 120}, {kLightBlue, 0xFFBD25, 121}, {kYellow, 0x94FEFE, 122}, {kGreen, 0x7DFF7D, 123},
+        {0x123456, 0, 0},
     };
-    const Row rows[] = {
-        {kRed, 0x8080FF, 100, 110, 120},
-        {kLightBlue, 0xFFBD25, 101, 111, 121},
-        {kYellow, 0x94FEFE, 102, 112, 122},
-        {kGreen, 0x7DFF7D, 103, 113, 123},
-        {0x123456, 0, 0, 0, 0},
-    };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         SCOPED_TRACE(row.code);
-        EXPECT_EQ(DisplayColor(row.code, 8), row.code);
-        EXPECT_EQ(DisplayColor(row.code, 1), row.code);
-        EXPECT_EQ(DisplayColor(row.code, 16), row.pale);
-        EXPECT_EQ(DisplayColor(row.code, 32), row.pale);
-        EXPECT_EQ(CornerBitmap(row.code, 8), row.pureCorner);
-        EXPECT_EQ(CornerBitmap(row.code, 24), row.paleCorner);
+        for (const int depth : {1, 8, 16, 32})
+            EXPECT_EQ(DisplayColor(row.code, depth), depth <= 8 ? row.code : row.pale);
         EXPECT_EQ(NoteIcon(row.code), row.icon);
     }
+    EXPECT_EQ(CornerBitmap(0x123456, 24), 0);
 }
 
 TEST(NoteColor, ContrastIsMeasuredAsTheEyeDoes) {

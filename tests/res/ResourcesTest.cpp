@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <wx/image.h>
 
+#include "model/NoteColor.h"
 #include "res/Resources.h"
 
 // The program has the pixels that were drawn: the build leaves the program icon as files, too.
@@ -37,24 +38,19 @@ TEST(Resources, BitmapsAreShared) {
 }
 
 TEST(Resources, CornersContinueTheNoteWithoutASeam) {
-    const struct {
-        int id;
-        wxColour note;
-    } table[] = {
-        {100, {255, 0, 0}},     {101, {0, 255, 255}},  {102, {255, 255, 0}},   {103, {0, 255, 0}},
-        {110, {255, 128, 128}}, {111, {37, 189, 255}}, {112, {254, 254, 148}}, {113, {125, 255, 125}},
-    };
-    for (const auto& row : table) {
-        for (const wxSize& size : {wxSize(30, 32), wxSize(60, 64)}) {
-            SCOPED_TRACE(row.id * 1000 + size.x);
-            const wxImage image = LoadPicture(row.id).GetBitmap(size).ConvertToImage();
+    for (const std::int32_t code : kNoteColors) {
+        for (const auto& [depth, size] :
+             {std::pair(8, wxSize(30, 32)), {24, wxSize(30, 32)}, {24, wxSize(60, 64)}}) {
+            SCOPED_TRACE(code + size.x);
+            const wxColour note(static_cast<unsigned long>(DisplayColor(code, depth)));
+            const wxImage image = LoadPicture(CornerBitmap(code, depth)).GetBitmap(size).ConvertToImage();
             EXPECT_FALSE(image.HasAlpha());
             const auto at = [&](int x, int y) {
                 return wxColour(image.GetRed(x, y), image.GetGreen(x, y), image.GetBlue(x, y));
             };
-            for (int x = 0; x < size.x; ++x) ASSERT_EQ(at(x, 0), row.note) << x;
-            for (int y = 0; y < size.y; ++y) ASSERT_EQ(at(0, y), row.note) << y;
-            EXPECT_NE(at(size.x / 2, size.y / 2), row.note);  // the flap
+            for (int x = 0; x < size.x; ++x) ASSERT_EQ(at(x, 0), note) << x;
+            for (int y = 0; y < size.y; ++y) ASSERT_EQ(at(0, y), note) << y;
+            EXPECT_NE(at(size.x / 2, size.y / 2), note);  // the flap
         }
     }
 }
