@@ -150,8 +150,7 @@ int Named(CallKind kind, bool changes, const char* path, const char* target, con
 
 template <class Ask>
 int Opened(const char* path, int flags, const Ask& ask) {
-    const bool watched = IsWatched(path);
-    if (!watched) {
+    if (!IsWatched(path)) {
         const int file = ask();
         SetWatched(file, false);
         return file;
@@ -188,20 +187,8 @@ ssize_t Written(int file, const void* bytes, std::size_t size, std::int64_t offs
 
 std::int64_t Position(int file) { return IsWatched(file) ? lseek(file, 0, SEEK_CUR) : 0; }
 
-template <class Read>
-ssize_t Taken(int file, const Read& read) {
-    if (!IsWatched(file)) return read();
-    const Call call(CallKind::Read, false);
-    return call.Ended(call.Fails() ? -1 : read());
-}
-
-int Synced(int file) {
-    const Call call(CallKind::Sync, true);
-    return call.Ended(call.Fails() ? -1 : 0, {.file = file});
-}
-
 template <class Ask>
-int OfOpen(CallKind kind, bool changes, int file, std::int64_t offset, const Ask& ask) {
+auto OfOpen(CallKind kind, bool changes, int file, std::int64_t offset, const Ask& ask) -> decltype(ask()) {
     if (!IsWatched(file)) return ask();
     const Call call(kind, changes);
     return call.Ended(call.Fails() ? -1 : ask(), {.file = file, .offset = offset});
@@ -216,10 +203,11 @@ int Controlled(int file, int what, const void* with, const Ask& ask) {
 
 template <class Ask>
 void* Mapped(int file, const Ask& ask) {
-    if (!IsWatched(file)) return ask();
-    const Call call(CallKind::Map, false);
-    void* const place = call.Fails() ? MAP_FAILED : ask();
-    call.Ended(place == MAP_FAILED ? -1 : 0);
+    void* place = MAP_FAILED;
+    OfOpen(CallKind::Map, false, file, 0, [&] {
+        place = ask();
+        return place == MAP_FAILED ? -1 : 0;
+    });
     return place;
 }
 
@@ -272,13 +260,13 @@ int close(int file) {
 }
 
 ssize_t read(int file, void* to, size_t size) {
-    return Taken(file, [&] { return REAL(read)(file, to, size); });
+    return OfOpen(CallKind::Read, false, file, 0, [&] { return REAL(read)(file, to, size); });
 }
 ssize_t pread(int file, void* to, size_t size, off_t offset) {
-    return Taken(file, [&] { return REAL(pread)(file, to, size, offset); });
+    return OfOpen(CallKind::Read, false, file, 0, [&] { return REAL(pread)(file, to, size, offset); });
 }
 ssize_t pread64(int file, void* to, size_t size, off64_t offset) {
-    return Taken(file, [&] { return REAL(pread64)(file, to, size, offset); });
+    return OfOpen(CallKind::Read, false, file, 0, [&] { return REAL(pread64)(file, to, size, offset); });
 }
 
 ssize_t write(int file, const void* bytes, size_t size) {
@@ -300,8 +288,12 @@ ssize_t writev(int file, const iovec* parts, int count) {
     return write(file, all.data(), all.size());
 }
 
-int fsync(int file) { return IsWatched(file) ? Synced(file) : 0; }
-int fdatasync(int file) { return IsWatched(file) ? Synced(file) : 0; }
+int fsync(int file) {
+    return OfOpen(CallKind::Sync, true, file, 0, [] { return 0; });
+}
+int fdatasync(int file) {
+    return OfOpen(CallKind::Sync, true, file, 0, [] { return 0; });
+}
 
 #define TRUNCATE(name, offset)                                                                       \
     int name(int file, offset size) noexcept {                                                       \

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
+#include <set>
 #include <sstream>
 #include <system_error>
 
@@ -19,18 +21,14 @@ namespace {
 constexpr std::size_t kBinned = 100;
 constexpr int kFirstImported = 9000;
 
-Image Sorted(Image image) {
-    std::sort(image.notes.begin(), image.notes.end());
-    return image;
-}
-
 }  // namespace
 
 std::string ToText(NoteName name) { return std::to_string(name.number) + "." + std::to_string(name.version); }
 
 std::string ToText(const Image& image) {
     std::string text = std::to_string(image.number);
-    for (const NoteName name : image.notes) text += " " + ToText(name);
+    for (const NoteName name : std::multiset(image.notes.begin(), image.notes.end()))
+        text += " " + ToText(name);
     return text;
 }
 
@@ -82,7 +80,6 @@ bool ToImage(const StoredImage& stored, Image& image, std::string& why) {
         why = "a note is not as it was written: " + ToText(image.notes.back());
         return false;
     }
-    image = Sorted(image);  // the registry's order is another one than that of writing
     if (stored.entries.empty() && image.notes.empty()) return true;
     if (stored.entries.size() == 1)
         image.number = static_cast<int>(std::wcstol(stored.entries[0].Comment().c_str(), nullptr, 10));
@@ -91,7 +88,8 @@ bool ToImage(const StoredImage& stored, Image& image, std::string& why) {
     return false;
 }
 
-void Ledger::Write(std::string line) {
+void Ledger::Line(const std::string& what, const std::string& text) {
+    std::string line = what + " " + text;
     std::replace(line.begin(), line.end(), '\n', ' ');
     line += '\n';
     (void)!write(file_, line.data(), line.size());
@@ -104,59 +102,52 @@ void Ledger::Recovered(const std::optional<RecoveryReport>& report) {
 Ledger::Content Ledger::Read(const std::string& text) {
     Content content;
     std::istringstream lines(text);
-    for (std::string line; std::getline(lines, line);) {
-        std::istringstream words(line);
-        std::string what;
-        Image image;
-        words >> what >> image.number;
-        char dot;
-        for (NoteName note; words >> note.number >> dot >> note.version;) image.notes.push_back(note);
-        image = Sorted(image);
-        if (what == "try") content.tried[image.number] = image;
-        if (what == "next") content.forNextStart.push_back(image);
-        if (what == "kept") content.kept = image.number;
-        if (what == "kept" && content.first == 0) content.first = image.number;
-        if (what == "exported") content.exported = image.number;
-        if (what == "refused") content.refused.push_back(image.number);
-        if (what == "binned") content.binned.push_back(image.notes.at(0));
-        if (what == "wrong") content.wrong.push_back(line.substr(what.size() + 1));
+    for (std::string what, line; lines >> what && std::getline(lines >> std::ws, line);) {
+        const int number = std::atoi(line.c_str());
+        if (what == "try") content.tried[number] = line;
+        if (what == "next") content.forNextStart.push_back(line);
+        if (what == "kept") content.kept = number;
+        if (what == "exported") content.exported = number;
+        if (what == "refused") ++content.refused;
+        if (what == "binned") content.binned.push_back(line);
+        if (what == "wrong") content.wrong.push_back(line);
     }
     return content;
 }
 
-bool Program::Start(const Image& present) {
+bool Program::Start(const std::string& present) {
     StoredImage stored = ReadStoredImage();
     const RegistryHealth health = HealthOfRegistry();
     ledger_.Recovered(TakeRecoveryReport());
     if (!health.reading.Kept()) return false;
     std::string why;
-    Image image;
-    if (!ToImage(stored, image, why))
+    if (!ToImage(stored, image_, why))
         ledger_.Wrong("start: " + why);
-    else if (image != Sorted(present))
-        ledger_.Wrong("start: there is " + ToText(image) + ", to be expected was " + ToText(present));
-    image_ = present;
+    else if (ToText(image_) != present)
+        ledger_.Wrong("start: there is " + ToText(image_) + ", to be expected was " + present);
     for (const NoteName name : image_.notes)
         if (name.number < kFirstImported) lastNote_ = std::max(lastNote_, name.number);
     turn_ = image_.number;
     return true;
 }
 
-bool Program::TryStartAgain(const Image& present) { return ReadRegistryAgain().Kept() && Start(present); }
+bool Program::TryStartAgain(const std::string& present) {
+    return ReadRegistryAgain().Kept() && Start(present);
+}
 
 void Program::Save() {
     ++image_.number;
     const std::vector<Note> notes = NotesOf(image_);
     std::vector<const Note*> all;
     for (const Note& note : notes) all.push_back(&note);
-    ledger_.Line("try", image_);
+    ledger_.Line("try", ToText(image_));
     const KeepResult result = WriteStoredImage(false, all, {EntryOf(image_)});
     unsaved_ = !result.Kept();
     if (result.Kept()) {
         stored_ = DigestOf(false, all, {EntryOf(image_)}, Digested::AsRead);
-        ledger_.Line("kept", {image_.number});
+        ledger_.Line("kept", image_.number);
     } else {
-        ledger_.Line("refused", {image_.number});
+        ledger_.Line("refused", image_.number);
         if (result.detail.empty()) ledger_.Wrong("a save failed without a reason");
     }
     ledger_.Recovered(TakeRecoveryReport());
@@ -183,7 +174,7 @@ void Program::Delete() {
     const auto note = image_.notes.begin() + static_cast<std::ptrdiff_t>(image_.notes.size() / 2);
     try {
         NoteFolder(Bin(data_), kBinned).Keep(NoteOf(*note));
-        ledger_.Line("binned", {0, {*note}});
+        ledger_.Line("binned", ToText(*note));
     } catch (const std::system_error&) {
         // Nothing is promised.
     }
@@ -207,7 +198,7 @@ void Program::Import(const std::filesystem::path& file) {
 void Program::KeepStateAside() { (void)KeepState(); }
 
 void Program::Export() {
-    if (!SaveFile(Exported(data_), ExportedBytes(++exports_))) ledger_.Line("exported", {exports_});
+    if (!SaveFile(Exported(data_), ExportedBytes(++exports_))) ledger_.Line("exported", exports_);
 }
 
 void Program::Quit() { Hive().Close(); }
@@ -216,7 +207,7 @@ void Program::EndUnsaved() {
     image_.notes.push_back({++lastNote_, 0});
     ++image_.number;
     const UnsavedImage unsaved{false, NotesOf(image_), {EntryOf(image_)}, stored_};
-    if (WriteEmergencyFile(unsaved, Emergency(data_)).Kept()) ledger_.Line("next", image_);
+    if (WriteEmergencyFile(unsaved, Emergency(data_)).Kept()) ledger_.Line("next", ToText(image_));
 }
 
 std::vector<std::filesystem::path> Program::Emergency(const std::filesystem::path& data) {

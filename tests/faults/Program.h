@@ -27,8 +27,8 @@ std::string ToText(NoteName name);
 struct Image {
     int number = 0;
     std::vector<NoteName> notes = {};
-    bool operator==(const Image&) const = default;
 };
+// The number and the notes, whatever their order: the registry's is another one than that of writing.
 std::string ToText(const Image& image);
 std::vector<Note> NotesOf(const Image& image);
 clsAddressBookEntry EntryOf(const Image& image);
@@ -40,26 +40,24 @@ class Ledger {
   public:
     // `damaged`: the hive is, and may be taken for it.
     explicit Ledger(int file, bool damaged = false) : file_(file), damaged_(damaged) {}
-    // Of an image: "try", "kept", "refused", and "next" when the next start is to find it in an emergency
-    // file. "binned": its first note is in the bin. "exported": the export of that number is in the file.
-    void Line(const std::string& what, const Image& image) { Write(what + " " + ToText(image)); }
-    void Wrong(const std::string& what) { Write("wrong " + what); }
+    // Of an image: "try", and "next" when the next start is to find it in an emergency file. Of its number:
+    // "kept" and "refused". "binned": the note is in the bin. "exported": the export of that number is in the
+    // file.
+    void Line(const std::string& what, const std::string& text);
+    void Line(const std::string& what, int number) { Line(what, std::to_string(number)); }
+    void Wrong(const std::string& what) { Line("wrong", what); }
     // What the program says of a damaged hive, if anything.
     void Recovered(const std::optional<RecoveryReport>& report);
 
     struct Content {
-        std::map<int, Image> tried = {{0, {}}};  // by number; 0 is the empty one
-        int kept = 0, first = 0;                 // the numbers of the last one that was, and of the first one
-        std::vector<int> refused;
-        std::vector<NoteName> binned;
-        std::vector<Image> forNextStart;
-        int exported = 0;  // the number of the last export that succeeded
-        std::vector<std::string> wrong;
+        std::map<int, std::string> tried = {{0, "0"}};  // by number; 0 is the empty one
+        int kept = 0, refused = 0;  // the number of the last one that was, and how many were not
+        int exported = 0;           // the number of the last export that succeeded
+        std::vector<std::string> binned, forNextStart, wrong;
     };
     static Content Read(const std::string& text);
 
   private:
-    void Write(std::string line);
     int file_;
     bool damaged_;
 };
@@ -69,9 +67,9 @@ class Program {
     // The files lie in the folder "kivora" below `data`, which the environment names.
     Program(std::filesystem::path data, Ledger& ledger) : data_(std::move(data)), ledger_(ledger) {}
 
-    // `present` is what is kept. False when it cannot be read for now, and somebody is told so.
-    bool Start(const Image& present);
-    bool TryStartAgain(const Image& present);
+    // `present` is the image that is kept. False when it cannot be read for now, and somebody is told so.
+    bool Start(const std::string& present);
+    bool TryStartAgain(const std::string& present);
 
     void Add();
     void Edit();

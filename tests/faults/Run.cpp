@@ -29,11 +29,11 @@ fs::path ImportFile(const fs::path& data) { return data / "import.kvr"; }
 // A folder made once, and what is kept in it.
 struct Prepared {
     Folder folder;
-    Image present;
+    std::string present = "0";
 };
 
 void MakeUsed(Program& program, int notes) {
-    program.Start({});
+    program.Start("0");
     for (int i = 0; i < notes; ++i) program.Add();
     program.Delete();
     program.Edit();
@@ -75,7 +75,7 @@ void Make(const std::string& scenario, Prepared& prepared) {
     prepared.present = content.tried.at(content.kept);
 }
 
-Image Prepare(const std::string& scenario, const fs::path& data) {
+std::string Prepare(const std::string& scenario, const fs::path& data) {
     static std::map<std::string, std::unique_ptr<Prepared>> all;
     std::unique_ptr<Prepared>& prepared = all[scenario];
     if (!prepared) {
@@ -111,7 +111,7 @@ void SaveUntilKept(Program& program, Ledger& ledger) {
 }
 
 // The program from start to end while a fault comes.
-void Work(const std::string& scenario, const fs::path& data, const Image& present, const Fault& fault,
+void Work(const std::string& scenario, const fs::path& data, const std::string& present, const Fault& fault,
           Ledger& ledger, const FileWatcher& watcher) {
     WatchFiles(data.string(), fault, watcher);
     Program program(data, ledger);
@@ -132,13 +132,13 @@ void Work(const std::string& scenario, const fs::path& data, const Image& presen
 }
 
 // Which notes are in the bin, each as it was thrown away.
-std::set<NoteName> Binned(const fs::path& data) {
-    std::set<NoteName> names;
+std::set<std::string> Binned(const fs::path& data) {
+    std::set<std::string> names;
     std::error_code none;
     for (const auto& entry : fs::directory_iterator(Program::Bin(data), none)) {
         ByteSource file = ByteSource::OfFile(entry.path());
         for (const Note& note : ExactNotes(file).value_or(std::vector<Note>()))
-            if (note == NoteOf(NameOf(note))) names.insert(NameOf(note));
+            if (note == NoteOf(NameOf(note))) names.insert(ToText(NameOf(note)));
     }
     return names;
 }
@@ -185,26 +185,26 @@ void Check(const fs::path& data, const Ledger::Content& promised, Ledger& ledger
     std::string why;
     if (!ToImage(stored, image, why)) return ledger.Wrong("next start: " + why);
     const auto tried = promised.tried.find(image.number);
-    if (tried == promised.tried.end() || tried->second != image)
+    if (tried == promised.tried.end() || tried->second != ToText(image))
         return ledger.Wrong("next start: what is there was never written: " + ToText(image));
     if (image.number < promised.kept)
         return ledger.Wrong("next start: lost are the saves from " + std::to_string(image.number) + " to " +
                             std::to_string(promised.kept));
-    ledger.Line("kept", {image.number});
-    const std::set<NoteName> binned = Binned(data);
-    for (const NoteName name : promised.binned)
-        if (!binned.contains(name)) ledger.Wrong("not in the bin: " + ToText(name));
+
+    const std::set<std::string> binned = Binned(data);
+    for (const std::string& name : promised.binned)
+        if (!binned.contains(name)) ledger.Wrong("not in the bin: " + name);
     if (!IsExported(data, promised.exported)) ledger.Wrong("an exported file is not what was written");
     const std::set<std::string> emergencies = Emergencies(data, stored, ledger);
-    for (const Image& each : promised.forNextStart)
-        if (!emergencies.contains(ToText(each))) ledger.Wrong("in no emergency file: " + ToText(each));
+    for (const std::string& image : promised.forNextStart)
+        if (!emergencies.contains(image)) ledger.Wrong("in no emergency file: " + image);
 
     Program program(data, ledger);
-    program.Start(image);
+    program.Start(ToText(image));
     program.Add();
     if (program.IsUnsaved()) ledger.Wrong("next start: nothing can be saved");
     program.Quit();
-    program.Start(program.Present());
+    program.Start(ToText(program.Present()));
     program.Quit();
 }
 
@@ -213,7 +213,7 @@ void Check(const fs::path& data, const Ledger::Content& promised, Ledger& ledger
 std::vector<SeenCall> CallsOf(const std::string& scenario) {
     const Folder folder;
     const fs::path data = folder.path / "data";
-    const Image present = Prepare(scenario, data);
+    const std::string present = Prepare(scenario, data);
     const Sheet calls, promised;
     const auto note = [&](const FileCall& call) {
         const bool changes = call.kind == CallKind::Open
@@ -236,13 +236,13 @@ std::vector<SeenCall> CallsOf(const std::string& scenario) {
 Outcome Run(const Row& row) {
     const Folder folder;
     const fs::path data = folder.path / "data";
-    const Image present = Prepare(row.scenario, data);
+    const std::string present = Prepare(row.scenario, data);
     Disk disk(data);
     const Sheet promised, found;
     const bool damaged = row.scenario == kDamaged;
     Ledger first(promised, damaged), second(found, damaged);
     first.Line("try", present);
-    first.Line("kept", {present.number});
+    first.Line("kept", present);
     FileWatcher watcher;
     if (row.cut) {
         watcher.seen = [&](const FileCall& call) { disk.Apply(call); };
@@ -263,8 +263,7 @@ Outcome Run(const Row& row) {
     const Ledger::Content seen = Ledger::Read(found.Text());
     for (const auto* wrong : {&promises.wrong, &seen.wrong})
         outcome.wrong.insert(outcome.wrong.end(), wrong->begin(), wrong->end());
-    outcome.saved = static_cast<int>(promises.tried.size() - promises.refused.size());
-    outcome.refusedButThere = std::count(promises.refused.begin(), promises.refused.end(), seen.first) > 0;
-    outcome.refused = static_cast<int>(promises.refused.size());
+    outcome.saved = static_cast<int>(promises.tried.size()) - promises.refused;
+    outcome.refused = promises.refused;
     return outcome;
 }

@@ -27,7 +27,6 @@ struct Row {
 struct Outcome {
     std::vector<std::string> wrong;  // empty: every promise was kept
     int saved = 0, refused = 0;      // saves of which the program said that they were kept, and were not
-    bool refusedButThere = false;    // a refused save was there after the next start all the same
 };
 Outcome Run(const Row& row);
 

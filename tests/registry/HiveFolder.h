@@ -81,13 +81,15 @@ class HiveFolder {
     mutable int lock_ = -1;
 };
 
-// The files that were set aside.
-inline std::vector<std::filesystem::path> Defective(const HiveFolder& hive) {
+// The files beside the hive whose names go on so.
+inline std::vector<std::filesystem::path> FilesOf(const HiveFolder& hive, const std::string& end) {
     std::vector<std::filesystem::path> files;
     for (const auto& entry : std::filesystem::directory_iterator(hive.Folder()))
-        if (entry.path().filename().string().starts_with("registry.sqlite.defekt-"))
-            files.push_back(entry.path());
+        if (entry.path().string().starts_with(hive.File().string() + end)) files.push_back(entry.path());
     return files;
+}
+inline std::vector<std::filesystem::path> Defective(const HiveFolder& hive) {
+    return FilesOf(hive, ".defekt-");
 }
 
 inline const std::wstring kStore = L"HKLM\\Software\\Kivora\\1.5\\";

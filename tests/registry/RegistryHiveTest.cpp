@@ -57,6 +57,7 @@ TEST(RegistryHive, KeepsEverythingForTheUserAlone) {
     { std::ofstream file(hive.File()); }
     fs::permissions(hive.File(), fs::perms(0664));
     Write(L"privat");
+    EXPECT_TRUE(KeepState().Kept());
     EXPECT_EQ(Rights(hive.Folder()), 0700);
     for (const auto& entry : fs::directory_iterator(hive.Folder())) EXPECT_EQ(Rights(entry), 0600) << entry;
 }

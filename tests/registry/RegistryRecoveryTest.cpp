@@ -193,14 +193,7 @@ TEST(RegistryRecovery, StatesOfSevenDaysAreKeptAndTheNewestGoodOneIsTaken) {
         const timespec time{(20'000 + day) * 86'400 + 43'200, 0}, times[] = {time, time};
         if (day < kDays) utimensat(AT_FDCWD, newest.c_str(), times, 0);
     }
-    std::set<fs::path> days;
-    for (const auto& entry : fs::directory_iterator(hive.Folder())) {
-        if (entry.path().filename().string().starts_with("registry.sqlite.stand-")) days.insert(entry.path());
-        struct stat status {};
-        stat(entry.path().c_str(), &status);
-        EXPECT_EQ(status.st_mode & 0777, 0600u) << entry;
-    }
-    EXPECT_EQ(days.size(), 7u);
+    EXPECT_EQ(FilesOf(hive, ".stand-").size(), 7u);
     Hive().Close();
     for (const fs::path& file : {newest, hive.File()})
         std::ofstream(file, std::ios::binary | std::ios::trunc) << "keine Datenbank";
