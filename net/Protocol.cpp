@@ -22,21 +22,8 @@ std::wstring Joined(std::wstring_view begin, std::wstring_view end) {
     return text;
 }
 
-bool SetWithin(std::int32_t& attribute, std::optional<std::int32_t> value, int lowest, int highest) {
-    if (!value || *value < lowest || *value > highest) return false;
-    attribute = *value;
-    return true;
-}
-
-}  // namespace
-
-std::wstring_view CommandWord(std::wstring_view line) { return line.substr(0, line.find(L' ')); }
-
-std::wstring_view CommandParameter(std::wstring_view line) {
-    const std::size_t blank = line.find(L' ');
-    return blank == line.npos ? line : line.substr(blank + 1);
-}
-
+// The whole number of a parameter: digits, a sign before them, blanks around. Nothing for anything else and
+// for what does not fit 32 bits.
 std::optional<std::int32_t> NumericParameter(std::wstring_view parameter) {
     const std::size_t first = parameter.find_first_not_of(L' ');
     if (first == parameter.npos) return std::nullopt;
@@ -50,6 +37,21 @@ std::optional<std::int32_t> NumericParameter(std::wstring_view parameter) {
     const auto [at, error] = std::from_chars(digits.data(), end, value);
     if (error != std::errc() || at != end) return std::nullopt;
     return value;
+}
+
+bool SetWithin(std::int32_t& attribute, std::optional<std::int32_t> value, int lowest, int highest) {
+    if (!value || *value < lowest || *value > highest) return false;
+    attribute = *value;
+    return true;
+}
+
+}  // namespace
+
+std::wstring_view CommandWord(std::wstring_view line) { return line.substr(0, line.find(L' ')); }
+
+std::wstring_view CommandParameter(std::wstring_view line) {
+    const std::size_t blank = line.find(L' ');
+    return blank == line.npos ? line : line.substr(blank + 1);
 }
 
 std::optional<bool> SetAttribute(NoteLook& look, std::wstring_view word, std::wstring_view parameter) {

@@ -26,10 +26,6 @@ constexpr std::size_t kLongestReply = std::size_t{1} << 20;
 std::wstring_view CommandWord(std::wstring_view line);
 std::wstring_view CommandParameter(std::wstring_view line);
 
-// The whole number of a parameter: digits, a sign before them, blanks around. Nothing for anything else and
-// for what does not fit 32 bits.
-std::optional<std::int32_t> NumericParameter(std::wstring_view parameter);
-
 // Sets the attribute that the command names. False when the parameter is none of the values allowed; the look
 // stays as it was then. Nothing when the command sets no attribute.
 std::optional<bool> SetAttribute(NoteLook& look, std::wstring_view word, std::wstring_view parameter);

@@ -194,23 +194,6 @@ auto OfOpen(CallKind kind, bool changes, int file, std::int64_t offset, const As
     return call.Ended(call.Fails() ? -1 : ask(), {.file = file, .offset = offset});
 }
 
-// Nobody is refused to give a lock back.
-template <class Ask>
-int Controlled(int file, int what, const void* with, const Ask& ask) {
-    const bool locks = what == F_SETLK && static_cast<const struct flock*>(with)->l_type != F_UNLCK;
-    return locks ? OfOpen(CallKind::Lock, false, file, 0, ask) : ask();
-}
-
-template <class Ask>
-void* Mapped(int file, const Ask& ask) {
-    void* place = MAP_FAILED;
-    OfOpen(CallKind::Map, false, file, 0, [&] {
-        place = ask();
-        return place == MAP_FAILED ? -1 : 0;
-    });
-    return place;
-}
-
 }  // namespace
 
 void WatchFiles(const std::string& folder, const Fault& fault, const FileWatcher& watcher) {
@@ -224,7 +207,7 @@ void WatchFiles(const std::string& folder, const Fault& fault, const FileWatcher
 void EndFault() { watch.fault = {}; }
 bool FaultHasCome() { return watch.came; }
 
-// The functions of the C library. Both names of those that have one for large files.
+// The functions of the C library, by both names where one is for large files and both are called.
 extern "C" {
 
 #define OPEN(name)                                                                 \
@@ -273,10 +256,6 @@ ssize_t write(int file, const void* bytes, size_t size) {
     return Written(file, bytes, size, Position(file),
                    [&](std::size_t part) { return REAL(write)(file, bytes, part); });
 }
-ssize_t pwrite(int file, const void* bytes, size_t size, off_t offset) {
-    return Written(file, bytes, size, offset,
-                   [&](std::size_t part) { return REAL(pwrite)(file, bytes, part, offset); });
-}
 ssize_t pwrite64(int file, const void* bytes, size_t size, off64_t offset) {
     return Written(file, bytes, size, offset,
                    [&](std::size_t part) { return REAL(pwrite64)(file, bytes, part, offset); });
@@ -324,16 +303,16 @@ int fchmod(int file, mode_t mode) noexcept {
     return OfOpen(CallKind::Rights, true, file, 0, [&] { return REAL(fchmod)(file, mode); });
 }
 
-#define CONTROL(name)                                                                      \
-    int name(int file, int what, ...) {                                                    \
-        va_list rest;                                                                      \
-        va_start(rest, what);                                                              \
-        void* const with = va_arg(rest, void*);                                            \
-        va_end(rest);                                                                      \
-        return Controlled(file, what, with, [&] { return REAL(name)(file, what, with); }); \
-    }
-CONTROL(fcntl)
-CONTROL(fcntl64)
+int fcntl64(int file, int what, ...) {
+    va_list rest;
+    va_start(rest, what);
+    void* const with = va_arg(rest, void*);
+    va_end(rest);
+    const auto ask = [&] { return REAL(fcntl64)(file, what, with); };
+    // Nobody is refused to give a lock back.
+    const bool locks = what == F_SETLK && static_cast<const struct flock*>(with)->l_type != F_UNLCK;
+    return locks ? OfOpen(CallKind::Lock, false, file, 0, ask) : ask();
+}
 int flock(int file, int what) noexcept {
     const auto ask = [&] { return REAL(flock)(file, what); };
     return what == LOCK_UN ? ask() : OfOpen(CallKind::Lock, false, file, 0, ask);
@@ -357,10 +336,12 @@ LOOK(lstat64, stat64)
 LOOK_AT_OPEN(fstat, stat)
 LOOK_AT_OPEN(fstat64, stat64)
 
-void* mmap(void* at, size_t size, int rights, int flags, int file, off_t offset) noexcept {
-    return Mapped(file, [&] { return REAL(mmap)(at, size, rights, flags, file, offset); });
-}
 void* mmap64(void* at, size_t size, int rights, int flags, int file, off64_t offset) noexcept {
-    return Mapped(file, [&] { return REAL(mmap64)(at, size, rights, flags, file, offset); });
+    void* place = MAP_FAILED;
+    OfOpen(CallKind::Map, false, file, 0, [&] {
+        place = REAL(mmap64)(at, size, rights, flags, file, offset);
+        return place == MAP_FAILED ? -1 : 0;
+    });
+    return place;
 }
 }

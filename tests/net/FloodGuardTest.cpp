@@ -96,15 +96,6 @@ TEST(FloodGuard, SoAreNotesThatNobodyTouches) {
     }
 }
 
-TEST(FloodGuard, NeitherMustTheirTextsBecomeTooMuch) {
-    Computers computers;
-    computers.untouched.characters = kMostUntouchedCharacters - 1;
-    EXPECT_EQ(computers.Send("a", 1, 0s), 1);
-    computers.untouched.characters = kMostUntouchedCharacters;
-    EXPECT_EQ(computers.Send("a", 1, 0s), 0);
-    EXPECT_TRUE(computers.guard.Ask());
-}
-
 TEST(FloodGuard, SeveralFloodsAreAskedAboutOneAfterTheOther) {
     Computers computers;
     for (const char* address : {"a", "b"}) EXPECT_EQ(computers.Send(address, 400, 0s), 300);

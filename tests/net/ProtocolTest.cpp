@@ -5,22 +5,19 @@
 
 namespace {
 
-TEST(Protocol, NumbersAreWholeAndFit) {
-    const struct {
-        const wchar_t* text;
-        std::optional<std::int32_t> number;
-    } rows[] = {
-        {L"0", 0},           {L"  12  ", 12},
-        {L"+8", 8},          {L"-1", -1},
-        {L"007", 7},         {L"2147483647", 2147483647},
-        {L"2147483648", {}}, {L"-2147483648", -2147483647 - 1},
-        {L"", {}},           {L"   ", {}},
-        {L"+", {}},          {L"+-1", {}},
-        {L"1 2", {}},        {L"0x10", {}},
-        {L"1x", {}},         {L"NOTE_FONT_SIZE", {}},
-        {L"\u0661", {}},     {L"99999999999999999999999999999999999999999999999999999999999999999999999", {}},
-    };
-    for (const auto& row : rows) EXPECT_EQ(NumericParameter(row.text), row.number) << ToUtf8(row.text);
+TEST(Protocol, SizesAreWholeNumbersWithinTheirBounds) {
+    const std::pair<const wchar_t*, int> rows[] = {
+        {L"8", 8},      {L"25", 25},        {L"  13  ", 13},
+        {L"+8", 8},     {L"013", 13},       {L"7", 0},
+        {L"26", 0},     {L"-8", 0},         {L"", 0},
+        {L"   ", 0},    {L"+", 0},          {L"+-8", 0},
+        {L"1 2", 0},    {L"0x10", 0},       {L"8x", 0},
+        {L"\u0668", 0}, {L"4294967304", 0}, {L"99999999999999999999", 0}};
+    for (const auto& [parameter, size] : rows) {
+        NoteLook look;
+        EXPECT_EQ(SetAttribute(look, L"NOTE_FONT_SIZE", parameter), size != 0) << ToUtf8(parameter);
+        EXPECT_EQ(look.size, size ? size : kDefaultFontSize) << ToUtf8(parameter);
+    }
 }
 
 TEST(Protocol, AttributesTakeOnlyTheirValues) {
@@ -28,8 +25,6 @@ TEST(Protocol, AttributesTakeOnlyTheirValues) {
         const wchar_t *word, *parameter;
         std::optional<bool> taken;
     } rows[] = {
-        {L"NOTE_FONT_SIZE", L"7", false},      {L"NOTE_FONT_SIZE", L"8", true},
-        {L"NOTE_FONT_SIZE", L"25", true},      {L"NOTE_FONT_SIZE", L"26", false},
         {L"NOTE_FONT_BOLD", L"1", true},       {L"NOTE_FONT_BOLD", L"2", false},
         {L"NOTE_FONT_ITALIC", L"0", true},     {L"NOTE_FONT_ITALIC", L"ja", false},
         {L"NOTE_FONT_UNDERLINED", L"1", true}, {L"NOTE_FONT_ALIGNMENT", L"2", true},

@@ -94,28 +94,25 @@ TEST_F(Receiving, ABrokenConnectionLeavesNothing) {
     EXPECT_EQ(CountHandles(), handles);
 }
 
-TEST_F(Receiving, WhoMayNotConnectGetsNoGreeting) {
-    std::vector<std::string> asked;
-    network->MayConnect = [&](const std::string& address, const NetworkAccess::Answer& answer) {
-        asked.push_back(address);
-        answer(asked.size() == 2);
-    };
-    Talk([](RawConnection& connection) { EXPECT_EQ(connection.Rest(), ""); });
-    Talk([](RawConnection& connection) { EXPECT_EQ(connection.Line(), kGreeting); });
-    EXPECT_EQ(asked, (std::vector<std::string>{"127.0.0.1", "127.0.0.1"}));
-}
-
-// What is decided later keeps the connection waiting without a word; what changes ends connections that
-// stand.
+// Until it is decided, a connection waits without a word; what changes ends connections that stand.
 TEST_F(Receiving, WhoMayConnectIsSaidLaterAndAgain) {
     NetworkAccess::Answer decide;
-    network->MayConnect = [&](const std::string&, NetworkAccess::Answer answer) {
+    network->MayConnect = [&](const std::string& address, NetworkAccess::Answer answer) {
+        EXPECT_EQ(address, "127.0.0.1");
         decide = std::move(answer);
-        WakeWaits();
     };
-    std::optional<RawConnection> first, second;
-    Meanwhile([&] { first.emplace(RawConnection::To(network->LocalPort())); });
-    ASSERT_TRUE(RunUntil([&] { return static_cast<bool>(decide); }));
+    const auto connect = [&] {
+        decide = nullptr;
+        std::optional<RawConnection> connection;
+        Meanwhile([&] { connection.emplace(RawConnection::To(network->LocalPort())); });
+        EXPECT_TRUE(RunUntil([&] { return static_cast<bool>(decide); }));
+        return connection;
+    };
+    auto refused = connect();
+    decide(false);
+    Meanwhile([&] { EXPECT_EQ(refused->Rest(), ""); });
+
+    auto first = connect();
     Meanwhile([&] {
         first->Send("NOTE_NEW\r\n");
         EXPECT_EQ(first->Line(100ms), "<nothing>");
@@ -132,9 +129,7 @@ TEST_F(Receiving, WhoMayConnectIsSaidLaterAndAgain) {
     decide(false);
     Meanwhile([&] { EXPECT_EQ(first->Rest(), ""); });
 
-    decide = nullptr;
-    Meanwhile([&] { second.emplace(RawConnection::To(network->LocalPort())); });
-    ASSERT_TRUE(RunUntil([&] { return static_cast<bool>(decide); }));
+    auto second = connect();
     network->ListensAtAll(false);
     Meanwhile([&] { EXPECT_EQ(second->Rest(), ""); });
     decide(true);
