@@ -237,7 +237,8 @@ TEST_F(AddressbookDialogs, WhatIsTypedWhileAnAddressIsLookedUpIsKept) {
         SCOPED_TRACE(row.name);
         auto* dialog = new frmAddressbookEntryEdit;
         // The question that ends the look-up comes at a time of our own.
-        SetMessageObserver([&](const std::wstring&, int, const std::wstring&) {
+        answer = MessageAnswer::Yes;
+        onMessage = [&] {
             EXPECT_FALSE(dialog->txtIP->IsEditable());
             EXPECT_TRUE(dialog->txtPCName->IsEnabled() && dialog->txtPCName->IsEditable());
             dialog->txtPCName->SetValue(L"neu");
@@ -246,8 +247,7 @@ TEST_F(AddressbookDialogs, WhatIsTypedWhileAnAddressIsLookedUpIsKept) {
                 wxTheApp->CallAfter([&] { Press(dialog->cmdSchliessen); });
                 WaitUntil([&] { return dialog->State() != DialogState::Waiting; });
             }
-            return MessageAnswer::Yes;
-        });
+        };
         wxTheApp->CallAfter([&] {
             RunEvents();
             dialog->txtIP->SetValue(kNowhere);

@@ -1,5 +1,4 @@
 #include <fcntl.h>
-#include <glib.h>
 #include <unistd.h>
 #include <wx/button.h>
 #include <wx/listbox.h>
@@ -10,7 +9,9 @@
 #include "exchange/ExportPath.h"
 #include "exchange/PatientRead.h"
 #include "tests/exchange/ExchangeTest.h"
+#include "tests/exchange/FileDialogOnScreen.h"
 #include "tests/support/SmallDisk_unix.h"
+#include "tests/support/Toplevels_unix.h"
 
 namespace {
 
@@ -34,6 +35,25 @@ class WithoutAnswer {
     const int file_;
     const std::chrono::milliseconds patience_ = readPatience;
 };
+
+// Instead of export files only.
+void ShowAllFiles() {
+    for (GtkWindow* window : Toplevels()) {
+        if (!GTK_IS_FILE_CHOOSER_DIALOG(window)) continue;
+        GSList* const filters = gtk_file_chooser_list_filters(GTK_FILE_CHOOSER(window));
+        gtk_file_chooser_set_filter(GTK_FILE_CHOOSER(window), GTK_FILE_FILTER(g_slist_last(filters)->data));
+        g_slist_free(filters);
+    }
+}
+
+// GLib asks for the folders of content types when a file dialog first describes one, and then reads all types
+// anew without giving back what it has read for pictures until then. Asked before that, it loses nothing.
+class ContentTypes : public testing::Environment {
+  public:
+    void SetUp() override { g_content_type_get_mime_dirs(); }
+};
+
+const testing::Environment* const contentTypes = testing::AddGlobalTestEnvironment(new ContentTypes);
 
 TEST_F(ExchangeTest, AFileThatDoesNotAnswerIsWaitedForAsLongAsTheUserWants) {
     const auto before = std::signal(SIGIO, SIG_IGN);  // tells that somebody is kept waiting
@@ -71,6 +91,29 @@ TEST_F(ExchangeTest, AFullDiskLeavesTheFileAndIsTold) {
     ASSERT_EQ(messages.size(), 2u) << "the question and the failure";
     EXPECT_TRUE(messages[1].starts_with(L"Fehler|16|Beim Exportieren der Notiz(en)"));
     EXPECT_NE(messages[1].find(L"\r\n\r\nAuf dem Laufwerk ist kein Platz mehr frei."), std::wstring::npos);
+}
+
+TEST_F(ExchangeTest, SavedFilesGetTheirEnding) {
+    const struct {
+        const wchar_t* typed;
+        bool allFiles;
+        const wchar_t* chosen;
+    } rows[] = {{L"ohne", false, L"ohne.kvr"},
+                {L"am 21.11", false, L"am 21.11.kvr"},
+                {L"groß.KVR", false, L"groß.KVR"},
+                {L"anders.txt", true, L"anders.txt"}};
+    Export([&](frmExport& dialog) {
+        for (const auto& row : rows) {
+            Repeated* const choosing = ChooseOnScreen([&] {
+                if (row.allFiles) ShowAllFiles();
+                return folder / FilePath(row.typed);
+            });
+            Press(dialog.cmdSearch);
+            EXPECT_EQ(dialog.txtPfad->GetValue(), Name(row.chosen));
+            choosing->End();
+        }
+        Press(dialog.cmdAbbrechen);
+    });
 }
 
 TEST(ExportPath, ATildeMeansTheHomeFolder) {

@@ -25,7 +25,6 @@ class NoteFolderTest : public testing::Test {
     }
     ~NoteFolderTest() override {
         std::error_code ignored;
-        fs::permissions(folder_, fs::perms::owner_all, ignored);
         fs::remove_all(folder_, ignored);
     }
 
@@ -42,10 +41,6 @@ class NoteFolderTest : public testing::Test {
         Names words = Files();
         for (std::wstring& name : words) name.erase(0, kStamp);
         return words;
-    }
-    static std::vector<Note> NotesIn(const fs::path& path) {
-        ByteSource file = ByteSource::OfFile(path);
-        return ExactNotes(file).value_or(std::vector<Note>());
     }
     fs::path Path(const std::wstring& name) const { return folder_ / FilePath(name); }
 

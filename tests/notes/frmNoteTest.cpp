@@ -32,9 +32,12 @@ class FrmNote : public testing::Test {
         event.SetEventObject(note.get());
         note->ProcessWindowEvent(event);
     }
+    void MouseOn(wxEventType type, const TwipsRect& part) {
+        Mouse(type, part.left + part.width / 2, part.top + part.height / 2);
+    }
     void Click(const TwipsRect& part) {
-        Mouse(wxEVT_LEFT_DOWN, part.left + part.width / 2, part.top + part.height / 2);
-        Mouse(wxEVT_LEFT_UP, part.left + part.width / 2, part.top + part.height / 2);
+        MouseOn(wxEVT_LEFT_DOWN, part);
+        MouseOn(wxEVT_LEFT_UP, part);
     }
 
     void PressKey(int code, bool shift = false) {
@@ -243,37 +246,34 @@ TEST_F(FrmNote, MouseDoesWhatThePartUnderItDoes) {
     note->ShowStacked();
     RunEvents();
     const NoteLayout& parts = note->Layout();
-    const auto middle = [](const TwipsRect& part) {
-        return std::pair(part.left + part.width / 2, part.top + part.height / 2);
-    };
-
     Click(parts.chkForeground);
     EXPECT_TRUE(note->Foreground());
     EXPECT_EQ(Take(recorder), (Calls{L"save", L"apply"}));
 
     // Pressed on the button, released beside it: no click.
-    Mouse(wxEVT_LEFT_DOWN, middle(parts.chkForeground).first, middle(parts.chkForeground).second);
+    MouseOn(wxEVT_LEFT_DOWN, parts.chkForeground);
     Mouse(wxEVT_LEFT_UP, 1500, 1000);
     EXPECT_TRUE(note->Foreground());
 
-    struct Row {
+    const TwipsRect body{1500, 150, 0, 0};
+    const struct {
         wxEventType type;
-        double x, y;
+        const TwipsRect& part;
         Calls calls;
-    };
-    const auto [timeX, timeY] = middle(parts.lblZeit);
-    const auto [cornerX, cornerY] = middle(parts.picEcke);
-    const Row rows[] = {
-        {wxEVT_LEFT_DCLICK, 1500, 1000, {L"edit"}},   {wxEVT_LEFT_DCLICK, 1500, 150, {L"edit"}},
-        {wxEVT_LEFT_DCLICK, timeX, timeY, {L"edit"}}, {wxEVT_RIGHT_UP, 1500, 1000, {L"menu"}},
-        {wxEVT_RIGHT_UP, 1500, 150, {L"menu"}},       {wxEVT_RIGHT_UP, timeX, timeY, {}},
-        {wxEVT_RIGHT_UP, cornerX, cornerY, {}},       {wxEVT_LEFT_DOWN, timeX, timeY, {L"save"}},
+    } rows[] = {
+        {wxEVT_LEFT_DCLICK, parts.lblMessage, {L"edit"}},
+        {wxEVT_LEFT_DCLICK, body, {L"edit"}},
+        {wxEVT_LEFT_DCLICK, parts.lblZeit, {L"edit"}},
+        {wxEVT_RIGHT_UP, parts.lblMessage, {L"menu"}},
+        {wxEVT_RIGHT_UP, body, {L"menu"}},
+        {wxEVT_RIGHT_UP, parts.lblZeit, {}},
+        {wxEVT_RIGHT_UP, parts.picEcke, {}},
+        {wxEVT_LEFT_DOWN, parts.lblZeit, {L"save"}},
     };
     Take(recorder);
-    for (const Row& row : rows) {
-        SCOPED_TRACE(testing::Message() << row.x << ", " << row.y);
-        Mouse(row.type, row.x, row.y);
+    for (const auto& row : rows) {
+        MouseOn(row.type, row.part);
         RunPosted();
-        EXPECT_EQ(Take(recorder), row.calls);
+        EXPECT_EQ(Take(recorder), row.calls) << row.part.left << ", " << row.part.top;
     }
 }

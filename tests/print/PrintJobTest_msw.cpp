@@ -113,12 +113,6 @@ TEST_F(PrintingOnWindows, KeepsWhatThePrintersDialogWasTold) {
              mode.dmDuplex = DMDUP_HORIZONTAL;
          },
          "/Duplex true/Tumble true"},
-        {"another paper",
-         [](DEVMODEW& mode) {
-             mode.dmFields |= DM_PAPERSIZE;
-             mode.dmPaperSize = DMPAPER_A5;
-         },
-         "*PageSize A5"},
         {"a size of its own",
          [](DEVMODEW& mode) {
              mode.dmFields = (mode.dmFields | DM_PAPERWIDTH | DM_PAPERLENGTH) & ~DM_PAPERSIZE;
