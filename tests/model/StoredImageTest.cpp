@@ -136,33 +136,23 @@ TEST_F(StoredImageTest, TakesSubkeysInTheRegistrysOrderAndNumbersThemAnew) {
     for (const wchar_t* name : {L"AddressBookEntry2", L"AddressBookEntry10", L"AddressBookEntry0",
                                 L"AddressBookEntry", L"AddressbookEntry7", L"AddressBookEntr"})
         PutText(name + std::wstring(L"\\PCName"), name);
+    Registry().CreateKey(Path(L"Note5"));
     StoredImage stored = ReadStoredImage();
     Strings texts, names;
     for (const StoredNote& each : stored.notes) texts.push_back(each.note.text);
     for (const clsAddressBookEntry& entry : stored.entries) names.push_back(entry.PCName());
-    EXPECT_EQ(texts, (Strings{L"Note0", L"Note10", L"Note2", L"NoteX"}));
+    EXPECT_EQ(texts, (Strings{L"Note0", L"Note10", L"Note2", L"", L"NoteX"}));
+    EXPECT_EQ(stored.notes[3].note.look.size, 0);
     EXPECT_EQ(names, (Strings{L"AddressBookEntry", L"AddressBookEntry0", L"AddressBookEntry10",
                               L"AddressBookEntry2"}));
     // The key of a note is its position among all subkeys.
     EXPECT_EQ(Subkeys()[static_cast<std::size_t>(stored.notes[0].key)], L"Note0");
-    EXPECT_EQ(Subkeys()[static_cast<std::size_t>(stored.notes[3].key)], L"NoteX");
+    EXPECT_EQ(Subkeys()[static_cast<std::size_t>(stored.notes[4].key)], L"NoteX");
 
     EXPECT_TRUE(Write(stored));
     EXPECT_EQ(Subkeys(), (Strings{L"AddressBookEntry0", L"AddressBookEntry1", L"AddressBookEntry2",
-                                  L"AddressBookEntry3", L"Note0", L"Note1", L"Note2", L"Note3"}));
+                                  L"AddressBookEntry3", L"Note0", L"Note1", L"Note2", L"Note3", L"Note4"}));
     EXPECT_EQ(AsText(Registry().GetValue(Path(L"Note1\\Text"), REG_TYPE_SZ)), L"Note10");
-}
-
-TEST_F(StoredImageTest, ReadsWhateverIsThere) {
-    EXPECT_TRUE(ReadStoredImage().notes.empty());
-    EXPECT_FALSE(ReadStoredImage().autostart);
-    Registry().CreateKey(kSettingsKey);
-    EXPECT_TRUE(ReadStoredImage().notes.empty());
-    Registry().CreateKey(Path(L"Note5"));
-    const StoredImage stored = ReadStoredImage();
-    ASSERT_EQ(stored.notes.size(), 1u);
-    EXPECT_EQ(stored.notes[0].note.text, L"");
-    EXPECT_EQ(stored.notes[0].note.look.size, 0);
 }
 
 TEST_F(StoredImageTest, EachStyleIsKept) {

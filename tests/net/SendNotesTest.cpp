@@ -1,6 +1,7 @@
 // "Notizen im Netzwerk versenden" with its dialogs.
 #include <wx/button.h>
 #include <wx/checklst.h>
+#include <wx/gauge.h>
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
 
@@ -168,6 +169,7 @@ TEST_F(SendNotes, CancellingEndsEveryPhase) {
         const auto cancel = [&](frmSendOverNetworkProgress& window) {
             const int distance = window.imgArrow->GetPosition().y - (window.*row.label)->GetPosition().y;
             EXPECT_LT(std::abs(distance), window.FromDIP(8));
+            EXPECT_EQ(window.prgNotes->GetValue(), row.progress[0] - L'0');
             SendNotesOverNetwork(*network, store);  // brings the window forward
             cancelled = true;
             if (row.answers == 0)

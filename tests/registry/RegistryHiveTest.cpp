@@ -171,8 +171,17 @@ TEST(RegistryHive, AHiveThatCannotBeUsedIsNotAnEmptyOne) {
              hive.Hold("PRAGMA locking_mode = EXCLUSIVE; BEGIN EXCLUSIVE");
          },
          [](const HiveFolder& hive) { hive.Hold(nullptr); }, KeepFailure::Locked, true},
-        {"being opened by another program", [](const HiveFolder& hive) { hive.HoldLock(true); },
-         [](const HiveFolder& hive) { hive.HoldLock(false); }, KeepFailure::Locked, true},
+        {"being opened by another program, the text in the log",
+         [](const HiveFolder& hive) {
+             hive.Sql("UPDATE key_value SET data = 'vorher'");
+             hive.Hold("UPDATE key_value SET data = 'alt'");
+             hive.HoldLock(true);
+         },
+         [](const HiveFolder& hive) {
+             hive.HoldLock(false);
+             hive.Hold(nullptr);
+         },
+         KeepFailure::Locked, true},
     };
     for (const auto& row : cases) {
         SCOPED_TRACE(row.what);

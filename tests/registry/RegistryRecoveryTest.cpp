@@ -203,6 +203,9 @@ TEST(RegistryRecovery, StatesOfSevenDaysAreKeptAndTheNewestGoodOneIsTaken) {
     EXPECT_EQ(report->fromState.size(), 6u) << "the notes, and the key above them with the flag";
     EXPECT_EQ(report->doubtful.size(), 6u);
     EXPECT_FALSE(report->isComplete);
+    Hive().Close();
+    fs::remove(hive.File());
+    EXPECT_EQ(MarkOfImage(5), kDays - 1) << "also where there is none";
 }
 
 }  // namespace
