@@ -22,14 +22,14 @@ TEST(Association, DesktopFilesAreWrittenOnlyWhenSomethingChanged) {
     RegisterWithDesktop(false);
     ASSERT_TRUE(RunUntil([&] { return fs::exists(entry) && fs::exists(type); }));
     const std::string program = FilePath(ProgramPath()).native();
-    EXPECT_NE(Content(entry).find("\nExec=" + program + " %F\n"), std::string::npos) << Content(entry);
-    EXPECT_NE(Content(entry).find("\nExec=" + program + " --print\n"), std::string::npos);
-    const struct {
-        const char *name, *arguments;
-    } others[] = {{"kivora.new.desktop", " --new\n"}, {"kivora.print.desktop", " [print] %F\n"}};
-    for (const auto& [name, arguments] : others)
+    const std::pair<const char*, const char*> entries[] = {{"kivora.desktop", " %F\n"},
+                                                           {"kivora.desktop", " --print\n"},
+                                                           {"kivora.new.desktop", " --new\n"},
+                                                           {"kivora.print.desktop", " [print] %F\n"}};
+    for (const auto& [name, arguments] : entries)
         EXPECT_NE(Content(entry.parent_path() / name).find("\nExec=" + program + arguments),
-                  std::string::npos);
+                  std::string::npos)
+            << name;
     EXPECT_NE(Content(entry).find("\nMimeType=application/x-kivora;\n"), std::string::npos);
     EXPECT_NE(Content(type).find("<glob pattern=\"*.kvr\"/>"), std::string::npos);
     EXPECT_TRUE(fs::exists(Data() / "icons" / "hicolor" / "48x48" / "apps" / "kivora.png"));

@@ -5,7 +5,6 @@
 
 #include "base/Text.h"
 #include "exchange/ImportFile.h"
-#include "exchange/KeptFile.h"
 #include "model/LostCharacters.h"
 #include "notes/NoteFont.h"
 #include "notes/NotePaint.h"
@@ -198,23 +197,16 @@ TEST_F(ExchangeTest, FilesWithoutNotesHaveNoPreview) {
     EXPECT_EQ(store.CountNotes(), 0u);
 }
 
-TEST_F(ExchangeTest, KeptAndTextFilesAreImportedExactly) {
-    const Note kept{.text = std::wstring(70'000, L'ü') + L" Ω", .place = {300, 450, 3000, 2250}};
-    const fs::path file = Write(L"a.kvr", KeptFileBytes({{.text = L"vorn"}, kept}));
+// A text has no place; it gets that of a new note and the size that it needs.
+TEST_F(ExchangeTest, ATextFileBecomesANewNote) {
     const fs::path text = Write(L"b.TXT", "Käse\n\xF0\x9F\x98\x80 ja");
     Import([&](frmImport& dialog) {
         dialog.txtDatei->SetValue(FileName(text));
         EXPECT_EQ(dialog.txtNotiz->GetValue(), L"Käse\n\U0001F600 ja");
-        dialog.txtDatei->SetValue(FileName(file));
-        dialog.lstNotizen->Deselect(0);
         Press(dialog.cmdOK);
     });
     ASSERT_EQ(store.CountNotes(), 1u);
-    EXPECT_EQ(store.Notes()[0]->Content(), kept);
-    // A text has no place; it gets that of a new note and the size that it needs.
-    EXPECT_TRUE(ImportNotes(store, FileName(text)));
-    ASSERT_EQ(store.CountNotes(), 2u);
-    const frmNote& note = *store.Notes()[1];
+    const frmNote& note = *store.Notes()[0];
     EXPECT_EQ(note.Text(), L"Käse\r\n\U0001F600 ja");
     EXPECT_GT(note.Width(), kSmallestPixels * TwipsPerPixelX(note));
     EXPECT_GT(note.Left(), 0);
