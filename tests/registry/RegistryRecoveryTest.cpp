@@ -179,6 +179,9 @@ TEST(RegistryRecovery, AStateIsDueOnceAfterSomethingNew) {
     EXPECT_EQ(due, 1) << "the state is as new as the hive";
     SaveImage(3, 3);
     EXPECT_EQ(due, 2);
+    Hive().Close();
+    EXPECT_EQ(MarkOfImage(3), 3);
+    EXPECT_EQ(due, 3) << "no state has it";
     WhenStateIsDue(nullptr);
 }
 
