@@ -33,6 +33,7 @@ struct Notes {
     int count;
     Looks looks;
     const char* name;
+    int times = 1;  // in each run; what takes little time varies most
 };
 
 std::vector<std::string> CommandOf(const Programs& programs, bool kivora, const Notes& notes) {
@@ -66,7 +67,7 @@ Start StartOnce(const Programs& programs, bool kivora, const Notes& notes) {
             program.Pss()};
 }
 
-void MeasureStart(const Programs& programs, bool kivora, const Notes& notes) {
+void PrintStart(const Programs& programs, bool kivora, const Notes& notes) {
     const Start start = StartOnce(programs, kivora, notes);
     const auto figure = [&](const char* what, const char* unit, double value) {
         Figure(std::string(notes.name) + ": " + what, kivora ? kKivora : kFloor, unit, value);
@@ -77,6 +78,13 @@ void MeasureStart(const Programs& programs, bool kivora, const Notes& notes) {
     figure("all painted and quiet, without the splash's time", "ms", start.painted);
     if (kivora) figure("first one after the splash", "ms", start.first);
     figure("memory (PSS)", "MB", start.memory);
+}
+
+// Kivora and the floor in turns.
+template <typename Measure>
+void InTurns(const Measure& measure, const Programs& programs, const Notes& notes) {
+    for (int time = 0; time < notes.times; ++time)
+        for (const bool kivora : {true, false}) measure(programs, kivora, notes);
 }
 
 // Beside the same program with one font, and beside the floor.
@@ -91,7 +99,7 @@ void MeasureFonts(const Programs& programs) {
     beside("", StartOnce(programs, false, {72, Looks::AllFonts, ""}).cpu);
 }
 
-void MeasureMinimizing(const Programs& programs, bool kivora, const Notes& notes) {
+void PrintMinimizing(const Programs& programs, bool kivora, const Notes& notes) {
     const User user(SampleNotes(notes.count, notes.looks), programs.experienced);
     NoteWatch screen;
     Process program(CommandOf(programs, kivora, notes));
@@ -111,27 +119,24 @@ void MeasureMinimizing(const Programs& programs, bool kivora, const Notes& notes
 
 void MeasureAll(const Programs& programs) {
     constexpr Notes kStarts[] = {
-        {1, Looks::Plain, "1 note"},
+        {1, Looks::Plain, "1 note", 3},
         {10, Looks::Plain, "10 notes"},
-        {100, Looks::Plain, "100 notes"},
+        {100, Looks::Plain, "100 notes", 2},
         {1000, Looks::Plain, "1,000 notes"},
         {100, Looks::TwelveFonts, "100 notes in 12 fonts"},
         {100, Looks::Crowded, "100 crowded notes of all looks"},
     };
-    constexpr Notes kMinimized[] = {{100, Looks::Plain, "100 notes"}, {500, Looks::Plain, "500 notes"}};
-    for (const bool kivora : {true, false}) {
-        for (const Notes& notes : kStarts) MeasureStart(programs, kivora, notes);
-        for (const Notes& notes : kMinimized) MeasureMinimizing(programs, kivora, notes);
-    }
+    constexpr Notes kMinimized[] = {{100, Looks::Plain, "100 notes", 2}, {500, Looks::Plain, "500 notes"}};
+    for (const Notes& notes : kStarts) InTurns(PrintStart, programs, notes);
+    for (const Notes& notes : kMinimized) InTurns(PrintMinimizing, programs, notes);
     MeasureFonts(programs);
     MeasureLines(programs.kivora);
 }
 
 void MeasureLinkedIn(const Programs& programs) {
-    constexpr Notes kStarts[] = {{1, Looks::Plain, "1 note, wxWidgets linked in"},
+    constexpr Notes kStarts[] = {{1, Looks::Plain, "1 note, wxWidgets linked in", 3},
                                  {100, Looks::Plain, "100 notes, wxWidgets linked in"}};
-    for (const bool kivora : {true, false})
-        for (const Notes& notes : kStarts) MeasureStart(programs, kivora, notes);
+    for (const Notes& notes : kStarts) InTurns(PrintStart, programs, notes);
 }
 
 // The first start of a user.
