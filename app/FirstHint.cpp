@@ -13,6 +13,7 @@
 #include "registry/RegistryHealth.h"
 #include "registry/SettingsKey.h"
 #include "registry/clsRegistry.h"
+#include "res/Theme.h"
 
 namespace {
 
@@ -26,6 +27,7 @@ constexpr int kMargin = 10;  // device-independent pixels
 class HintWindow : public wxPopupWindow {
   public:
     HintWindow(wxWindow& owner, std::function<void()> clicked) : wxPopupWindow(&owner, wxBORDER_NONE) {
+        LoadTheme();
         SetBackgroundStyle(wxBG_STYLE_PAINT);
         NameControl(*this, kText);
         const int margin = FromDIP(kMargin);

@@ -17,6 +17,7 @@
 #include "app/Platform.h"
 #include "base/FileName.h"
 #include "base/Text.h"
+#include "res/Theme.h"
 
 namespace {
 
@@ -100,6 +101,7 @@ void PrepareEnvironment() {
     mallopt(M_ARENA_MAX, 1);
 
     ChooseLocale();
+    PutOffTheme();
     // Wayland tells no program where its windows are, and notes have to know it. GDK keeps a copy for each
     // time it is told.
     [[maybe_unused]] static const bool told = (gdk_set_allowed_backends("x11,*"), true);
@@ -108,11 +110,14 @@ void PrepareEnvironment() {
 void StyleWindows() {
     // The icon in the notification area is a window with nothing but an image. It has no text, but is laid
     // out by the measures of its font, and that of the notes is in memory anyway.
+    // Notes look the same in all themes: none of them needs to be laid out again when one is read.
     GtkCssProvider* const css = gtk_css_provider_new();
-    gtk_css_provider_load_from_data(css, "window > image { font: 12pt Arial; }", -1, nullptr);
+    gtk_css_provider_load_from_data(
+        css, "window > image { font: 12pt Arial; } window.note, window.note * { all: unset; }", -1, nullptr);
     gtk_style_context_add_provider_for_screen(gdk_screen_get_default(), GTK_STYLE_PROVIDER(css),
                                               GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
     g_object_unref(css);
+    RestoreThemeChoice();
 }
 
 void SettleDown() {

@@ -4,6 +4,7 @@
 
 #include "app/PopupMenu.h"
 #include "dialogs/Wait.h"
+#include "res/Theme.h"
 
 namespace {
 
@@ -55,6 +56,7 @@ std::optional<int> OpenPopupMenu(wxWindow& owner, wxMenu& menu, std::optional<wx
     owner.Bind(wxEVT_MENU, choose);
     menu.SetInvokingWindow(&owner);
 
+    LoadTheme();
     HideSubmenus(menu);
     GtkWidget* popup = menu.m_menu;
     bool open = true;

@@ -44,7 +44,8 @@ void frmSplash::OnPaint(wxPaintEvent&) {
         dc.DrawBitmap(picture_.GetSubBitmap(strip), strip.GetPosition());
     }
     const wxString version = L"Version " + wxString::FromUTF8(KIVORA_VERSION);
-    dc.SetFont(wxFont(wxFontInfo(10).FaceName(L"Arial")));  // that of the notes, so no other is read
+    // That of new notes: each size of a font is looked up anew.
+    dc.SetFont(wxFont(wxFontInfo(12).FaceName(L"Arial")));
     dc.SetTextForeground(*wxBLACK);
     // Below the name, which the picture has at its lower left.
     const wxSize place = FromDIP(wxSize(32, 8));

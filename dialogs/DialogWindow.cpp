@@ -8,6 +8,7 @@
 #include "dialogs/Stacking.h"
 #include "dialogs/Wait.h"
 #include "res/Resources.h"
+#include "res/Theme.h"
 
 DialogWindow::DialogWindow(const wxString& caption, bool resizable)
     : DialogWindow(OwnerOfNextDialog(), caption, resizable) {}
@@ -22,6 +23,7 @@ DialogWindow::DialogWindow(wxWindow* owner, const wxString& caption, bool resiza
                wxCAPTION | wxCLOSE_BOX | wxSYSTEM_MENU | (resizable ? wxRESIZE_BORDER : 0) |
                    // Else wxWidgets would make the active window its owner, and it would go with that.
                    (owner ? 0 : wxDIALOG_NO_PARENT)) {
+    LoadTheme();
     AnnounceAs(*this, DialogRole::Dialog);
     SetIcon(LoadPicture(kProgramIcon).GetIcon(FromDIP(wxSize(32, 32))));
     Bind(wxEVT_CHAR_HOOK, &DialogWindow::OnKey, this);

@@ -5,6 +5,7 @@
 #include "base/Text.h"
 #include "dialogs/DialogStack.h"
 #include "dialogs/Wait.h"
+#include "res/Theme.h"
 
 namespace {
 
@@ -29,6 +30,7 @@ FileChooser::FileChooser(GtkWindow* owner, const std::wstring& title, bool save)
     : dialog_(gtk_file_chooser_dialog_new(
           ToUtf8(title).c_str(), owner, save ? GTK_FILE_CHOOSER_ACTION_SAVE : GTK_FILE_CHOOSER_ACTION_OPEN,
           "A_bbrechen", GTK_RESPONSE_CANCEL, save ? "_Speichern" : "Ö_ffnen", GTK_RESPONSE_ACCEPT, nullptr)) {
+    LoadTheme();
     g_object_ref(dialog_);  // GTK destroys it when it is closed by Esc or its frame
     gtk_dialog_set_default_response(GTK_DIALOG(dialog_), GTK_RESPONSE_ACCEPT);
     gtk_window_set_modal(GTK_WINDOW(dialog_), owner != nullptr);

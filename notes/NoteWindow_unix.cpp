@@ -74,6 +74,7 @@ void HaveNoFrame(wxFrame& window) {
         window.GetHandle(), static_cast<GSignalMatchType>(G_SIGNAL_MATCH_ID | G_SIGNAL_MATCH_DATA),
         g_signal_lookup("property-notify-event", GTK_TYPE_WIDGET), 0, nullptr, nullptr,
         static_cast<wxTopLevelWindow*>(&window));
+    gtk_style_context_add_class(gtk_widget_get_style_context(window.GetHandle()), "note");
 }
 
 void AcceptKeys(wxFrame& window) {

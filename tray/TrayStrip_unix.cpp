@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/Text.h"
+#include "res/Theme.h"
 #include "tray/TrayMouse_unix.h"
 
 namespace {
@@ -60,6 +61,7 @@ void TrayStrip::Update() {
 }
 
 void TrayStrip::CreateWindow() {
+    LoadTheme();
     window_ = gtk_window_new(GTK_WINDOW_TOPLEVEL);
     GtkWindow* window = GTK_WINDOW(window_);
     gtk_window_set_title(window, "Kivora");

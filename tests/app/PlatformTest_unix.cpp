@@ -12,7 +12,8 @@
 // GTK's own texts can be German and all characters be typed, whatever the environment says.
 TEST(Platform, EveryLocaleTakesTextAndTranslations) {
     const std::string before = std::setlocale(LC_ALL, nullptr);
-    const char* const names[] = {"LC_ALL", "LC_CTYPE", "LC_MESSAGES", "LANG", "LANGUAGE", "GDK_GL"};
+    const char* const names[] = {"LC_ALL",   "LC_CTYPE", "LC_MESSAGES", "LANG",
+                                 "LANGUAGE", "GDK_GL",   "GTK_THEME"};
     std::map<std::string, std::optional<std::string>> kept;
     for (const char* name : names) {
         if (const char* value = std::getenv(name)) kept[name] = value;

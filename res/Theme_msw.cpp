@@ -1,0 +1,5 @@
+#include "res/Theme.h"
+
+void PutOffTheme() {}
+void RestoreThemeChoice() {}
+void LoadTheme() {}

@@ -1,0 +1,87 @@
+#include <gtest/gtest.h>
+#include <gtk/gtk.h>
+#include <wx/frame.h>
+#include <wx/menu.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <functional>
+
+#include "app/PopupMenu.h"
+#include "dialogs/DialogWindow.h"
+#include "dialogs/FileChooser_unix.h"
+#include "res/Theme.h"
+#include "tests/app/MenuOnScreen.h"
+#include "tests/support/Events.h"
+
+namespace {
+
+struct AnyDialog : DialogWindow {
+    AnyDialog() : DialogWindow(Alone{}, L"Test") {}
+};
+
+// As GTK comes up in the program.
+void ComeUpWithoutTheme() {
+    PutOffTheme();
+    g_object_notify(G_OBJECT(gtk_settings_get_default()), "gtk-application-prefer-dark-theme");
+    RestoreThemeChoice();
+}
+
+bool IsThemeRead() {
+    GtkWidget* const label = gtk_label_new("");
+    g_object_ref_sink(label);
+    GdkRGBA color;
+    const bool read = gtk_style_context_lookup_color(gtk_widget_get_style_context(label), "theme_bg_color",
+                                                     &color) != FALSE;
+    g_object_unref(label);
+    return read;
+}
+
+void OpenMenu() {
+    wxFrame owner(nullptr, wxID_ANY, L"Test");
+    wxMenu menu;
+    menu.Append(1, L"Eintrag");
+    Repeated::Every(std::chrono::milliseconds(10), [] {
+        const auto open = MenuOnScreen::Find();
+        if (open) open->Close();
+        return open != nullptr;
+    });
+    OpenPopupMenu(owner, menu, wxPoint(10, 10));
+}
+
+void ShowTip() {
+    GtkWidget* const label = gtk_label_new("");
+    g_object_ref_sink(label);
+    gboolean shown = FALSE;
+    g_signal_emit_by_name(label, "query-tooltip", 0, 0, FALSE, nullptr, &shown);
+    g_object_unref(label);
+}
+
+}  // namespace
+
+TEST(Theme, IsReadForWhateverNeedsIt) {
+    const struct {
+        const char* name;
+        std::function<void()> make;
+    } rows[] = {{"dialog", [] { (new AnyDialog)->Destroy(); }},
+                {"file dialog", [] { FileChooser(nullptr, L"Test", false); }},
+                {"menu", OpenMenu},
+                {"tool tip", ShowTip}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        ComeUpWithoutTheme();
+        EXPECT_FALSE(IsThemeRead());
+        row.make();
+        EXPECT_TRUE(IsThemeRead());
+    }
+}
+
+TEST(Theme, OtherProgramsGetTheUsersChoice) {
+    ComeUpWithoutTheme();
+    EXPECT_EQ(std::getenv("GTK_THEME"), nullptr);
+    setenv("GTK_THEME", "HighContrast", 1);
+    ComeUpWithoutTheme();
+    EXPECT_STREQ(std::getenv("GTK_THEME"), "HighContrast");
+    LoadTheme();
+    unsetenv("GTK_THEME");
+}
