@@ -20,6 +20,8 @@ struct UnsavedImage {
     std::optional<std::uint64_t> stored = {};
     // Files that the program had taken over from another copy, but could not import.
     std::vector<std::wstring> files = {};
+
+    bool operator==(const UnsavedImage&) const = default;
 };
 
 // A kept file with all notes (KeptFile.h), which can be imported like any other, and behind it the rest.

@@ -19,6 +19,7 @@ class clsAddressBookEntry {
     void IP(const std::wstring& text) { ip_ = text; }
     const std::wstring& PCName() const { return pcName_; }
     void PCName(const std::wstring& text) { pcName_ = text; }
+    bool operator==(const clsAddressBookEntry&) const = default;
 
   private:
     std::wstring pcName_, ip_, comment_;

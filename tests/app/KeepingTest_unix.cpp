@@ -4,6 +4,8 @@
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
 
+#include <cstdlib>
+
 #include "app/EmergencyFile.h"
 #include "app/Keeping.h"
 #include "app/frmUnsaved.h"
@@ -11,6 +13,7 @@
 #include "model/KeepReason.h"
 #include "notes/frmProperties.h"
 #include "tests/addressbook/Entries.h"
+#include "tests/exchange/FileDialogOnScreen.h"
 #include "tests/notes/NoteRecorder.h"
 #include "tests/registry/HiveFolder.h"
 #include "tests/support/Dialogs.h"
@@ -92,14 +95,27 @@ class KeepingTest : public testing::Test {
 }  // namespace
 
 TEST_F(KeepingTest, UnsavedWorkTakesThePlaceOfWhatWasSavedLast) {
-    EndUnsaved();
+    EndUnsaved({L"/gibt/es nicht.kvr"});
     const ProgramRun next;
     EXPECT_EQ(next.NoteTexts(), (Texts{L"zwei, geändert", L"drei"}));
     EXPECT_TRUE(AddressBook().empty());
     EXPECT_TRUE(next.store.AllKept());
     EXPECT_FALSE(IsFileLeft());
-    ASSERT_EQ(next.messages.size(), 1u);
-    EXPECT_TRUE(next.messages[0].starts_with(L"Notizen übernommen|64|"));
+    EXPECT_EQ(
+        next.messages,
+        (Texts{L"Fehler beim Importieren|16|Beim Importieren der Notizen aus /gibt/es nicht.kvr ist ein "
+               L"Fehler aufgetreten.",
+               L"Notizen übernommen|64|Kivora musste enden, bevor alles gespeichert war. Was noch nicht "
+               L"gespeichert war, lag in einer Notfalldatei.\r\n2 Notizen wurden daraus übernommen und "
+               L"gespeichert."}));
+}
+
+TEST_F(KeepingTest, NotesOfAnEmergencyFileThatWasCutOffAreAdded) {
+    EndUnsaved();
+    const fs::path file = EmergencyFiles(EmergencyFolders()).at(0);
+    fs::resize_file(file, fs::file_size(file) - 1);
+    EXPECT_EQ(ProgramRun().NoteTexts(), (Texts{L"eins", L"zwei", L"zwei, geändert", L"drei"}));
+    EXPECT_FALSE(IsFileLeft());
 }
 
 TEST_F(KeepingTest, TheEndSaves) {
@@ -126,16 +142,6 @@ TEST_F(KeepingTest, UnsavedWorkIsAddedToWhatWasSavedSince) {
     const ProgramRun next;
     EXPECT_EQ(next.NoteTexts(), (Texts{L"eins", L"zwei", L"vier", L"zwei, geändert", L"drei"}));
     EXPECT_EQ(AddressBook().size(), 1u);
-    EXPECT_FALSE(IsFileLeft());
-}
-
-TEST_F(KeepingTest, FilesThatNobodyWasToldOfAreTriedAgain) {
-    EndUnsaved({L"/gibt/es nicht.kvr"});
-    const ProgramRun next;
-    ASSERT_EQ(next.messages.size(), 2u);
-    EXPECT_EQ(next.messages[0],
-              L"Fehler beim Importieren|16|Beim Importieren der Notizen aus "
-              L"/gibt/es nicht.kvr ist ein Fehler aufgetreten.");
     EXPECT_FALSE(IsFileLeft());
 }
 
@@ -184,4 +190,21 @@ TEST_F(KeepingTest, WithoutABinTheUserIsAskedBeforeATextIsDropped) {
     EXPECT_TRUE(reasons[1].starts_with(L"Um ")) << reasons[1];
     EXPECT_NE(reasons[1].find(L"Uhr erneut versucht, ohne Erfolg."), std::wstring::npos);
     EXPECT_TRUE(run.messages.empty());
+}
+
+TEST_F(KeepingTest, WhatIsSavedIntoAFileIsNotKeptElsewhere) {
+    ProgramRun run;
+    Block();
+    run.SetText(0, L"neu");
+    const fs::path file = fs::path(std::getenv("TMPDIR")) / "gesichert.kvr";
+    WhenShown<frmUnsaved> asked([](frmUnsaved& dialog) { Press(dialog.cmdDatei); });
+    Repeated* const chooser = ChooseOnScreen([&] { return file; });
+    EXPECT_TRUE(run.keeping.MayQuit());
+    chooser->End();
+    run.keeping.KeepAtOnce({});
+    Unblock();
+    EXPECT_FALSE(IsFileLeft());
+    const auto saved = ReadEmergencyBytes(Content(file));
+    ASSERT_TRUE(saved && saved->notes.size() == 2);
+    EXPECT_EQ(saved->notes[0].text, L"neu");
 }

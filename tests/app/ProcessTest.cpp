@@ -34,7 +34,7 @@ TEST_F(ProcessTest, LaterStartsHandFilesOverToTheRunningCopy) {
 
 TEST_F(ProcessTest, SaysThatAStoppedCopyDoesNotAnswer) {
     Process first({});
-    WaitUntilShown(1);
+    WaitUntilShown(2);  // the second one is the hint for newcomers
     first.Stop();
     Process second({File("1.kvr", L"eins")});
     const std::string message = WaitForWindow("Fehler");
@@ -66,14 +66,14 @@ TEST_F(ProcessTest, TheRunningCopyCarriesOutCommands) {
     // What a command has answered is on the disk.
     Printed({"--new", "Käse & \"Brot\"", "zwei"});
     EXPECT_EQ(SavedTexts(), (Texts{L"eins", L"Käse & \"Brot\" zwei"}));
-    Printed({"--new", ""}, 1);
+    for (const std::string& text : {std::string(), std::string(5000, 'x')}) Printed({"--new", text}, 1);
     const std::string list = Printed({"--list"});
     EXPECT_EQ(std::count(list.begin(), list.end(), '\n'), 2);
     EXPECT_NE(list.find("\teins\n"), list.npos);
     EXPECT_NE(list.find("\tKäse & \"Brot\" zwei\n"), list.npos);
 
     const std::string all = ToUtf8(FileName(TestFolder() / FilePath(L"alle ü.kvr")));
-    Printed({"--export", all});
+    EXPECT_EQ(Printed({"--export", all}), "2 Notizen in die Datei " + all + " geschrieben.\n");
     Printed({"--export", all + "/nirgends"}, 1);
     Printed({"--import", all, File("drei.kvr", L"drei")});
     EXPECT_EQ(SavedTexts().size(), 5u);

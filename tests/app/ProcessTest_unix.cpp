@@ -88,6 +88,20 @@ TEST_F(ProcessTest, EndingWhileItStartsLosesNothing) {
     }
 }
 
+// From the shell's standard input and folder, to a copy that is there only then.
+TEST_F(ProcessTest, AShellCommandsACopyThatItStarts) {
+    Import(L"eins");
+    const std::string kivora = "'" KIVORA_PROGRAM "' ";
+    ShellOutput("printf 'zwei\\n' | " + kivora + "--new -");
+    EXPECT_EQ(SavedTexts(), (Texts{L"eins", L"zwei"}));
+    ShellOutput("cd \"$TMPDIR\" && " + kivora + "--export alle.kvr");
+    EXPECT_TRUE(fs::exists(TestFolder() / "tmp" / "alle.kvr"));
+    WaitUntilShown(3);
+    ClickNote();
+    ChooseFromNote("Up Return");  // its last item
+    EXPECT_TRUE(Eventually([] { return Windows().empty(); }));
+}
+
 // The desktop knows the type of export files and the program for it as soon as the program has run once.
 TEST_F(ProcessTest, TheDesktopOpensExportFiles) {
     if (ShellOutput("command -v xdg-open && command -v update-mime-database && command -v mimetype").empty())

@@ -151,7 +151,7 @@ class ProgramRun {
     frmStart& Start() { return *start_; }
     void Choose(MenuItem item) { start_->RunCommand(item); }
     void HandOver(const fs::path& file) { receive_({L"", {FileName(file)}}); }
-    void HandOverCommand(const wchar_t* name) { receive_({name, {}}); }
+    void HandOverCommand(const Command& command) { receive_(command); }
     void DisplayDies() {
         program_->DisplayHasDied();
         diedWith_ = Kept::Now();

@@ -124,7 +124,7 @@ TEST_F(StartTest, IconEventsOpenTheMenuOnceEachAndOnlyAClickRaisesTheNotes) {
     }
     EXPECT_TRUE(StandsAbove(*other, note));
     start_->notIcon.Events.MouseUp(1);
-    EXPECT_TRUE(RunUntil([&] { return StandsAbove(note, *other); }));
+    EXPECT_TRUE(RunUntil([&] { return StandsAbove(note, *other) && note.IsActive(); }));
     EXPECT_FALSE(MenuOnScreen::Find());
     EXPECT_EQ(opened, 2);
     other->Destroy();
@@ -225,6 +225,8 @@ TEST_F(StartTest, TheKeyboardGoesFromNoteToNote) {
     EXPECT_TRUE(RunUntil([&] { return second.Minimized() && third.IsActive(); }));
     start_->RunFromTrayMenu(&third, IdOf(MenuItem::mnuNotizLöschen));
     EXPECT_TRUE(RunUntil([&] { return first.IsActive(); }));
+    TypeKey('Z', wxMOD_CONTROL);
+    EXPECT_EQ(Store().Notes().back()->Text(), L"drei");
 }
 
 TEST_F(StartTest, DialogsGiveTheKeyboardBackToTheirNote) {

@@ -174,7 +174,12 @@ const std::map<std::string, Waiting> kWaiting = {
                                             CheckAll)(run);
           },
       .addresses = {L"Büro geändert"}}},
-    {"find", {.open = [](ProgramRun& run) { run.HandOverCommand(L"--find"); }, .waits = In<frmFind>()}},
+    {"find",
+     {.open =
+          [](ProgramRun& run) {
+              run.HandOverCommand({L"--find", {L"zwei", L"Ω"}});
+          },
+      .waits = In<frmFind>([](frmFind& dialog) { EXPECT_EQ(dialog.txtSuchen->GetValue(), kRare); })}},
     {"info", {.open = Command(mnuNotizInfo), .waits = In<frmInfo>()}},
     {"flood",
      {.open =
