@@ -7,21 +7,7 @@
 #include <fstream>
 #include <map>
 
-#include "addressbook/frmAddressbook.h"
-#include "addressbook/frmAddressbookEntryEdit.h"
-#include "addressbook/frmAddressbookEntryNew.h"
-#include "app/frmInfo.h"
-#include "app/frmUnsaved.h"
 #include "dialogs/Message.h"
-#include "dialogs/frmMessage.h"
-#include "exchange/frmExport.h"
-#include "exchange/frmImport.h"
-#include "mail/frmSendAsEMail.h"
-#include "net/frmFlood.h"
-#include "net/frmSendOverNetwork.h"
-#include "net/frmSendOverNetworkProgress.h"
-#include "notes/frmProperties.h"
-#include "print/frmPrint.h"
 #include "tests/app/AllDialogs.h"
 #include "tests/app/ProgramRun.h"
 #include "tests/notes/NoteRecorder.h"

@@ -10,6 +10,7 @@
 #include "notes/NotePaint.h"
 #include "notes/NoteWindow.h"
 #include "tests/exchange/ExchangeTest.h"
+#include "tests/support/Controls.h"
 
 namespace {
 

@@ -12,6 +12,7 @@
 #include "print/frmPrinterSetup_unix.h"
 #include "tests/print/CupsServer_unix.h"
 #include "tests/print/PrintOrders.h"
+#include "tests/support/Controls.h"
 #include "tests/support/Files.h"
 
 namespace {

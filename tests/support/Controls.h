@@ -9,6 +9,7 @@
 
 #include "dialogs/DialogWindow.h"
 
+class wxListBox;
 class wxStaticText;
 class wxTextCtrl;
 
@@ -31,6 +32,9 @@ std::vector<wxWindow*> TabStops(wxDialog& dialog, const std::vector<wxWindow*>& 
 
 // Whether keys get to what is in the control rather than to a frame around it.
 bool HasKeyboard(wxWindow& control);
+
+// What a click on a row of a list does: this row alone is selected.
+void Click(wxListBox& list, int row);
 
 // Clicks the box of a row, or the heading of a column, of a list with boxes.
 void ClickBox(wxWindow& list, int row);

@@ -4,6 +4,7 @@
 #include <oleacc.h>
 #include <wx/dcmemory.h>
 #include <wx/image.h>
+#include <wx/listbox.h>
 #include <wx/msw/private.h>
 #include <wx/spinctrl.h>
 #include <wx/stattext.h>
@@ -118,6 +119,16 @@ std::vector<wxWindow*> TabStops(wxDialog&, const std::vector<wxWindow*>& control
 }
 
 bool HasKeyboard(wxWindow& control) { return control.HasFocus(); }
+
+void Click(wxListBox& list, int row) {
+    const HWND rows = list.GetHandle();
+    RECT place{};
+    SendMessageW(rows, LB_SETTOPINDEX, static_cast<WPARAM>(row), 0);
+    SendMessageW(rows, LB_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&place));
+    const LPARAM point = MAKELPARAM(place.left + 2, (place.top + place.bottom) / 2);
+    SendMessageW(rows, WM_LBUTTONDOWN, MK_LBUTTON, point);
+    SendMessageW(rows, WM_LBUTTONUP, 0, point);
+}
 
 void ClickBox(wxWindow& list, int row) {
     const bool on = ListView_GetCheckState(list.GetHandle(), row) != 0;

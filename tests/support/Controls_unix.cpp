@@ -1,4 +1,5 @@
 #include <gtk/gtk.h>
+#include <wx/listbox.h>
 #include <wx/textctrl.h>
 #include <wx/uiaction.h>
 
@@ -93,6 +94,13 @@ std::vector<wxWindow*> TabStops(wxDialog& dialog, const std::vector<wxWindow*>& 
 bool HasKeyboard(wxWindow& control) {
     GtkWidget* const window = gtk_widget_get_toplevel(control.GetHandle());
     return gtk_window_get_focus(GTK_WINDOW(window)) == InnerWidget(control.GetHandle());
+}
+
+void Click(wxListBox& list, int row) {
+    auto* rows = GTK_TREE_VIEW(gtk_bin_get_child(GTK_BIN(list.GetHandle())));
+    GtkTreePath* path = gtk_tree_path_new_from_indices(row, -1);
+    gtk_tree_view_set_cursor(rows, path, nullptr, FALSE);
+    gtk_tree_path_free(path);
 }
 
 void ClickBox(wxWindow& list, int row) {

@@ -12,8 +12,6 @@
 
 #include "dialogs/DialogWindow.h"
 
-class wxListBox;
-
 // The newest dialog of this kind that is open. One that has ended may still be on the list, and even
 // count as shown, until wxWidgets deletes it.
 template <class Dialog>
@@ -69,6 +67,3 @@ inline void Check(wxCheckBox* box, bool on) {
     event.SetEventObject(box);
     box->ProcessWindowEvent(event);
 }
-
-// What a click on a row of a list does: this row alone is selected.
-void Click(wxListBox& list, int row);

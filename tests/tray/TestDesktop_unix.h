@@ -3,12 +3,16 @@
 // does what the test says. The icons live in this process, too, so calls to them let events run.
 
 #include <gio/gio.h>
-#include <sys/types.h>
+#include <signal.h>
+#include <unistd.h>
 
 #include <cstdio>
-#include <functional>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 struct VariantUnref {
@@ -18,8 +22,34 @@ using Variant = std::unique_ptr<GVariant, VariantUnref>;
 
 class TestBus {
   public:
-    TestBus();   // starts the bus and names it in the environment
-    ~TestBus();  // ends it; the environment names none then
+    // Starts the bus and names it in the environment. It starts no services and reads no configuration of the
+    // machine.
+    TestBus() {
+        char name[] = "/tmp/kivora-bus-XXXXXX";
+        if (!mkdtemp(name)) return;
+        folder_ = name;
+        std::ofstream(folder_ + "/bus.conf")
+            << R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+ "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig><type>session</type><listen>unix:path=)"
+            << folder_ << R"(/bus</listen><auth>EXTERNAL</auth>
+<policy context="default"><allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/>
+<allow own="*"/></policy></busconfig>)";
+        const std::string command = "exec dbus-daemon --config-file=" + folder_ +
+                                    "/bus.conf --nofork --print-address=1 --print-pid=1 2>/dev/null";
+        output_ = popen(command.c_str(), "re");
+        char address[256];
+        if (output_ && std::fscanf(output_, "%255s %d", address, &pid_) == 2) address_ = address;
+        if (Started()) setenv("DBUS_SESSION_BUS_ADDRESS", address_.c_str(), 1);
+    }
+    // Ends it; the environment names none then.
+    ~TestBus() {
+        setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", 1);
+        if (Started()) kill(pid_, SIGTERM);
+        if (output_) pclose(output_);  // waits for its end
+        std::error_code ignored;
+        std::filesystem::remove_all(folder_, ignored);
+    }
     TestBus(const TestBus&) = delete;
     TestBus& operator=(const TestBus&) = delete;
     bool Started() const { return !address_.empty(); }
@@ -34,35 +64,144 @@ class TestBus {
 class TestDesktop {
   public:
     // Connects and is the watcher. host: whether a host is there from the beginning.
-    TestDesktop(const TestBus& bus, bool host);
-    ~TestDesktop();  // leaves the bus
+    TestDesktop(const TestBus& bus, bool host) : host_(host) {
+        constexpr auto flags = GDBusConnectionFlags(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                                                    G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
+        connection_ =
+            g_dbus_connection_new_for_address_sync(bus.Address().c_str(), flags, nullptr, nullptr, nullptr);
+        if (!connection_) return;
+        static GDBusNodeInfo* const info =
+            g_dbus_node_info_new_for_xml(R"(<node><interface name='org.kde.StatusNotifierWatcher'>
+    <property name='IsStatusNotifierHostRegistered' type='b' access='read'/>
+    <method name='RegisterStatusNotifierItem'><arg type='s' direction='in'/></method>
+</interface></node>)",
+                                         nullptr);
+        static const GDBusInterfaceVTable table = {
+            [](GDBusConnection*, const char*, const char*, const char*, const char* method,
+               GVariant* parameters, GDBusMethodInvocation* invocation,
+               void* self) { static_cast<TestDesktop*>(self)->OnCall(method, parameters, invocation); },
+            nullptr,
+            nullptr,
+            {}};
+        object_ = g_dbus_connection_register_object(connection_, kWatcherObject, info->interfaces[0], &table,
+                                                    this, nullptr, nullptr);
+        Subscribe("org.freedesktop.DBus", "NameOwnerChanged");
+        for (const char* interface : {"org.kde.StatusNotifierItem", "com.canonical.dbusmenu"})
+            Subscribe(interface, nullptr);
+        Variant(g_dbus_connection_call_sync(connection_, "org.freedesktop.DBus", "/org/freedesktop/DBus",
+                                            "org.freedesktop.DBus", "RequestName",
+                                            g_variant_new("(su)", kWatcher, 0), nullptr,
+                                            G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr));
+    }
+    // Leaves the bus.
+    ~TestDesktop() {
+        for (GDBusMethodInvocation* invocation : unanswered_) g_object_unref(invocation);
+        if (!connection_) return;
+        g_dbus_connection_unregister_object(connection_, object_);
+        // Signals that have arrived already are not to be told to one that has gone.
+        for (const guint subscription : subscriptions_)
+            g_dbus_connection_signal_unsubscribe(connection_, subscription);
+        g_dbus_connection_close_sync(connection_, nullptr, nullptr);
+        g_object_unref(connection_);
+    }
     TestDesktop(const TestDesktop&) = delete;
     TestDesktop& operator=(const TestDesktop&) = delete;
 
-    void SetHost(bool exists);
+    void SetHost(bool exists) {
+        host_ = exists;
+        g_dbus_connection_emit_signal(
+            connection_, nullptr, kWatcherObject, kWatcher,
+            exists ? "StatusNotifierHostRegistered" : "StatusNotifierHostUnregistered", nullptr, nullptr);
+    }
     bool refuses = false;                                // answers every icon with an error
     bool silent = false;                                 // answers nothing
     bool Asked() const { return !unanswered_.empty(); }  // and has not answered yet
-    void AnswerNow();                                    // what was left unanswered, and from now on
+    // What was left unanswered, and from now on.
+    void AnswerNow() {
+        silent = false;
+        for (GDBusMethodInvocation* invocation : std::exchange(unanswered_, {}))
+            OnCall(g_dbus_method_invocation_get_method_name(invocation),
+                   g_dbus_method_invocation_get_parameters(invocation), invocation);
+    }
 
     // The names of the icons that are there, in the order in which they came.
     const std::vector<std::string>& Items() const { return items_; }
     const std::vector<std::string>& Refused() const { return refused_; }
 
-    // What an object answers; null for an error, also when there is no such object.
-    Variant Call(const std::string& item, const char* path, const char* interface, const char* method,
-                 GVariant* parameters);
-    // A method of an icon that takes a place.
-    bool Tell(const std::string& item, const char* method);
-    Variant Property(const std::string& item, const char* name);
-    // A method of an icon's menu.
-    Variant Menu(const std::string& item, const char* method, GVariant* parameters);
+    // A method of an icon that takes a place: true when the icon is there.
+    bool Tell(const std::string& item, const char* method) {
+        return Call(item, "/StatusNotifierItem", "org.kde.StatusNotifierItem", method,
+                    g_variant_new("(ii)", 7, 8)) != nullptr;
+    }
+    // Null for an error, also when there is no such object.
+    Variant Property(const std::string& item, const char* name) {
+        const Variant answer = Call(item, "/StatusNotifierItem", "org.freedesktop.DBus.Properties", "Get",
+                                    g_variant_new("(ss)", "org.kde.StatusNotifierItem", name));
+        if (!answer) return nullptr;
+        GVariant* value = nullptr;
+        g_variant_get(answer.get(), "(v)", &value);
+        return Variant(value);
+    }
+    // A method of an icon's menu; null for an error.
+    Variant Menu(const std::string& item, const char* method, GVariant* parameters) {
+        return Call(item, "/MenuBar", "com.canonical.dbusmenu", method, parameters);
+    }
 
     // The signals of icons and menus since the last look, as names that end in blanks.
-    std::string TakeSignals();
+    std::string TakeSignals() { return std::exchange(signals_, {}); }
 
   private:
-    void OnCall(const char* method, GVariant* parameters, GDBusMethodInvocation* invocation);
+    static constexpr char kWatcher[] = "org.kde.StatusNotifierWatcher";
+    static constexpr char kWatcherObject[] = "/StatusNotifierWatcher";
+
+    void Subscribe(const char* interface, const char* signal) {
+        const auto heard = [](GDBusConnection*, const char*, const char*, const char*, const char* name,
+                              GVariant* parameters,
+                              void* self) { static_cast<TestDesktop*>(self)->OnSignal(name, parameters); };
+        subscriptions_.push_back(
+            g_dbus_connection_signal_subscribe(connection_, nullptr, interface, signal, nullptr, nullptr,
+                                               G_DBUS_SIGNAL_FLAGS_NONE, heard, this, nullptr));
+    }
+    void OnSignal(const std::string& signal, GVariant* parameters) {
+        if (signal != "NameOwnerChanged") {
+            signals_ += signal + ' ';
+            return;
+        }
+        const char *name = nullptr, *before = nullptr, *after = nullptr;
+        g_variant_get(parameters, "(&s&s&s)", &name, &before, &after);
+        if (!*after) std::erase(items_, name);
+    }
+    void OnCall(const char* method, GVariant* parameters, GDBusMethodInvocation* invocation) {
+        if (silent) return unanswered_.push_back(invocation);
+        // Properties come as calls, too, so that they can be left unanswered.
+        if (std::string(method) == "Get") {
+            GVariant* value = g_variant_new_variant(g_variant_new_boolean(host_));
+            return g_dbus_method_invocation_return_value(invocation, g_variant_new_tuple(&value, 1));
+        }
+        const char* name = nullptr;
+        g_variant_get(parameters, "(&s)", &name);
+        (refuses ? refused_ : items_).push_back(name);
+        if (refuses)
+            g_dbus_method_invocation_return_error_literal(invocation, G_DBUS_ERROR,
+                                                          G_DBUS_ERROR_LIMITS_EXCEEDED, "no room");
+        else
+            g_dbus_method_invocation_return_value(invocation, nullptr);
+    }
+    Variant Call(const std::string& item, const char* path, const char* interface, const char* method,
+                 GVariant* parameters) {
+        GAsyncResult* answer = nullptr;
+        g_dbus_connection_call(
+            connection_, item.c_str(), path, interface, method, parameters, nullptr,
+            G_DBUS_CALL_FLAGS_NO_AUTO_START, -1, nullptr,
+            [](GObject*, GAsyncResult* result, void* to) {
+                *static_cast<GAsyncResult**>(to) = G_ASYNC_RESULT(g_object_ref(result));
+            },
+            &answer);
+        while (!answer) g_main_context_iteration(nullptr, TRUE);
+        GVariant* const value = g_dbus_connection_call_finish(connection_, answer, nullptr);
+        g_object_unref(answer);
+        return Variant(value);
+    }
 
     GDBusConnection* connection_ = nullptr;
     bool host_;
