@@ -43,8 +43,8 @@ void OpenMenu() {
     menu.Append(1, L"Eintrag");
     Repeated::Every(std::chrono::milliseconds(10), [] {
         const auto open = MenuOnScreen::Find();
-        if (open) open->Close();
-        return open != nullptr;
+        if (open) open->close();
+        return open.has_value();
     });
     OpenPopupMenu(owner, menu, wxPoint(10, 10));
 }
