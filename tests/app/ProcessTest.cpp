@@ -102,8 +102,16 @@ TEST_F(ProcessTest, TheRunningCopyCarriesOutCommands) {
 }
 
 // Those that need no window.
-TEST_F(ProcessTest, CommandsWorkOnWhatIsKeptWithoutARunningCopy) {
-    Import(L"eins");
+TEST_F(ProcessTest, CommandsWorkOnWhatIsKeptAndOnARunningCopy) {
+    const auto answer = [](const std::vector<std::string>& words, int exitCode = 0) {
+        const std::string printed = Printed(words, exitCode);
+        return printed.substr(0, printed.find(':'));
+    };
+    const auto kept = [] { return ToUtf8(AsText(Registry().GetValue(kReceive, REG_TYPE_SZ))); };
+    EXPECT_EQ(answer({"--receive"}), "all");
+    EXPECT_EQ(answer({"--receive", "known"}), "known");
+    Import(L"eins");  // a save that rewrites the notes leaves the setting alone
+    EXPECT_EQ(kept(), "known");
     const std::string all = ToUtf8(FileName(TestFolder() / "alle.kvr"));
     EXPECT_NE(Printed({"--list"}).find("\teins\n"), std::string::npos);
     Printed({"--export", all});
@@ -112,23 +120,8 @@ TEST_F(ProcessTest, CommandsWorkOnWhatIsKeptWithoutARunningCopy) {
     WaitUntilShown(2);
     Printed({"--import", all});
     EXPECT_EQ(SavedTexts(), (Texts{L"eins", L"eins"}));
-}
-
-TEST_F(ProcessTest, WhoMaySendIsSetByACommand) {
-    const auto answer = [](const std::vector<std::string>& words, int exitCode) {
-        const std::string printed = Printed(words, exitCode);
-        return printed.substr(0, printed.find(':'));
-    };
-    const auto kept = [] { return ToUtf8(AsText(Registry().GetValue(kReceive, REG_TYPE_SZ))); };
-    EXPECT_EQ(answer({"--receive"}, 0), "all");
-    EXPECT_EQ(answer({"--receive", "known"}, 0), "known");
-    EXPECT_EQ(kept(), "known");
-    Import(L"eins");  // a save that rewrites the notes leaves the setting alone
-    EXPECT_EQ(kept(), "known");
-    Process program({});
-    WaitUntilShown(2);
-    EXPECT_EQ(answer({"--receive"}, 0), "known");
-    EXPECT_EQ(answer({"--receive", "none"}, 0), "none");
+    EXPECT_EQ(answer({"--receive"}), "known");
+    EXPECT_EQ(answer({"--receive", "none"}), "none");
     EXPECT_EQ(kept(), "none");
     EXPECT_EQ(answer({"--receive", "some"}, 2), "");
     EXPECT_EQ(kept(), "none");

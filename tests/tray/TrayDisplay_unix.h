@@ -163,20 +163,16 @@ class TrayFixture : public testing::Test {
         icon.Menu = menu;
         icon.SetIconFile(ResourcePicture(kFirstNoteIcon + static_cast<int>(icons_.size() - 1) % 4));
         icon.IconToolTip(tip);
-        const auto note = [this, tip](const char* event) {
-            return [this, tip, event](int button) {
-                log_ += tip + Wide(event) + std::to_wstring(button) + L' ';
-            };
+        const auto note = [this, tip](const wchar_t* event) {
+            return [this, tip, event](int button) { log_ += tip + event + std::to_wstring(button) + L' '; };
         };
-        icon.Events.MouseDown = note("down");
-        icon.Events.MouseUp = note("up");
-        icon.Events.DblClick = note("double");
+        icon.Events.MouseDown = note(L"down");
+        icon.Events.MouseUp = note(L"up");
+        icon.Events.DblClick = note(L"double");
         icon.Events.ContextMenu = [this, tip] { log_ += tip + L"menu "; };
         icon.ShowIcon();
         return icon;
     }
-
-    static std::wstring Wide(const char* text) { return std::wstring(text, text + std::strlen(text)); }
 
     wxFrame frame_{nullptr, wxID_ANY, L"Kivora"};  // menus and the simulated pointer want a window
     std::vector<std::unique_ptr<Notification>> icons_;
