@@ -22,8 +22,7 @@ using Texts = std::vector<std::wstring>;
 constexpr const wchar_t* kNowhere = L"gibt-es-nicht.invalid";
 const std::wstring kDuplicate =
     L"Eintrag existiert bereits.|16|Es existiert bereits ein Eintrag für den Computer \"server\".\r\nGeben "
-    L"Sie "
-    L"bitte einen anderen Computernamen an.";
+    L"Sie bitte einen anderen Computernamen an.";
 const std::wstring kUnreachable =
     L"Computer nicht erreichbar|52|Der Computer mit der Adresse gibt-es-nicht.invalid ist nicht "
     L"erreichbar.\r\nMöchten Sie die Adresse dennoch übernehmen?";
@@ -65,7 +64,7 @@ TEST_F(AddressbookDialogs, PickingReturnsTheCheckedRowsInTheirOrder) {
         EXPECT_EQ(Rows(*dialog.lvwEntries),
                   (Texts{L"|server|10.0.0.9|Keller", L"|Büro|10.0.0.10|b", L"|anna|10.0.0.2|A"}));
         EXPECT_FALSE(dialog.cmdBearbeiten->IsEnabled());
-        EXPECT_TRUE(RunUntil([&] { return HasKeyboard(dialog.lvwEntries->Window()); }));
+        EXPECT_TRUE(RunUntil([&] { return dialog.IsActive() && HasKeyboard(dialog.lvwEntries->Window()); }));
         ClickBox(dialog.lvwEntries->Window(), 0);
         ClickBox(dialog.lvwEntries->Window(), 2);
         EXPECT_TRUE(dialog.cmdBearbeiten->IsEnabled() && dialog.cmdLöschen->IsEnabled());
@@ -125,8 +124,8 @@ TEST_F(AddressbookDialogs, ANewEntryIsCheckedFirst) {
             dialog.txtIP->SetValue(kNowhere);
             EXPECT_TRUE(dialog.cmdOK->IsEnabled());
             dialog.txtIP->SetValue(L"");
+            EXPECT_TRUE(RunUntil([&] { return dialog.IsActive(); }));
             PressKey(*dialog.txtIP, L',');
-            RunPosted();
             EXPECT_EQ(dialog.txtIP->GetValue(), L"");
             PressKey(*dialog.txtIP, L'7');
             EXPECT_TRUE(RunUntil([&] { return dialog.txtIP->GetValue() == L"7"; }))

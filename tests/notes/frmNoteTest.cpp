@@ -26,8 +26,9 @@ class FrmNote : public testing::Test {
         return {pixels.x * x, pixels.y * y, pixels.width * x, pixels.height * y};
     }
     // A mouse event at a place in twips.
-    void Mouse(wxEventType type, double x, double y) {
+    void Mouse(wxEventType type, double x, double y, bool control = false) {
         wxMouseEvent event(type);
+        event.SetControlDown(control);
         event.SetPosition(Pixels(x, y));
         event.SetEventObject(note.get());
         note->ProcessWindowEvent(event);
@@ -92,12 +93,8 @@ TEST_F(FrmNote, CtrlAndAClickOpenAnAddressAcrossItsLines) {
     Take(recorder);
     const TwipsRect text = note->Layout().lblMessage;
     const auto click = [&](double y) {
-        for (const wxEventType type : {wxEVT_MOTION, wxEVT_LEFT_DOWN, wxEVT_LEFT_UP}) {
-            wxMouseEvent event(type);
-            event.SetPosition(Pixels(text.left + 300, y));
-            event.SetControlDown(true);
-            note->ProcessWindowEvent(event);
-        }
+        for (const wxEventType type : {wxEVT_MOTION, wxEVT_LEFT_DOWN, wxEVT_LEFT_UP})
+            Mouse(type, text.left + 300, y, true);
         RunPosted();
         return Take(recorder);
     };
@@ -106,6 +103,7 @@ TEST_F(FrmNote, CtrlAndAClickOpenAnAddressAcrossItsLines) {
         L"open http://example.org/aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa";
     EXPECT_EQ(click(text.top + 1.5 * line), Calls{opened});
     EXPECT_EQ(click(text.top + 2.5 * line), Calls{opened});
+    EXPECT_EQ(note->GetToolTipText(), L"Strg+Klick öffnet die Adresse");
 }
 
 TEST_F(FrmNote, ShowsImpossibleValuesAsFarAsScreensCanAndKeepsThem) {
@@ -246,6 +244,8 @@ TEST_F(FrmNote, MouseDoesWhatThePartUnderItDoes) {
     note->ShowStacked();
     RunEvents();
     const NoteLayout& parts = note->Layout();
+    MouseOn(wxEVT_MOTION, parts.cmdMinimize);
+    EXPECT_EQ(note->GetToolTipText(), L"Minimieren");
     Click(parts.chkForeground);
     EXPECT_TRUE(note->Foreground());
     EXPECT_EQ(Take(recorder), (Calls{L"save", L"apply"}));
