@@ -3,7 +3,6 @@
 // with so many notes, all minimized, or after the menu of one has been opened and closed again.
 #include <chrono>
 #include <cstdlib>
-#include <stdexcept>
 #include <string_view>
 #include <thread>
 
@@ -16,27 +15,21 @@ namespace {
 
 using namespace std::chrono_literals;
 
-void Do(const std::vector<std::string>& command) {
-    if (Process(command).Wait() != 0) throw std::runtime_error(command[0] + " fails");
-}
-
 unsigned long WakeUps(const std::string& kivora, int notes, std::chrono::seconds time,
                       std::string_view what) {
     const User user(SampleNotes(notes));
     NoteWatch watch;
     Process program(std::vector<std::string>{kivora});
     watch.WaitForNotes(static_cast<std::size_t>(notes));
-    const auto settle = [&] { watch.WaitUntilQuiet([&] { return CpuOf(program.Id()); }); };
-    settle();
+    const auto cpu = [&] { return CpuOf(program.Id()); };
+    watch.WaitUntilQuiet(cpu);
     if (what == "minimized") {
         Do({kivora, "--toggle"});
         watch.WaitForNotes(0);
     } else if (what == "menu") {
-        Do({"xdotool", "mousemove", "60", "60", "click", "3"});
-        settle();
-        Do({"xdotool", "key", "Escape"});
+        OpenAndCloseMenu(watch, cpu);
     }
-    settle();
+    watch.WaitUntilQuiet(cpu);
     std::this_thread::sleep_for(15s);  // the last event has put off some work, as the state of what is kept
     const unsigned long before = program.ContextSwitches();
     std::this_thread::sleep_for(time);

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <stdexcept>
 
+#include "bench/Process.h"
 #include "bench/SampleNotes.h"
 
 using namespace std::chrono_literals;
@@ -100,4 +101,11 @@ bool NoteWatch::IsNote(Window window) const {
     const auto found = sizes_.find(window);
     return found != sizes_.end() && std::abs(found->second.width - kNoteWidth) <= kTolerance &&
            std::abs(found->second.height - kNoteHeight) <= kTolerance;
+}
+
+void OpenAndCloseMenu(NoteWatch& watch, const std::function<double()>& cpu) {
+    Do({"xdotool", "mousemove", "60", "60", "click", "3"});
+    watch.WaitUntilQuiet(cpu);
+    Do({"xdotool", "key", "Escape"});
+    watch.WaitUntilQuiet(cpu);
 }

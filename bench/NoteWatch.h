@@ -46,3 +46,7 @@ class NoteWatch {
     std::optional<Time> firstNote_;
     Time lastChange_, splashCame_, splashGone_;
 };
+
+// Opens the menu of the note at the upper left and closes it again, by mouse and keyboard. cpu: as above, of
+// the program.
+void OpenAndCloseMenu(NoteWatch& watch, const std::function<double()>& cpu);

@@ -74,6 +74,10 @@ unsigned long Process::ContextSwitches() const {
     return static_cast<unsigned long>(count);
 }
 
+void Do(const std::vector<std::string>& command) {
+    if (Process(command).Wait() != 0) throw std::runtime_error(command[0] + " fails");
+}
+
 double CpuOf(pid_t pid) {
     clockid_t clock;
     timespec time{};

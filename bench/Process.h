@@ -31,5 +31,8 @@ class Process {
     int status_ = 0;
 };
 
+// Runs a command to its end; throws when it fails.
+void Do(const std::vector<std::string>& command);
+
 // Milliseconds of CPU that a process has used, in all its threads.
 double CpuOf(pid_t pid);
