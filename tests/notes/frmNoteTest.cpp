@@ -170,11 +170,13 @@ TEST_F(FrmNote, WhatWasSizedElsewhereShowsAllOfItsText) {
         note->Content(content);
         const wxSize stored = note->WindowRect().GetSize();
         note->ShowStacked();
-        EXPECT_TRUE(RunUntil([&] { return RectOnScreen(*note).has_value(); }));
-        note->Refresh();
-        note->Update();
-        RunPosted();
-        EXPECT_EQ(note->WindowRect().GetSize(), all ? size : stored);
+        ASSERT_TRUE(RunUntil([&] { return RectOnScreen(*note) == note->WindowRect(); }));
+        EXPECT_TRUE(RunUntil([&] {
+            note->Refresh();
+            note->Update();
+            RunPosted();
+            return note->WindowRect().GetSize() == (all ? size : stored);
+        }));
         EXPECT_EQ(note->Content().place, content.place);
     }
 }

@@ -67,11 +67,8 @@ class Repeated : public wxTimer {
 
 // Does something once, later.
 inline void After(std::chrono::milliseconds span, std::function<void()> act) {
-    Repeated::Every(span, [act = std::move(act), begun = false]() mutable {
-        if (!begun) {
-            begun = true;
-            act();
-        }
+    Repeated::Every(span, [act = std::move(act)] {
+        act();
         return true;
     });
 }

@@ -24,8 +24,5 @@ std::wstring FileWithoutRoom();
 // True for a file or folder that no other user can look into.
 bool IsForTheUserOnly(const std::filesystem::path& path);
 
-// Marks a file as one that is not to be written.
-void WriteProtect(const std::filesystem::path& file);
-
 // Handles that the process has open.
 int CountHandles();

@@ -54,19 +54,8 @@ PrivateFolders::~PrivateFolders() {
 // Windows has no device that is always full; one that is not there is refused as late.
 std::wstring FileWithoutRoom() { return L"Q:\\a.kvr"; }
 
-void WriteProtect(const std::filesystem::path& file) {
-    SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY);
-}
-
-// Windows keeps others out of the user's profile, in which these folders lie.
-bool IsForTheUserOnly(const std::filesystem::path& path) {
-    const auto lies = [&](const std::filesystem::path& folder) {
-        const std::filesystem::path inside = path.lexically_relative(folder);
-        return !inside.empty() && *inside.begin() != "..";
-    };
-    return std::filesystem::exists(path) &&
-           (lies(SharedDataFolder()) || lies(std::filesystem::temp_directory_path()));
-}
+// Windows keeps others out of the user's profile, in which all folders of the program lie.
+bool IsForTheUserOnly(const std::filesystem::path& path) { return std::filesystem::exists(path); }
 
 int CountHandles() {
     DWORD count = 0;

@@ -25,10 +25,6 @@ PrivateFolders::~PrivateFolders() {
 
 std::wstring FileWithoutRoom() { return L"/dev/full"; }
 
-void WriteProtect(const std::filesystem::path& file) {
-    std::filesystem::permissions(file, std::filesystem::perms::owner_read);
-}
-
 bool IsForTheUserOnly(const std::filesystem::path& path) {
     return std::filesystem::status(path).permissions() == std::filesystem::perms::owner_all;
 }
