@@ -65,17 +65,13 @@ bool HoldsControls(const wxWindow* window) {
 }
 
 // All visible windows of the dialog in tab order, what is inside of a control left out.
-void Collect(wxWindow* parent, std::vector<wxWindow*>& all) {
+std::vector<wxWindow*> ControlsOf(wxWindow* parent) {
+    std::vector<wxWindow*> all;
     for (wxWindow* child : parent->GetChildren()) {
         if (child->IsTopLevel() || !child->IsShown()) continue;
         all.push_back(child);
-        if (HoldsControls(child)) Collect(child, all);
+        if (HoldsControls(child)) std::ranges::copy(ControlsOf(child), std::back_inserter(all));
     }
-}
-
-std::vector<wxWindow*> ControlsOf(wxWindow* dialog) {
-    std::vector<wxWindow*> all;
-    Collect(dialog, all);
     return all;
 }
 

@@ -3,11 +3,11 @@
 
 #include <algorithm>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <map>
-#include <sstream>
+#include <optional>
 
 #include "model/StoredImage.h"
 #include "tests/app/Process.h"
@@ -29,28 +29,23 @@ class TwoScreens {
                " Option \"AutoAddGPU\" \"false\"\nEndSection\n"
                "Section \"Device\"\n Identifier \"d\"\n Driver \"dummy\"\n VideoRam 64000\nEndSection\n"
                "Section \"Screen\"\n Identifier \"s\"\n Device \"d\"\n DefaultDepth 24\nEndSection\n";
-        server_ =
-            Start(server.string() + " -displayfd 3 -config " + folder_ + "/screens.conf -logfile " + folder_ +
-                  "/screens.log -noreset -nolisten tcp -novtswitch -sharevts 3>" + folder_ + "/number");
+        server_.emplace(server.string() + " -displayfd 3 -config " + folder_ + "/screens.conf -logfile " +
+                        folder_ +
+                        "/screens.log -noreset -nolisten tcp -novtswitch -sharevts >/dev/null 2>&1 3>" +
+                        folder_ + "/number");
         std::string number;
-        Eventually(
-            [&] { return Ended(server_) || !(number = ShellOutput("cat " + folder_ + "/number")).empty(); });
+        Eventually([&] { return !(number = ShellOutput("cat " + folder_ + "/number")).empty(); });
         if (number.empty()) return;
         setenv("DISPLAY", (":" + number).c_str(), 1);
         ShellOutput("xrandr --addmode DUMMY1 800x600; xrandr --output DUMMY0 --mode 800x600 --pos 0x0");
         Second(true);
-        manager_ = Start("openbox");
+        manager_.emplace("openbox >/dev/null 2>&1");
         usable_ = Eventually([] {
             return ShellOutput("xprop -root _NET_WORKAREA 2>/dev/null").find("1600, 600") !=
                    std::string::npos;
         });
     }
-    ~TwoScreens() {
-        setenv("DISPLAY", before_.c_str(), 1);
-        for (const std::string& process : {manager_, server_}) {
-            if (!process.empty()) ShellOutput("kill " + process);
-        }
-    }
+    ~TwoScreens() { setenv("DISPLAY", before_.c_str(), 1); }
     TwoScreens(const TwoScreens&) = delete;
     TwoScreens& operator=(const TwoScreens&) = delete;
 
@@ -64,15 +59,8 @@ class TwoScreens {
     }
 
   private:
-    static std::string Start(const std::string& command) {
-        return ShellOutput("{ exec " + command + "; } >/dev/null 2>&1 & echo $!");
-    }
-    static bool Ended(const std::string& process) {
-        return !std::filesystem::exists("/proc/" + process + "/exe");
-    }
-
     const std::string before_, folder_;
-    std::string server_, manager_;
+    std::optional<Background> server_, manager_;
     bool usable_ = false;
 };
 
@@ -88,14 +76,11 @@ void PrintTo(const Place& place, std::ostream* stream) { *stream << place.x << "
 Places NotePlaces() {
     Places places;
     for (const std::string& window : Windows()) {
-        std::istringstream lines(ShellOutput("xdotool getwindowgeometry --shell " + window + " 2>/dev/null"));
-        std::map<std::string, int> values;
-        for (std::string line; std::getline(lines, line);) {
-            const std::size_t sign = line.find('=');
-            if (sign != std::string::npos) values[line.substr(0, sign)] = std::atoi(line.c_str() + sign + 1);
-        }
-        if (values["WIDTH"] == kWidth && values["HEIGHT"] == kHeight)
-            places.push_back({values["X"], values["Y"]});
+        Place place;
+        int width = 0, height = 0;
+        std::sscanf(ShellOutput("xdotool getwindowgeometry --shell " + window + " 2>/dev/null").c_str(),
+                    "WINDOW=%*d X=%d Y=%d WIDTH=%d HEIGHT=%d", &place.x, &place.y, &width, &height);
+        if (width == kWidth && height == kHeight) places.push_back(place);
     }
     std::sort(places.begin(), places.end());
     return places;

@@ -2,13 +2,10 @@
 // A printing service of the tests' own, in a folder of its own, whose printers throw their paper away and
 // whose spool keeps every document.
 
-#include <signal.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -34,21 +31,11 @@ class CupsServer {
     CupsServer& operator=(const CupsServer&) = delete;
 
     void Start() {
-        pid_ = fork();
-        if (pid_ == 0) {
-            execl(CUPS_SCRIPT, CUPS_SCRIPT, root_.c_str(), nullptr);
-            _exit(127);
-        }
+        service_.emplace("'" CUPS_SCRIPT "' '" + root_.string() + "'");
         RunUntil([&] { return Run("lpstat -r").find("is running") != std::string::npos; });
     }
-    void Stop() {
-        if (pid_ < 0) return;
-        kill(pid_, SIGCONT);
-        kill(pid_, SIGTERM);
-        waitpid(pid_, nullptr, 0);
-        pid_ = -1;
-    }
-    void Signal(int signal) const { kill(pid_, signal); }
+    void Stop() { service_.reset(); }
+    void Signal(int signal) const { service_->Signal(signal); }
     // Its printers and jobs, while it does not run.
     void Forget() const {
         for (const auto& entry : std::filesystem::directory_iterator(root_)) remove_all(entry.path());
@@ -70,5 +57,5 @@ class CupsServer {
 
   private:
     std::filesystem::path root_;
-    pid_t pid_ = -1;
+    std::optional<Background> service_;
 };

@@ -3,17 +3,16 @@
 // does what the test says. The icons live in this process, too, so calls to them let events run.
 
 #include <gio/gio.h>
-#include <signal.h>
-#include <unistd.h>
 
-#include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "tests/support/Shell_unix.h"
 
 struct VariantUnref {
     void operator()(GVariant* variant) const { g_variant_unref(variant); }
@@ -25,30 +24,23 @@ class TestBus {
     // Starts the bus and names it in the environment. It starts no services and reads no configuration of the
     // machine.
     TestBus() {
-        char name[] = "/tmp/kivora-bus-XXXXXX";
-        if (!mkdtemp(name)) return;
-        folder_ = name;
-        std::ofstream(folder_ + "/bus.conf")
+        const std::string folder = std::getenv("XDG_RUNTIME_DIR"), file = folder + "/bus.conf";
+        std::ofstream(file)
             << R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
-<busconfig><type>session</type><listen>unix:path=)"
-            << folder_ << R"(/bus</listen><auth>EXTERNAL</auth>
+<busconfig><type>session</type><listen>unix:dir=)"
+            << folder << R"(</listen><auth>EXTERNAL</auth>
 <policy context="default"><allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/>
 <allow own="*"/></policy></busconfig>)";
-        const std::string command = "exec dbus-daemon --config-file=" + folder_ +
-                                    "/bus.conf --nofork --print-address=1 --print-pid=1 2>/dev/null";
-        output_ = popen(command.c_str(), "re");
-        char address[256];
-        if (output_ && std::fscanf(output_, "%255s %d", address, &pid_) == 2) address_ = address;
+        std::istringstream(ShellOutput("dbus-daemon --config-file=" + file +
+                                       " --fork --print-address=1 --print-pid=1 2>/dev/null")) >>
+            address_ >> pid_;
         if (Started()) setenv("DBUS_SESSION_BUS_ADDRESS", address_.c_str(), 1);
     }
     // Ends it; the environment names none then.
     ~TestBus() {
         setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", 1);
         if (Started()) kill(pid_, SIGTERM);
-        if (output_) pclose(output_);  // waits for its end
-        std::error_code ignored;
-        std::filesystem::remove_all(folder_, ignored);
     }
     TestBus(const TestBus&) = delete;
     TestBus& operator=(const TestBus&) = delete;
@@ -56,9 +48,8 @@ class TestBus {
     const std::string& Address() const { return address_; }
 
   private:
-    std::FILE* output_ = nullptr;
+    std::string address_;
     pid_t pid_ = 0;
-    std::string folder_, address_;
 };
 
 class TestDesktop {

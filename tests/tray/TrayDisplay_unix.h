@@ -3,19 +3,18 @@
 // Brings Xlib's macros along, so it is included last.
 
 #include <gtest/gtest.h>
-#include <signal.h>
-#include <spawn.h>
-#include <sys/wait.h>
 #include <wx/frame.h>
 
 #include <algorithm>
 #include <cstring>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "res/Resources.h"
 #include "tests/support/Events.h"
+#include "tests/support/Shell_unix.h"
 #include "tests/support/Toplevels_unix.h"
 #include "tray/Notification.h"
 #include "tray/TrayStripLayout.h"
@@ -23,8 +22,6 @@
 // clang-format off
 #include <gdk/gdkx.h>
 // clang-format on
-
-extern char** environ;
 
 inline Display* XDisplay() { return gdk_x11_display_get_xdisplay(gdk_display_get_default()); }
 
@@ -118,25 +115,13 @@ inline int IconsInStrip() {
 class TrayProcess {
   public:
     // edge: of the screen; trayer covers it without reserving it.
-    explicit TrayProcess(const char* edge = "top") {
-        const char* arguments[] = {"trayer",      "--edge",  edge,       "--align", "right",
-                                   "--widthtype", "request", "--height", "26",      nullptr};
-        if (posix_spawnp(&pid_, "trayer", nullptr, nullptr, const_cast<char**>(arguments), environ) != 0)
-            pid_ = 0;
-    }
-    ~TrayProcess() { End(); }
-    TrayProcess(const TrayProcess&) = delete;
-    TrayProcess& operator=(const TrayProcess&) = delete;
-    bool Started() const { return pid_ != 0; }
-    void End() {
-        if (!pid_) return;
-        kill(pid_, SIGTERM);
-        waitpid(pid_, nullptr, 0);
-        pid_ = 0;
-    }
+    explicit TrayProcess(const std::string& edge = "top")
+        : trayer_(std::in_place, "trayer --align right --widthtype request --height 26 --edge " + edge) {}
+    static bool Started() { return !ShellOutput("command -v trayer").empty(); }
+    void End() { trayer_.reset(); }
 
   private:
-    pid_t pid_ = 0;
+    std::optional<Background> trayer_;
 };
 
 // Icons that write down what they report, on a display where nobody else shows them.
