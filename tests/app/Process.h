@@ -73,6 +73,5 @@ inline std::string WaitForWindow(const std::string& title) {
     return id;
 }
 
-// Presses "Return" or "Escape" in a window, or the right mouse button at a place of the screen.
+// Presses "Return" or "Escape" in a window.
 void Press(const std::string& window, const std::string& key);
-void RightClick(int x, int y);

@@ -129,17 +129,6 @@ TEST_F(ProcessTest, CommandsWorkOnWhatIsKeptAndOnARunningCopy) {
     Registry().DeleteValue(kReceive);
 }
 
-TEST_F(ProcessTest, EndsWithTheMenuOpen) {
-    Import(L"eins");
-    Process program({});
-    WaitUntilShown(2);
-    RightClick(260, 260);  // on the note
-    EXPECT_TRUE(Eventually([] { return Windows().size() > 2; }));
-    program.AskToEnd();
-    EXPECT_EQ(program.Wait(), 0);
-    EXPECT_EQ(SavedTexts(), Texts{L"eins"});
-}
-
 TEST_F(ProcessTest, PrintingLeavesTheSavedNotesAlone) {
     Import(L"eins");
     for (const bool signal : {false, true}) {

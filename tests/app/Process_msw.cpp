@@ -219,11 +219,3 @@ void Press(const std::string& window, const std::string& key) {
     press[1].ki.dwFlags = KEYEVENTF_KEYUP;
     SendInput(2, press, sizeof(INPUT));
 }
-
-void RightClick(int x, int y) {
-    SetCursorPos(x, y);
-    INPUT click[2]{};
-    click[0].mi.dwFlags = MOUSEEVENTF_RIGHTDOWN;
-    click[1].mi.dwFlags = MOUSEEVENTF_RIGHTUP;
-    SendInput(2, click, sizeof(INPUT));
-}

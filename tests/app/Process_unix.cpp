@@ -114,7 +114,3 @@ std::string WindowTitled(const std::string& title) { return AskAboutWindows("--n
 void Press(const std::string& window, const std::string& key) {
     ShellOutput("xdotool windowactivate --sync " + window + " key " + key);
 }
-
-void RightClick(int x, int y) {
-    ShellOutput("xdotool mousemove " + std::to_string(x) + " " + std::to_string(y) + " click 3");
-}

@@ -4,11 +4,8 @@
 #include <wx/popupwin.h>
 #include <wx/uiaction.h>
 
-#include <filesystem>
-
 #include "app/NoteServices.h"
 #include "app/frmStart.h"
-#include "base/DataFolder.h"
 #include "base/FileName.h"
 #include "model/StoredImage.h"
 #include "notes/NoteWindow.h"
@@ -80,34 +77,6 @@ class StartTest : public testing::Test {
     int quits_ = 0;
 };
 
-TEST_F(StartTest, MenuOpensWithoutAnyWindow) {
-    WithMenu(nullptr, [](const MenuOnScreen& menu) {
-        EXPECT_EQ(menu.pictureHeight, wxWindow::FromDIP(kMenuPictureHeight, nullptr));
-        EXPECT_TRUE(menu[L"Neue Notiz..."].enabled);
-        EXPECT_TRUE(menu.Has(L"Alle Notizen minimieren"));
-        EXPECT_FALSE(menu[L"Alle Notizen minimieren"].enabled);
-        EXPECT_TRUE(menu[L"Notiz-Austausch"].opensSubmenu);
-        menu.close();
-    });
-    EXPECT_EQ(start_->PopupNote(), nullptr);
-}
-
-TEST_F(StartTest, NoteItemsActOnTheirNote) {
-    frmNote& first = AddNote(L"eins");
-    frmNote& second = AddNote(L"zwei");
-    second.Foreground(true);
-    WithMenu(&second, [](const MenuOnScreen& menu) {
-        EXPECT_TRUE(menu[L"Immer im Vordergrund"].checked);
-        menu[L"Immer im Vordergrund"].choose();
-    });
-    EXPECT_FALSE(second.Foreground());
-    WithMenu(&first, [](const MenuOnScreen& menu) { menu[L"Notiz löschen"].choose(); });
-    EXPECT_EQ(Store().CountNotes(), 1u);
-    EXPECT_EQ(Store().Notes()[0].get(), &second);
-    EXPECT_EQ(start_->PopupNote(), nullptr);
-    EXPECT_FALSE(std::filesystem::is_empty(DataFolder() / "papierkorb"));
-}
-
 TEST_F(StartTest, IconEventsOpenTheMenuOnceEachAndOnlyAClickRaisesTheNotes) {
     frmNote& note = AddNote(L"eins");
     auto* const other = new wxFrame(nullptr, wxID_ANY, L"Other");
@@ -130,9 +99,14 @@ TEST_F(StartTest, IconEventsOpenTheMenuOnceEachAndOnlyAClickRaisesTheNotes) {
     other->Destroy();
 }
 
-TEST_F(StartTest, LoadingWithTheSessionIsSwitchedAndSaved) {
+TEST_F(StartTest, TheMenuOfTheIconSwitchesLoadingWithTheSession) {
     for (const bool on : {true, false}) {
         WithMenu(nullptr, [&](const MenuOnScreen& menu) {
+            EXPECT_EQ(menu.pictureHeight, wxWindow::FromDIP(kMenuPictureHeight, nullptr));
+            EXPECT_TRUE(menu[L"Neue Notiz..."].enabled);
+            EXPECT_TRUE(menu.Has(L"Alle Notizen minimieren"));
+            EXPECT_FALSE(menu[L"Alle Notizen minimieren"].enabled);
+            EXPECT_TRUE(menu[L"Notiz-Austausch"].opensSubmenu);
             EXPECT_NE(menu[L"Beim Start von Windows laden"].checked, on);
             menu[L"Beim Start von Windows laden"].choose();
         });
@@ -282,15 +256,19 @@ TEST_F(StartTest, IconsTellTheirMenuAndRunIt) {
     EXPECT_TRUE(second.Foreground());
     // Not while the program's own menu is open for another note.
     frmNote& first = *Store().Notes()[0];
-    WithMenu(&first, [&](const MenuOnScreen& menu) {
-        EXPECT_TRUE(choose(*second.TrayIcon(), L"Notiz löschen"));
+    WithMenu(&second, [&](const MenuOnScreen& menu) {
+        EXPECT_TRUE(choose(*first.TrayIcon(), L"Notiz löschen"));
         start_->ShowPopupMenu(nullptr);  // returns at once
-        EXPECT_EQ(start_->PopupNote(), &first);
-        menu.close();
+        EXPECT_EQ(start_->PopupNote(), &second);
+        EXPECT_TRUE(menu[L"Immer im Vordergrund"].checked);
+        menu[L"Immer im Vordergrund"].choose();
     });
+    EXPECT_FALSE(second.Foreground());
     EXPECT_EQ(Store().CountNotes(), 2u);
     EXPECT_TRUE(choose(*second.TrayIcon(), L"Notiz löschen"));
-    EXPECT_EQ(Store().CountNotes(), 1u);
+    ASSERT_EQ(Store().CountNotes(), 1u);
+    EXPECT_EQ(Store().Notes()[0].get(), &first);
+    EXPECT_EQ(start_->PopupNote(), nullptr);
 }
 
 TEST_F(StartTest, ADialogKeepsTheKeyboardWhenAllComesToTheFront) {

@@ -25,9 +25,9 @@
 
 inline Display* XDisplay() { return gdk_x11_display_get_xdisplay(gdk_display_get_default()); }
 
-inline Atom TraySelection() { return XInternAtom(XDisplay(), "_NET_SYSTEM_TRAY_S0", False); }
-
-inline bool HostExists() { return XGetSelectionOwner(XDisplay(), TraySelection()) != None; }
+inline bool HostExists() {
+    return XGetSelectionOwner(XDisplay(), XInternAtom(XDisplay(), "_NET_SYSTEM_TRAY_S0", False)) != None;
+}
 
 inline GtkWindow* Strip() {
     for (GtkWindow* window : Toplevels())
