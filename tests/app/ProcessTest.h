@@ -9,6 +9,7 @@
 
 #include "base/FileName.h"
 #include "base/Text.h"
+#include "model/StoredImage.h"
 #include "registry/clsRegistry.h"
 #include "tests/app/Process.h"
 #include "tests/exchange/SampleNotes.h"
@@ -16,25 +17,19 @@
 // What a test has started this very program for; negative when it is to run the tests.
 int ServeOtherwise(int argc, char** argv);
 
-inline const std::wstring kSettings = L"HKLM\\Software\\Kivora\\1.5\\";
-
 inline const std::wstring kReceive = L"HKLM\\Software\\Kivora\\Receive";
-
-inline std::vector<std::wstring> SavedTexts() {
-    std::vector<std::wstring> names, texts;
-    Registry().EnumKeys(kSettings, names);
-    for (const std::wstring& name : names) {
-        if (!name.empty())
-            texts.push_back(AsText(Registry().GetValue(kSettings + name + L"\\Text", REG_TYPE_SZ)));
-    }
-    return texts;
-}
 
 using Texts = std::vector<std::wstring>;
 
+inline Texts SavedTexts() {
+    Texts texts;
+    for (const StoredNote& each : ReadStoredImage().notes) texts.push_back(each.note.text);
+    return texts;
+}
+
 class ProcessTest : public testing::Test {
   protected:
-    ProcessTest() { Registry().DeleteKey(kSettings); }
+    ProcessTest() { Registry().DeleteKey(kSettingsKey); }
 
     // An export file with one note.
     std::string File(const std::string& name, const std::wstring& text) {

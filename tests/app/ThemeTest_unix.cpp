@@ -28,13 +28,9 @@ void ComeUpWithoutTheme() {
 }
 
 bool IsThemeRead() {
-    GtkWidget* const label = gtk_label_new("");
-    g_object_ref_sink(label);
+    g_autoptr(GtkWidget) label = GTK_WIDGET(g_object_ref_sink(gtk_label_new("")));
     GdkRGBA color;
-    const bool read = gtk_style_context_lookup_color(gtk_widget_get_style_context(label), "theme_bg_color",
-                                                     &color) != FALSE;
-    g_object_unref(label);
-    return read;
+    return gtk_style_context_lookup_color(gtk_widget_get_style_context(label), "theme_bg_color", &color);
 }
 
 void OpenMenu() {
@@ -50,11 +46,9 @@ void OpenMenu() {
 }
 
 void ShowTip() {
-    GtkWidget* const label = gtk_label_new("");
-    g_object_ref_sink(label);
+    g_autoptr(GtkWidget) label = GTK_WIDGET(g_object_ref_sink(gtk_label_new("")));
     gboolean shown = FALSE;
     g_signal_emit_by_name(label, "query-tooltip", 0, 0, FALSE, nullptr, &shown);
-    g_object_unref(label);
 }
 
 }  // namespace
