@@ -205,9 +205,10 @@ void frmNote::Click(NotePart part) {
 }
 
 void frmNote::PressPart(NotePart part) {
-    if (part == NotePart::cmdMinimize || part == NotePart::chkForeground) {
+    if (part == NotePart::cmdMinimize) {
+        PutAway(true);
+    } else if (part == NotePart::chkForeground) {
         Click(part);
-        if (minimized_) host_.PassKeyboardOn(*this);
     } else {
         Later(&NoteHost::EditNote);
     }

@@ -170,6 +170,8 @@ class frmNote : public wxFrame, public ReadableNote {
     void OnLeftDoubleClick(wxMouseEvent& event);
     void OnRightUp(wxMouseEvent& event);
     void OnClose(wxCloseEvent& event);
+    // Minimizes it; the keyboard goes to another note if this one has it.
+    void PutAway(bool hasKeyboard);
 
     NoteHost& host_;
     Note note_;

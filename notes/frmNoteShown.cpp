@@ -84,8 +84,14 @@ void frmNote::OnClose(wxCloseEvent& event) {
     // A note goes by being deleted or with the program; whoever closes its window only puts it away.
     if (!event.CanVeto()) return;
     event.Veto();
-    if (minimized_) return;
-    const bool active = IsActive();
+    if (!minimized_) PutAway(IsActive());
+}
+
+void frmNote::PutAway(bool hasKeyboard) {
+    // Another note gets the keyboard while this program still has it: as soon as an active window goes,
+    // Windows may give it to another program, and lets nobody take it from there.
+    Hover(NotePart::Body);
+    minimized_ = true;
+    if (hasKeyboard) host_.PassKeyboardOn(*this);
     Minimized(true);
-    if (active) host_.PassKeyboardOn(*this);
 }

@@ -199,8 +199,9 @@ TEST_F(StartTest, TheKeyboardGoesFromNoteToNote) {
     EXPECT_TRUE(RunUntil([&] { return second.Minimized() && third.IsActive(); }));
     start_->RunFromTrayMenu(&third, IdOf(MenuItem::mnuNotizLöschen));
     EXPECT_TRUE(RunUntil([&] { return first.IsActive(); }));
+    Click(first);
     TypeKey('Z', wxMOD_CONTROL);
-    EXPECT_EQ(Store().Notes().back()->Text(), L"drei");
+    EXPECT_TRUE(RunUntil([&] { return Store().Notes().back()->Text() == L"drei"; }));
 }
 
 TEST_F(StartTest, DialogsGiveTheKeyboardBackToTheirNote) {
