@@ -7,6 +7,7 @@
 #include <csignal>
 
 #include "exchange/ExportPath.h"
+#include "exchange/KeptNotes.h"
 #include "exchange/PatientRead.h"
 #include "tests/exchange/ExchangeTest.h"
 #include "tests/exchange/FileDialogOnScreen.h"
@@ -91,6 +92,12 @@ TEST_F(ExchangeTest, AFullDiskLeavesTheFileAndIsTold) {
     ASSERT_EQ(messages.size(), 2u) << "the question and the failure";
     EXPECT_TRUE(messages[1].starts_with(L"Fehler|16|Beim Exportieren der Notiz(en)"));
     EXPECT_NE(messages[1].find(L"\r\n\r\nAuf dem Laufwerk ist kein Platz mehr frei."), std::wstring::npos);
+}
+
+TEST_F(ExchangeTest, NoNoteIsDeletedWhenOneOfTheBinsFilesIsNotKept) {
+    const SmallDisk disk(100'000);
+    // The first file ends with a text of that length; the second one would fit.
+    EXPECT_FALSE(KeepDeletedNotes({{.text = std::wstring(16'000'000, L'x')}, {.text = L"klein"}}).Kept());
 }
 
 TEST_F(ExchangeTest, SavedFilesGetTheirEnding) {

@@ -97,6 +97,14 @@ TEST_F(NoteKeysTest, TabReachesTheControlsAndSpaceAndEnterPressThem) {
     EXPECT_EQ(note->Focus(), NotePart::Body);
     TypeKey(WXK_TAB, wxMOD_SHIFT);
     EXPECT_EQ(note->Focus(), NotePart::cmdMinimize);
+    const NotePtr other(new frmNote(recorder));
+    other->ShowStacked();
+    other->TakeFocus(false);
+    EXPECT_TRUE(RunUntil([this] { return note->Focus() == NotePart::Body; })) << "its mark goes";
+    note->TakeFocus(true);
+    RunUntil([this] { return note->IsActive(); });
+    TypeKey(WXK_TAB, wxMOD_SHIFT);
+    Take(recorder);
     EXPECT_EQ(CallsAfter(WXK_SPACE), Calls{L"pass on"});
     EXPECT_TRUE(note->Minimized());
 }

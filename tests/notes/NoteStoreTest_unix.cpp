@@ -30,6 +30,7 @@ TEST_F(UnkeptNotes, AreDeletedOnlyIntoABin) {
     frmNote& second = store.AddNote({.text = L"zwei"});
     EXPECT_FALSE(store.AllKept());
     EXPECT_FALSE(store.AddNoteIfKept({.text = L"fremde"}).Kept()) << "its sender is told";
+    EXPECT_FALSE(store.RestoreNotes({{.text = L"aus dem Papierkorb"}}).Kept()) << "it stays there";
     bool bin = false;
     store.OnDelete = [&](const Note&) { return bin ? KeepResult() : KeepResult{KeepFailure::DiskFull}; };
     std::vector<std::wstring> unbinned;

@@ -90,10 +90,15 @@ TEST(NoteWindow, IsMovedAndSizedByTheMouse) {
         const char* name;
         wxPoint press;
         wxRect after;
+        wxPoint way{20, 10};
     } rows[] = {
-        {"middle", {60, 60}, {220, 210, 200, 160}},      {"left edge", {2, 60}, {220, 200, 180, 160}},
-        {"right edge", {197, 60}, {200, 200, 220, 160}}, {"upper edge", {60, 2}, {200, 210, 200, 150}},
-        {"lower edge", {60, 157}, {200, 200, 200, 170}}, {"flap", {190, 140}, {200, 200, 220, 170}},
+        {"middle", {60, 60}, {220, 210, 200, 160}},
+        {"left edge", {2, 60}, {220, 200, 180, 160}},
+        {"right edge", {197, 60}, {200, 200, 220, 160}},
+        {"upper edge", {60, 2}, {200, 210, 200, 150}},
+        {"lower edge", {60, 157}, {200, 200, 200, 170}},
+        {"flap", {190, 140}, {200, 200, 220, 170}},
+        {"left edge, too far", {2, 60}, {350, 200, 50, 160}, {190, 0}},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
@@ -103,7 +108,7 @@ TEST(NoteWindow, IsMovedAndSizedByTheMouse) {
         wxUIActionSimulator mouse;
         mouse.MouseMove(before.GetPosition() + row.press);
         mouse.MouseDown();
-        mouse.MouseMove(before.GetPosition() + row.press + wxPoint(20, 10));
+        mouse.MouseMove(before.GetPosition() + row.press + row.way);
         mouse.MouseUp();
         EXPECT_TRUE(RunUntil([&] { return !recorder.calls.empty(); }));
         EXPECT_EQ(Take(recorder), std::vector<std::wstring>{L"save"});

@@ -53,7 +53,7 @@ TEST(RegistryHive, AnyoneCanReadTheFileAsDocumented) {
 TEST(RegistryHive, KeepsEverythingForTheUserAlone) {
     const HiveFolder hive;
     fs::create_directories(hive.Folder());
-    fs::permissions(hive.Folder(), fs::perms(0755));
+    fs::permissions(hive.Folder(), fs::perms(0750));
     { std::ofstream file(hive.File()); }
     fs::permissions(hive.File(), fs::perms(0664));
     Write(L"privat");
@@ -302,7 +302,7 @@ TEST(RegistryHive, ALinkLeadsToTheFile) {
     const fs::path real = hive.Folder().parent_path() / "anderswo.sqlite";
     fs::rename(hive.File(), real);
     fs::create_symlink(real, hive.File());
-    fs::permissions(real, fs::perms(0664));
+    fs::permissions(real, fs::perms(0640));
     EXPECT_EQ(MarkOfImage(2), 1);
     EXPECT_EQ(Rights(real), 0600);
     Hive().Close();
