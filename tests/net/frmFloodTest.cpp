@@ -29,6 +29,7 @@ TEST_F(FrmFlood, EachWayOutIsOneAnswer) {
         EXPECT_TRUE(dialog->IsShown());
         EXPECT_NE(dialog->lblFlood->GetLabelText().Find(L"10.0.0.7"), wxNOT_FOUND);
         EXPECT_EQ(dialog->GetDefaultItem(), dialog->cmdOK);
+        EXPECT_EQ(dialog->cmdLöschen->GetLabel(), L"Ablehnen und &löschen");
         row.leave(*dialog);
         EXPECT_FALSE(dialog->IsShown());
         EXPECT_TRUE(RunUntil([&] { return !answers.empty(); }));
