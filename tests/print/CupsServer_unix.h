@@ -8,6 +8,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tests/support/Events.h"
@@ -15,8 +16,8 @@
 
 class CupsServer {
   public:
-    // Not running yet. This process asks no other service from now on.
-    CupsServer() {
+    // Not running yet. This process asks no other service from now on. script: tests/cups, which starts it.
+    explicit CupsServer(std::string script) : script_(std::move(script)) {
         std::string name = (std::filesystem::temp_directory_path() / "kivora-cups-XXXXXX").string();
         if (!mkdtemp(name.data())) throw std::runtime_error("no temporary folder");
         root_ = name;
@@ -31,7 +32,7 @@ class CupsServer {
     CupsServer& operator=(const CupsServer&) = delete;
 
     void Start() {
-        service_.emplace("'" CUPS_SCRIPT "' '" + root_.string() + "'");
+        service_.emplace("'" + script_ + "' '" + root_.string() + "'");
         RunUntil([&] { return Run("lpstat -r").find("is running") != std::string::npos; });
     }
     void Stop() { service_.reset(); }
@@ -56,6 +57,7 @@ class CupsServer {
     }
 
   private:
+    const std::string script_;
     std::filesystem::path root_;
     std::optional<Background> service_;
 };

@@ -20,7 +20,7 @@ namespace {
 namespace fs = std::filesystem;
 
 CupsServer& Server() {
-    static CupsServer server;
+    static CupsServer server(CUPS_SCRIPT);
     return server;
 }
 
