@@ -67,7 +67,7 @@ Start StartOnce(const Programs& programs, bool kivora, const Notes& notes) {
             program.Pss()};
 }
 
-void PrintStart(const Programs& programs, bool kivora, const Notes& notes) {
+void MeasureStart(const Programs& programs, bool kivora, const Notes& notes) {
     const Start start = StartOnce(programs, kivora, notes);
     const auto figure = [&](const char* what, const char* unit, double value) {
         Figure(std::string(notes.name) + ": " + what, kivora ? kKivora : kFloor, unit, value);
@@ -81,7 +81,7 @@ void PrintStart(const Programs& programs, bool kivora, const Notes& notes) {
 }
 
 // The desktop's theme is read for the first menu.
-void PrintFirstMenu(const Programs& programs) {
+void MeasureFirstMenu(const Programs& programs) {
     const User user(SampleNotes(1), programs.experienced);
     NoteWatch watch;
     Process program(std::vector<std::string>{programs.kivora});
@@ -113,7 +113,7 @@ void MeasureFonts(const Programs& programs) {
     beside("", StartOnce(programs, false, {72, Looks::AllFonts, ""}).cpu);
 }
 
-void PrintMinimizing(const Programs& programs, bool kivora, const Notes& notes) {
+void MeasureMinimizing(const Programs& programs, bool kivora, const Notes& notes) {
     const User user(SampleNotes(notes.count, notes.looks), programs.experienced);
     NoteWatch screen;
     Process program(CommandOf(programs, kivora, notes));
@@ -140,9 +140,9 @@ void MeasureAll(const Programs& programs) {
         {100, Looks::Crowded, "100 crowded notes of all looks"},
     };
     constexpr Notes kMinimized[] = {{100, Looks::Plain, "100 notes", 2}, {500, Looks::Plain, "500 notes"}};
-    for (const Notes& notes : kStarts) InTurns(PrintStart, programs, notes);
-    for (const Notes& notes : kMinimized) InTurns(PrintMinimizing, programs, notes);
-    PrintFirstMenu(programs);
+    for (const Notes& notes : kStarts) InTurns(MeasureStart, programs, notes);
+    for (const Notes& notes : kMinimized) InTurns(MeasureMinimizing, programs, notes);
+    MeasureFirstMenu(programs);
     MeasureFonts(programs);
     MeasureLines(programs.kivora);
 }
@@ -150,7 +150,7 @@ void MeasureAll(const Programs& programs) {
 void MeasureLinkedIn(const Programs& programs) {
     constexpr Notes kStarts[] = {{1, Looks::Plain, "1 note, wxWidgets linked in", 3},
                                  {100, Looks::Plain, "100 notes, wxWidgets linked in"}};
-    for (const Notes& notes : kStarts) InTurns(PrintStart, programs, notes);
+    for (const Notes& notes : kStarts) InTurns(MeasureStart, programs, notes);
 }
 
 // The first start of a user.
