@@ -41,6 +41,11 @@ std::vector<std::string> CommandOf(const Programs& programs, bool kivora, const 
     return {programs.bare, std::to_string(notes.count), std::to_string(static_cast<int>(notes.looks))};
 }
 
+// The windows of the program before have gone: what the display server still does for them is not counted.
+void Settle(const Programs& programs) {
+    NoteWatch().WaitUntilQuiet([&] { return CpuOf(programs.server); });
+}
+
 struct Start {
     double cpu = 0, server = 0;  // milliseconds, the second that of the display server
     // Milliseconds; until all notes are there, until they are painted too, and until the first one is there.
@@ -50,6 +55,7 @@ struct Start {
 
 // Until all notes are on the screen and nothing more happens. The time of the splash does not count.
 Start StartOnce(const Programs& programs, bool kivora, const Notes& notes) {
+    Settle(programs);
     const User user(SampleNotes(notes.count, notes.looks), programs.experienced);
     NoteWatch watch;
     const double server = CpuOf(programs.server);
@@ -82,6 +88,7 @@ void MeasureStart(const Programs& programs, bool kivora, const Notes& notes) {
 
 // The desktop's theme is read for the first menu.
 void MeasureFirstMenu(const Programs& programs) {
+    Settle(programs);
     const User user(SampleNotes(1), programs.experienced);
     NoteWatch watch;
     Process program(std::vector<std::string>{programs.kivora});
@@ -114,6 +121,7 @@ void MeasureFonts(const Programs& programs) {
 }
 
 void MeasureMinimizing(const Programs& programs, bool kivora, const Notes& notes) {
+    Settle(programs);
     const User user(SampleNotes(notes.count, notes.looks), programs.experienced);
     NoteWatch screen;
     Process program(CommandOf(programs, kivora, notes));
