@@ -54,18 +54,15 @@ class SaveFileOnUnix : public testing::Test {
 
 }  // namespace
 
-TEST(NewFile, IsPrivateAndReplacesNothing) {
-    const fs::path folder = fs::path(std::getenv("XDG_DATA_HOME")) / "newfile";
-    fs::create_directories(folder);
-    EXPECT_FALSE(WriteNewFile(folder / "a", std::string_view("1\0002", 3)));
-    EXPECT_EQ(Content(folder / "a"), std::string("1\0002", 3));
-    EXPECT_EQ(fs::status(folder / "a").permissions(), fs::perms::owner_read | fs::perms::owner_write);
-    EXPECT_EQ(WriteNewFile(folder / "a", "new"), std::errc::file_exists);
-    EXPECT_EQ(Content(folder / "a"), std::string("1\0002", 3));
-    fs::create_symlink("elsewhere", folder / "link");
-    EXPECT_TRUE(WriteNewFile(folder / "link", "new"));
-    EXPECT_FALSE(fs::exists(folder / "elsewhere"));
-    EXPECT_EQ(WriteNewFile(folder / "missing" / "a", "new"), std::errc::no_such_file_or_directory);
+TEST_F(SaveFileOnUnix, NewFilesMayBePrivateAndReplaceNothing) {
+    EXPECT_FALSE(WriteNewFile("a", std::string_view("1\0002", 3)));
+    EXPECT_EQ(StatusOf("a").st_mode & 07777, 0600u);
+    EXPECT_EQ(WriteNewFile("a", "new"), std::errc::file_exists);
+    EXPECT_EQ(Content("a"), std::string("1\0002", 3));
+    fs::create_symlink("elsewhere", "link");
+    EXPECT_TRUE(WriteNewFile("link", "new"));
+    EXPECT_FALSE(fs::exists("elsewhere"));
+    EXPECT_EQ(WriteNewFile("missing/a", "new"), std::errc::no_such_file_or_directory);
 }
 
 TEST_F(SaveFileOnUnix, NewFilesAreTheUsersToWrite) {

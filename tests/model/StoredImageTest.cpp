@@ -2,7 +2,6 @@
 
 #include <functional>
 
-#include "base/Text.h"
 #include "model/StoredImage.h"
 #include "registry/clsRegistry.h"
 #include "tests/addressbook/Entries.h"
@@ -153,16 +152,6 @@ TEST_F(StoredImageTest, TakesSubkeysInTheRegistrysOrderAndNumbersThemAnew) {
     EXPECT_EQ(Subkeys(), (Strings{L"AddressBookEntry0", L"AddressBookEntry1", L"AddressBookEntry2",
                                   L"AddressBookEntry3", L"Note0", L"Note1", L"Note2", L"Note3", L"Note4"}));
     EXPECT_EQ(AsText(Registry().GetValue(Path(L"Note1\\Text"), REG_TYPE_SZ)), L"Note10");
-}
-
-TEST_F(StoredImageTest, EachStyleIsKept) {
-    StoredImage styled;
-    for (const NoteStyle& style : kNoteStyles) styled.notes.emplace_back().note.look.*style.flag = true;
-    EXPECT_TRUE(Write(styled));
-    const StoredImage read = ReadStoredImage();
-    ASSERT_EQ(read.notes.size(), styled.notes.size());
-    for (std::size_t i = 0; i < read.notes.size(); ++i)
-        EXPECT_EQ(read.notes[i].note.look, styled.notes[i].note.look) << ToUtf8(kNoteStyles[i].caption);
 }
 
 // A save writes what differs from the last one; whatever has happened since, what is there afterwards is the

@@ -2,7 +2,6 @@
 
 #include "tests/net/RawPeer.h"
 
-#include <stdexcept>
 #include <utility>
 
 #include "net/SocketCalls.h"
@@ -44,27 +43,16 @@ sockaddr_in ThisComputer(std::uint16_t port, unsigned computer = 1) {
 int Connected(std::uint16_t port, unsigned computer) {
     const int descriptor = static_cast<int>(SystemSockets::New());
     const sockaddr_in own = ThisComputer(0, computer), address = ThisComputer(port);
-    int error = 0;
-    if (bind(Of(descriptor), reinterpret_cast<const sockaddr*>(&own), sizeof own) != 0 ||
-        connect(Of(descriptor), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
-        error = SystemSockets::LastError();
-    if (SystemSockets::IsConnecting(error)) {
-        SystemSockets::Length size = sizeof error;
-        IsReady(descriptor, kForever, true);
-        getsockopt(Of(descriptor), SOL_SOCKET, SO_ERROR, reinterpret_cast<char*>(&error), &size);
-    }
+    bind(Of(descriptor), reinterpret_cast<const sockaddr*>(&own), sizeof own);
+    connect(Of(descriptor), reinterpret_cast<const sockaddr*>(&address), sizeof address);
+    IsReady(descriptor, kForever, true);
     Set(descriptor, IPPROTO_TCP, TCP_NODELAY, 1);
-    if (error == 0) return descriptor;
-    SystemSockets::Close(Of(descriptor));
-    throw std::runtime_error("no connection");
+    return descriptor;
 }
 
-int Listening(std::uint16_t& port) {
+int Listening() {
     int error = 0;
-    const SocketCalls::Handle listener = SocketCalls::Listen(0, error);
-    if (listener == SocketCalls::kNoHandle) throw std::runtime_error("no port to listen on");
-    port = SocketCalls::LocalPort(listener);
-    return static_cast<int>(listener);
+    return static_cast<int>(SocketCalls::Listen(0, error));
 }
 
 }  // namespace
@@ -133,7 +121,7 @@ bool RawConnection::Receive(std::chrono::milliseconds limit) {
     return !ended_;
 }
 
-RawServer::RawServer(std::function<void(RawConnection&)> dialogue) : listener_(Listening(port_)) {
+RawServer::RawServer(std::function<void(RawConnection&)> dialogue) : listener_(Listening()) {
     thread_ = std::thread([this, dialogue = std::move(dialogue)] {
         IsReady(listener_, kForever);
         RawConnection connection(static_cast<int>(SocketCalls::Accept(listener_).handle));
@@ -143,13 +131,16 @@ RawServer::RawServer(std::function<void(RawConnection&)> dialogue) : listener_(L
 
 RawServer::~RawServer() {
     // Somebody who says nothing, for the thread that may still be waiting.
-    { const RawConnection nobody = RawConnection::To(port_); }
+    { const RawConnection nobody = RawConnection::To(Port()); }
     thread_.join();
     SystemSockets::Close(Of(listener_));
 }
 
+std::uint16_t RawServer::Port() const { return SocketCalls::LocalPort(listener_); }
+
 std::uint16_t FreePort() {
-    std::uint16_t port = 0;
-    SystemSockets::Close(Of(Listening(port)));
+    const int listener = Listening();
+    const std::uint16_t port = SocketCalls::LocalPort(listener);
+    SocketCalls::Close(listener);
     return port;
 }

@@ -43,10 +43,9 @@ class RawServer {
   public:
     explicit RawServer(std::function<void(RawConnection&)> dialogue);
     ~RawServer();  // waits for the dialogue's end
-    std::uint16_t Port() const { return port_; }
+    std::uint16_t Port() const;
 
   private:
-    std::uint16_t port_ = 0;
     const int listener_;
     std::thread thread_;
 };

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include "base/Text.h"
 #include "net/Receiver.h"
 
 namespace {
@@ -149,27 +148,6 @@ TEST(Receiver, LongTextsAreRefused) {
     Feed(receiver, dialogue);
     ASSERT_EQ(dialogue.notes.size(), 1u);
     EXPECT_EQ(dialogue.notes[0].text.size(), static_cast<std::size_t>(fitting) * 7 - 2);
-}
-
-TEST(Receiver, WhatIsSentArrives) {
-    const struct {
-        std::wstring sent, arrived;
-        NoteLook look = {};
-    } rows[] = {
-        {L"Käse €\r\n\r\n  'x' \"y\"\r\n", L"Käse €\r\n\r\n  'x' \"y\"\r\n"},
-        {L"a\rb\nc\r\r\n", L"a\rb\nc\r\r\n"},
-        {L"\r\n\r\nohne Anfang",
-         L"ohne Anfang",
-         {.size = 25, .bold = true, .underlined = true, .alignment = kAlignRight, .color = kLightBlue}},
-        {L"\u4E2D", L"?", {.size = 8, .italic = true, .alignment = kAlignCentre, .color = kRed}},
-        {L"", L""},
-    };
-    for (const auto& row : rows) {
-        std::string bytes;
-        for (const std::wstring& command : CommandsFor(Saying(row.sent, row.look)))
-            bytes += ToAnsi(command) + "\r\n";
-        EXPECT_EQ(Receive(bytes).notes, std::vector<Note>{Saying(row.arrived, row.look)}) << bytes;
-    }
 }
 
 }  // namespace

@@ -21,10 +21,8 @@ TEST_F(Receiving, ANoteIsShownAndSaved) {
     Talk([&](RawConnection& connection) {
         EXPECT_EQ(connection.Line(), kGreeting);
         // Byte by byte; other tests send several commands in one piece.
-        for (const std::string command :
-             {"NOTE_NEW", "NOTE_TEXT Einkaufen", "NOTE_TEXT Milch, Brot", "NOTE_FONT_SIZE 10",
-              "NOTE_FONT_BOLD 1", "NOTE_FONT_ITALIC 1", "NOTE_FONT_UNDERLINED 1", "NOTE_FONT_ALIGNMENT 2",
-              "NOTE_COLOR 16776960", "NOTE_FINISHED", "QUIT"}) {
+        for (const std::string command : {"NOTE_NEW", "NOTE_TEXT Einkaufen", "NOTE_TEXT Milch, Brot",
+                                          "NOTE_COLOR 16776960", "NOTE_FINISHED", "QUIT"}) {
             for (const char byte : command) connection.Send(std::string(1, byte));
             EXPECT_EQ(connection.Ask(""), "OK") << command;
         }
@@ -33,12 +31,7 @@ TEST_F(Receiving, ANoteIsShownAndSaved) {
     ASSERT_EQ(store.CountNotes(), 1u);
     const frmNote& note = *store.Notes()[0];
     EXPECT_EQ(note.Text(), L"Einkaufen\r\nMilch, Brot");
-    EXPECT_EQ(note.Content().look, (NoteLook{.size = 10,
-                                             .bold = true,
-                                             .italic = true,
-                                             .underlined = true,
-                                             .alignment = kAlignCentre,
-                                             .color = kLightBlue}));
+    EXPECT_EQ(note.Content().look, NoteLook{.color = kLightBlue});
     EXPECT_TRUE(note.IsShown());
     EXPECT_NE(note.CreationTime().find(L", "), std::wstring::npos);
     EXPECT_EQ(ReadStoredImage().notes.at(0).note, note.Content());

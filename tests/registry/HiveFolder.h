@@ -3,7 +3,6 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 #include <stdlib.h>
 #include <sys/file.h>
 #include <unistd.h>
@@ -11,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "registry/HiveDatabase.h"
 #include "registry/RegistryHive.h"
 #include "registry/clsRegistry.h"
 #include "tests/support/Files.h"
@@ -20,8 +20,6 @@ class HiveFolder {
   public:
     HiveFolder() : before_(getenv("XDG_DATA_HOME")) {
         Hive().Close();
-        std::string name = (std::filesystem::temp_directory_path() / "kivora-hive-XXXXXX").string();
-        data_ = mkdtemp(name.data());
         setenv("XDG_DATA_HOME", data_.c_str(), 1);
     }
     ~HiveFolder() {
@@ -36,33 +34,22 @@ class HiveFolder {
     std::filesystem::path Folder() const { return data_ / "kivora"; }
     std::filesystem::path File() const { return Folder() / "registry.sqlite"; }
 
-    // Executes SQL in the file as any other program would; the first column of the first row as text.
+    // Executes SQL in the file as any other program would; what it selects, the first column of the first
+    // row.
     std::string Sql(const std::string& text) const {
-        sqlite3* db = nullptr;
-        std::string result;
-        sqlite3_open(File().c_str(), &db);
-        sqlite3_busy_timeout(db, 10'000);
-        const auto keep = [](void* to, int, char** values, char**) {
-            auto& first = *static_cast<std::string*>(to);
-            if (first.empty() && values[0]) first = values[0];
-            return 0;
-        };
-        char* error = nullptr;
-        if (sqlite3_exec(db, text.c_str(), keep, &result, &error) != SQLITE_OK)
-            result = std::string("error: ") + error;
-        sqlite3_free(error);
-        sqlite3_close(db);
-        return result;
+        HiveDatabase other;
+        EXPECT_TRUE(other.Open(File()).Kept());
+        std::string first;
+        const bool asks = text.starts_with("SELECT") || text.starts_with("PRAGMA");
+        const KeepResult result = asks ? other.Ask(text.c_str(), first) : other.Execute(text.c_str());
+        EXPECT_TRUE(result.Kept()) << text << ": " << result.detail;
+        return first;
     }
 
     // Executes SQL and keeps the connection, until it is called with null.
     void Hold(const char* sql) const {
-        if (sql) {
-            sqlite3_open(File().c_str(), &held_);
-            EXPECT_EQ(sqlite3_exec(held_, sql, nullptr, nullptr, nullptr), SQLITE_OK);
-        } else {
-            sqlite3_close(held_);
-        }
+        held_.Close();
+        EXPECT_TRUE(!sql || (held_.Open(File()).Kept() && held_.Execute(sql).Kept()));
     }
     // As another process does that opens the hive.
     void HoldLock(bool hold) const {
@@ -76,8 +63,8 @@ class HiveFolder {
 
   private:
     std::string before_;
-    std::filesystem::path data_;
-    mutable sqlite3* held_ = nullptr;
+    const std::filesystem::path data_ = std::filesystem::temp_directory_path() / "hive";
+    mutable HiveDatabase held_;
     mutable int lock_ = -1;
 };
 
