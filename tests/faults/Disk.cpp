@@ -4,17 +4,16 @@
 
 #include <algorithm>
 #include <fstream>
-#include <iterator>
 #include <random>
 #include <utility>
+
+#include "tests/support/Files.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
 constexpr std::size_t kSector = 512;
-
-std::string FolderOf(const std::string& path) { return fs::path(path).parent_path().string(); }
 
 }  // namespace
 
@@ -23,8 +22,7 @@ Disk::Disk(fs::path folder) : folder_(std::move(folder)) {
         auto& file = names_[entry.path().string()];
         if (entry.is_directory()) continue;
         file = std::make_shared<File>();
-        std::ifstream in(entry.path(), std::ios::binary);
-        file->synced.assign(std::istreambuf_iterator<char>(in), {});
+        file->synced = Content(entry.path());
     }
     synced_ = names_;
 }
@@ -56,16 +54,16 @@ void Disk::Apply(const FileCall& call) {
         case CallKind::Open:
             paths_[call.file] = call.path;
             if (named == names_.end() && (call.flags & O_CREAT))
-                Name({FolderOf(call.path), {}, call.path, std::make_shared<File>()});
+                Name({{}, call.path, std::make_shared<File>()});
             opened_[call.file] = names_.contains(call.path) ? names_[call.path] : nullptr;
             if (opened_[call.file] && (call.flags & O_TRUNC))
                 opened_[call.file]->since.push_back({true, 0, {}});
             break;
         case CallKind::Write:
-            if (opened_[call.file]) opened_[call.file]->since.push_back({false, call.offset, call.bytes});
-            break;
         case CallKind::Truncate:
-            if (opened_[call.file]) opened_[call.file]->since.push_back({true, call.offset, {}});
+            if (opened_[call.file])
+                opened_[call.file]->since.push_back(
+                    {call.kind == CallKind::Truncate, call.offset, call.bytes});
             break;
         case CallKind::Sync:
             if (File* const file = opened_[call.file].get()) {
@@ -74,36 +72,35 @@ void Disk::Apply(const FileCall& call) {
             } else {
                 const std::string& folder = paths_[call.file];
                 for (const Naming& naming : since_)
-                    if (naming.folder == folder) Rename(synced_, naming);
-                std::erase_if(since_, [&](const Naming& naming) { return naming.folder == folder; });
+                    if (naming.Folder() == folder) Rename(synced_, naming);
+                std::erase_if(since_, [&](const Naming& naming) { return naming.Folder() == folder; });
             }
             break;
         case CallKind::Rename:
-            if (named != names_.end()) Name({FolderOf(call.target), call.path, call.target, named->second});
-            break;
         case CallKind::Link:
-            if (named != names_.end()) Name({FolderOf(call.target), {}, call.target, named->second});
+            if (named == names_.end()) break;
+            Name({call.kind == CallKind::Rename ? call.path : "", call.target, named->second});
             break;
         case CallKind::Remove:
-            Name({FolderOf(call.path), call.path, {}, nullptr});
+            Name({call.path, {}, nullptr});
             break;
         case CallKind::MakeFolder:
-            Name({FolderOf(call.path), {}, call.path, nullptr});
+            Name({{}, call.path, nullptr});
             break;
         default:
             break;
     }
 }
 
-void Disk::PowerCut(const fs::path& into, Rest rest, std::uint32_t seed) const {
+void Disk::PowerCut(const fs::path& into, std::uint32_t seed) const {
     std::mt19937 random(seed);
-    const auto lucky = [&] { return rest == Rest::Kept || (rest == Rest::Partly && random() % 2 == 0); };
+    const auto lucky = [&] { return seed != 0 && random() % 2 == 0; };
 
     Names names = synced_;
     std::map<std::string, bool> ended;  // folders whose further changes did not come to the disk
     for (const Naming& naming : since_) {
-        bool& end = ended[naming.folder];
-        if (!end && !(rest == Rest::Kept || (rest == Rest::Partly && random() % 4 != 0))) end = true;
+        bool& end = ended[naming.Folder()];
+        end = end || seed == 0 || random() % 4 == 0;
         if (!end) Rename(names, naming);
     }
     fs::create_directories(into);

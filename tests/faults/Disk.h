@@ -3,8 +3,8 @@
 // that FileCalls.h has seen.
 //
 // Promised is what POSIX promises: the bytes of a file once it was synchronized, a name, new or taken away,
-// once its folder was. What came later is there, not there, or partly there: of written bytes any sectors, of
-// names the first few changes of each folder.
+// once its folder was. What came later is not there, or partly: of written bytes any sectors, of names the
+// first few changes of each folder. All of it is what a kill leaves.
 
 #include <cstdint>
 #include <filesystem>
@@ -22,9 +22,9 @@ class Disk {
 
     void Apply(const FileCall& call);
 
-    enum class Rest { Lost, Kept, Partly };
-    // Writes into an empty folder what is there when the power comes back.
-    void PowerCut(const std::filesystem::path& into, Rest rest, std::uint32_t seed) const;
+    // Writes into an empty folder what is there when the power comes back: nothing that was not promised
+    // (seed 0), or parts of it, chosen by the seed.
+    void PowerCut(const std::filesystem::path& into, std::uint32_t seed) const;
 
   private:
     struct Change {
@@ -38,8 +38,11 @@ class Disk {
     };
     using Names = std::map<std::string, std::shared_ptr<File>>;  // null for a folder
     struct Naming {
-        std::string folder, taken, given;  // whole paths; either may be empty
+        std::string taken, given;  // whole paths; either may be empty
         std::shared_ptr<File> file;
+        std::string Folder() const {
+            return std::filesystem::path(given.empty() ? taken : given).parent_path();
+        }
     };
 
     void Name(Naming naming);

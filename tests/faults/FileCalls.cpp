@@ -8,13 +8,14 @@
 #include <sys/uio.h>
 #include <unistd.h>
 
-#include <array>
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <climits>
 #include <csignal>
 #include <cstdarg>
 #include <cstdio>
-#include <cstring>
+#include <map>
 
 namespace {
 
@@ -24,7 +25,6 @@ struct Watch {
     FileWatcher watcher;
     std::atomic<std::int64_t> count = 0;
     std::atomic<bool> came = false;
-    std::array<std::atomic<bool>, 1024> files = {};  // which open files lie below the folder
 };
 Watch watch;
 
@@ -39,16 +39,15 @@ Function* Real(const char* name, Function*) {
         return real;                                   \
     }())
 
-bool IsWatched(int file) {
-    return file >= 0 && static_cast<std::size_t>(file) < watch.files.size() && watch.files[file];
-}
 bool IsWatched(const char* path) {
     if (watch.folder.empty() || !path) return false;
     const std::string_view folder(watch.folder), name(path);
     return name.starts_with(folder) || name == folder.substr(0, folder.size() - 1);
 }
-void SetWatched(int file, bool watched) {
-    if (file >= 0 && static_cast<std::size_t>(file) < watch.files.size()) watch.files[file] = watched;
+bool IsWatched(int file) {
+    char path[PATH_MAX] = {};
+    const std::string link = "/proc/self/fd/" + std::to_string(file);
+    return !watch.folder.empty() && readlink(link.c_str(), path, sizeof path - 1) > 0 && IsWatched(path);
 }
 
 bool Extends(int file, std::int64_t offset, std::size_t size) {
@@ -58,27 +57,8 @@ bool Extends(int file, std::int64_t offset, std::size_t size) {
 
 // Whether a lasting state that brings this error brings it to such a call, too.
 bool Meets(int error, CallKind kind, bool changes) {
-    switch (error) {
-        case ENOSPC:
-        case EDQUOT:
-            return changes && kind != CallKind::Remove && kind != CallKind::Rename &&
-                   kind != CallKind::Truncate && kind != CallKind::Rights && kind != CallKind::Sync;
-        case EROFS:
-            return changes;
-        case EACCES:
-            // Who has a file open has its consent.
-            return kind == CallKind::Open || (changes && kind != CallKind::Write && kind != CallKind::Sync &&
-                                              kind != CallKind::Truncate);
-        case EAGAIN:
-        case ENOLCK:
-            return kind == CallKind::Lock;
-        case EMFILE:
-            return kind == CallKind::Open;
-        case ENOMEM:
-            return kind == CallKind::Map;
-        default:  // EIO: the disk is gone
-            return kind != CallKind::Close && kind != CallKind::Lock && kind != CallKind::Map;
-    }
+    const bool full = error == ENOSPC || error == EDQUOT || error == EROFS;
+    return (changes || !full) && std::ranges::count(ErrorsOf(kind), error) > 0;
 }
 
 [[noreturn]] void Die() {
@@ -91,8 +71,9 @@ bool Meets(int error, CallKind kind, bool changes) {
 // One call below the folder, from its beginning to its end.
 class Call {
   public:
-    Call(CallKind kind, bool changes) : kind_(kind), number_(++watch.count) {
-        const bool now = number_ == watch.fault.at;
+    Call(CallKind kind, bool changes) : kind_(kind) {
+        const std::int64_t number = ++watch.count;
+        const bool now = number == watch.fault.at;
         if (now) watch.came = true;
         switch (watch.fault.kind) {
             case Fault::KillBefore:
@@ -105,7 +86,7 @@ class Call {
                 fails_ = now;
                 break;
             case Fault::FailForGood:
-                fails_ = now || (number_ > watch.fault.at && Meets(watch.fault.error, kind, changes));
+                fails_ = now || (number > watch.fault.at && Meets(watch.fault.error, kind, changes));
                 break;
             default:
                 break;
@@ -118,7 +99,6 @@ class Call {
     }
     // Of so many bytes, how many are written before the fault.
     std::size_t Written(std::size_t size) const { return half_ || fails_ ? size / 2 : size; }
-    bool DiesInside() const { return half_; }
 
     // The call has returned. The caller reads errno after it.
     template <class Result>
@@ -129,14 +109,13 @@ class Call {
             logged.succeeded = result >= 0;
             watch.watcher.seen(logged);
         }
-        if (half_ || (watch.fault.kind == Fault::KillAfter && number_ == watch.fault.at)) Die();
+        if (half_) Die();
         errno = error;
         return result;
     }
 
   private:
     CallKind kind_;
-    std::int64_t number_;
     bool fails_ = false, half_ = false;
 };
 
@@ -150,14 +129,9 @@ int Named(CallKind kind, bool changes, const char* path, const char* target, con
 
 template <class Ask>
 int Opened(const char* path, int flags, const Ask& ask) {
-    if (!IsWatched(path)) {
-        const int file = ask();
-        SetWatched(file, false);
-        return file;
-    }
+    if (!IsWatched(path)) return ask();
     const Call call(CallKind::Open, (flags & O_CREAT) && REAL(access)(path, F_OK) != 0);
     const int file = call.Fails() ? -1 : ask();
-    SetWatched(file, true);
     return call.Ended(file, {.file = file, .flags = flags, .path = path});
 }
 
@@ -196,6 +170,25 @@ auto OfOpen(CallKind kind, bool changes, int file, std::int64_t offset, const As
 
 }  // namespace
 
+const std::vector<int>& ErrorsOf(CallKind kind) {
+    static const std::map<CallKind, std::vector<int>> errors = {
+        {CallKind::Open, {EACCES, EIO, ENOSPC, EROFS, EMFILE, EDQUOT}},
+        {CallKind::Close, {EIO}},
+        {CallKind::Read, {EIO}},
+        {CallKind::Write, {ENOSPC, EIO, EDQUOT, EROFS}},
+        {CallKind::Truncate, {EIO, EROFS}},
+        {CallKind::Sync, {EIO, ENOSPC, EDQUOT}},
+        {CallKind::Rename, {EIO, ENOSPC, EROFS, EACCES}},
+        {CallKind::Link, {EIO, ENOSPC, EROFS, EACCES}},
+        {CallKind::Remove, {EIO, EROFS, EACCES}},
+        {CallKind::MakeFolder, {EIO, ENOSPC, EROFS, EACCES}},
+        {CallKind::Rights, {EIO, EROFS}},
+        {CallKind::Lock, {EAGAIN, ENOLCK}},
+        {CallKind::Look, {EIO, EACCES}},
+        {CallKind::Map, {ENOMEM}}};
+    return errors.at(kind);
+}
+
 void WatchFiles(const std::string& folder, const Fault& fault, const FileWatcher& watcher) {
     watch.folder = folder + "/";
     watch.fault = fault;
@@ -225,9 +218,7 @@ FILE* fopen(const char* path, const char* mode) { return OpenedStream(path, mode
 FILE* fopen64(const char* path, const char* mode) { return OpenedStream(path, mode, REAL(fopen64)); }
 
 int fclose(FILE* stream) {
-    const int file = fileno(stream);
-    const int result = OfOpen(CallKind::Close, false, file, 0, [] { return 0; });
-    SetWatched(file, false);
+    const int result = OfOpen(CallKind::Close, false, fileno(stream), 0, [] { return 0; });
     const int closed = REAL(fclose)(stream);
     return result == 0 ? closed : EOF;
 }
@@ -236,7 +227,6 @@ int close(int file) {
     // It is closed whatever the answer.
     const int result = OfOpen(CallKind::Close, false, file, 0, [] { return 0; });
     const int error = errno;
-    SetWatched(file, false);
     const int closed = REAL(close)(file);
     if (result != 0) errno = error;
     return result == 0 ? closed : -1;

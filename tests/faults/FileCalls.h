@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <vector>
 
 enum class CallKind : std::uint8_t {
     Open,
@@ -27,12 +28,14 @@ enum class CallKind : std::uint8_t {
     Map
 };
 
+// What such a call can fail with.
+const std::vector<int>& ErrorsOf(CallKind kind);
+
 struct Fault {
     enum Kind {
         None,
         KillBefore,  // the process, at once
         KillInside,  // when half the bytes are written
-        KillAfter,
         FailOnce,
         FailForGood,  // this call, and all later ones that such an error meets
     };

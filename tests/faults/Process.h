@@ -46,7 +46,7 @@ class Sheet {
 struct Folder {
     Folder() {
         std::string name = (std::filesystem::temp_directory_path() / "kivora-faults-XXXXXX").string();
-        if (mkdtemp(name.data())) path = name;
+        if (mkdtemp(name.data())) path = std::filesystem::canonical(name);
     }
     ~Folder() {
         std::error_code ignored;

@@ -108,7 +108,6 @@ Ledger::Content Ledger::Read(const std::string& text) {
         if (what == "next") content.forNextStart.push_back(line);
         if (what == "kept") content.kept = number;
         if (what == "exported") content.exported = number;
-        if (what == "refused") ++content.refused;
         if (what == "binned") content.binned.push_back(line);
         if (what == "wrong") content.wrong.push_back(line);
     }
@@ -146,9 +145,8 @@ void Program::Save() {
     if (result.Kept()) {
         stored_ = DigestOf(false, all, {EntryOf(image_)}, Digested::AsRead);
         ledger_.Line("kept", image_.number);
-    } else {
-        ledger_.Line("refused", image_.number);
-        if (result.detail.empty()) ledger_.Wrong("a save failed without a reason");
+    } else if (result.detail.empty()) {
+        ledger_.Wrong("a save failed without a reason");
     }
     ledger_.Recovered(TakeRecoveryReport());
 }

@@ -41,7 +41,7 @@ class Ledger {
     // `damaged`: the hive is, and may be taken for it.
     explicit Ledger(int file, bool damaged = false) : file_(file), damaged_(damaged) {}
     // Of an image: "try", and "next" when the next start is to find it in an emergency file. Of its number:
-    // "kept" and "refused". "binned": the note is in the bin. "exported": the export of that number is in the
+    // "kept". "binned": the note is in the bin. "exported": the export of that number is in the
     // file.
     void Line(const std::string& what, const std::string& text);
     void Line(const std::string& what, int number) { Line(what, std::to_string(number)); }
@@ -51,8 +51,8 @@ class Ledger {
 
     struct Content {
         std::map<int, std::string> tried = {{0, "0"}};  // by number; 0 is the empty one
-        int kept = 0, refused = 0;  // the number of the last one that was, and how many were not
-        int exported = 0;           // the number of the last export that succeeded
+        int kept = 0;                                   // the number of the last one that was
+        int exported = 0;                               // the number of the last export that succeeded
         std::vector<std::string> binned, forNextStart, wrong;
     };
     static Content Read(const std::string& text);

@@ -5,7 +5,6 @@
 #include <string>
 #include <vector>
 
-#include "tests/faults/Disk.h"
 #include "tests/faults/FileCalls.h"
 
 // With what the program starts. "first": nothing is there; "used": it was ended as usual; "crashed": it was
@@ -15,20 +14,13 @@ inline const std::string kDamaged = "damaged";
 inline const std::string kScenarios[] = {"first", "used", "crashed", "long", kDamaged};
 
 struct Row {
-    struct Cut {
-        Disk::Rest rest = Disk::Rest::Lost;
-        std::uint32_t seed = 0;
-    };
     std::string scenario;
     Fault fault;
-    std::optional<Cut> cut = {};  // the power goes when the process is killed
+    std::optional<std::uint32_t> cut = {};  // the power goes when the process is killed; as Disk's seed
 };
 
-struct Outcome {
-    std::vector<std::string> wrong;  // empty: every promise was kept
-    int saved = 0, refused = 0;      // saves of which the program said that they were kept, and were not
-};
-Outcome Run(const Row& row);
+// What went wrong; empty: every promise was kept.
+std::vector<std::string> Run(const Row& row);
 
 // The calls of the whole work when nothing fails.
 struct SeenCall {

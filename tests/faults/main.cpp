@@ -7,6 +7,7 @@
 //
 // A number after "some" or "long" is the seed by which the runs are chosen.
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -21,44 +22,30 @@ constexpr struct {
     std::size_t some, many;
 } kSorts[] = {{"kills", 25, 1200}, {"failures", 25, 1200}, {"cuts", 10, 600}};
 
-struct Figures {
-    int runs = 0, failed = 0, refusing = 0;
-    long saved = 0, refused = 0;
-};
-
-void RunOne(Sort sort, const std::vector<Row>& rows, std::size_t number, Figures& figures) {
+// How many went wrong.
+int RunOne(Sort sort, const std::vector<Row>& rows, std::size_t number) {
     const Row& row = rows.at(number);
-    const Outcome outcome = Run(row);
-    ++figures.runs;
-    figures.saved += outcome.saved;
-    figures.refused += outcome.refused;
-    figures.refusing += outcome.refused > 0;
-    if (outcome.wrong.empty()) return;
-    ++figures.failed;
+    const std::vector<std::string> all = Run(row);
+    if (all.empty()) return 0;
     std::printf("%s %zu (%s, call %lld, %s)\n", kSorts[sort].name, number, row.scenario.c_str(),
                 static_cast<long long>(row.fault.at), std::strerror(row.fault.error));
-    for (const std::string& wrong : outcome.wrong) std::printf("    %s\n", wrong.c_str());
+    for (const std::string& wrong : all) std::printf("    %s\n", wrong.c_str());
     std::fflush(stdout);
+    return 1;
 }
 
-// So many of all, evenly spread. How many went wrong.
+// So many of all, evenly spread.
 int RunSome(Sort sort, std::size_t count, std::mt19937& random) {
     const std::vector<Row> rows = RowsOf(sort);
-    Figures figures;
     constexpr std::size_t kFewest = 500;
-    if (rows.size() < kFewest) {
-        std::printf("only %zu runs to choose from: the calls are not seen\n", rows.size());
-        figures.failed = 1;
-    }
+    int failed = rows.size() < kFewest;  // the calls are not seen
     count = std::min(count, rows.size());
     const double step = static_cast<double>(rows.size()) / static_cast<double>(count);
     const double first = step * (random() / 4294967296.0);
     for (std::size_t i = 0; i < count; ++i)
-        RunOne(sort, rows, static_cast<std::size_t>(first + step * static_cast<double>(i)), figures);
-    std::printf("%5d %-8s of %5zu: %6ld saves kept, %5ld refused in %d runs; %d runs wrong\n", figures.runs,
-                kSorts[sort].name, rows.size(), figures.saved, figures.refused, figures.refusing,
-                figures.failed);
-    return figures.failed;
+        failed += RunOne(sort, rows, static_cast<std::size_t>(first + step * static_cast<double>(i)));
+    std::printf("%5zu %-8s of %5zu: %d runs wrong\n", count, kSorts[sort].name, rows.size(), failed);
+    return failed;
 }
 
 }  // namespace
@@ -69,18 +56,11 @@ int main(int argc, char** argv) {
     std::mt19937 random(number);
     int failed = 0;
     for (const Sort sort : {kKills, kFailures, kCuts}) {
-        if (what != kSorts[sort].name) continue;
-        Figures figures;
-        RunOne(sort, RowsOf(sort), number, figures);
-        return figures.failed;
+        if (what == kSorts[sort].name) return RunOne(sort, RowsOf(sort), number);
     }
     for (const Sort sort : {kKills, kFailures, kCuts}) {
-        const bool all = what == "all";
-        failed += RunSome(sort,
-                          all              ? static_cast<std::size_t>(-1)
-                          : what == "some" ? kSorts[sort].some
-                                           : kSorts[sort].many,
-                          random);
+        const auto& [name, some, many] = kSorts[sort];
+        failed += RunSome(sort, what == "all" ? SIZE_MAX : what == "some" ? some : many, random);
     }
     return failed > 0;
 }
