@@ -75,6 +75,7 @@ void HaveNoFrame(wxFrame& window) {
         g_signal_lookup("property-notify-event", GTK_TYPE_WIDGET), 0, nullptr, nullptr,
         static_cast<wxTopLevelWindow*>(&window));
     gtk_style_context_add_class(gtk_widget_get_style_context(window.GetHandle()), "note");
+    gtk_window_set_skip_pager_hint(GTK_WINDOW(window.GetHandle()), TRUE);
 }
 
 void AcceptKeys(wxFrame& window) {
@@ -87,19 +88,48 @@ void ActivateNoteWindow(wxFrame& window) {
     gtk_window_present_with_time(GTK_WINDOW(window.GetHandle()), gtk_get_current_event_time());
 }
 
+namespace {
+
+// Has the window manager set two states of a window on the screen, or one.
+void AskForStates(const wxFrame& window, const char* state, const char* another = nullptr) {
+    GdkWindow* const native = gtk_widget_get_window(window.GetHandle());
+    GdkDisplay* const display = gdk_window_get_display(native);
+    const auto atom = [display](const char* name) {
+        return static_cast<long>(gdk_x11_get_xatom_by_name_for_display(display, name));
+    };
+    constexpr long kAdd = 1, kFromApplication = 1;
+    XEvent event{};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = GDK_WINDOW_XID(native);
+    event.xclient.message_type = static_cast<Atom>(atom("_NET_WM_STATE"));
+    event.xclient.format = 32;
+    event.xclient.data.l[0] = kAdd;
+    event.xclient.data.l[1] = atom(state);
+    event.xclient.data.l[2] = another ? atom(another) : 0;
+    event.xclient.data.l[3] = kFromApplication;
+    const Window root = GDK_WINDOW_XID(gdk_screen_get_root_window(gdk_window_get_screen(native)));
+    XSendEvent(GDK_DISPLAY_XDISPLAY(display), root, False, SubstructureNotifyMask | SubstructureRedirectMask,
+               &event);
+}
+
+}  // namespace
+
 void ShowNoteWindow(wxFrame& window, bool topmost) {
-    auto* gtk = GTK_WINDOW(window.GetHandle());
-    const bool hidden = !window.IsShown();
-    if (hidden) window.ShowWithoutActivating();
-    if (hidden) {
-        // X11 window managers forget these hints of a window that was hidden, and GTK tells them again only
-        // when they change.
-        gtk_window_set_skip_taskbar_hint(gtk, FALSE);
-        gtk_window_set_skip_taskbar_hint(gtk, TRUE);
-        gtk_window_set_skip_pager_hint(gtk, FALSE);
-        gtk_window_set_skip_pager_hint(gtk, TRUE);
-    }
+    constexpr char kShownBefore[] = "kivora-shown-before";
+    auto* const gtk = GTK_WINDOW(window.GetHandle());
     gtk_window_set_keep_above(gtk, topmost);
+    if (!window.IsShown()) {
+        window.ShowWithoutActivating();
+        // GTK has told the states of a new window before. Window managers forget those of a window that was
+        // hidden, some of them only now. GTK would ask for each in two or three messages, which cost as much
+        // as the window.
+        if (!g_object_get_data(G_OBJECT(gtk), kShownBefore)) {
+            g_object_set_data(G_OBJECT(gtk), kShownBefore, gtk);
+            return;
+        }
+        AskForStates(window, "_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER");
+        if (topmost) AskForStates(window, "_NET_WM_STATE_ABOVE");
+    }
     if (topmost) RaiseNoteWindow(window);
 }
 
