@@ -1,7 +1,7 @@
 // The floor of a program with wxWidgets: windows of the shape and size of notes with the same texts, and
 // nothing else.
 //   kivora_bench_bare NOTES LOOKS
-// SIGUSR1 takes the windows from the screen, SIGUSR2 brings them back.
+//   kivora_bench_bare --toggle PROCESS     takes the windows of that one from the screen, or brings them back
 #include <glib-unix.h>
 #include <wx/app.h>
 #include <wx/dcclient.h>
@@ -10,6 +10,7 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <cstring>
 
 #include "bench/SampleNotes.h"
 
@@ -59,25 +60,30 @@ class Bare : public wxApp {
         for (const Note& note :
              SampleNotes(std::atoi(argv[1].utf8_str()), Looks(std::atoi(argv[2].utf8_str()))))
             windows_.push_back(new BareNote(note));
-        Show(true);
-        g_unix_signal_add(SIGUSR1, &Bare::OnSignal<false>, this);
-        g_unix_signal_add(SIGUSR2, &Bare::OnSignal<true>, this);
+        Toggle();
+        const auto toggle = +[](void* bare) -> int {
+            static_cast<Bare*>(bare)->Toggle();
+            return G_SOURCE_CONTINUE;
+        };
+        g_unix_signal_add(SIGUSR1, toggle, this);
         return true;
     }
 
   private:
-    template <bool shown>
-    static int OnSignal(void* bare) {
-        static_cast<Bare*>(bare)->Show(shown);
-        return G_SOURCE_CONTINUE;
-    }
-    void Show(bool shown) {
-        for (BareNote* window : windows_) window->Show(shown);
+    void Toggle() {
+        shown_ = !shown_;
+        for (BareNote* window : windows_) window->Show(shown_);
     }
 
     std::vector<BareNote*> windows_;
+    bool shown_ = false;
 };
 
 }  // namespace
 
-wxIMPLEMENT_APP(Bare);
+wxIMPLEMENT_APP_NO_MAIN(Bare);
+
+int main(int argc, char** argv) {
+    if (argc == 3 && std::strcmp(argv[1], "--toggle") == 0) return kill(std::atoi(argv[2]), SIGUSR1);
+    return wxEntry(argc, argv);
+}

@@ -8,6 +8,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <exception>
+#include <optional>
 
 #include "bench/Figures.h"
 #include "bench/Lines.h"
@@ -44,6 +45,12 @@ std::vector<std::string> CommandOf(const Programs& programs, bool kivora, const 
 // The windows of the program before have gone: what the display server still does for them is not counted.
 void Settle(const Programs& programs) {
     NoteWatch().WaitUntilQuiet([&] { return CpuOf(programs.server); });
+}
+
+// Minimizes the notes of the program that runs, or brings them back.
+std::vector<std::string> ToggleCommand(const Programs& programs, bool kivora, pid_t running) {
+    if (kivora) return {programs.kivora, "--toggle"};
+    return {programs.bare, "--toggle", std::to_string(running)};
 }
 
 struct Start {
@@ -126,10 +133,10 @@ void MeasureMinimizing(const Programs& programs, bool kivora, const Notes& notes
     NoteWatch screen;
     Process program(CommandOf(programs, kivora, notes));
     for (const bool shown : {true, false, true}) {
-        const auto begin = NoteWatch::Clock::now();
         const bool first = shown && screen.FirstNote() == NoteWatch::Time();
-        if (!first && kivora) Do({programs.kivora, "--toggle"});
-        if (!first && !kivora) kill(program.Id(), shown ? SIGUSR2 : SIGUSR1);
+        const auto begin = NoteWatch::Clock::now();
+        std::optional<Process> command;
+        if (!first) command.emplace(ToggleCommand(programs, kivora, program.Id()));
         screen.WaitForNotes(shown ? static_cast<std::size_t>(notes.count) : 0);
         if (!first)
             Figure(std::string(notes.name) + (shown ? ": brought back" : ": minimized"),
