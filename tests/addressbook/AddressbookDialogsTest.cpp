@@ -213,12 +213,15 @@ TEST_F(AddressbookDialogs, LeavingABoxTakesItOver) {
         EXPECT_EQ(Book()[0], L"server|10.0.0.9|Keller") << "it was not left";
         dialog->Raise();
         EXPECT_TRUE(RunUntil([&] { return dialog->txtComment->HasFocus(); }));
+        dialog->txtPCName->SetValue(L"Hof");
         dialog->lstEdit->SetFocus();
-        EXPECT_TRUE(RunUntil([&] { return Book()[0] == L"server|10.0.0.9|Garten"; }));
+        EXPECT_TRUE(RunUntil([&] { return Book().back() == L"Hof|10.0.0.9|Garten"; }));
+        dialog->txtComment->SetValue(L"Tor");
         Press(dialog->cmdSchliessen);
     });
     dialog->ShowModal(AddressBook());
     dialog->Destroy();
+    EXPECT_EQ(Book().back(), L"Hof|10.0.0.9|Tor");
 }
 
 TEST_F(AddressbookDialogs, WhatIsTypedWhileAnAddressIsLookedUpIsKept) {

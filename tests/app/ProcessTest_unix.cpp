@@ -126,6 +126,17 @@ TEST_F(ProcessTest, AnImportSaysThatItsNotesAreNotSaved) {
     EXPECT_EQ(import.Wait(), 1);
 }
 
+// From whom is a setting, which cannot be read before.
+TEST_F(ProcessTest, NotesAreReceivedAsSoonAsTheSettingsCanBeRead) {
+    std::optional<HiveTakenAway> away(std::in_place);
+    const Process program({});
+    EXPECT_FALSE(WaitForWindow("Notizen nicht lesbar").empty());
+    const auto listens = [] { return ShellOutput("bash -c ': </dev/tcp/127.0.0.1/5998' 2>&1").empty(); };
+    EXPECT_FALSE(listens());
+    away.reset();
+    EXPECT_TRUE(Eventually(listens));
+}
+
 // Whatever the umask lets others do with new files.
 TEST_F(ProcessTest, NoFileOfTheProgramsCanBeWrittenByOthers) {
     const auto start = [](std::vector<std::string> arguments) {
