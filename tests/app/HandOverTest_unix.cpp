@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "app/MeetingPlace_unix.h"
+#include "app/RunCommand.h"
 #include "base/DataFolder.h"
 #include "base/FileName.h"
 #include "tests/app/OtherCopy.h"
@@ -153,6 +154,19 @@ TEST_F(MeetingPlaceTest, NeedsNoFolder) {
         EXPECT_FALSE(RunningCopy::Claim());
         ExpectHandOver({L"/a"});
     }
+}
+
+TEST_F(MeetingPlaceTest, HalfAnAnswerIsAFailure) {
+    MeetingPlace place;
+    ASSERT_TRUE(place.Lock());
+    auto command = std::async(std::launch::async, [] { return RunCommand({L"--list", {}}); });
+    Descriptor asker;
+    EXPECT_TRUE(RunUntil([&] { return static_cast<bool>(asker = place.Accept()); }));
+    char byte = 0;
+    EXPECT_TRUE(RunUntil([&] { return recv(asker.Get(), &byte, 1, MSG_DONTWAIT) == 1 && byte == '\0'; }));
+    EXPECT_EQ(send(asker.Get(), "+0 9\nhalf", 9, MSG_NOSIGNAL), 9);
+    asker = Descriptor();
+    EXPECT_EQ(command.get(), 1);
 }
 
 // A socket of another user.

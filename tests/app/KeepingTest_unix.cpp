@@ -86,10 +86,10 @@ class KeepingTest : public testing::Test {
     }
     static bool IsFileLeft() { return !EmergencyFiles(EmergencyFolders()).empty(); }
 
+    const HiveFolder hive_;
+
   private:
     fs::path Away() const { return hive_.Folder() / "away"; }
-
-    const HiveFolder hive_;
 };
 
 }  // namespace
@@ -143,6 +143,20 @@ TEST_F(KeepingTest, UnsavedWorkIsAddedToWhatWasSavedSince) {
     EXPECT_EQ(next.NoteTexts(), (Texts{L"eins", L"zwei", L"vier", L"zwei, geändert", L"drei"}));
     EXPECT_EQ(AddressBook().size(), 1u);
     EXPECT_FALSE(IsFileLeft());
+}
+
+TEST_F(KeepingTest, TheStartSaysWhatIsTheMatter) {
+    hive_.Sql("PRAGMA user_version = 99");
+    EXPECT_EQ(ProgramRun().messages,
+              Texts{L"Nicht gespeichert|16|Änderungen an Ihren Notizen können zurzeit nicht gespeichert "
+                    L"werden.\r\n\r\n" +
+                    ReasonText({KeepFailure::TooNew})});
+    Block();
+    EXPECT_EQ(ProgramRun().messages,
+              Texts{L"Notizen nicht lesbar|16|Ihre Notizen können zurzeit nicht gelesen werden. Sie sind "
+                    L"nicht verloren: Kivora versucht es weiter und zeigt sie, sobald es gelingt. Bis dahin "
+                    L"trägt sein Symbol ein Warnzeichen.\r\n\r\n" +
+                    ReasonText({.failure = KeepFailure::NoFile, .file = FileName(hive_.File())})});
 }
 
 TEST_F(KeepingTest, TheIconSaysWhatIsTheMatter) {

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "app/Platform.h"
+#include "tests/support/Events.h"
 
 // GTK's own texts can be German and all characters be typed, whatever the environment says.
 TEST(Platform, EveryLocaleTakesTextAndTranslations) {
@@ -30,6 +31,8 @@ TEST(Platform, EveryLocaleTakesTextAndTranslations) {
         EXPECT_STRNE(std::setlocale(LC_MESSAGES, nullptr), "C");
         EXPECT_STREQ(nl_langinfo(CODESET), "UTF-8");
     }
+    SettleDown();
+    EXPECT_TRUE(RunUntil([] { return std::getenv("LANGUAGE") == std::string("de"); }));
     for (const char* name : names) {
         unsetenv(name);
         if (kept[name]) setenv(name, kept[name]->c_str(), 1);

@@ -24,5 +24,11 @@ TEST(RecoveryText, SaysWhatCameBackFromWhereAndWhichNotesToLookAt) {
         L"sein:\r\n– " +
             ShortText(doubtful.text) +
             L"\r\n\r\nDie vorgefundene Datei liegt jetzt hier:\r\n/home/jemand/registry.sqlite.defekt");
+    EXPECT_EQ(RecoveryText({.event = RecoveryReport::Missing, .fromState = report.fromState}),
+              L"Die Datei mit Ihren Notizen war nicht mehr da. Kivora hat Ihre Notizen aus der letzten "
+              L"Sicherung wiederhergestellt.\r\nAus der letzten Sicherung: eine Notiz.");
+    EXPECT_EQ(RecoveryText({.event = RecoveryReport::Replaced, .fromState = report.fromState}),
+              L"Die Datei mit Ihren Notizen wurde entfernt oder ersetzt, während Kivora lief. Kivora hat "
+              L"alle Notizen neu geschrieben.");
     Registry().DeleteKey(kSettingsKey);
 }

@@ -4,10 +4,13 @@
 #include <wx/popupwin.h>
 #include <wx/uiaction.h>
 
+#include "app/CopyCommands.h"
 #include "app/NoteServices.h"
+#include "app/Receiving.h"
 #include "app/frmStart.h"
 #include "base/FileName.h"
 #include "model/StoredImage.h"
+#include "net/basNetworkAccess.h"
 #include "notes/NoteWindow.h"
 #include "notes/frmNote.h"
 #include "notes/frmProperties.h"
@@ -270,6 +273,15 @@ TEST_F(StartTest, IconsTellTheirMenuAndRunIt) {
     ASSERT_EQ(Store().CountNotes(), 1u);
     EXPECT_EQ(Store().Notes()[0].get(), &first);
     EXPECT_EQ(start_->PopupNote(), nullptr);
+}
+
+TEST_F(StartTest, TheCommandThatTogglesShowsNotesHoweverTheyWereMinimized) {
+    NetworkAccess network(Store());
+    Receiving receiving(network, [] {});
+    frmNote& note = AddNote(L"eins");
+    note.Minimized(true);
+    CopyCommands(Store(), receiving, {}).CarryOut({L"--toggle", {}});
+    EXPECT_FALSE(note.Minimized());
 }
 
 TEST_F(StartTest, ADialogKeepsTheKeyboardWhenAllComesToTheFront) {

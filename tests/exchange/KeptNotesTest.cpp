@@ -48,6 +48,13 @@ TEST_F(KeptNotesTest, AFloodTakesNoPlaceOfOtherNotes) {
               (std::vector<std::wstring>{L"eins", L"zwei"}));
 }
 
+TEST_F(KeptNotesTest, TheBinHoldsTheLastHundred) {
+    for (int i = 0; i <= 100; ++i) EXPECT_TRUE(KeepDeletedNote({.text = std::to_wstring(i)}).Kept());
+    const std::vector<BinnedNote> content = KeptBin().Read().notes;
+    ASSERT_EQ(content.size(), 100u);
+    EXPECT_EQ(content.back().note.text, L"1");
+}
+
 TEST_F(KeptNotesTest, WithoutABinTheTextGoesToTheClipboard) {
     fs::create_directories(bin_.parent_path());
     std::ofstream(bin_) << "in the way";

@@ -89,16 +89,18 @@ TEST(NoteWindow, IsMovedAndSizedByTheMouse) {
     const struct {
         const char* name;
         wxPoint press;
+        wxStockCursor pointer;
         wxRect after;
         wxPoint way{20, 10};
     } rows[] = {
-        {"middle", {60, 60}, {220, 210, 200, 160}},
-        {"left edge", {2, 60}, {220, 200, 180, 160}},
-        {"right edge", {197, 60}, {200, 200, 220, 160}},
-        {"upper edge", {60, 2}, {200, 210, 200, 150}},
-        {"lower edge", {60, 157}, {200, 200, 200, 170}},
-        {"flap", {190, 140}, {200, 200, 220, 170}},
-        {"left edge, too far", {2, 60}, {350, 200, 50, 160}, {190, 0}},
+        {"middle", {60, 60}, wxCURSOR_NONE, {220, 210, 200, 160}},
+        {"left edge", {2, 60}, wxCURSOR_SIZEWE, {220, 200, 180, 160}},
+        {"right edge", {197, 60}, wxCURSOR_SIZEWE, {200, 200, 220, 160}},
+        {"upper edge", {60, 2}, wxCURSOR_SIZENS, {200, 210, 200, 150}},
+        {"lower edge", {60, 157}, wxCURSOR_SIZENS, {200, 200, 200, 170}},
+        {"lower left corner", {2, 157}, wxCURSOR_SIZENESW, {220, 200, 180, 170}},
+        {"flap", {190, 140}, wxCURSOR_SIZENWSE, {200, 200, 220, 170}},
+        {"left edge, too far", {2, 60}, wxCURSOR_SIZEWE, {350, 200, 50, 160}, {190, 0}},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
@@ -107,6 +109,11 @@ TEST(NoteWindow, IsMovedAndSizedByTheMouse) {
         Take(recorder);
         wxUIActionSimulator mouse;
         mouse.MouseMove(before.GetPosition() + row.press);
+        EXPECT_TRUE(RunUntil([&] {
+            const wxCursor shown = note->GetCursor();
+            if (!shown.IsOk()) return row.pointer == wxCURSOR_NONE;
+            return shown.GetCursor() == wxCursor(row.pointer).GetCursor();
+        }));
         mouse.MouseDown();
         mouse.MouseMove(before.GetPosition() + row.press + row.way);
         mouse.MouseUp();

@@ -2,6 +2,7 @@
 #include <wx/radiobut.h>
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
+#include <wx/uiaction.h>
 
 #include "base/Text.h"
 #include "dialogs/Clipboard.h"
@@ -150,6 +151,14 @@ TEST_F(FrmFind, KeysLeadThroughIt) {
     TypeKey(WXK_RETURN);
     EXPECT_TRUE(RunUntil([&] { return brot.IsShown() && brot.IsActive() && !brot.Minimized(); }));
     EXPECT_TRUE(find->IsShown());
+}
+
+TEST_F(FrmFind, ADoubleClickShowsTheNote) {
+    for (const NotePtr& note : store.Notes()) note->Minimized(true);
+    wxUIActionSimulator mouse;
+    mouse.MouseMove(List().ClientToScreen(wxPoint(40, 45)));  // on any row
+    mouse.MouseDblClick();
+    EXPECT_TRUE(RunUntil([&] { return store.CountVisibleNotes() == 1; }));
 }
 
 TEST_F(FrmFind, TellsOnceThatTheBinCannotBeRead) {

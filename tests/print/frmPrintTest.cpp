@@ -1,6 +1,8 @@
 #include <wx/checkbox.h>
+#include <wx/dcclient.h>
 #include <wx/listbox.h>
 #include <wx/radiobut.h>
+#include <wx/settings.h>
 #include <wx/spinctrl.h>
 #include <wx/stattext.h>
 
@@ -142,9 +144,10 @@ TEST_F(FrmPrint, ShowsAndUsesThePrinterOfTheSetUp) {
         EXPECT_EQ(dialog.lblDrucker->GetLabelText(), L"Zwei");
         Press(dialog.cmdAbbrechen);
     });
-    tray.printers = {{L"Drei"}, L"Drei", {}};
+    tray.printers = {{L"Drei"}, L"Drei", L"Sonst ist keiner da."};
     Print(tray, [](frmPrint& dialog) {
         EXPECT_EQ(dialog.lblDrucker->GetLabelText(), L"Drei");
+        EXPECT_TRUE(wxWindow::FindWindowByLabel(L"Sonst ist keiner da.", &dialog));
         Press(dialog.cmdAbbrechen);
     });
 }
@@ -162,6 +165,13 @@ TEST_F(FrmPrint, CancelAndQuittingEndAtTheNextPage) {
             EXPECT_GE(progress->Value(), shown);
             shown = progress->Value();
             if (tray.pages.size() != 3) return;
+            const wxSize bar = progress->picProgress->GetClientSize();
+            wxClientDC drawn(progress->picProgress);
+            for (const bool end : {false, true}) {
+                wxColour colour;
+                drawn.GetPixel(end ? bar.x - 3 : 2, bar.y / 2, &colour);
+                EXPECT_EQ(colour == wxSystemSettings::GetColour(wxSYS_COLOUR_HIGHLIGHT), !end);
+            }
             if (quitting)
                 EndAllWaits();
             else

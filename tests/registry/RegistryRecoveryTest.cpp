@@ -33,11 +33,11 @@ std::wstring TextOf(int note) {
                         static_cast<wchar_t>(L'a' + note % 26));
 }
 
-KeepResult SaveNotes() {
+KeepResult SaveNotes(const wchar_t* end = L"") {
     std::vector<Note> notes;
     for (int i = 0; i < kNotes; ++i)
         notes.push_back(
-            {.text = TextOf(i), .creationTime = L"22.11.2026 10:00", .place = {1000.0 + i, 1000}});
+            {.text = TextOf(i) + end, .creationTime = L"22.11.2026 10:00", .place = {1000.0 + i, 1000}});
     std::vector<const Note*> all;
     for (const Note& note : notes) all.push_back(&note);
     return WriteStoredImage(true, all, {});
@@ -90,6 +90,9 @@ void Try(const HiveFolder& hive, const std::string& bytes, const std::string& se
 
 TEST(RegistryRecovery, ChangedBytesAndCutFiles) {
     const HiveFolder hive;
+    ASSERT_TRUE(SaveNotes(L" wie früher").Kept());
+    ASSERT_TRUE(KeepState().Kept());
+    const std::string older = Content(hive.File().string() + ".stand");
     ASSERT_TRUE(SaveNotes().Kept());
     ASSERT_TRUE(KeepState().Kept());
     Hive().Close();
@@ -99,17 +102,18 @@ TEST(RegistryRecovery, ChangedBytesAndCutFiles) {
     ASSERT_FALSE(state.empty());
     const int bytes = AllFaults() ? 300 : 30, cuts = AllFaults() ? 60 : 8;
     std::mt19937 random(26);
-    Outcome changed[2], cut[2], twice;
+    Outcome changed[2], cut[2], others;
     // A single wrong byte can be told from the checksum.
     std::string beyond = good;
     beyond.replace(beyond.find(ToUtf8(TextOf(7))), 2, "nO");
-    Try(hive, beyond, seal, {}, twice);
+    Try(hive, beyond, seal, {}, others);
     for (int i = 0; i < bytes; ++i) {
         std::string damaged = good;
         char& byte = damaged[random() % damaged.size()];
         byte = static_cast<char>(byte ^ (1 + random() % 255));
         Try(hive, damaged, seal, {}, changed[0]);
         Try(hive, damaged, seal, state, changed[1]);
+        Try(hive, damaged, seal, older, others);
     }
     for (int i = 0; i < cuts; ++i) {
         const std::string damaged = good.substr(0, random() % good.size());

@@ -163,6 +163,7 @@ TEST_F(clsRegistryTest, TextsComeBackUpToTheirLimit) {
             EXPECT_EQ(AsText(registry.GetValue(kBelow + L"text", type)), row.read)
                 << row.written.size() << " characters of type " << type;
             EXPECT_EQ(AsReadBack(row.written), row.read);
+            EXPECT_EQ(WholeText(kBelow + L"text"), row.written.substr(0, row.written.find(L'\0')));
         }
 }
 
