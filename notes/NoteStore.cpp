@@ -297,23 +297,24 @@ void NoteStore::ShowNextNotes() {
     // GDK keeps the windows that are to be painted in a list, and looks for the place of a new one in a time
     // that grows with the square of their number. So these are painted before the next come.
     constexpr int kMostAtOnce = 80;
-    frmNote* last = nullptr;
+    frmNote* awaited = nullptr;
     for (int shown = 0; shown < toShow_->atOnce && !toShow_->notes.empty();) {
         frmNote* const note = toShow_->notes.front();
         toShow_->notes.pop_front();
         if (!note || note->Minimized() || note->IsShown()) continue;
         note->ShowStacked();
-        last = note;
+        if (2 * shown <= toShow_->atOnce || toShow_->notes.empty()) awaited = note;
         ++shown;
     }
-    if (!last) {
+    if (!awaited) {
         const std::shared_ptr<ToShow> done = std::exchange(toShow_, nullptr);
         for (const std::function<void()>& then : done->then) then();
         return;
     }
     toShow_->atOnce = std::min(2 * toShow_->atOnce, kMostAtOnce);
-    // What the display has to say of a few windows is heard before the next are shown, or it would pile up.
-    WhenOnScreen(*last, [this, toShow = std::weak_ptr(toShow_)] {
+    // What the display has to say of a few windows is heard before the next are shown, or it would pile up;
+    // but not of all of them, or the display would wait for this program in between.
+    WhenOnScreen(*awaited, [this, toShow = std::weak_ptr(toShow_)] {
         wxTheApp->CallAfter([this, toShow] {
             if (!toShow.expired()) ShowNextNotes();
         });
