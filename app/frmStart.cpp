@@ -187,10 +187,7 @@ void frmStart::ToggleAutostart() {
 void frmStart::DeletePopupNote() {
     frmNote* const note = PopupNote();
     popupNoteKey_.reset();
-    if (!note) return;
-    const std::int32_t key = note->NoteKey();
-    const bool byKeys = note->UsedByKeys();
-    if (store_.DeleteNote(*note) && byKeys) store_.GiveKeyboard(key, true);
+    if (note) store_.DeleteNote(*note);
 }
 
 void frmStart::TogglePopupNoteForeground() {

@@ -196,6 +196,7 @@ bool NoteStore::DeleteNote(frmNote& note) {
     const bool gone = binned.Kept() || saved.Kept();
     if (gone) {
         ForgetMinimizedNote(note);
+        if (note.UsedByKeys()) GiveKeyboard(note.NoteKey(), true);  // before it goes, as in frmNote::PutAway
         taken.reset();
         Heard(saved);
     } else {

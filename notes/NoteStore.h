@@ -66,7 +66,8 @@ class NoteStore {
     // Takes notes in that were deleted, at their own places, saves once and shows them. When that fails, or a
     // text that is too long for the store cannot be kept elsewhere, none of them stays.
     KeepResult RestoreNotes(const std::vector<Note>& notes);
-    // Puts the note into the bin, takes its window away and saves; the reference is dead afterwards. When
+    // Puts the note into the bin, takes its window away and saves; the reference is dead afterwards. From one
+    // that is worked by keys the keyboard goes on to the next. When
     // neither the bin nor the save succeeds the note stays, and false is the result. A note that only the bin
     // has taken is back after a restart, unless a later save is kept.
     bool DeleteNote(frmNote& note);
