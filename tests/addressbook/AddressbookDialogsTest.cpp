@@ -1,5 +1,4 @@
 // The address book's dialogs, driven by events.
-#include <gtest/gtest.h>
 #include <wx/button.h>
 #include <wx/frame.h>
 #include <wx/listbox.h>

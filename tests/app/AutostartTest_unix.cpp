@@ -1,9 +1,6 @@
 #include <gio/gdesktopappinfo.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-
 #include "app/Autostart.h"
 #include "app/frmStart.h"
 #include "base/DesktopEntry.h"

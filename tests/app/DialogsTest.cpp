@@ -1,7 +1,6 @@
 // Every dialog of the program, checked for what all of them owe their users: keys that work, controls that
 // are named, texts that are not cut at any size of dialog and font.
 #include <wx/button.h>
-#include <wx/checkbox.h>
 #include <wx/checklst.h>
 #include <wx/choice.h>
 #include <wx/gauge.h>
@@ -9,7 +8,6 @@
 #include <wx/listctrl.h>
 #include <wx/nativewin.h>
 #include <wx/panel.h>
-#include <wx/radiobut.h>
 #include <wx/spinctrl.h>
 #include <wx/statbmp.h>
 #include <wx/statbox.h>
@@ -25,7 +23,6 @@
 #include "tests/addressbook/Entries.h"
 #include "tests/app/AllDialogs.h"
 #include "tests/notes/StoreTest.h"
-#include "tests/support/Controls.h"
 #include "tests/support/Messages.h"
 
 namespace {

@@ -1,7 +1,6 @@
 #include <windows.h>
 
 #include <aclapi.h>
-#include <gtest/gtest.h>
 #include <sddl.h>
 
 #include <thread>

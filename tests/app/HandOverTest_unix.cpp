@@ -1,6 +1,5 @@
 // What only copies that meet at a socket can do to each other.
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sys/file.h>
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -8,9 +7,7 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <functional>
 #include <latch>
-#include <vector>
 
 #include "app/MeetingPlace_unix.h"
 #include "app/RunCommand.h"

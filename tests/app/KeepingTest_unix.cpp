@@ -1,5 +1,4 @@
 // What is unsaved at the end of the program, and what becomes of it at the next start.
-#include <gtest/gtest.h>
 #include <wx/button.h>
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
@@ -9,15 +8,12 @@
 #include "app/EmergencyFile.h"
 #include "app/Keeping.h"
 #include "app/frmUnsaved.h"
-#include "base/FileName.h"
-#include "model/KeepReason.h"
 #include "notes/frmProperties.h"
 #include "tests/addressbook/Entries.h"
 #include "tests/exchange/FileDialogOnScreen.h"
 #include "tests/notes/NoteRecorder.h"
 #include "tests/registry/HiveFolder.h"
 #include "tests/support/Dialogs.h"
-#include "tests/support/Events.h"
 #include "tests/support/Messages.h"
 
 namespace {

@@ -2,8 +2,6 @@
 
 #include <shellapi.h>
 
-#include <stdexcept>
-
 #include "base/CaseFold.h"
 #include "base/DataFolder.h"
 #include "tests/app/ProcessTest.h"

@@ -1,7 +1,5 @@
-#include <unistd.h>
 
 #include <csignal>
-#include <thread>
 
 #include "base/DataFolder.h"
 #include "registry/RegistryHive.h"

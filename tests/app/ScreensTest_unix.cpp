@@ -3,16 +3,12 @@
 
 #include <algorithm>
 #include <csignal>
-#include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
-#include <optional>
 
 #include "model/StoredImage.h"
 #include "tests/app/Process.h"
 #include "tests/support/Shell_unix.h"
-#include "tests/support/Support.h"
 
 namespace {
 

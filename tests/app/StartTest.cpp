@@ -1,5 +1,4 @@
 // The menu as it opens on the screen, and what its commands do.
-#include <gtest/gtest.h>
 #include <wx/frame.h>
 #include <wx/popupwin.h>
 #include <wx/uiaction.h>

@@ -1,11 +1,8 @@
-#include <gtest/gtest.h>
 #include <gtk/gtk.h>
 #include <wx/frame.h>
 #include <wx/menu.h>
 
-#include <chrono>
 #include <cstdlib>
-#include <functional>
 
 #include "app/PopupMenu.h"
 #include "dialogs/DialogWindow.h"

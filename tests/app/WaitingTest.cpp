@@ -1,10 +1,7 @@
 // What may happen while the program waits for its user or for another computer. Each pair is a run of the
 // whole program, at whose end nothing may be lost, there twice or still open.
-#include <gtest/gtest.h>
-#include <wx/button.h>
 #include <wx/textctrl.h>
 
-#include <fstream>
 #include <map>
 
 #include "dialogs/Message.h"

@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <fstream>
 
 #include "base/NewFile.h"
 #include "tests/support/Files.h"

@@ -4,7 +4,6 @@
 #include <vector>
 
 #include "base/SortKey.h"
-#include "base/Text.h"
 
 TEST(SortKey, IsTheOrderOfAGermanIndex) {
     const std::vector<std::wstring> sorted = {L"",      L"10.0.0.2", L"ärger", L"Bar", L"Bär",

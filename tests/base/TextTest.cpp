@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 #include "base/CaseFold.h"
 #include "base/DateText.h"
 #include "base/Text.h"

@@ -1,4 +1,3 @@
-#include <gtest/gtest.h>
 #include <wx/display.h>
 #include <wx/statbmp.h>
 #include <wx/stattext.h>

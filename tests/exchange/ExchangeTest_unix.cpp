@@ -4,8 +4,6 @@
 #include <wx/listbox.h>
 #include <wx/textctrl.h>
 
-#include <csignal>
-
 #include "exchange/ExportPath.h"
 #include "exchange/KeptNotes.h"
 #include "exchange/PatientRead.h"

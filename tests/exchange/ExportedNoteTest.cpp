@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include "base/Text.h"
 #include "exchange/ExportedNote.h"
 #include "tests/exchange/SampleNotes.h"
 

@@ -3,7 +3,6 @@
 
 #include <optional>
 
-#include "base/Text.h"
 #include "model/AddressBook.h"
 #include "net/KnownComputers.h"
 #include "tests/support/Events.h"

@@ -1,5 +1,4 @@
 // The receiving side as another computer sees it.
-#include "base/Text.h"
 #include "tests/net/NetworkTest.h"
 
 namespace {

@@ -17,7 +17,6 @@
 #include "registry/clsRegistry.h"
 #include "tests/addressbook/Entries.h"
 #include "tests/net/NetworkTest.h"
-#include "tests/support/Dialogs.h"
 
 namespace {
 

@@ -4,7 +4,6 @@
 
 #include "net/frmFlood.h"
 #include "tests/net/NetworkTest.h"
-#include "tests/support/Dialogs.h"
 
 namespace {
 

@@ -1,4 +1,3 @@
-#include <gtest/gtest.h>
 
 #include "tests/addressbook/Entries.h"
 #include "tests/notes/StoreTest.h"

@@ -1,5 +1,4 @@
 // The store on a hive that cannot be written.
-#include <gtest/gtest.h>
 
 #include "model/StoredImage.h"
 #include "notes/NoteStore.h"

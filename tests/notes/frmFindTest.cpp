@@ -1,5 +1,4 @@
 #include <wx/button.h>
-#include <wx/radiobut.h>
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
 #include <wx/uiaction.h>

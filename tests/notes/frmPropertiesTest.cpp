@@ -1,7 +1,5 @@
 #include <wx/button.h>
-#include <wx/checkbox.h>
 #include <wx/clipbrd.h>
-#include <wx/radiobut.h>
 #include <wx/spinctrl.h>
 #include <wx/textctrl.h>
 

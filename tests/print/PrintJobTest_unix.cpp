@@ -1,5 +1,4 @@
 // Jobs on their way through a real printing service, and PDFs as other programs read them.
-#include <wx/radiobut.h>
 #include <wx/spinctrl.h>
 #include <wx/stattext.h>
 

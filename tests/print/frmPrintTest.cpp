@@ -1,7 +1,5 @@
-#include <wx/checkbox.h>
 #include <wx/dcclient.h>
 #include <wx/listbox.h>
-#include <wx/radiobut.h>
 #include <wx/settings.h>
 #include <wx/spinctrl.h>
 #include <wx/stattext.h>

@@ -1,5 +1,4 @@
 // The hive that version 1.6.1 left, read and written by the program as it is now.
-#include <gtest/gtest.h>
 
 #include "model/StoredImage.h"
 #include "tests/registry/HiveFolder.h"

@@ -1,7 +1,5 @@
 // The hive among several processes. What kills and full disks leave is tested in tests/faults.
-#include <gtest/gtest.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include <cstdlib>
 #include <functional>

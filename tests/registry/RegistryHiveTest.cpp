@@ -1,5 +1,4 @@
 // The hive file: what lies in it, who may read it, and what happens when it is damaged or cannot be used.
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include "base/FileName.h"

@@ -1,6 +1,4 @@
 // Damaged hives: every change is noticed, the notes come back, and what was found is set aside as it was.
-#include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include <chrono>

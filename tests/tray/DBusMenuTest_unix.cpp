@@ -1,7 +1,4 @@
 // The menu of an icon, read and used over a session bus.
-#include <gtest/gtest.h>
-
-#include <string>
 
 // Last, because Xlib's macros would spoil the others.
 #include "tests/tray/BusFixture_unix.h"

@@ -1,10 +1,8 @@
 // Icons on a session bus, before a host that the test plays.
-#include <gtest/gtest.h>
 #include <wx/image.h>
 #include <wx/uiaction.h>
 
 #include <array>
-#include <string>
 
 #include "tray/SessionBus_unix.h"
 

@@ -1,14 +1,8 @@
 // Icons with and without a notification area, with a real pointer. They need a display whose notification
 // area they may start and stop.
-#include <gtest/gtest.h>
-#include <wx/frame.h>
 #include <wx/menu.h>
 #include <wx/uiaction.h>
 
-#include <cstring>
-#include <string>
-
-#include "tests/support/Events.h"
 #include "tray/Notification.h"
 
 // Last, because Xlib's macros would spoil the others.
