@@ -3,15 +3,13 @@
 // that FileCalls.h has seen.
 //
 // Promised is what POSIX promises: the bytes of a file once it was synchronized, a name, new or taken away,
-// once its folder was. What came later is not there, or partly: of written bytes any sectors, of names the
-// first few changes of each folder. All of it is what a kill leaves.
+// once its folder was. What came later is not there, or partly: of the bytes any sectors, of the names all
+// those of any folders. All of it is what a kill leaves.
 
-#include <cstdint>
+#include <sys/types.h>
+
 #include <filesystem>
 #include <map>
-#include <memory>
-#include <string>
-#include <vector>
 
 #include "tests/faults/FileCalls.h"
 
@@ -19,39 +17,28 @@ class Disk {
   public:
     // What is in the folder now is on the disk.
     explicit Disk(std::filesystem::path folder);
+    ~Disk();
+    Disk(const Disk&) = delete;
+    Disk& operator=(const Disk&) = delete;
 
     void Apply(const FileCall& call);
 
-    // Writes into an empty folder what is there when the power comes back: nothing that was not promised
-    // (seed 0), or parts of it, chosen by the seed.
-    void PowerCut(const std::filesystem::path& into, std::uint32_t seed) const;
+    // Leaves in the folder what is there when the power comes back: nothing that was not promised (seed 0),
+    // or parts of it, chosen by the seed.
+    void PowerCut(std::uint32_t seed);
 
   private:
-    struct Change {
-        bool truncates = false;
-        std::int64_t at = 0;  // the new size
-        std::string bytes;
-    };
     struct File {
-        std::string synced;
-        std::vector<Change> since;
+        int held = -1;  // so that no other file gets its number
+        std::string synced = {};
     };
-    using Names = std::map<std::string, std::shared_ptr<File>>;  // null for a folder
-    struct Naming {
-        std::string taken, given;  // whole paths; either may be empty
-        std::shared_ptr<File> file;
-        std::string Folder() const {
-            return std::filesystem::path(given.empty() ? taken : given).parent_path();
-        }
-    };
+    using Names = std::map<std::filesystem::path, ino_t>;  // 0 for a folder
 
-    void Name(Naming naming);
-    static void Rename(Names& names, const Naming& naming);
-    static void Change_(std::string& bytes, const Change& change);
+    ino_t NumberOf(const std::filesystem::path& path);
+    // Puts the names that are in a folder now in the place of those that it had.
+    void TakeNames(const std::filesystem::path& folder, Names& names);
 
     std::filesystem::path folder_;
-    Names names_, synced_;
-    std::vector<Naming> since_;
-    std::map<std::int32_t, std::string> paths_;             // of open files
-    std::map<std::int32_t, std::shared_ptr<File>> opened_;  // null for a folder
+    Names names_;
+    std::map<ino_t, File> files_;
 };

@@ -102,12 +102,14 @@ class Call {
 
     // The call has returned. The caller reads errno after it.
     template <class Result>
-    Result Ended(Result result, FileCall logged = {}) const {
+    Result Ended(Result result, int file = -1, int flags = 0) const {
         const int error = errno;
         if (watch.watcher.seen) {
-            logged.kind = kind_;
-            logged.succeeded = result >= 0;
-            watch.watcher.seen(logged);
+            // What it does with files is no call of the program's.
+            std::string folder;
+            watch.folder.swap(folder);
+            watch.watcher.seen({kind_, file, flags, result >= 0});
+            watch.folder.swap(folder);
         }
         if (half_) Die();
         errno = error;
@@ -119,12 +121,11 @@ class Call {
     bool fails_ = false, half_ = false;
 };
 
-// A call that names a file and changes nothing that its arguments do not name.
 template <class Ask>
-int Named(CallKind kind, bool changes, const char* path, const char* target, const Ask& ask) {
+int Named(CallKind kind, bool changes, const char* path, const Ask& ask) {
     if (!IsWatched(path)) return ask();
     const Call call(kind, changes);
-    return call.Ended(call.Fails() ? -1 : ask(), {.path = path, .target = target ? target : ""});
+    return call.Ended(call.Fails() ? -1 : ask());
 }
 
 template <class Ask>
@@ -132,7 +133,7 @@ int Opened(const char* path, int flags, const Ask& ask) {
     if (!IsWatched(path)) return ask();
     const Call call(CallKind::Open, (flags & O_CREAT) && REAL(access)(path, F_OK) != 0);
     const int file = call.Fails() ? -1 : ask();
-    return call.Ended(file, {.file = file, .flags = flags, .path = path});
+    return call.Ended(file, file, flags);
 }
 
 FILE* OpenedStream(const char* path, const char* mode, FILE* (*ask)(const char*, const char*)) {
@@ -146,26 +147,22 @@ FILE* OpenedStream(const char* path, const char* mode, FILE* (*ask)(const char*,
 }
 
 template <class Write>
-ssize_t Written(int file, const void* bytes, std::size_t size, std::int64_t offset, const Write& write) {
+ssize_t Written(int file, std::size_t size, std::int64_t offset, const Write& write) {
     if (!IsWatched(file)) return write(size);
     const Call call(CallKind::Write, Extends(file, offset, size));
     const std::size_t part = call.Written(size);
     // A disk that is getting full takes a part; the rest of it fails.
     const ssize_t written = part > 0 || size == 0 ? write(part) : 0;
-    const bool fails = call.Fails();
-    return call.Ended(fails ? -1 : written,
-                      {.file = file,
-                       .offset = offset,
-                       .bytes = {static_cast<const char*>(bytes), written > 0 ? std::size_t(written) : 0}});
+    return call.Ended(call.Fails() ? -1 : written);
 }
 
 std::int64_t Position(int file) { return IsWatched(file) ? lseek(file, 0, SEEK_CUR) : 0; }
 
 template <class Ask>
-auto OfOpen(CallKind kind, bool changes, int file, std::int64_t offset, const Ask& ask) -> decltype(ask()) {
+auto OfOpen(CallKind kind, bool changes, int file, const Ask& ask) -> decltype(ask()) {
     if (!IsWatched(file)) return ask();
     const Call call(kind, changes);
-    return call.Ended(call.Fails() ? -1 : ask(), {.file = file, .offset = offset});
+    return call.Ended(call.Fails() ? -1 : ask(), file);
 }
 
 }  // namespace
@@ -218,14 +215,14 @@ FILE* fopen(const char* path, const char* mode) { return OpenedStream(path, mode
 FILE* fopen64(const char* path, const char* mode) { return OpenedStream(path, mode, REAL(fopen64)); }
 
 int fclose(FILE* stream) {
-    const int result = OfOpen(CallKind::Close, false, fileno(stream), 0, [] { return 0; });
+    const int result = OfOpen(CallKind::Close, false, fileno(stream), [] { return 0; });
     const int closed = REAL(fclose)(stream);
     return result == 0 ? closed : EOF;
 }
 
 int close(int file) {
     // It is closed whatever the answer.
-    const int result = OfOpen(CallKind::Close, false, file, 0, [] { return 0; });
+    const int result = OfOpen(CallKind::Close, false, file, [] { return 0; });
     const int error = errno;
     const int closed = REAL(close)(file);
     if (result != 0) errno = error;
@@ -233,21 +230,21 @@ int close(int file) {
 }
 
 ssize_t read(int file, void* to, size_t size) {
-    return OfOpen(CallKind::Read, false, file, 0, [&] { return REAL(read)(file, to, size); });
+    return OfOpen(CallKind::Read, false, file, [&] { return REAL(read)(file, to, size); });
 }
 ssize_t pread(int file, void* to, size_t size, off_t offset) {
-    return OfOpen(CallKind::Read, false, file, 0, [&] { return REAL(pread)(file, to, size, offset); });
+    return OfOpen(CallKind::Read, false, file, [&] { return REAL(pread)(file, to, size, offset); });
 }
 ssize_t pread64(int file, void* to, size_t size, off64_t offset) {
-    return OfOpen(CallKind::Read, false, file, 0, [&] { return REAL(pread64)(file, to, size, offset); });
+    return OfOpen(CallKind::Read, false, file, [&] { return REAL(pread64)(file, to, size, offset); });
 }
 
 ssize_t write(int file, const void* bytes, size_t size) {
-    return Written(file, bytes, size, Position(file),
+    return Written(file, size, Position(file),
                    [&](std::size_t part) { return REAL(write)(file, bytes, part); });
 }
 ssize_t pwrite64(int file, const void* bytes, size_t size, off64_t offset) {
-    return Written(file, bytes, size, offset,
+    return Written(file, size, offset,
                    [&](std::size_t part) { return REAL(pwrite64)(file, bytes, part, offset); });
 }
 ssize_t writev(int file, const iovec* parts, int count) {
@@ -258,39 +255,39 @@ ssize_t writev(int file, const iovec* parts, int count) {
 }
 
 int fsync(int file) {
-    return OfOpen(CallKind::Sync, true, file, 0, [] { return 0; });
+    return OfOpen(CallKind::Sync, true, file, [] { return 0; });
 }
 int fdatasync(int file) {
-    return OfOpen(CallKind::Sync, true, file, 0, [] { return 0; });
+    return OfOpen(CallKind::Sync, true, file, [] { return 0; });
 }
 
-#define TRUNCATE(name, offset)                                                                       \
-    int name(int file, offset size) noexcept {                                                       \
-        return OfOpen(CallKind::Truncate, true, file, size, [&] { return REAL(name)(file, size); }); \
+#define TRUNCATE(name, offset)                                                                 \
+    int name(int file, offset size) noexcept {                                                 \
+        return OfOpen(CallKind::Truncate, true, file, [&] { return REAL(name)(file, size); }); \
     }
 TRUNCATE(ftruncate, off_t)
 TRUNCATE(ftruncate64, off64_t)
 
 int rename(const char* from, const char* to) noexcept {
-    return Named(CallKind::Rename, true, from, to, [&] { return REAL(rename)(from, to); });
+    return Named(CallKind::Rename, true, from, [&] { return REAL(rename)(from, to); });
 }
 int link(const char* from, const char* to) noexcept {
-    return Named(CallKind::Link, true, from, to, [&] { return REAL(link)(from, to); });
+    return Named(CallKind::Link, true, from, [&] { return REAL(link)(from, to); });
 }
 int unlink(const char* path) noexcept {
-    return Named(CallKind::Remove, true, path, nullptr, [&] { return REAL(unlink)(path); });
+    return Named(CallKind::Remove, true, path, [&] { return REAL(unlink)(path); });
 }
 int remove(const char* path) noexcept {
-    return Named(CallKind::Remove, true, path, nullptr, [&] { return REAL(remove)(path); });
+    return Named(CallKind::Remove, true, path, [&] { return REAL(remove)(path); });
 }
 int mkdir(const char* path, mode_t mode) noexcept {
-    return Named(CallKind::MakeFolder, true, path, nullptr, [&] { return REAL(mkdir)(path, mode); });
+    return Named(CallKind::MakeFolder, true, path, [&] { return REAL(mkdir)(path, mode); });
 }
 int chmod(const char* path, mode_t mode) noexcept {
-    return Named(CallKind::Rights, true, path, nullptr, [&] { return REAL(chmod)(path, mode); });
+    return Named(CallKind::Rights, true, path, [&] { return REAL(chmod)(path, mode); });
 }
 int fchmod(int file, mode_t mode) noexcept {
-    return OfOpen(CallKind::Rights, true, file, 0, [&] { return REAL(fchmod)(file, mode); });
+    return OfOpen(CallKind::Rights, true, file, [&] { return REAL(fchmod)(file, mode); });
 }
 
 int fcntl64(int file, int what, ...) {
@@ -301,34 +298,34 @@ int fcntl64(int file, int what, ...) {
     const auto ask = [&] { return REAL(fcntl64)(file, what, with); };
     // Nobody is refused to give a lock back.
     const bool locks = what == F_SETLK && static_cast<const struct flock*>(with)->l_type != F_UNLCK;
-    return locks ? OfOpen(CallKind::Lock, false, file, 0, ask) : ask();
+    return locks ? OfOpen(CallKind::Lock, false, file, ask) : ask();
 }
 int flock(int file, int what) noexcept {
     const auto ask = [&] { return REAL(flock)(file, what); };
-    return what == LOCK_UN ? ask() : OfOpen(CallKind::Lock, false, file, 0, ask);
+    return what == LOCK_UN ? ask() : OfOpen(CallKind::Lock, false, file, ask);
 }
 
 int access(const char* path, int what) noexcept {
-    return Named(CallKind::Look, false, path, nullptr, [&] { return REAL(access)(path, what); });
+    return Named(CallKind::Look, false, path, [&] { return REAL(access)(path, what); });
 }
-#define LOOK(name, Status)                                                                            \
-    int name(const char* path, struct Status* status) noexcept {                                      \
-        return Named(CallKind::Look, false, path, nullptr, [&] { return REAL(name)(path, status); }); \
+#define LOOK(name, Status)                                                                   \
+    int name(const char* path, struct Status* status) noexcept {                             \
+        return Named(CallKind::Look, false, path, [&] { return REAL(name)(path, status); }); \
     }
 LOOK(stat, stat)
 LOOK(stat64, stat64)
 LOOK(lstat, stat)
 LOOK(lstat64, stat64)
-#define LOOK_AT_OPEN(name, Status)                                                               \
-    int name(int file, struct Status* status) noexcept {                                         \
-        return OfOpen(CallKind::Look, false, file, 0, [&] { return REAL(name)(file, status); }); \
+#define LOOK_AT_OPEN(name, Status)                                                            \
+    int name(int file, struct Status* status) noexcept {                                      \
+        return OfOpen(CallKind::Look, false, file, [&] { return REAL(name)(file, status); }); \
     }
 LOOK_AT_OPEN(fstat, stat)
 LOOK_AT_OPEN(fstat64, stat64)
 
 void* mmap64(void* at, size_t size, int rights, int flags, int file, off64_t offset) noexcept {
     void* place = MAP_FAILED;
-    OfOpen(CallKind::Map, false, file, 0, [&] {
+    OfOpen(CallKind::Map, false, file, [&] {
         place = REAL(mmap64)(at, size, rights, flags, file, offset);
         return place == MAP_FAILED ? -1 : 0;
     });

@@ -46,11 +46,8 @@ struct Fault {
 
 struct FileCall {
     CallKind kind = CallKind::Open;
-    std::int32_t file = -1;              // as the kernel numbers it
-    std::int32_t flags = 0;              // of an opening
-    std::int64_t offset = 0;             // of a write; for a truncation the new size
-    std::string path = {}, target = {};  // target: the new name
-    std::string bytes = {};              // of a write, as far as they were written
+    int file = -1;  // as the kernel numbers it
+    int flags = 0;  // of an opening
     bool succeeded = false;
 };
 

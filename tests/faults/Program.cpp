@@ -33,11 +33,7 @@ std::string ToText(const Image& image) {
 }
 
 clsAddressBookEntry EntryOf(const Image& image) {
-    clsAddressBookEntry entry;
-    entry.PCName(L"Stand");
-    entry.IP(L"192.0.2.1");
-    entry.Comment(std::to_wstring(image.number));
-    return entry;
+    return {L"Stand", L"192.0.2.1", std::to_wstring(image.number)};
 }
 
 std::vector<Note> NotesOf(const Image& image) {
@@ -130,10 +126,6 @@ bool Program::Start(const std::string& present) {
     return true;
 }
 
-bool Program::TryStartAgain(const std::string& present) {
-    return ReadRegistryAgain().Kept() && Start(present);
-}
-
 void Program::Save() {
     ++image_.number;
     const std::vector<Note> notes = NotesOf(image_);
@@ -193,13 +185,9 @@ void Program::Import(const std::filesystem::path& file) {
     Save();
 }
 
-void Program::KeepStateAside() { (void)KeepState(); }
-
 void Program::Export() {
     if (!SaveFile(Exported(data_), ExportedBytes(++exports_))) ledger_.Line("exported", exports_);
 }
-
-void Program::Quit() { Hive().Close(); }
 
 void Program::EndUnsaved() {
     image_.notes.push_back({++lastNote_, 0});

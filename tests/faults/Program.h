@@ -69,7 +69,6 @@ class Program {
 
     // `present` is the image that is kept. False when it cannot be read for now, and somebody is told so.
     bool Start(const std::string& present);
-    bool TryStartAgain(const std::string& present);
 
     void Add();
     void Edit();
@@ -77,10 +76,8 @@ class Program {
     void EditAll();
     void Import(const std::filesystem::path& file);
     void Save();
-    void KeepStateAside();
     // Over what an earlier one wrote.
     void Export();
-    void Quit();
     // With a new note that is nowhere yet, when nobody can be asked.
     void EndUnsaved();
 

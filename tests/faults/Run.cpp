@@ -1,7 +1,5 @@
 #include "tests/faults/Run.h"
 
-#include <fcntl.h>
-
 #include <algorithm>
 #include <csignal>
 #include <cstring>
@@ -33,12 +31,7 @@ struct Prepared {
     std::string present = "0";
 };
 
-void MakeUsed(Program& program, int notes) {
-    program.Start("0");
-    for (int i = 0; i < notes; ++i) program.Add();
-    program.Delete();
-    program.Edit();
-}
+void KeepStateAside(Program&) { (void)KeepState(); }
 
 // Until SQLite will soon bring its log, 1000 pages of 4096 bytes, into the file.
 void FillLog(Program& program, const fs::path& data) {
@@ -70,10 +63,13 @@ void Make(const std::string& scenario, Prepared& prepared) {
     InProcess(data, [&] {
         Ledger ledger(sheet);
         Program program(data, ledger);
-        MakeUsed(program, 12);
+        program.Start("0");
+        for (int i = 0; i < 12; ++i) program.Add();
+        program.Delete();
+        program.Edit();
         if (scenario == "long") FillLog(program, data);
-        if (scenario == kDamaged) program.KeepStateAside();
-        if (scenario == "used" || scenario == kDamaged) program.Quit();
+        if (scenario == kDamaged) KeepStateAside(program);
+        if (scenario == "used" || scenario == kDamaged) Hive().Close();
     });
     if (scenario == kDamaged) Damage(data / "kivora/registry.sqlite");
     const Ledger::Content content = Ledger::Read(sheet.Text());
@@ -97,17 +93,12 @@ std::vector<std::function<void(Program&)>> Steps(const std::string& scenario, co
         for (int i = 0; i < 10; ++i) steps.push_back(&Program::EditAll);
         return steps;
     }
-    return {&Program::Add,
-            &Program::Edit,
-            &Program::Delete,
-            [data](Program& program) { program.Import(ImportFile(data)); },
-            &Program::KeepStateAside,
-            &Program::Export,
-            &Program::Edit,
-            &Program::Export,
-            &Program::Add,
-            &Program::Delete,
-            &Program::KeepStateAside};
+    return {&Program::Add,    &Program::Edit,
+            &Program::Delete, [data](Program& program) { program.Import(ImportFile(data)); },
+            KeepStateAside,   &Program::Export,
+            &Program::Edit,   &Program::Export,
+            &Program::Add,    &Program::Delete,
+            KeepStateAside};
 }
 
 void SaveUntilKept(Program& program, Ledger& ledger) {
@@ -122,7 +113,8 @@ void Work(const std::string& scenario, const fs::path& data, const std::string& 
     Program program(data, ledger);
     bool started = program.Start(present);
     if (!started && fault.kind == Fault::FailForGood) EndFault();
-    for (int i = 0; !started && i < kAttempts; ++i) started = program.TryStartAgain(present);
+    for (int i = 0; !started && i < kAttempts; ++i)
+        started = ReadRegistryAgain().Kept() && program.Start(present);
     if (!started) return ledger.Wrong("it cannot be started although nothing fails any more");
     for (const auto& step : Steps(scenario, data)) {
         step(program);
@@ -130,7 +122,7 @@ void Work(const std::string& scenario, const fs::path& data, const std::string& 
     }
     if (program.IsUnsaved()) EndFault();
     SaveUntilKept(program, ledger);
-    program.Quit();
+    Hive().Close();
     program.EndUnsaved();
     if (fault.kind != Fault::None && !FaultHasCome()) ledger.Wrong("the fault did not come");
     EndFault();
@@ -208,32 +200,26 @@ void Check(const fs::path& data, const Ledger::Content& promised, Ledger& ledger
     program.Start(ToText(image));
     program.Add();
     if (program.IsUnsaved()) ledger.Wrong("next start: nothing can be saved");
-    program.Quit();
+    Hive().Close();
     program.Start(ToText(program.Present()));
-    program.Quit();
+    Hive().Close();
 }
 
 }  // namespace
 
-std::vector<SeenCall> CallsOf(const std::string& scenario) {
+std::vector<FileCall> CallsOf(const std::string& scenario) {
     const Folder folder;
     const fs::path data = folder.path / "data";
     const std::string present = Prepare(scenario, data);
     const Sheet calls, promised;
-    const auto note = [&](const FileCall& call) {
-        const bool changes = call.kind == CallKind::Open
-                                 ? (call.flags & O_CREAT) != 0
-                                 : call.kind >= CallKind::Write && call.kind <= CallKind::MakeFolder;
-        const SeenCall seen{call.kind, changes};
-        (void)!write(calls, &seen, sizeof seen);
-    };
+    const auto note = [&](const FileCall& call) { (void)!write(calls, &call, sizeof call); };
     const int status = InProcess(data, [&] {
         Ledger ledger(promised, scenario == kDamaged);
         Work(scenario, data, present, {}, ledger, {note});
     });
     if (status != 0) throw std::runtime_error(scenario + " fails without a fault");
     const std::string bytes = calls.Text();
-    std::vector<SeenCall> seen(bytes.size() / sizeof(SeenCall));
+    std::vector<FileCall> seen(bytes.size() / sizeof(FileCall));
     std::memcpy(seen.data(), bytes.data(), bytes.size());
     return seen;
 }
@@ -251,10 +237,7 @@ std::vector<std::string> Run(const Row& row) {
     FileWatcher watcher;
     if (row.cut) {
         watcher.seen = [&](const FileCall& call) { disk.Apply(call); };
-        watcher.dying = [&] {
-            fs::remove_all(data);
-            disk.PowerCut(data, *row.cut);
-        };
+        watcher.dying = [&] { disk.PowerCut(*row.cut); };
     }
     const int status = InProcess(data, [&] { Work(row.scenario, data, present, row.fault, first, watcher); });
 

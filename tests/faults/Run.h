@@ -23,11 +23,7 @@ struct Row {
 std::vector<std::string> Run(const Row& row);
 
 // The calls of the whole work when nothing fails.
-struct SeenCall {
-    CallKind kind;
-    bool changes;  // can leave something else on the disk than was there before
-};
-std::vector<SeenCall> CallsOf(const std::string& scenario);
+std::vector<FileCall> CallsOf(const std::string& scenario);
 
 // All rows of one sort, as many as there are calls to choose from in all scenarios.
 enum Sort { kKills, kFailures, kCuts };
