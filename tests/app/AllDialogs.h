@@ -25,17 +25,8 @@
 #include "print/frmPrintProgress.h"
 #include "tests/support/Controls.h"
 
-class NoPrinting : public PrintSystem {
-  public:
-    PrinterList Printers() override { return {}; }
-    PaperSize PaperOf(const std::wstring&) override { return {}; }
-    bool SetUp(PrinterSettings&) override { return false; }
-    Started Start(const PrinterSettings&, const std::wstring&) override { return {}; }
-};
-
 // The store must outlive the dialogs. cancelled: called when the user stops the sending.
 inline std::vector<NamedDialog> AllDialogs(NoteStore& store, std::function<void()> cancelled) {
-    static NoPrinting printing;
     std::vector<NamedDialog> all = DialogsOfPlatform();
     const std::vector<NamedDialog> common = {
         {"address book", [] { return new frmAddressbook(false); }},
@@ -59,7 +50,7 @@ inline std::vector<NamedDialog> AllDialogs(NoteStore& store, std::function<void(
         {"note", [] { return new frmProperties(L"Neue Notiz"); }},
         {"print",
          [&store] {
-             return new frmPrint(store, printing, {L"Drucker im Büro", {}},
+             return new frmPrint(store, SystemPrinting(), {L"Drucker im Büro", {}},
                                  L"Es ist kein Drucker installiert. Gedruckt wird in eine PDF-Datei.");
          }},
         {"printing", [] { return new frmPrintProgress; }},

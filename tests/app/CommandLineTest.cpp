@@ -22,9 +22,7 @@ TEST(CommandLine, SplitsAtSlashes) {
     } rows[] = {
         {L"", {L""}},
         {L" /[print] /C:\\Eigene Notizen\\a.kvr", {L"[print]", L"C:\\Eigene Notizen\\a.kvr"}},
-        {L" /a.kvr /b.kvr", {L"a.kvr", L"b.kvr"}},
         {L"/a.kvr", {L"a.kvr"}},
-        {L" /[print]", {L"[print]"}},
         {L"/", {L""}},
         {L"//", {L"", L""}},
         {L" / /", {L"", L""}},
@@ -32,7 +30,6 @@ TEST(CommandLine, SplitsAtSlashes) {
         {L"/a  /b", {L"a ", L"b"}},  // of two blanks only the one before the slash goes
         {L"/\"a b\"", {L"\"a b\""}},
         {L"/ä€/ü", {L"ä€", L"ü"}},
-        {L"/C:\\x /y.kvr", {L"C:\\x", L"y.kvr"}},
     };
     for (const auto& row : rows) {
         EXPECT_EQ(Shown(SplitCommandLine(row.commandLine)), Shown(row.arguments)) << ToUtf8(row.commandLine);
@@ -84,7 +81,6 @@ TEST(CommandLine, FindsCommandsWithTheirArguments) {
         {{L"--import"}, {}, L"zu --import fehlt DATEI…"},
         {{L"--export"}, {}, L"zu --export fehlt DATEI"},
         {{L"--list", L"x"}, {}, L"zu viel hinter --list"},
-        {{L"--receive"}, {L"--receive", {}}, L""},
         {{L"--receive", L"none"}, {L"--receive", {L"none"}}, L""},
         {{L"--receive=ü=1"}, {L"--receive", {L"ü=1"}}, L""},
         {{L"--receive", L"--help"}, {L"--receive", {L"--help"}}, L""},

@@ -11,10 +11,7 @@ namespace {
 namespace fs = std::filesystem;
 
 UnsavedImage Sample() {
-    clsAddressBookEntry entry;
-    entry.PCName(L"Büro 3:7");
-    entry.IP(L"10.0.0.1");
-    entry.Comment(L"Ω\nzweite Zeile");
+    const clsAddressBookEntry entry(L"Büro 3:7", L"10.0.0.1", L"Ω\nzweite Zeile");
     return {
         true,
         {{.text = L"Käse Ω", .creationTime = L"heute", .look = {.bold = true}, .place = {1, 2, 3, 4}}, {}},

@@ -8,6 +8,8 @@
 #include "app/EmergencyFile.h"
 #include "app/Keeping.h"
 #include "app/frmUnsaved.h"
+#include "base/FileName.h"
+#include "model/KeepReason.h"
 #include "notes/frmProperties.h"
 #include "tests/addressbook/Entries.h"
 #include "tests/exchange/FileDialogOnScreen.h"

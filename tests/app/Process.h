@@ -27,8 +27,6 @@ class Process {
     // Where a command line is one text: a program with it, maybe with other rights and another output.
     Process(const std::wstring& program, std::wstring line, void* token = nullptr, void* output = nullptr);
     ~Process();  // kills it
-    Process(const Process&) = delete;
-    Process& operator=(const Process&) = delete;
 
     // As the user's session asks a program to end, as somebody ends it who does not ask, and as it stands
     // when something keeps it from going on.

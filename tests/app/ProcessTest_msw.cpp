@@ -9,8 +9,6 @@
 
 namespace {
 
-using namespace std::chrono_literals;
-
 std::wstring ProgramFile() { return std::filesystem::absolute(FromUtf8(KIVORA_PROGRAM)).native(); }
 
 // The token of the same user without an administrator's rights.

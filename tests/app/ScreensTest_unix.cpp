@@ -42,8 +42,6 @@ class TwoScreens {
         });
     }
     ~TwoScreens() { setenv("DISPLAY", before_.c_str(), 1); }
-    TwoScreens(const TwoScreens&) = delete;
-    TwoScreens& operator=(const TwoScreens&) = delete;
 
     explicit operator bool() const { return usable_; }
 

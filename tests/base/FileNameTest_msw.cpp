@@ -13,10 +13,4 @@ TEST(FileName, KeepsEveryName) {
     EXPECT_EQ(ShownFileName(L"a" + half + L"z"), L"a\uFFFDz");
 }
 
-TEST(FileName, IsMadeAbsoluteWithoutTheFile) {
-    const std::filesystem::path here = std::filesystem::current_path();
-    EXPECT_EQ(FilePath(AbsoluteFileName(L"no such file.kvr")), here / L"no such file.kvr");
-    EXPECT_EQ(AbsoluteFileName(L"C:\\nowhere\\a.kvr"), L"C:\\nowhere\\a.kvr");
-}
-
 }  // namespace

@@ -23,3 +23,10 @@ TEST(NameFromText, IsFitForEveryFileSystem) {
     };
     for (const auto& row : rows) EXPECT_EQ(NameFromText(row.text, 20), row.name);
 }
+
+TEST(FileName, IsMadeAbsoluteWithoutTheFile) {
+    const std::filesystem::path here = std::filesystem::current_path();
+    EXPECT_EQ(FilePath(AbsoluteFileName(L"no such file.kvr")), here / "no such file.kvr");
+    const std::wstring absolute = FileName(here.root_path() / "nowhere" / "a.kvr");
+    EXPECT_EQ(AbsoluteFileName(absolute), absolute);
+}

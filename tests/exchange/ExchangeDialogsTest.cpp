@@ -176,7 +176,7 @@ TEST_F(ExchangeTest, ListPreviewAndImportMeanTheSameRecord) {
     EXPECT_EQ(StoredNotes(), (std::vector{notes[3], notes[20], notes[39]}));
 }
 
-TEST_F(ExchangeTest, FilesWithoutNotesHaveNoPreview) {
+TEST_F(ExchangeTest, FilesWithoutNotesHaveNoPreviewAndBringNothing) {
     const fs::path good = Write(L"gut.kvr", FileBytes(SampleNotes()));
     const fs::path empty = Write(L"leer.kvr", "");
     const fs::path ended = Write(L"ende.kvr", FileBytes({{.Text = L""}, {.Text = L"zwei"}}));
@@ -192,7 +192,13 @@ TEST_F(ExchangeTest, FilesWithoutNotesHaveNoPreview) {
             EXPECT_EQ(dialog.txtNotiz->GetValue(), L"Keine Vorschau möglich.") << path;
             EXPECT_EQ(dialog.txtNotiz->GetFont(), NoteFont({.size = 8, .italic = true})) << path;
         }
-        Press(dialog.cmdAbbrechen);
+        // One that goes meanwhile.
+        dialog.txtDatei->SetValue(FileName(good));
+        fs::remove(good);
+        Click(*dialog.lstNotizen, 1);
+        EXPECT_EQ(dialog.txtNotiz->GetValue(), L"Keine Vorschau möglich.");
+        Press(dialog.cmdAlle);
+        Press(dialog.cmdOK);
     });
     EXPECT_EQ(messages, Messages{});
     EXPECT_EQ(store.CountNotes(), 0u);
@@ -211,20 +217,6 @@ TEST_F(ExchangeTest, ATextFileBecomesANewNote) {
     EXPECT_EQ(note.Text(), L"Käse\r\n\U0001F600 ja");
     EXPECT_GT(note.Width(), kSmallestPixels * TwipsPerPixelX(note));
     EXPECT_GT(note.Left(), 0);
-}
-
-TEST_F(ExchangeTest, AFileThatHasGoneBringsNothing) {
-    const fs::path path = Write(L"a.kvr", FileBytes(SampleNotes()));
-    Import([&](frmImport& dialog) {
-        dialog.txtDatei->SetValue(FileName(path));
-        fs::remove(path);
-        Click(*dialog.lstNotizen, 1);
-        EXPECT_EQ(dialog.txtNotiz->GetValue(), L"Keine Vorschau möglich.");
-        Press(dialog.cmdAlle);
-        Press(dialog.cmdOK);
-    });
-    EXPECT_EQ(messages, Messages{});
-    EXPECT_EQ(store.CountNotes(), 0u);
 }
 
 TEST_F(ExchangeTest, MoreThanBecomesWindowsIsRefusedAsAWhole) {

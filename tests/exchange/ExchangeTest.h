@@ -24,7 +24,6 @@ class ExchangeTest : protected MessageRecorder, public StoreTest {
         std::filesystem::create_directories(folder);
         answer = MessageAnswer::Yes;
     }
-    ~ExchangeTest() override { std::filesystem::remove_all(folder); }
 
     frmNote& Add(const ExportedNote& record) { return store.AdoptNote(ToNote(record)); }
     std::vector<ExportedNote> StoredNotes() const {

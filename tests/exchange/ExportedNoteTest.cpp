@@ -5,15 +5,6 @@
 
 namespace {
 
-std::vector<ExportedNote> NotesOf(const std::string& bytes) {
-    std::vector<ExportedNote> notes;
-    ByteSource file = ByteSource::OfMemory(bytes);
-    ExportReader reader(file);
-    for (ExportedNote note = reader.Next(); !note.Text.empty(); note = reader.Next())
-        notes.push_back(std::move(note));
-    return notes;
-}
-
 // Where each field has its place is recorded.
 TEST(ExportedNote, AnyFlagThatIsNotZeroIsSetAndWrittenInOneWay) {
     const std::string flags("\x00\x00\xFF\xFF\x01\x00\x00\x01", 8);
@@ -43,15 +34,15 @@ TEST(ExportedNote, IsANoteAndBack) {
 TEST(ExportedNote, ReadsZerosBehindTheEnd) {
     const ExportedNote note = SampleNotes()[2];
     const std::string whole = FileBytes({note});
-    EXPECT_TRUE(NotesOf("").empty());
+    EXPECT_TRUE(RecordsOf("").empty());
     for (std::size_t length = 2; length < whole.size() - 1; ++length) {
-        const std::vector<ExportedNote> read = NotesOf(whole.substr(0, length));
+        const std::vector<ExportedNote> read = RecordsOf(whole.substr(0, length));
         ASSERT_EQ(read.size(), 1u) << length;
         const std::size_t there = std::min(length - 2, note.Text.size());
         EXPECT_EQ(read[0].Text, note.Text.substr(0, there) + std::wstring(note.Text.size() - there, L'\0'));
         EXPECT_FALSE(read[0].Foreground) << length;
     }
-    EXPECT_EQ(NotesOf(whole), std::vector<ExportedNote>{note});
+    EXPECT_EQ(RecordsOf(whole), std::vector<ExportedNote>{note});
 }
 
 TEST(ExportedNote, NothingIsWrittenOfATextThatCannotBeCounted) {

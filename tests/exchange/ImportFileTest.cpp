@@ -19,7 +19,6 @@ class ImportFileTest : public testing::Test {
         fs::remove_all(folder);
         fs::create_directories(folder);
     }
-    ~ImportFileTest() override { fs::remove_all(folder); }
 
     fs::path Write(const std::string& bytes, const char* name = "a.kvr") const {
         std::ofstream(folder / name, std::ios::binary) << bytes;

@@ -3,8 +3,8 @@
 #include <limits>
 
 #include "base/Text.h"
-#include "exchange/ExportedNote.h"
 #include "exchange/KeptFile.h"
+#include "tests/exchange/SampleNotes.h"
 
 namespace {
 
@@ -29,12 +29,9 @@ Notes Read(const std::string& bytes) {
 }
 
 // What a reader sees that knows nothing of appendices.
-Notes RecordsOf(const std::string& bytes) {
+Notes RecordedNotes(const std::string& bytes) {
     Notes notes;
-    ByteSource file = ByteSource::OfMemory(bytes);
-    ExportReader reader(file);
-    for (ExportedNote record = reader.Next(); !record.Text.empty(); record = reader.Next())
-        notes.push_back(ToNote(record));
+    for (const ExportedNote& record : RecordsOf(bytes)) notes.push_back(ToNote(record));
     return notes;
 }
 
@@ -70,16 +67,16 @@ TEST(KeptFile, NotesComeBackExactly) {
         const std::string bytes = KeptFileBytes(notes);
         EXPECT_EQ(Exact(bytes), notes);
         EXPECT_EQ(Exact(bytes + "anything"), notes) << "over a longer file";
-        EXPECT_EQ(RecordsOf(bytes).size(), row.records);
+        EXPECT_EQ(RecordedNotes(bytes).size(), row.records);
     }
 }
 
 TEST(KeptFile, OtherReadersSeeAnExportFile) {
     const Note note = Sample(L"Käse Ω\r\n\U0001F600");
-    EXPECT_EQ(RecordsOf(KeptFileBytes({note, note})), (Notes{InCodePage(note), InCodePage(note)}));
+    EXPECT_EQ(RecordedNotes(KeptFileBytes({note, note})), (Notes{InCodePage(note), InCodePage(note)}));
     // A long text is broken at the ends of lines.
     const std::wstring line = std::wstring(40'000, L'x');
-    const Notes pieces = RecordsOf(KeptFileBytes({Sample(line + L"\r\n" + line)}));
+    const Notes pieces = RecordedNotes(KeptFileBytes({Sample(line + L"\r\n" + line)}));
     ASSERT_EQ(pieces.size(), 2u);
     for (const Note& piece : pieces) EXPECT_EQ(piece.text, line);
 }
@@ -97,7 +94,7 @@ TEST(KeptFile, NothingAlteredIsTakenForExact) {
         }
     }
     EXPECT_EQ(Read(bytes), notes);
-    EXPECT_EQ(Read(bytes.substr(0, bytes.size() - 1)), RecordsOf(bytes));
+    EXPECT_EQ(Read(bytes.substr(0, bytes.size() - 1)), RecordedNotes(bytes));
 }
 
 TEST(KeptFile, PlacesThatNoRecordCanNameAreNotTaken) {

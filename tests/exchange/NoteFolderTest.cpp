@@ -20,13 +20,7 @@ constexpr std::size_t kStamp = 23;
 
 class NoteFolderTest : public testing::Test {
   protected:
-    NoteFolderTest()
-        : folder_(SharedDataFolder() / ("kivora-folder-" + std::to_string(now_.time_since_epoch().count()))) {
-    }
-    ~NoteFolderTest() override {
-        std::error_code ignored;
-        fs::remove_all(folder_, ignored);
-    }
+    NoteFolderTest() { fs::remove_all(folder_); }
 
     // All files, in the order of their names.
     Names Files() const {
@@ -45,7 +39,7 @@ class NoteFolderTest : public testing::Test {
     fs::path Path(const std::wstring& name) const { return folder_ / FilePath(name); }
 
     const Clock::time_point now_ = Clock::now();
-    const fs::path folder_;
+    const fs::path folder_ = SharedDataFolder() / "kivora-folder";
 };
 
 }  // namespace

@@ -45,6 +45,16 @@ inline std::vector<ExportedNote> SampleNotes() {
              .FontNoteUnderlined = true}};
 }
 
+// Of a file without an appendix: each record up to the first without a text.
+inline std::vector<ExportedNote> RecordsOf(const std::string& bytes) {
+    std::vector<ExportedNote> records;
+    ByteSource file = ByteSource::OfMemory(bytes);
+    ExportReader reader(file);
+    for (ExportedNote record = reader.Next(); !record.Text.empty(); record = reader.Next())
+        records.push_back(std::move(record));
+    return records;
+}
+
 inline std::string FileBytes(const std::vector<ExportedNote>& notes) {
     std::string bytes;
     for (const ExportedNote& note : notes) WriteRecord(bytes, note);

@@ -1,12 +1,10 @@
 #include <windows.h>
 
-#include <fstream>
-#include <iterator>
-
 #include "base/FileName.h"
 #include "base/Text.h"
 #include "registry/clsRegistry.h"
 #include "tests/mail/MailProgram.h"
+#include "tests/support/Files.h"
 
 // This very program, which keeps its command line when it is started so. The registry is the test's own.
 MailProgram::MailProgram() {
@@ -26,8 +24,7 @@ MailProgram::~MailProgram() {
 }
 
 std::wstring MailProgram::Got() const {
-    std::ifstream written(record_, std::ios::binary);
-    const std::string line{std::istreambuf_iterator<char>(written), {}};
+    const std::string line = Content(record_);
     const std::size_t start = line.find(" \"mailto:");
     if (start == std::string::npos || !line.ends_with("\"")) return L"";
     return FromUtf8(line.substr(start + 2, line.size() - start - 3));

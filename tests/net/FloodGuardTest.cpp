@@ -6,7 +6,6 @@ namespace {
 
 using namespace std::chrono_literals;
 using Answer = FloodGuard::Answer;
-using Keys = std::vector<std::int32_t>;
 
 // Offers notes to a guard and counts what it takes.
 class Computers {

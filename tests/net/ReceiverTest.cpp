@@ -63,13 +63,6 @@ TEST(Receiver, WithoutANoteTheRestOfTheBufferIsDiscarded) {
     }
 }
 
-Note Saying(const std::wstring& text, const NoteLook& look = {}) {
-    Note note;
-    note.text = text;
-    note.look = look;
-    return note;
-}
-
 TEST(Receiver, NotesAreBuiltLineByLine) {
     const struct {
         std::string commands;
@@ -93,7 +86,7 @@ TEST(Receiver, NotesAreBuiltLineByLine) {
     for (const auto& row : rows) {
         const Dialogue dialogue = Receive("NOTE_NEW\r\n" + row.commands + "NOTE_FINISHED\r\n");
         ASSERT_EQ(dialogue.notes.size(), 1u) << row.commands;
-        EXPECT_EQ(dialogue.notes[0], Saying(row.text, row.look)) << row.commands;
+        EXPECT_EQ(dialogue.notes[0], (Note{.text = row.text, .look = row.look})) << row.commands;
     }
 }
 
@@ -104,7 +97,7 @@ TEST(Receiver, BehindQuitCommandsWorkWithoutReplies) {
     // The first NOTE_FINISHED has no note any more, and so discards everything behind it.
     EXPECT_EQ(dialogue, (Dialogue{"OK\r\nOK\r\n", {}, 1}));
     EXPECT_EQ(Receive("QUIT\r\nNOTE_NEW\r\nNOTE_TEXT x\r\nNOTE_FINISHED\r\n"),
-              (Dialogue{"OK\r\n", {Saying(L"x")}, 1}));
+              (Dialogue{"OK\r\n", {{.text = L"x"}}, 1}));
 }
 
 TEST(Receiver, LongLinesAreCut) {

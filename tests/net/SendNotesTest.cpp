@@ -20,7 +20,6 @@
 
 namespace {
 
-using namespace std::chrono_literals;
 using Texts = std::vector<std::wstring>;
 
 const std::wstring kNoConnection =

@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -18,18 +17,9 @@ class CupsServer {
   public:
     // Not running yet. This process asks no other service from now on. script: tests/cups, which starts it.
     explicit CupsServer(std::string script) : script_(std::move(script)) {
-        std::string name = (std::filesystem::temp_directory_path() / "kivora-cups-XXXXXX").string();
-        if (!mkdtemp(name.data())) throw std::runtime_error("no temporary folder");
-        root_ = name;
-        setenv("CUPS_SERVER", (name + "/socket").c_str(), 1);
+        std::filesystem::create_directory(root_);
+        setenv("CUPS_SERVER", (root_ / "socket").c_str(), 1);
     }
-    ~CupsServer() {
-        Stop();
-        std::error_code ignored;
-        std::filesystem::remove_all(root_, ignored);
-    }
-    CupsServer(const CupsServer&) = delete;
-    CupsServer& operator=(const CupsServer&) = delete;
 
     void Start() {
         service_.emplace("'" + script_ + "' '" + root_.string() + "'");
@@ -58,6 +48,6 @@ class CupsServer {
 
   private:
     const std::string script_;
-    std::filesystem::path root_;
+    const std::filesystem::path root_ = std::filesystem::temp_directory_path() / "cups";
     std::optional<Background> service_;
 };

@@ -5,8 +5,8 @@
 #include <filesystem>
 
 #include "base/Text.h"
-#include "exchange/ExportedNote.h"
 #include "net/Receiver.h"
+#include "tests/exchange/SampleNotes.h"
 
 namespace {
 
@@ -14,15 +14,6 @@ std::string Recorded(const char* name) {
     ByteSource file = ByteSource::OfFile(std::filesystem::path(KIVORA_RECORDED) / name);
     EXPECT_FALSE(file.Failure()) << name;
     return file.ReadRest();
-}
-
-std::vector<ExportedNote> RecordedNotes() {
-    const std::string bytes = Recorded("notizen.kvr");
-    ByteSource file = ByteSource::OfMemory(bytes);
-    ExportReader reader(file);
-    std::vector<ExportedNote> notes;
-    for (ExportedNote note = reader.Next(); !note.Text.empty(); note = reader.Next()) notes.push_back(note);
-    return notes;
 }
 
 // A dialogue line by line, each with its line end: what one side sent, and what the other replied to it.
@@ -45,7 +36,8 @@ std::vector<Exchange> RecordedDialogue(const char* name) {
 
 TEST(Recorded, AnExportFileIsReadAndWrittenByteForByte) {
     std::string written;
-    for (const ExportedNote& note : RecordedNotes()) EXPECT_TRUE(WriteRecord(written, note));
+    for (const ExportedNote& note : RecordsOf(Recorded("notizen.kvr")))
+        EXPECT_TRUE(WriteRecord(written, note));
     EXPECT_EQ(written, Recorded("notizen.kvr"));
 }
 
@@ -63,7 +55,7 @@ TEST(Recorded, ASenderGetsTheSameReplies) {
 TEST(Recorded, AReceiverGetsTheSameCommands) {
     const std::vector<Exchange> dialogue = RecordedDialogue("sending.txt");
     auto exchange = dialogue.begin() + 1;
-    for (const ExportedNote& record : RecordedNotes()) {
+    for (const ExportedNote& record : RecordsOf(Recorded("notizen.kvr"))) {
         for (const std::wstring& command : CommandsFor(ToNote(record))) {
             ASSERT_EQ(ToAnsi(command) + "\r\n", exchange->sent);
             if (exchange++->replied != "OK\r\n") break;

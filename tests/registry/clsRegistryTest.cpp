@@ -145,7 +145,6 @@ TEST_F(clsRegistryTest, TextsComeBackUpToTheirLimit) {
         std::wstring written, read;
     } cases[] = {
         {L"", L""},
-        {L"abc", L"abc"},
         {L"Zeile 1\r\nZeile 2", L"Zeile 1\r\nZeile 2"},
         {L"  Blanks around  ", L"  Blanks around  "},
         {L"Käse „5 €“", L"Käse „5 €“"},
@@ -153,9 +152,7 @@ TEST_F(clsRegistryTest, TextsComeBackUpToTheirLimit) {
         {std::wstring(4095, L'x'), std::wstring(4095, L'x')},
         {std::wstring(4095, L'ü'), std::wstring(4095, L'ü')},
         {std::wstring(4096, L'x'), L""},
-        {std::wstring(4097, L'x'), L""},
         {std::wstring(100'000, L'x'), L""},
-        {std::wstring(4095, L' '), std::wstring(4095, L' ')},
     };
     for (const std::int32_t type : {REG_TYPE_SZ, REG_TYPE_EXPAND_SZ, REG_TYPE_MULTI_SZ})
         for (const auto& row : cases) {

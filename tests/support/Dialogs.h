@@ -48,22 +48,21 @@ class WhenShown : public wxTimer {
     std::function<bool(Dialog&)> ready_;
 };
 
-inline void Press(wxWindow* button) {
-    wxCommandEvent event(wxEVT_BUTTON, button->GetId());
-    event.SetEventObject(button);
-    button->ProcessWindowEvent(event);
+// What a control tells its dialog.
+inline void Tell(wxEventType type, wxWindow* control) {
+    wxCommandEvent event(type, control->GetId());
+    event.SetEventObject(control);
+    control->ProcessWindowEvent(event);
 }
+
+inline void Press(wxWindow* button) { Tell(wxEVT_BUTTON, button); }
 
 inline void Choose(wxRadioButton* button) {
     button->SetValue(true);
-    wxCommandEvent event(wxEVT_RADIOBUTTON, button->GetId());
-    event.SetEventObject(button);
-    button->ProcessWindowEvent(event);
+    Tell(wxEVT_RADIOBUTTON, button);
 }
 
 inline void Check(wxCheckBox* box, bool on) {
     box->SetValue(on);
-    wxCommandEvent event(wxEVT_CHECKBOX, box->GetId());
-    event.SetEventObject(box);
-    box->ProcessWindowEvent(event);
+    Tell(wxEVT_CHECKBOX, box);
 }

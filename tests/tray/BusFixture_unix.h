@@ -14,11 +14,6 @@ inline std::string Printed(const Variant& variant) {
 
 class BusFixture : public TrayFixture {
   protected:
-    void SetUp() override {
-        TrayFixture::SetUp();
-        if (!IsSkipped() && !bus_.Started()) GTEST_SKIP() << "dbus-daemon is not installed";
-    }
-
     // So many icons and no other stand on the bus, and nowhere else.
     bool OnlyOnTheBus(const TestDesktop& desktop, std::size_t count) {
         return RunUntil([&] { return desktop.Items().size() == count && !Strip() && Embedded().empty(); });

@@ -3,6 +3,7 @@
 // does what the test says. The icons live in this process, too, so calls to them let events run.
 
 #include <gio/gio.h>
+#include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <fstream>
@@ -35,16 +36,16 @@ class TestBus {
         std::istringstream(ShellOutput("dbus-daemon --config-file=" + file +
                                        " --fork --print-address=1 --print-pid=1 2>/dev/null")) >>
             address_ >> pid_;
-        if (Started()) setenv("DBUS_SESSION_BUS_ADDRESS", address_.c_str(), 1);
+        EXPECT_GT(pid_, 0) << "no dbus-daemon";
+        setenv("DBUS_SESSION_BUS_ADDRESS", address_.c_str(), 1);
     }
     // Ends it; the environment names none then.
     ~TestBus() {
         setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", 1);
-        if (Started()) kill(pid_, SIGTERM);
+        if (pid_ > 0) kill(pid_, SIGTERM);
     }
     TestBus(const TestBus&) = delete;
     TestBus& operator=(const TestBus&) = delete;
-    bool Started() const { return !address_.empty(); }
     const std::string& Address() const { return address_; }
 
   private:

@@ -117,7 +117,6 @@ class TrayProcess {
     // edge: of the screen; trayer covers it without reserving it.
     explicit TrayProcess(const std::string& edge = "top")
         : trayer_(std::in_place, "trayer --align right --widthtype request --height 26 --edge " + edge) {}
-    static bool Started() { return !ShellOutput("command -v trayer").empty(); }
     void End() { trayer_.reset(); }
 
   private:
