@@ -265,15 +265,13 @@ TEST_F(AddressbookDialogs, WhatIsTypedWhileAnAddressIsLookedUpIsKept) {
 }
 
 TEST_F(AddressbookDialogs, NamesAreLookedUpWhileEventsGoOn) {
-    const struct {
-        const wchar_t *name, *address;
-    } rows[] = {{L"  localhost  ", L"127.0.0.1"},
-                {L"192.168.0.7", L"192.168.0.7"},
-                {kNowhere, L""},
-                {L"   ", L""},
-                {L"ä ö", L""}};
-    for (const auto& row : rows)
-        EXPECT_EQ(ResolveHostAddress(row.name), row.address) << wxString(row.name).utf8_string();
+    const std::pair<const wchar_t*, const wchar_t*> rows[] = {{L"  localhost  ", L"127.0.0.1"},
+                                                              {L"192.168.0.7", L"192.168.0.7"},
+                                                              {kNowhere, L""},
+                                                              {L"   ", L""},
+                                                              {L"ä ö", L""}};
+    for (const auto& [name, address] : rows)
+        EXPECT_EQ(ResolveHostAddress(name), address) << wxString(name).utf8_string();
     EXPECT_EQ(ResolveHostAddress(L"localhost", [] { return true; }), L"") << "abandoned";
     {
         const NameLookup given_up(L"localhost", [](const std::vector<std::wstring>&) { ADD_FAILURE(); });

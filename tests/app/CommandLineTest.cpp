@@ -16,10 +16,7 @@ std::string Shown(const Texts& texts) {
 }
 
 TEST(CommandLine, SplitsAtSlashes) {
-    const struct {
-        std::wstring commandLine;
-        Texts arguments;
-    } rows[] = {
+    const std::pair<std::wstring, Texts> rows[] = {
         {L"", {L""}},
         {L" /[print] /C:\\Eigene Notizen\\a.kvr", {L"[print]", L"C:\\Eigene Notizen\\a.kvr"}},
         {L"/a.kvr", {L"a.kvr"}},
@@ -31,8 +28,8 @@ TEST(CommandLine, SplitsAtSlashes) {
         {L"/\"a b\"", {L"\"a b\""}},
         {L"/ä€/ü", {L"ä€", L"ü"}},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(Shown(SplitCommandLine(row.commandLine)), Shown(row.arguments)) << ToUtf8(row.commandLine);
+    for (const auto& [commandLine, arguments] : rows) {
+        EXPECT_EQ(Shown(SplitCommandLine(commandLine)), Shown(arguments)) << ToUtf8(commandLine);
     }
 }
 
@@ -113,10 +110,7 @@ TEST(Commands, PackAndUnpack) {
 }
 
 TEST(IconTip, SaysWhatIsNotAsUsual) {
-    const struct {
-        ProgramState state;
-        const char* tip;
-    } rows[] = {
+    const std::pair<ProgramState, const char*> rows[] = {
         {{}, "Kivora 1.6"},
         {{Trouble::Unsaved}, "Kivora 1.6 - nicht gespeichert"},
         {{Trouble::None, ReceiveFrom::Known}, "Kivora 1.6 - Empfang nur aus Adressbuch"},
@@ -127,9 +121,9 @@ TEST(IconTip, SaysWhatIsNotAsUsual) {
         {{Trouble::Unreadable, ReceiveFrom::Known},
          "Kivora 1.6 - Notizen nicht lesbar - Empfang nur aus Adressbuch"},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(ToUtf8(IconTip(row.state)), row.tip);
-        EXPECT_LE(IconTip(row.state).size(), 63u);
+    for (const auto& [state, tip] : rows) {
+        EXPECT_EQ(ToUtf8(IconTip(state)), tip);
+        EXPECT_LE(IconTip(state).size(), 63u);
     }
 }
 

@@ -19,14 +19,13 @@ TEST(Platform, EveryLocaleTakesTextAndTranslations) {
     for (const char* name : names) {
         if (const char* value = std::getenv(name)) kept[name] = value;
     }
-    const struct {
-        const char *lang, *messages;
-    } rows[] = {{"C", ""}, {"POSIX", ""}, {"gibt-es-nicht", ""}, {"C.UTF-8", "C"}, {"", ""}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.lang);
+    const std::pair<const char*, const char*> rows[] = {
+        {"C", ""}, {"POSIX", ""}, {"gibt-es-nicht", ""}, {"C.UTF-8", "C"}, {"", ""}};
+    for (const auto& [lang, messages] : rows) {
+        SCOPED_TRACE(lang);
         for (const char* name : names) unsetenv(name);
-        setenv("LANG", row.lang, 1);
-        setenv("LC_MESSAGES", row.messages, 1);
+        setenv("LANG", lang, 1);
+        setenv("LC_MESSAGES", messages, 1);
         PrepareEnvironment();
         EXPECT_STRNE(std::setlocale(LC_MESSAGES, nullptr), "C");
         EXPECT_STREQ(nl_langinfo(CODESET), "UTF-8");

@@ -51,18 +51,16 @@ void ShowTip() {
 }  // namespace
 
 TEST(Theme, IsReadForWhateverNeedsIt) {
-    const struct {
-        const char* name;
-        std::function<void()> make;
-    } rows[] = {{"dialog", [] { (new AnyDialog)->Destroy(); }},
-                {"file dialog", [] { FileChooser(nullptr, L"Test", false); }},
-                {"menu", OpenMenu},
-                {"tool tip", ShowTip}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
+    const std::pair<const char*, std::function<void()>> rows[] = {
+        {"dialog", [] { (new AnyDialog)->Destroy(); }},
+        {"file dialog", [] { FileChooser(nullptr, L"Test", false); }},
+        {"menu", OpenMenu},
+        {"tool tip", ShowTip}};
+    for (const auto& [name, make] : rows) {
+        SCOPED_TRACE(name);
         ComeUpWithoutTheme();
         EXPECT_FALSE(IsThemeRead());
-        row.make();
+        make();
         EXPECT_TRUE(IsThemeRead());
     }
 }

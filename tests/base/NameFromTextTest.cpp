@@ -3,9 +3,7 @@
 #include "base/FileName.h"
 
 TEST(NameFromText, IsFitForEveryFileSystem) {
-    const struct {
-        std::wstring text, name;
-    } rows[] = {
+    const std::pair<std::wstring, std::wstring> rows[] = {
         {L"Milch und Brot", L"Milch und Brot"},
         {L"  Erste Zeile\r\n\tzweite  ", L"Erste Zeile zweite"},
         {L"../../etc/passwd", L".. .. etc passwd"},
@@ -21,7 +19,7 @@ TEST(NameFromText, IsFitForEveryFileSystem) {
         {std::wstring(500, L'x'), std::wstring(20, L'x')},
         {std::wstring(19, L'x') + L" y", std::wstring(19, L'x')},
     };
-    for (const auto& row : rows) EXPECT_EQ(NameFromText(row.text, 20), row.name);
+    for (const auto& [text, name] : rows) EXPECT_EQ(NameFromText(text, 20), name);
 }
 
 TEST(FileName, IsMadeAbsoluteWithoutTheFile) {

@@ -7,10 +7,7 @@
 namespace {
 
 TEST(Text, Utf8IsStrict) {
-    const struct {
-        const char* bytes;
-        const wchar_t* text;
-    } cases[] = {
+    const std::pair<const char*, const wchar_t*> cases[] = {
         {"", L""},
         {"Käse 5 €", L"Käse 5 €"},
         {"\xF0\x9F\x98\x80", L"\U0001F600"},
@@ -29,15 +26,12 @@ TEST(Text, Utf8IsStrict) {
         {"\xE2\x82z", L"\uFFFD\uFFFDz"},
         {"\xC3\xC3\xA4", L"\uFFFDä"},
     };
-    for (const auto& row : cases) EXPECT_EQ(FromUtf8(row.bytes), row.text) << row.bytes;
+    for (const auto& [bytes, text] : cases) EXPECT_EQ(FromUtf8(bytes), text) << bytes;
     EXPECT_EQ(FromUtf8(std::string_view("a\0b", 3)), std::wstring(L"a\0b", 3));
 }
 
 TEST(Text, WhatIsNoCharacterIsReplaced) {
-    const struct {
-        std::wstring text;
-        const char* bytes;
-    } cases[] = {
+    const std::pair<std::wstring, const char*> cases[] = {
         {L"Müller & Söhne", "M\xC3\xBCller & S\xC3\xB6hne"},
         {L"\U0001F600", "\xF0\x9F\x98\x80"},
         {{wchar_t(0xD83D), wchar_t(0xDE00)}, "\xF0\x9F\x98\x80"},
@@ -47,7 +41,7 @@ TEST(Text, WhatIsNoCharacterIsReplaced) {
          "b"},
         {{wchar_t(0xD83D), wchar_t(0xD83D), wchar_t(0xDE00)}, "\xEF\xBF\xBD\xF0\x9F\x98\x80"},
     };
-    for (const auto& row : cases) EXPECT_EQ(ToUtf8(row.text), row.bytes) << row.bytes;
+    for (const auto& [text, bytes] : cases) EXPECT_EQ(ToUtf8(text), bytes) << bytes;
     if constexpr (sizeof(wchar_t) == 4) {
         EXPECT_EQ(ToUtf8(std::wstring{wchar_t(0x110000), wchar_t(-1)}), "\xEF\xBF\xBD\xEF\xBF\xBD");
     }
@@ -119,17 +113,14 @@ TEST(Text, EditsAreCutToFit) {
 }
 
 TEST(CaseFold, NamesInCapitals) {
-    const struct {
-        const wchar_t* text;
-        const wchar_t* capitals;
-    } cases[] = {
+    const std::pair<const wchar_t*, const wchar_t*> cases[] = {
         {L"Note1a_", L"NOTE1A_"}, {L"äöüß", L"ÄÖÜß"}, {L"éÿœž", L"ÉŸŒŽ"},   {L"αω", L"ΑΩ"}, {L"яё", L"ЯЁ"},
         {L"āăą", L"ĀĂĄ"},         {L"ıſK", L"ıſK"},   {L"×÷1[]", L"×÷1[]"}, {L"ﬁ", L"ﬁ"},
     };
-    for (const auto& row : cases) {
-        EXPECT_EQ(InCapitals(row.text), row.capitals) << ToUtf8(row.text);
-        EXPECT_EQ(Utf8InCapitals(ToUtf8(row.text)), ToUtf8(row.capitals));
-        EXPECT_EQ(InCapitals(row.capitals), row.capitals);
+    for (const auto& [text, capitals] : cases) {
+        EXPECT_EQ(InCapitals(text), capitals) << ToUtf8(text);
+        EXPECT_EQ(Utf8InCapitals(ToUtf8(text)), ToUtf8(capitals));
+        EXPECT_EQ(InCapitals(capitals), capitals);
     }
 }
 

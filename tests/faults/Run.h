@@ -24,7 +24,3 @@ std::vector<std::string> Run(const Row& row);
 
 // The calls of the whole work when nothing fails.
 std::vector<FileCall> CallsOf(const std::string& scenario);
-
-// All rows of one sort, as many as there are calls to choose from in all scenarios.
-enum Sort { kKills, kFailures, kCuts };
-std::vector<Row> RowsOf(Sort sort);

@@ -6,9 +6,7 @@
 
 TEST(MailText, EscapesOneCharacter) {
     const bool utf8 = MailHasAllCharacters();
-    const struct {
-        const wchar_t *character, *escape;
-    } rows[] = {
+    const std::pair<const wchar_t*, const wchar_t*> rows[] = {
         {L"\n", L"%0A"},
         {L"ä", utf8 ? L"%C3%A4" : L"%E4"},
         {L"€", utf8 ? L"%E2%82%AC" : L"%80"},
@@ -17,8 +15,8 @@ TEST(MailText, EscapesOneCharacter) {
         {L"", L""},
         {L"ab", L""},
     };
-    for (const auto& row : rows)
-        EXPECT_EQ(EncodeMailChar(row.character), row.escape) << ToUtf8(row.character);
+    for (const auto& [character, escape] : rows)
+        EXPECT_EQ(EncodeMailChar(character), escape) << ToUtf8(character);
 }
 
 // Behind an escaped character the last one of three and more gets lost, as it always did.

@@ -30,10 +30,7 @@ TEST(KeepReason, SaysWhichFileHasToBeMended) {
 }
 
 TEST(KeepReason, OfAFileThatTheUserHasNamed) {
-    const struct {
-        std::errc error;
-        std::wstring text;
-    } table[] = {
+    const std::pair<std::errc, std::wstring> table[] = {
         {std::errc::no_space_on_device, L"Auf dem Laufwerk ist kein Platz mehr frei."},
         {std::errc::file_too_large, L"Auf dem Laufwerk ist kein Platz mehr frei."},
         {std::errc::read_only_file_system, L"Das Laufwerk lässt keine Änderungen zu."},
@@ -42,7 +39,7 @@ TEST(KeepReason, OfAFileThatTheUserHasNamed) {
         {std::errc::no_such_file_or_directory, L""},
         {std::errc::is_a_directory, L""},
     };
-    for (const auto& row : table) EXPECT_EQ(FileReasonText(std::make_error_code(row.error)), row.text);
+    for (const auto& [error, text] : table) EXPECT_EQ(FileReasonText(std::make_error_code(error)), text);
     EXPECT_EQ(FileReasonText({}), L"");
     EXPECT_TRUE(FailureOf({}).Kept());
 }

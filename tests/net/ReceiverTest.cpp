@@ -42,9 +42,7 @@ std::string Repeated(const std::string& text, int times) {
 
 // The recorded dialogue has the others.
 TEST(Receiver, AnswersToUnusualLines) {
-    const struct {
-        const char *lines, *replies;
-    } rows[] = {
+    const std::pair<const char*, const char*> rows[] = {
         {"NOTE_TEXT\tTab\r\n", "ERROR Unknown command: NOTE_TEXT\tTab\r\n"},
         {"NOTE_NEW\r\nGr\xfc\xdf"
          "e \x81\x01\r\nNOTE_FONT_SIZE 8\r\n",
@@ -53,7 +51,7 @@ TEST(Receiver, AnswersToUnusualLines) {
         {"a\nb\rc\r\r\n", "ERROR Unknown command: a\nb\rc\r\r\n"},
         {"NOTE_NEW", ""},
     };
-    for (const auto& row : rows) EXPECT_EQ(Receive(row.lines).replies, row.replies) << row.lines;
+    for (const auto& [lines, replies] : rows) EXPECT_EQ(Receive(lines).replies, replies) << lines;
 }
 
 TEST(Receiver, WithoutANoteTheRestOfTheBufferIsDiscarded) {

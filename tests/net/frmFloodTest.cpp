@@ -12,16 +12,13 @@ using Answer = FloodGuard::Answer;
 class FrmFlood : public NetworkTest {};
 
 TEST_F(FrmFlood, EachWayOutIsOneAnswer) {
-    const struct {
-        Answer answer;
-        void (*leave)(frmFlood& dialog);
-    } rows[] = {
+    const std::pair<Answer, void (*)(frmFlood&)> rows[] = {
         {Answer::GoOn, [](frmFlood& dialog) { Press(dialog.cmdAnnehmen); }},
         {Answer::Refuse, [](frmFlood& dialog) { Press(dialog.cmdOK); }},
         {Answer::Refuse, [](frmFlood& dialog) { dialog.Close(); }},
         {Answer::Deleted, [](frmFlood& dialog) { Press(dialog.cmdLöschen); }},
     };
-    for (const auto& row : rows) {
+    for (const auto& [answer, leave] : rows) {
         std::vector<Answer> answers;
         auto* dialog = new frmFlood({"10.0.0.7", {}}, [&](Answer answer) { answers.push_back(answer); });
         dialog->Ask();
@@ -29,10 +26,10 @@ TEST_F(FrmFlood, EachWayOutIsOneAnswer) {
         EXPECT_NE(dialog->lblFlood->GetLabelText().Find(L"10.0.0.7"), wxNOT_FOUND);
         EXPECT_EQ(dialog->GetDefaultItem(), dialog->cmdOK);
         EXPECT_EQ(dialog->cmdLöschen->GetLabel(), L"Ablehnen und &löschen");
-        row.leave(*dialog);
+        leave(*dialog);
         EXPECT_FALSE(dialog->IsShown());
         EXPECT_TRUE(RunUntil([&] { return !answers.empty(); }));
-        EXPECT_EQ(answers, std::vector<Answer>{row.answer});
+        EXPECT_EQ(answers, std::vector<Answer>{answer});
     }
 }
 

@@ -50,10 +50,7 @@ TEST_F(DialogsAboveNotes, WhicheverComesLast) {
     const auto above = [&] {
         return StandsAbove(upper, *dialog_) && StandsAbove(*dialog_, first) && StandsAbove(*dialog_, second);
     };
-    const struct {
-        const char* name;
-        std::function<void()> act;
-    } steps[] = {
+    const std::pair<const char*, std::function<void()>> steps[] = {
         {"another", [] {}},
         {"to the front", [&] { first.BringToFront(); }},
         {"stacked again", [&] { second.ShowStacked(); }},
@@ -64,9 +61,9 @@ TEST_F(DialogsAboveNotes, WhicheverComesLast) {
          }},
         {"with the keyboard", [&] { first.TakeFocus(); }},
     };
-    for (const auto& step : steps) {
-        SCOPED_TRACE(step.name);
-        step.act();
+    for (const auto& [name, act] : steps) {
+        SCOPED_TRACE(name);
+        act();
         RunEvents(std::chrono::milliseconds(200));
         EXPECT_TRUE(RunUntil(above));
     }

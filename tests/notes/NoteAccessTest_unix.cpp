@@ -32,18 +32,15 @@ TEST(NoteAccess, TellsNameRoleAndTheWholeText) {
 
     // Inside is the part that has the keyboard.
     AtkObject* const part = gtk_widget_get_accessible(note->m_wxwindow);
-    const struct {
-        const wchar_t* name;
-        AtkRole role;
-    } parts[] = {
+    const std::pair<const wchar_t*, AtkRole> parts[] = {
         {longText.c_str(), ATK_ROLE_STATIC},
         {L"Im Vordergrund ein/aus, aktiviert", ATK_ROLE_CHECK_BOX},
         {L"Minimieren", ATK_ROLE_PUSH_BUTTON},
         {longText.c_str(), ATK_ROLE_STATIC},
     };
-    for (const auto& row : parts) {
-        EXPECT_EQ(FromUtf8(atk_object_get_name(part)), row.name);
-        EXPECT_EQ(atk_object_get_role(part), row.role);
+    for (const auto& [name, role] : parts) {
+        EXPECT_EQ(FromUtf8(atk_object_get_name(part)), name);
+        EXPECT_EQ(atk_object_get_role(part), role);
         wxKeyEvent tab(wxEVT_CHAR_HOOK);
         tab.m_keyCode = WXK_TAB;
         tab.SetEventObject(note.get());

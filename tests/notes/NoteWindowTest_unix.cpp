@@ -42,22 +42,19 @@ TEST(NoteWindow, KeepsItsStatesWhenItIsHiddenAndShown) {
 // What follows must not be left out because a window does not come.
 TEST(NoteWindow, WhoWaitsForTheScreenIsCalledOnceWhateverHappens) {
     NoteRecorder recorder;
-    const struct {
-        const char* name;
-        void (*act)(NotePtr& note);
-    } rows[] = {
+    const std::pair<const char*, void (*)(NotePtr&)> rows[] = {
         {"it comes", [](NotePtr& note) { note->ShowStacked(); }},
         {"it never comes", [](NotePtr&) {}},
         {"it goes first", [](NotePtr& note) { note.reset(); }},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
+    for (const auto& [name, act] : rows) {
+        SCOPED_TRACE(name);
         NotePtr note(new frmNote(recorder));
         note->Place({3000, 3000, 3000, 2400});
         int calls = 0;
         WhenOnScreen(*note, [&] { ++calls; });
         EXPECT_EQ(calls, 0);
-        row.act(note);
+        act(note);
         EXPECT_TRUE(RunUntil([&] { return calls > 0; }));
         note.reset();
         RunEvents();

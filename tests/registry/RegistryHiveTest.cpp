@@ -27,10 +27,7 @@ TEST(RegistryHive, AnyoneCanReadTheFileAsDocumented) {
     Write(L"Käse\r\nzweite Zeile");
     Registry().SetValue(kStore + L"Note0\\X", REG_TYPE_DWORD, -1500);
     Registry().CreateKey(L"HKCU\\Leer");
-    const struct {
-        const char* sql;
-        const char* answer;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"SELECT data FROM registry WHERE path = 'HKLM\\Software\\Kivora\\1.5\\Note0' AND name = 'Text'",
          "Käse\r\nzweite Zeile"},
         {"SELECT type || ' ' || data FROM key_value WHERE name = 'X'", "4 -1500"},
@@ -39,7 +36,7 @@ TEST(RegistryHive, AnyoneCanReadTheFileAsDocumented) {
         {"SELECT name FROM registry_key WHERE parent = 2", "Software"},
         {"PRAGMA journal_mode", "wal"},
     };
-    for (const auto& row : cases) EXPECT_EQ(hive.Sql(row.sql), row.answer) << row.sql;
+    for (const auto& [sql, answer] : cases) EXPECT_EQ(hive.Sql(sql), answer) << sql;
 
     // And change it: the program sees that at once.
     hive.Sql(

@@ -146,19 +146,16 @@ TEST_F(ReplaceKeyTest, LeavesTheOldOrTheNewContentWhereverItsProcessEnds) {
 }
 
 TEST_F(ReplaceKeyTest, OnlyTheJournalOfTheContentThatIsNotWholeIsTaken) {
-    const struct {
-        const char* what;
-        std::function<void()> meanwhile;
-    } cases[] = {
+    const std::pair<const char*, std::function<void()>> cases[] = {
         {"somebody else has written all", [&] { Registry().DeleteValue(kMark); }},
         {"somebody else could not end", [&] { Registry().SetValue(kMark, REG_TYPE_SZ, L"another"); }},
         {"the journal is torn", [&] { fs::resize_file(file_, fs::file_size(file_) - 1); }},
         {"the journal has gone", [&] { fs::remove(file_); }},
     };
-    for (const auto& each : cases) {
-        SCOPED_TRACE(each.what);
+    for (const auto& [what, meanwhile] : cases) {
+        SCOPED_TRACE(what);
         Interrupt();
-        each.meanwhile();
+        meanwhile();
         const std::string before = ReadImage();
         EXPECT_NE(before, new_);
         EXPECT_TRUE(CompleteKey(kSettingsKey).Kept());

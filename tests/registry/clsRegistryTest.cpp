@@ -51,10 +51,7 @@ TEST_F(clsRegistryTest, PathsAreSplitAtTheLastBackslash) {
     EXPECT_TRUE(registry.SetValue(kKey + L"\\a\\", REG_TYPE_SZ, L"the unnamed one"));
     EXPECT_TRUE(registry.SetValue(kKey + L"\\a", REG_TYPE_SZ, L"a value named like the key"));
     EXPECT_TRUE(registry.SetValue(L"HKCU\\KivoraTestValue", REG_TYPE_SZ, L"under the root"));
-    const struct {
-        const wchar_t* path;
-        const wchar_t* text;
-    } cases[] = {
+    const std::pair<const wchar_t*, const wchar_t*> cases[] = {
         {L"HKCU\\Software\\KivoraTest\\a\\name", L"under a"},
         {L"HKCU\\SOFTWARE\\kivoratest\\A\\NAME", L"under a"},
         {L"HKCU\\Software\\KivoraTest\\a\\", L"the unnamed one"},
@@ -62,7 +59,7 @@ TEST_F(clsRegistryTest, PathsAreSplitAtTheLastBackslash) {
         {L"HKCU\\KivoraTestValue", L"under the root"},
         {L"HKLM\\KivoraTestValue", L""},
     };
-    for (const auto& row : cases) EXPECT_EQ(AsText(registry.GetValue(row.path, REG_TYPE_SZ)), row.text);
+    for (const auto& [path, text] : cases) EXPECT_EQ(AsText(registry.GetValue(path, REG_TYPE_SZ)), text);
     EXPECT_TRUE(registry.DeleteValue(L"HKCU\\KivoraTestValue"));
     EXPECT_EQ(AsText(registry.GetValue(L"HKCU\\KivoraTestValue", REG_TYPE_SZ)), L"");
 }
@@ -141,9 +138,7 @@ TEST_F(clsRegistryTest, ATransactionSaysThatSomethingWasNotWritten) {
 }
 
 TEST_F(clsRegistryTest, TextsComeBackUpToTheirLimit) {
-    const struct {
-        std::wstring written, read;
-    } cases[] = {
+    const std::pair<std::wstring, std::wstring> cases[] = {
         {L"", L""},
         {L"Zeile 1\r\nZeile 2", L"Zeile 1\r\nZeile 2"},
         {L"  Blanks around  ", L"  Blanks around  "},
@@ -155,20 +150,17 @@ TEST_F(clsRegistryTest, TextsComeBackUpToTheirLimit) {
         {std::wstring(100'000, L'x'), L""},
     };
     for (const std::int32_t type : {REG_TYPE_SZ, REG_TYPE_EXPAND_SZ, REG_TYPE_MULTI_SZ})
-        for (const auto& row : cases) {
-            EXPECT_TRUE(registry.SetValue(kBelow + L"text", type, row.written));
-            EXPECT_EQ(AsText(registry.GetValue(kBelow + L"text", type)), row.read)
-                << row.written.size() << " characters of type " << type;
-            EXPECT_EQ(AsReadBack(row.written), row.read);
-            EXPECT_EQ(WholeText(kBelow + L"text"), row.written.substr(0, row.written.find(L'\0')));
+        for (const auto& [written, read] : cases) {
+            EXPECT_TRUE(registry.SetValue(kBelow + L"text", type, written));
+            EXPECT_EQ(AsText(registry.GetValue(kBelow + L"text", type)), read)
+                << written.size() << " characters of type " << type;
+            EXPECT_EQ(AsReadBack(written), read);
+            EXPECT_EQ(WholeText(kBelow + L"text"), written.substr(0, written.find(L'\0')));
         }
 }
 
 TEST_F(clsRegistryTest, NumbersAreRoundedToWholeOnes) {
-    const struct {
-        double written;
-        std::int32_t read;
-    } cases[] = {
+    const std::pair<double, std::int32_t> cases[] = {
         {0, 0},
         {0.5, 0},
         {1.5, 2},
@@ -182,9 +174,9 @@ TEST_F(clsRegistryTest, NumbersAreRoundedToWholeOnes) {
         {-1e10, std::numeric_limits<std::int32_t>::min()},
         {std::numeric_limits<double>::quiet_NaN(), 0},
     };
-    for (const auto& row : cases) {
-        EXPECT_TRUE(registry.SetValue(kBelow + L"X", REG_TYPE_DWORD, row.written));
-        EXPECT_EQ(AsNumber(registry.GetValue(kBelow + L"X", REG_TYPE_DWORD)), row.read) << row.written;
+    for (const auto& [written, read] : cases) {
+        EXPECT_TRUE(registry.SetValue(kBelow + L"X", REG_TYPE_DWORD, written));
+        EXPECT_EQ(AsNumber(registry.GetValue(kBelow + L"X", REG_TYPE_DWORD)), read) << written;
     }
 }
 

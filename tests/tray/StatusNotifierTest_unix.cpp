@@ -30,14 +30,12 @@ TEST_F(StatusNotifier, AnIconHasTheseProperties) {
     AddIcon(L"Käse & <b>Brot</b>");
     const std::string item = OnlyItem(desktop);
     EXPECT_TRUE(item.starts_with("org.kde.StatusNotifierItem-" + std::to_string(getpid()) + "-")) << item;
-    const struct {
-        const char *name, *value;
-    } table[] = {
+    const std::pair<const char*, const char*> table[] = {
         {"Title", "'Käse & <b>Brot</b>'"}, {"IconName", "''"},
         {"OverlayIconPixmap", "[]"},       {"ToolTip", "('', [], 'Käse & <b>Brot</b>', '')"},
         {"ItemIsMenu", "false"},           {"Menu", "'/NO_DBUSMENU'"},
     };
-    for (const auto& row : table) EXPECT_EQ(Printed(desktop.Property(item, row.name)), row.value) << row.name;
+    for (const auto& [name, value] : table) EXPECT_EQ(Printed(desktop.Property(item, name)), value) << name;
 }
 
 TEST_F(StatusNotifier, ThePictureArrivesInAllSizesPixelByPixel) {
@@ -76,19 +74,16 @@ TEST_F(StatusNotifier, ChangesAreToldOnce) {
     TestDesktop desktop(bus_, true);
     Notification& icon = AddIcon(L"A");
     const std::string item = OnlyItem(desktop);
-    const struct {
-        std::function<void()> change;
-        const char* signals;
-    } table[] = {
+    const std::pair<std::function<void()>, const char*> table[] = {
         {[&] { icon.IconToolTip(L"B"); }, "NewTitle NewToolTip "},
         {[&] { icon.IconToolTip(L"B"); }, ""},
         {[&] { icon.SetIconFile(ResourcePicture(kLastNoteIcon)); }, "NewIcon "},
     };
-    for (const auto& row : table) {
+    for (const auto& [change, signals] : table) {
         desktop.TakeSignals();
-        row.change();
+        change();
         desktop.Property(item, "Title");  // the answer comes after the signals
-        EXPECT_EQ(desktop.TakeSignals(), row.signals);
+        EXPECT_EQ(desktop.TakeSignals(), signals);
     }
     EXPECT_EQ(Printed(desktop.Property(item, "Title")), "'B'");
 }
@@ -240,11 +235,9 @@ TEST_F(StatusNotifier, AWatcherThatIsNoHelpLeavesTheIconsToTheStrip) {
 }
 
 TEST(SessionBus, IsFoundAndNeverStarted) {
-    const char* named = g_getenv("DBUS_SESSION_BUS_ADDRESS");
-    const std::string before = named ? named : "";
-    const struct {
-        const char *named, *found;
-    } table[] = {
+    const char* own = g_getenv("DBUS_SESSION_BUS_ADDRESS");
+    const std::string before = own ? own : "";
+    const std::pair<const char*, const char*> table[] = {
         {"unix:path=/run/user/7/bus", "unix:path=/run/user/7/bus"},
         {"unix:abstract=/tmp/x,guid=00ff", "unix:abstract=/tmp/x,guid=00ff"},
         {"disabled:", ""},
@@ -252,9 +245,9 @@ TEST(SessionBus, IsFoundAndNeverStarted) {
         {"autolaunch:;unix:path=/a;unix:path=/b", "unix:path=/a;unix:path=/b"},
         {"nonsense", ""},
     };
-    for (const auto& row : table) {
-        setenv("DBUS_SESSION_BUS_ADDRESS", row.named, 1);
-        EXPECT_EQ(SessionBusAddress(), row.found) << row.named;
+    for (const auto& [named, found] : table) {
+        setenv("DBUS_SESSION_BUS_ADDRESS", named, 1);
+        EXPECT_EQ(SessionBusAddress(), found) << named;
     }
     unsetenv("DBUS_SESSION_BUS_ADDRESS");
     EXPECT_EQ(SessionBusAddress(), "");  // the test's runtime folder has none

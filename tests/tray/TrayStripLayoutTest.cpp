@@ -40,8 +40,7 @@ TEST(TrayStripLayout, GivesEveryIconAPlaceOfItsOwn) {
 TEST(TrayStripLayout, NoIconIsUnderThePointerBesideTheCells) {
     const StripLayout layout = LayoutStrip(25, 1280, 900);  // two rows, the upper one not full
     ASSERT_EQ(layout.rows, 2);
-    const struct {
-        int x, y;
-    } table[] = {{0, 10}, {10, 0}, {10, 10}, {layout.Width() - 1, 10}, {10, layout.Height() - 1}, {-5, -5}};
-    for (const auto& row : table) EXPECT_EQ(layout.IndexAt(row.x, row.y, 25), -1) << row.x << ',' << row.y;
+    const std::pair<int, int> table[] = {
+        {0, 10}, {10, 0}, {10, 10}, {layout.Width() - 1, 10}, {10, layout.Height() - 1}, {-5, -5}};
+    for (const auto& [x, y] : table) EXPECT_EQ(layout.IndexAt(x, y, 25), -1) << x << ',' << y;
 }
