@@ -200,7 +200,6 @@ class ProgramRun {
 
     const std::uint16_t port = FreePort();
     std::optional<RawConnection> peer;
-    std::optional<NetworkAccess> flooded;
 
   private:
     static void Confirm(DialogWindow* dialog) {

@@ -5,6 +5,7 @@
 #include <map>
 
 #include "dialogs/Message.h"
+#include "print/PrintNotes.h"
 #include "tests/app/AllDialogs.h"
 #include "tests/app/ProgramRun.h"
 #include "tests/notes/NoteRecorder.h"
@@ -65,8 +66,13 @@ void FillEntry(frmAddressbookEntryNew& dialog) {
 void FillEntry(frmAddressbookEntryEdit& dialog) { dialog.txtComment->SetValue(L"geändert"); }
 void CheckAll(frmAddressbook& dialog) { Press(dialog.cmdAlle); }
 
-// Where there is no printer, the message that says so.
+// Where there is no printer, the message that says so; then printing is no longer offered.
 bool IsPrinting() { return IsOpen<frmPrint>() || IsOpen<frmMessage>(); }
+bool IsOfferedWithAPrinter(ProgramRun& run) {
+    const std::vector<TrayMenuEntry> menu = run.Start().DescribeMenu(nullptr);
+    const auto print = std::ranges::find(menu, IdOf(mnuNotizDruck), &TrayMenuEntry::id);
+    return print->enabled == !SystemPrinting().Printers().names.empty();
+}
 bool IsSettingUp() {
     return OpenDialog<DialogWindow>() && OpenDialog<DialogWindow>() != OpenDialog<frmPrint>();
 }
@@ -78,6 +84,20 @@ void Connect(ProgramRun& run) {
 bool Finished(ProgramRun& run) {
     if (!run.Heard(3)) return false;
     return run.Heard(4) || !run.peer->Send("NOTE_FINISHED\r\n");
+}
+
+// As if very much had come before.
+void Flood(ProgramRun& run) {
+    frmNote& note = *run.Store().Notes()[0];
+    note.Hide();
+    note.Text(std::wstring(kMostUntouchedCharacters, L'x'));
+    note.Untouched(true);
+    Connect(run);
+    run.peer->Send("NOTE_FINISHED\r\n");
+}
+bool IsAskedAboutFlood(ProgramRun& run) {
+    if (IsOpen<frmFlood>()) run.Store().Notes()[0]->Text(kFirst);
+    return IsOpen<frmFlood>();
 }
 
 void BreakBin(ProgramRun& run) {
@@ -122,7 +142,10 @@ const std::map<std::string, Waiting> kWaiting = {
           Behind<frmExport>(&frmExport::cmdSearch, [] { return FileDialogOnScreen::Find() != nullptr; })}},
     {"import",
      {.open = Command(mnuNotizImport), .waits = In<frmImport>(FillImport), .notes = {L"eingelesen"}}},
-    {"print", {.open = Command(mnuNotizDruck), .waits = [](ProgramRun&) { return IsPrinting(); }}},
+    {"print",
+     {.open = Command(mnuNotizDruck),
+      .waits = [](ProgramRun&) { return IsPrinting(); },
+      .over = IsOfferedWithAPrinter}},
     {"printer set-up",
      {.open = Command(mnuNotizDruck), .waits = Behind<frmPrint>(&frmPrint::cmdEinstellung, IsSettingUp)}},
     {"e-mail", {.open = Command(mnuNotizSenden), .waits = In<frmSendAsEMail>(FillMail)}},
@@ -164,13 +187,7 @@ const std::map<std::string, Waiting> kWaiting = {
           },
       .waits = In<frmFind>([](frmFind& dialog) { EXPECT_EQ(dialog.txtSuchen->GetValue(), kRare); })}},
     {"info", {.open = Command(mnuNotizInfo), .waits = In<frmInfo>()}},
-    {"flood",
-     {.open =
-          [](ProgramRun& run) {
-              run.flooded.emplace(run.Store());
-              AskAboutFlood(*run.flooded, {});
-          },
-      .waits = In<frmFlood>()}},
+    {"flood", {.open = Flood, .waits = IsAskedAboutFlood}},
     {"unsaved", {.open = BreakBin, .waits = IsAskedToQuit, .written = kWritten, .binFails = true}},
     {"message",
      {.open = [](ProgramRun&) { ShowMessage(L"Text", kInformation, L"Titel"); }, .waits = In<frmMessage>()}},
@@ -193,7 +210,12 @@ const Happening kHappenings[] = {
          run.Choose(mnuMinimizeAll);
          EXPECT_EQ(run.Store().CountVisibleNotes(), 0u);
      }},
-    {"a file is handed over", [](ProgramRun& run) { run.HandOver(TestFile("kopie.kvr")); }, {L"übergeben"}},
+    {"a file is handed over, and dropped on a note",
+     [](ProgramRun& run) {
+         run.HandOver(TestFile("kopie.kvr"));
+         run.Store().Host().ImportFiles({FileName(TestFile("kopie.kvr"))});
+     },
+     {L"übergeben", L"übergeben"}},
     {.name = "quit", .happens = Command(mnuNotizEnde), .ends = true},
     {.name = "a signal ends it",
      .happens = [](ProgramRun& run) { run.TheProgram().EndAtOnce(); },

@@ -114,6 +114,10 @@ TEST(NotePaint, WhatPointerAndKeyboardAreOnIsSeen) {
         pictures.emplace(reinterpret_cast<const char*>(image.GetData()), 3 * kSize.x * kSize.y);
     }
     EXPECT_EQ(pictures.size(), std::size(hints));
+    // The line stands below the address alone, also behind other words.
+    const wxRect before(16, 18, 40, 108);
+    EXPECT_EQ(InkIn(Painted(kNote, {.link = {7, 11, L"http://a.de"}}), before).pixels,
+              InkIn(Painted(kNote), before).pixels);
 }
 
 }  // namespace

@@ -1,4 +1,6 @@
 
+#include <set>
+
 #include "tests/addressbook/Entries.h"
 #include "tests/notes/StoreTest.h"
 
@@ -69,6 +71,7 @@ TEST_F(NoteStoreTest, MinimizeAllIsUndoneForItsOwnNotesOnly) {
     EXPECT_TRUE(first.Minimized());
     EXPECT_TRUE(second.Minimized());
     EXPECT_FALSE(third.Minimized());
+    EXPECT_EQ(&store.NextShown(third, true), &third) << "no other has a window";
     EXPECT_EQ(store.CountMinimizedByCommand(), 0u);
     store.UnMinimizeAll();  // nothing to undo any more
 
@@ -95,4 +98,18 @@ TEST_F(NoteStoreTest, ShowNotesShowsThemAllThoughSomeGoMeanwhile) {
     EXPECT_TRUE(RunUntil([&] { return done; }));
     for (const NotePtr& note : store.Notes()) EXPECT_NE(note->IsShown(), note.get() == notes[20]);
     EXPECT_EQ(store.CountNotes(), 40u);
+    // What comes soon after another is shown a little later.
+    for (const wchar_t* text : {L"b", L"c"}) EXPECT_TRUE(store.AddNoteIfKept({.text = text}).Kept());
+    EXPECT_TRUE(RunUntil([&] { return store.Notes().back()->IsShown(); }));
+}
+
+TEST_F(NoteStoreTest, WhatIsReadLateComesBesideWhatIsThere) {
+    const Note note = {.text = L"a"};
+    ASSERT_TRUE(WriteStoredImage(false, {&note, &note}, {}).Kept());
+    store.AdoptNote({.text = L"eigene"});
+    store.LoadNotes();
+    std::set<std::int32_t> keys;
+    for (const NotePtr& each : store.Notes()) keys.insert(each->NoteKey());
+    EXPECT_EQ(keys.size(), 3u);
+    EXPECT_FALSE(store.AllKept());
 }

@@ -5,6 +5,7 @@
 
 #include "base/Text.h"
 #include "dialogs/Clipboard.h"
+#include "notes/NoteWindow.h"
 #include "notes/frmFind.h"
 #include "tests/notes/StoreTest.h"
 #include "tests/support/Controls.h"
@@ -17,9 +18,10 @@ class BinInMemory : public NoteBin {
     Content Read() const override { return content; }
     KeepResult Remove(const std::vector<BinnedNote>& notes) override {
         for (const BinnedNote& note : notes) std::erase(content.notes, note);
-        return {};
+        return {removing};
     }
     Content content;
+    KeepFailure removing = KeepFailure::None;
 };
 
 class FrmFind : protected MessageRecorder, public StoreTest {
@@ -120,8 +122,29 @@ TEST_F(FrmFind, WhatIsBroughtBackLeavesNoOthersChosen) {
     TypeKey(WXK_DOWN);
     TypeKey(WXK_DOWN, wxMOD_SHIFT);
     EXPECT_EQ(Shown(), L"4 Notizen, 2 gewählt|b");
+    bin.removing = KeepFailure::NoAccess;
     Press(find->cmdOK);
     EXPECT_EQ(Shown(), L"2 Notizen|c");
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_TRUE(
+        messages[0].starts_with(L"Papierkorb|16|Die Notizen sind wieder da, konnten aber nicht alle"));
+}
+
+TEST_F(FrmFind, ShowsOfEachNoteWhatTellsItApart) {
+    store.Notes()[0]->Color(kGreen);
+    store.Notes()[2]->Text(L"");
+    store.SaveNotes();
+    RunPosted();
+    const wchar_t* const rows[][3] = {{L"(ohne Text)", L"12.11.2026, 09:05:00", L"gelb"},
+                                      {L"Straße kehren", L"11.11.2026, 09:05:00", L"gelb"},
+                                      {L"Käse", L"10.11.2026, 09:05:00", L"grün"}};
+    for (int row = 0; row < 3; ++row)
+        for (int column = 0; column < 3; ++column)
+            EXPECT_EQ(CellText(List(), row, column), rows[row][column]);
+    bin.content.notes.assign(300, {L"1", L"jetzt", {L"viele"}});
+    GoTo(find->optPapierkorb);
+    EXPECT_EQ(Shown(), L"300 Notizen|viele");
+    EXPECT_EQ(CellText(List(), 299, 0), L"viele");
 }
 
 TEST_F(FrmFind, KeysLeadThroughIt) {
@@ -131,8 +154,15 @@ TEST_F(FrmFind, KeysLeadThroughIt) {
         return Shown();
     };
     EXPECT_EQ(choose('B', wxMOD_NONE), L"2 von 3 Notizen|Brot");
-    TypeKey(WXK_DOWN);
-    EXPECT_TRUE(HasKeyboard(List()));
+    EXPECT_EQ(choose('A', wxMOD_CONTROL), L"2 von 3 Notizen|Brot");
+    find->txtSuchen->SelectAll();
+    TypeKey('C', wxMOD_CONTROL);
+    EXPECT_EQ(wxString(ClipboardText().value_or(L"")).Lower(), L"b");
+    for (const bool down : {true, false, true}) {
+        TypeKey(down ? WXK_DOWN : WXK_UP);
+        EXPECT_EQ(HasKeyboard(List()), down);
+        EXPECT_EQ(HasKeyboard(*find->txtSuchen), !down);
+    }
     EXPECT_EQ(choose(WXK_DOWN, wxMOD_NONE), L"2 von 3 Notizen|Käse\nund Brot");
     EXPECT_EQ(choose(WXK_UP, wxMOD_SHIFT), L"2 von 3 Notizen, 2 gewählt|Brot");
     TypeKey('C', wxMOD_CONTROL);
@@ -147,8 +177,11 @@ TEST_F(FrmFind, KeysLeadThroughIt) {
     EXPECT_TRUE(HasKeyboard(*find->txtSuchen));
     frmNote& brot = *store.Notes()[2];
     brot.Minimized(true);
+    const wxPoint covered = find->GetPosition();
+    brot.PlaceAt(covered.x * TwipsPerPixelX(brot), covered.y * TwipsPerPixelY(brot));
     TypeKey(WXK_RETURN);
     EXPECT_TRUE(RunUntil([&] { return brot.IsShown() && brot.IsActive() && !brot.Minimized(); }));
+    EXPECT_TRUE(RunUntil([&] { return !find->GetRect().Intersects(brot.WindowRect()); }));
     EXPECT_TRUE(find->IsShown());
 }
 
@@ -168,4 +201,9 @@ TEST_F(FrmFind, TellsOnceThatTheBinCannotBeRead) {
     store.SaveNotes();
     EXPECT_EQ(Shown(), L"0 Notizen, eine Datei im Papierkorb ist nicht lesbar|");
     EXPECT_EQ(messages.size(), 1u);
+    bin.content.unreadable = 2;
+    PressKey(List(), 'Z', wxMOD_CONTROL);  // says the same, and no more
+    store.SaveNotes();
+    EXPECT_EQ(Shown(), L"0 Notizen, 2 Dateien im Papierkorb sind nicht lesbar|");
+    EXPECT_EQ(messages, std::vector(2, messages[0]));
 }

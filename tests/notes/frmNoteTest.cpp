@@ -7,6 +7,7 @@
 #include "notes/frmNote.h"
 #include "tests/notes/NoteRecorder.h"
 #include "tests/support/Events.h"
+#include "tests/support/Stacking.h"
 #include "tray/Notification.h"
 
 namespace {
@@ -104,6 +105,24 @@ TEST_F(FrmNote, CtrlAndAClickOpenAnAddressAcrossItsLines) {
     EXPECT_EQ(click(text.top + 1.5 * line), Calls{opened});
     EXPECT_EQ(click(text.top + 2.5 * line), Calls{opened});
     EXPECT_EQ(note->GetToolTipText(), L"Strg+Klick öffnet die Adresse");
+    // Not when it is let go elsewhere, and nothing else besides.
+    Mouse(wxEVT_LEFT_DOWN, text.left + 300, text.top + 1.5 * line, true);
+    Mouse(wxEVT_LEFT_UP, text.left + 300, text.top + 0.5 * line, true);
+    Mouse(wxEVT_LEFT_DCLICK, text.left + 300, text.top + 1.5 * line, true);
+    RunPosted();
+    EXPECT_EQ(Take(recorder), Calls{});
+}
+
+TEST_F(FrmNote, APressBringsItToTheFront) {
+    const NotePtr other(new frmNote(recorder));
+    for (frmNote* const each : {note.get(), other.get()}) {
+        each->Place({3000, 3000, 3000, 2000});
+        each->ShowStacked();
+        ASSERT_TRUE(RunUntil([&] { return RectOnScreen(*each) == each->WindowRect(); }));
+    }
+    ASSERT_TRUE(RunUntil([&] { return StandsAbove(*other, *note); }));
+    MouseOn(wxEVT_LEFT_DOWN, note->Layout().lblZeit);
+    EXPECT_TRUE(RunUntil([&] { return StandsAbove(*note, *other); }));
 }
 
 TEST_F(FrmNote, ShowsImpossibleValuesAsFarAsScreensCanAndKeepsThem) {
@@ -229,9 +248,11 @@ TEST_F(FrmNote, MinimizesToItsOwnIconAndBack) {
     EXPECT_FALSE(note->IsShown());
     Take(recorder);
 
+    note->TrayIcon()->Events.MouseUp(1);
     note->TrayIcon()->Events.MouseUp(2);
+    note->TrayIcon()->Events.ContextMenu();
     RunPosted();
-    EXPECT_EQ(Take(recorder), Calls{L"menu"});
+    EXPECT_EQ(Take(recorder), (Calls{L"menu", L"menu"}));
     note->TrayIcon()->Events.DblClick(2);
     EXPECT_TRUE(note->Minimized());
     note->TrayIcon()->Events.DblClick(1);
@@ -256,6 +277,10 @@ TEST_F(FrmNote, MouseDoesWhatThePartUnderItDoes) {
     MouseOn(wxEVT_LEFT_DOWN, parts.chkForeground);
     Mouse(wxEVT_LEFT_UP, 1500, 1000);
     EXPECT_TRUE(note->Foreground());
+    // The second of two quick clicks counts, too.
+    MouseOn(wxEVT_LEFT_DCLICK, parts.chkForeground);
+    MouseOn(wxEVT_LEFT_UP, parts.chkForeground);
+    EXPECT_FALSE(note->Foreground());
 
     const TwipsRect body{1500, 150, 0, 0};
     const struct {

@@ -69,6 +69,7 @@ TEST_F(FrmProperties, CancellingInAnyWayChangesNothingAndKeepsTheText) {
             Press(dialog.cmdAbbrechen);
         },
         [&](frmProperties& dialog) {
+            EditNote(store, note);  // likewise
             EXPECT_FALSE(KeepTextBeingWritten());
             EXPECT_EQ(bin.size(), dialog.TextChanged() ? 1u : 0u);
             EndAllWaits();
@@ -141,8 +142,13 @@ TEST_F(FrmProperties, EachStyleHasItsBoxAndASizeItsNumber) {
     }
     // A size counts while it is typed, too.
     for (const auto& [typed, size] : {std::pair(L"20", 20), {L"3", 8}, {L"99", 25}}) {
-        dialog->updwnSchriftgrad->SetValue(wxString(typed));
+        wxSpinCtrl& box = *dialog->updwnSchriftgrad;
+        box.SetValue(wxString(typed));
         EXPECT_EQ(dialog->Written({}).look.size, size);
+        wxCommandEvent text(wxEVT_TEXT, box.GetId());
+        wxSpinEvent spin(wxEVT_SPINCTRL, box.GetId());
+        box.ProcessWindowEvent(size == 20 ? text : static_cast<wxEvent&>(spin));
+        EXPECT_EQ(dialog->txtMessage->GetFont(), NoteFont({.size = size}));
     }
     dialog->Destroy();
 }
@@ -177,6 +183,8 @@ TEST_F(FrmProperties, TakesNoMoreThanCanBeReadBackAndSaysSo) {
         EXPECT_EQ(shown.messages,
                   std::vector<std::wstring>{L"Text zu lang|48|Die Notiz ist voll. " + std::wstring(row.told) +
                                             (one ? L" wurde" : L" wurden") + L" weggelassen."});
+        dialog->txtMessage->Paste();
+        ASSERT_TRUE(RunUntil([&] { return shown.messages.size() == 2; }));
         dialog->Destroy();
     }
 }

@@ -123,10 +123,13 @@ TEST_F(PrintJobs, GoToThePrinterShownUnderATitle) {
     const std::string jobs = Server().Run("lpstat -W all -o");
     EXPECT_NE(jobs.find("Zwei-"), std::string::npos) << jobs;
     EXPECT_EQ(jobs.find("Eins-"), std::string::npos) << jobs;
-    const std::string pdf = Server().Documents().back();
-    EXPECT_EQ(ShellOutput("pdftotext -raw -enc UTF-8 '" + pdf + "' -"),
+    const fs::path pdf = Server().Documents().back();
+    const std::string name = pdf.filename();  // "d00001-001"; how it was ordered says "c00001"
+    const fs::path order = pdf.parent_path() / ("c" + name.substr(1, name.find('-') - 1));
+    EXPECT_TRUE(RunUntil([&] { return Content(order).find("iso_a4_210x297mm") != std::string::npos; }));
+    EXPECT_EQ(ShellOutput("pdftotext -raw -enc UTF-8 '" + pdf.string() + "' -"),
               "21.11.2026, 09:05:00\nKäse & Brot\n1\n\f");
-    EXPECT_NE(ShellOutput("pdfinfo '" + pdf + "'").find("Kivora: 1 Notiz"), std::string::npos);
+    EXPECT_NE(ShellOutput("pdfinfo '" + pdf.string() + "'").find("Kivora: 1 Notiz"), std::string::npos);
 }
 
 TEST_F(PrintJobs, KeepStrangeCharactersInsideTheMargins) {

@@ -36,6 +36,9 @@ bool HasKeyboard(wxWindow& control);
 // What a click on a row of a list does: this row alone is selected.
 void Click(wxListBox& list, int row);
 
+// What a row of a list with columns shows.
+std::wstring CellText(wxWindow& list, int row, int column);
+
 // Clicks the box of a row, or the heading of a column, of a list with boxes.
 void ClickBox(wxWindow& list, int row);
 void ClickHeading(wxWindow& list, int column);

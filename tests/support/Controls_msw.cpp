@@ -130,6 +130,17 @@ void Click(wxListBox& list, int row) {
     SendMessageW(rows, WM_LBUTTONUP, 0, point);
 }
 
+std::wstring CellText(wxWindow& list, int row, int column) {
+    wchar_t text[256] = L"";
+    LVITEMW item{};
+    item.iSubItem = column;
+    item.pszText = text;
+    item.cchTextMax = 256;
+    SendMessageW(list.GetHandle(), LVM_GETITEMTEXTW, static_cast<WPARAM>(row),
+                 reinterpret_cast<LPARAM>(&item));
+    return text;
+}
+
 void ClickBox(wxWindow& list, int row) {
     const bool on = ListView_GetCheckState(list.GetHandle(), row) != 0;
     ListView_SetCheckState(list.GetHandle(), row, !on);

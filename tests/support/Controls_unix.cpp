@@ -3,6 +3,7 @@
 #include <wx/textctrl.h>
 #include <wx/uiaction.h>
 
+#include "base/Text.h"
 #include "print/frmPrinterSetup_unix.h"
 #include "tests/support/Controls.h"
 #include "tests/support/Events.h"
@@ -101,6 +102,20 @@ void Click(wxListBox& list, int row) {
     GtkTreePath* path = gtk_tree_path_new_from_indices(row, -1);
     gtk_tree_view_set_cursor(rows, path, nullptr, FALSE);
     gtk_tree_path_free(path);
+}
+
+std::wstring CellText(wxWindow& list, int row, int column) {
+    auto* const rows = GTK_TREE_VIEW(InnerWidget(list.GetHandle()));
+    GtkTreeViewColumn* const shown = gtk_tree_view_get_column(rows, column);
+    GtkTreeModel* const model = gtk_tree_view_get_model(rows);
+    GtkTreeIter at{};
+    if (!gtk_tree_model_iter_nth_child(model, &at, nullptr, row)) return L"no such row";
+    gtk_tree_view_column_cell_set_cell_data(shown, model, &at, FALSE, FALSE);
+    GList* const cells = gtk_cell_layout_get_cells(GTK_CELL_LAYOUT(shown));
+    g_autofree char* text = nullptr;
+    g_object_get(g_list_last(cells)->data, "text", &text, nullptr);
+    g_list_free(cells);
+    return FromUtf8(text ? text : "");
 }
 
 void ClickBox(wxWindow& list, int row) {

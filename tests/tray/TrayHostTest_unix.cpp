@@ -155,8 +155,15 @@ TEST_F(TrayHost, IconsMoveToAHostAndComeBack) {
     AddIcon(L"C");
     EXPECT_TRUE(RunUntil([] { return IconsInStrip() == 3; }));
 
-    TrayProcess again;
+    TrayProcess again("top --height 48");
     EXPECT_TRUE(RunUntil([] { return Embedded().size() == 3 && !Strip(); }));
+    EXPECT_TRUE(RunUntil([] {
+        cairo_surface_t* picture = nullptr;
+        g_object_get(gtk_bin_get_child(GTK_BIN(Embedded().front())), "surface", &picture, nullptr);
+        const int height = picture ? cairo_image_surface_get_height(picture) : 0;
+        cairo_surface_destroy(picture);
+        return height > 40;
+    }));
     // Shown while a host exists, an icon does not pass through the strip.
     AddIcon(L"D");
     EXPECT_FALSE(RunUntil([] { return Strip() || Embedded().size() == 4; }) && Strip());
@@ -181,7 +188,7 @@ TEST_F(TrayHost, AHostThatTakesNothingLeavesTheIconsToTheStrip) {
 }
 
 TEST_F(TrayHost, WhatAHostHasNoRoomForStandsInTheStripBesideIt) {
-    for (const char* edge : {"bottom", "right"}) {
+    for (const char* edge : {"bottom", "right", "left --SetDockType true --SetPartialStrut true"}) {
         SCOPED_TRACE(edge);
         TrayProcess tray(edge);
         ASSERT_TRUE(RunUntil(HostExists));
@@ -193,6 +200,8 @@ TEST_F(TrayHost, WhatAHostHasNoRoomForStandsInTheStripBesideIt) {
             return false;
         };
         EXPECT_TRUE(RunUntil([&] { return !covers(); }));
+        // What a panel at the left takes of the screen is nothing of the corner.
+        EXPECT_TRUE(edge[0] != 'l' || RunUntil(StripInCorner));
         // A host that moves later, past its window manager, drives it away.
         const wxRect strip = ScreenRect(Strip());
         XMoveWindow(XDisplay(), HostOf(Embedded().front()), strip.x, strip.y);
