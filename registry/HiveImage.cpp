@@ -17,17 +17,22 @@ std::string_view TakeComponent(std::string_view& path) {
     return component;
 }
 
-void AddBytes(std::string& to, std::string_view bytes) {
-    AddNumber(to, std::uint64_t{bytes.size()});
-    to += bytes;
+// What the checksum of a key has in front of its name, and that of a value in front of its data.
+std::string StartOf(const HiveKey& key) {
+    std::string start;
+    AddNumber(start, key.id);
+    AddNumber(start, key.parent ? key.parent->id : -1);
+    AddNumber(start, std::uint64_t{key.name.size()});
+    return start;
 }
 
-std::uint64_t HashOf(const HiveValue& value) {
-    std::string bytes;
-    AddBytes(bytes, value.name);
-    AddNumber(bytes, std::uint64_t{value.type});
-    AddBytes(bytes, value.data);
-    return CheckSum(bytes);
+std::string StartOf(const HiveValue& value) {
+    std::string start;
+    AddNumber(start, std::uint64_t{value.name.size()});
+    start += value.name;
+    AddNumber(start, std::uint64_t{value.type});
+    AddNumber(start, std::uint64_t{value.data.size()});
+    return start;
 }
 
 bool WriteValues(const HiveKey& key, HiveWriter& writer) {
@@ -62,47 +67,40 @@ bool WriteKey(const HiveKey& key, HiveWriter& writer) {
 }  // namespace
 
 std::uint64_t ChecksumOf(const HiveKey& key) {
-    std::string place;
-    AddNumber(place, key.id);
-    AddNumber(place, key.parent ? key.parent->id : -1);
-    AddBytes(place, key.name);
-    std::uint64_t sum = CheckSum(place);
-    for (const auto& [capitals, value] : key.values) sum += HashOf(value);
+    std::uint64_t sum = CheckSum(StartOf(key) + key.name);
+    for (const auto& [capitals, value] : key.values) sum += CheckSum(StartOf(value) + value.data);
     return sum;
 }
 
-std::optional<HiveValue> RepairedValue(const HiveKey& key, std::uint64_t checksum) {
+std::optional<RepairedBytes> RepairedByte(const HiveKey& key, std::uint64_t checksum) {
     const std::uint64_t difference = checksum - ChecksumOf(key);
     // The inverse of the prime takes a step back: modulo 2^64 both make 1.
     constexpr std::uint64_t kInverse = 0xCE965057AFF6957Bu;
     static_assert(kSumPrime * kInverse == 1);
-    std::optional<HiveValue> found;
-    for (const auto& [capitals, value] : key.values) {
-        std::string start;
-        AddBytes(start, value.name);
-        AddNumber(start, std::uint64_t{value.type});
-        AddNumber(start, std::uint64_t{value.data.size()});
-        // The states before each byte of the data, from the front; then back from what the hash should be.
+    std::optional<RepairedBytes> found;
+    int count = 0;
+    const auto search = [&](const std::string& start, const std::string& bytes, const HiveValue* value) {
+        // The states before each byte, from the front; then back from what the hash should be.
         std::vector<std::uint64_t> states;
-        std::uint64_t state = kSumStart;
-        const auto step = [&](char c) { state = SumWith(state, static_cast<unsigned char>(c)); };
-        for (const char c : start) step(c);
-        for (const char c : value.data) {
+        std::uint64_t state = CheckSum(start);
+        for (const char c : bytes) {
             states.push_back(state);
-            step(c);
+            state = SumWith(state, static_cast<unsigned char>(c));
         }
         state += difference;
-        for (std::size_t i = value.data.size(); i-- > 0;) {
+        for (std::size_t i = bytes.size(); i-- > 0;) {
             state *= kInverse;
             if (const std::uint64_t byte = state ^ states[i]; byte < 256) {
-                if (found) return std::nullopt;
-                found = value;
-                found->data[i] = static_cast<char>(byte);
+                ++count;
+                found = {value, bytes};
+                found->bytes[i] = static_cast<char>(byte);
             }
-            state ^= static_cast<unsigned char>(value.data[i]);
+            state ^= static_cast<unsigned char>(bytes[i]);
         }
-    }
-    return found;
+    };
+    search(StartOf(key), key.name, nullptr);
+    for (const auto& [capitals, value] : key.values) search(StartOf(value), value.data, &value);
+    return count == 1 ? found : std::nullopt;
 }
 
 std::uint64_t HiveImage::NextVersion() {

@@ -61,9 +61,14 @@ struct HiveKey {
 // Of a key and its values; a single changed byte always makes another one. The values' order does not matter.
 std::uint64_t ChecksumOf(const HiveKey& key);
 
-// A value of the key with one byte of its data as it must have been for this checksum; nothing when no single
-// byte explains it, or more than one: near their ends, changes of two values can make the same difference.
-std::optional<HiveValue> RepairedValue(const HiveKey& key, std::uint64_t checksum);
+// A key's name, or the data of one of its values, with one byte as it must have been for this checksum.
+struct RepairedBytes {
+    const HiveValue* value = nullptr;  // of the key; null for the name
+    std::string bytes;
+};
+// Nothing when no single byte explains the checksum, or more than one: near their ends, changes of two values
+// or of the name can make the same difference.
+std::optional<RepairedBytes> RepairedByte(const HiveKey& key, std::uint64_t checksum);
 
 class HiveImage {
   public:

@@ -142,7 +142,11 @@ OpenedHive OpenLocked(const fs::path& file, HiveDeadline deadline) {
     }
     if (opened.result.failure == KeepFailure::Damaged)
         return RecoverHive(file, RecoveryReport::Damaged, opened.result.detail, deadline);
-    if (opened.file) RemoveSeal(file);
+    if (opened.file) {
+        RemoveSeal(file);
+        // A program that was killed may have left it; it would be taken for newer than what comes now.
+        unlink(Unfinished(file).c_str());
+    }
     return opened;
 }
 

@@ -53,9 +53,10 @@ class Recovering {
     // A key that is not what it was. Its checksum tells a single wrong byte; else the state has it as it was,
     // or fills its gaps.
     void Repair(HiveKey& damaged, std::uint64_t checksum) {
-        if (const auto value = RepairedValue(damaged, checksum)) {
-            image_->SetValue(damaged, value->name, value->type, value->data);
-            return;
+        if (const auto repaired = RepairedByte(damaged, checksum)) {
+            if (const HiveValue* const value = repaired->value)
+                image_->SetValue(damaged, value->name, value->type, repaired->bytes);
+            if (repaired->value || image_->RenameKey(damaged, repaired->bytes)) return;
         }
         const HiveKey* const before = state_ ? state_->Find(damaged.id) : nullptr;
         HiveKey* const key = before ? MoveTo(*before, damaged) : &damaged;
@@ -162,7 +163,10 @@ class Recovering {
         report.lost = lost_;
         report.isComplete = found_.whole || image_->IsWhole();
         for (const HiveKey* const key : image_->Keys()) {
-            if (key->values.empty()) continue;
+            if (key->values.empty()) {
+                report.lost += doubtful_.contains(key);
+                continue;
+            }
             const std::wstring path = FromUtf8(roots[RootOf(*key)] + PathOf(*key));
             (fromState_.contains(key) ? report.fromState : report.fromFile).push_back(path);
             // In a file with damaged pages, only a checksum or the state tells that a key is what it was.

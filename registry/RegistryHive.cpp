@@ -175,15 +175,18 @@ void RegistryHive::StateIsDue(std::chrono::milliseconds pause) {
 
 KeepResult RegistryHive::KeepState() {
     if (!stateDue_) return {};
-    const KeepResult result = file_ && depth_ == 0 ? ::KeepState(*file_, path_) : failure_;
+    KeepResult result = file_ && depth_ == 0 ? ::KeepState(*file_, path_) : failure_;
     if (file_ && result.Kept()) {
         stateDue_ = false;
         // So the log stays short, and the file grows while there is room for it.
         if (file_->RestartLog()) MarkStateNew(path_);
         return result;
     }
-    if (result.failure == KeepFailure::Damaged && file_)
+    if (result.failure == KeepFailure::Damaged && file_) {
         RewriteNext(RecoveryReport::Damaged, "the file was damaged while it was open");
+        // At once: there may be no further save, and the memory has what the file has lost.
+        if (rewriting_ && !stale_) result = Rewrite();
+    }
     StateIsDue(kPauseAfterFailure);
     return result;
 }

@@ -2,6 +2,7 @@
 #include <sys/stat.h>
 
 #include "base/FileName.h"
+#include "model/ReceiveSetting.h"
 #include "registry/RegistryHealth.h"
 #include "registry/RegistryHive.h"
 #include "tests/registry/HiveFolder.h"
@@ -84,13 +85,19 @@ TEST(RegistryHive, RowsThatMakeNoSenseAreLeftOut) {
     hive.Sql(
         "INSERT INTO registry_key SELECT 900, parent, 'nOTE0' FROM registry_key WHERE name = 'Note0';"
         "INSERT INTO registry_key VALUES(901, 999, 'no parent'), (902, 903, 'round'), (903, 902, 'about'),"
-        "  (904, 904, 'itself'), (905, 2, ''), (906, 2, 'a\\b');"
+        "  (904, 904, 'itself'), (905, 2, ''), (906, 2, 'a\\b'),"
+        "  (907, 2, replace(hex(zeroblob(128)), '0', 'n'));"
+        "WITH RECURSIVE deep(id) AS (SELECT 1000 UNION ALL SELECT id + 1 FROM deep WHERE id < 2000)"
+        "  INSERT INTO registry_key SELECT id, iif(id = 1000, 1, id - 1), 'deep' FROM deep;"
         "INSERT INTO key_value VALUES(900, 'Text', 1, 'doppelt'), (999, 'x', 1, 'y');"
         "INSERT INTO key_value SELECT id, 'TEXT', 1, 'doppelt' FROM registry_key WHERE id < 900 AND name = "
         "'Note0'");
     std::vector<std::wstring> names;
     EXPECT_EQ(Registry().EnumKeys(L"HKLM", names), 1);
     EXPECT_EQ(Registry().EnumKeys(kStore, names), 1);
+    std::wstring deepest = L"HKCU";
+    for (int depth = 0; depth < HiveImage::kDeepestKey; ++depth) deepest += L"\\deep";
+    EXPECT_TRUE(Registry().KeyExists(deepest) && !Registry().KeyExists(deepest + L"\\deep"));
     SaveImage(3, 5);
     Hive().Close();
     EXPECT_EQ(MarkOfImage(3), 5);
@@ -158,12 +165,24 @@ TEST(RegistryHive, AHiveThatCannotBeUsedIsNotAnEmptyOne) {
          },
          [](const HiveFolder& hive) { fs::rename(hive.File().string() + "-weg", hive.File()); },
          KeepFailure::DeadLink, false},
+        {"on a disk that gives nothing",
+         [](const HiveFolder& hive) {
+             fs::rename(hive.File(), hive.File().string() + "-weg");
+             std::ofstream(hive.File()) << "keine Datenbank";
+             fs::create_symlink("registry.sqlite-wal", hive.File().string() + "-wal");
+         },
+         [](const HiveFolder& hive) {
+             fs::remove(hive.File().string() + "-wal");
+             fs::rename(hive.File().string() + "-weg", hive.File());
+         },
+         KeepFailure::BadDisk, false},
         {"a later version's", [](const HiveFolder& hive) { hive.Sql("PRAGMA user_version = 99"); },
          [](const HiveFolder& hive) { hive.Sql("PRAGMA user_version = 1"); }, KeepFailure::TooNew, true},
         {"held by another program",
          [](const HiveFolder& hive) {
-             hive.Sql("PRAGMA journal_mode = DELETE");
-             hive.Hold("PRAGMA locking_mode = EXCLUSIVE; BEGIN EXCLUSIVE");
+             hive.Hold(
+                 "PRAGMA journal_mode = DELETE; PRAGMA page_size = 65536; VACUUM;"
+                 "PRAGMA locking_mode = EXCLUSIVE; BEGIN EXCLUSIVE");
          },
          [](const HiveFolder& hive) { hive.Hold(nullptr); }, KeepFailure::Locked, true},
         {"being opened by another program, the text in the log",
@@ -189,6 +208,7 @@ TEST(RegistryHive, AHiveThatCannotBeUsedIsNotAnEmptyOne) {
         EXPECT_EQ(HealthOfRegistry().writing.failure, row.failure);
         EXPECT_EQ(FilePath(HealthOfRegistry().writing.file), hive.File());
         EXPECT_EQ(Read(), row.isReadable ? L"alt" : L"");
+        EXPECT_EQ(ReadReceiveFrom(), row.isReadable ? ReceiveFrom::All : ReceiveFrom::None);
         EXPECT_EQ(SaveImage(2, 1).failure, row.failure);
         EXPECT_EQ(Read(), row.isReadable ? L"alt" : L"");
         EXPECT_TRUE(Content(hive.File()) == before);

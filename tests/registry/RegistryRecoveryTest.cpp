@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <functional>
 #include <random>
 #include <set>
 
@@ -12,6 +13,7 @@
 #include "registry/RegistryHealth.h"
 #include "registry/RegistryHive.h"
 #include "tests/registry/HiveFolder.h"
+#include "tests/support/SmallDisk_unix.h"
 
 namespace {
 
@@ -130,15 +132,121 @@ TEST(RegistryRecovery, ChangedBytesAndCutFiles) {
 
 // As after a crash: no seal tells what the bytes of the file were.
 TEST(RegistryRecovery, DamageOfTheStructureAloneIsNoticed) {
+    for (const auto& [at, byte] : {std::pair(39, 5), {63, 0}}) {  // free pages that are nowhere; no format
+        const HiveFolder hive;
+        SaveImage(5, 1);
+        Hive().Close();
+        fs::remove(hive.File().string() + ".siegel");
+        std::string bytes = Content(hive.File());
+        bytes[static_cast<std::size_t>(at)] = static_cast<char>(byte);
+        std::ofstream(hive.File(), std::ios::binary) << bytes;
+        EXPECT_EQ(MarkOfImage(5), 1);
+        EXPECT_TRUE(TakeRecoveryReport()) << at;
+    }
+}
+
+TEST(RegistryRecovery, ASealThatSaysNothingIsNoDamage) {
     const HiveFolder hive;
+    const std::string seal = hive.File().string() + ".siegel";
     SaveImage(5, 1);
     Hive().Close();
-    fs::remove(hive.File().string() + ".siegel");
-    std::string bytes = Content(hive.File());
-    bytes[39] = 5;  // free pages that are nowhere
-    std::ofstream(hive.File(), std::ios::binary) << bytes;
-    EXPECT_EQ(MarkOfImage(5), 1);
-    EXPECT_TRUE(TakeRecoveryReport());
+    const std::string older = Content(seal);
+    SaveImage(5, 2);
+    Hive().Close();
+    for (const std::string& text : {older, std::string("kein Siegel"), std::string()}) {
+        std::ofstream(seal, std::ios::binary) << text;
+        EXPECT_EQ(MarkOfImage(5), 2);
+        EXPECT_FALSE(TakeRecoveryReport()) << text;
+        Hive().Close();
+    }
+}
+
+// A program was killed between making a new hive and putting it in its place.
+TEST(RegistryRecovery, AFinishedNewHiveCountsAsLongAsTheOldOneIsDamaged) {
+    const HiveFolder hive;
+    const fs::path finished = hive.File().string() + ".neu";
+    fs::create_directories(hive.Folder());
+    std::ofstream(finished) << "halb";
+    EXPECT_TRUE(SaveImage(3, 1).Kept());
+    EXPECT_FALSE(TakeRecoveryReport()) << "it was to be the first one";
+    EXPECT_TRUE(KeepState().Kept());
+    for (const bool isDamaged : {true, false}) {
+        SCOPED_TRACE(isDamaged);
+        SaveImage(3, 2);
+        Hive().Close();
+        fs::copy_file(hive.File(), finished);
+        if (!isDamaged) {
+            SaveImage(3, 3);
+            EXPECT_TRUE(KeepState().Kept());
+            Hive().Close();
+        }
+        std::ofstream(hive.File(), std::ios::binary) << "keine Datenbank";
+        EXPECT_EQ(MarkOfImage(3), isDamaged ? 2 : 3);
+        EXPECT_TRUE(TakeRecoveryReport());
+    }
+}
+
+TEST(RegistryRecovery, WhatAFullDiskDoesNotTakeIsShown) {
+    const HiveFolder hive;
+    SaveImage(5, 1);
+    EXPECT_TRUE(KeepState().Kept());
+    Hive().Close();
+    std::ofstream(hive.File(), std::ios::binary) << "keine Datenbank";
+    {
+        const SmallDisk full(1'000);
+        EXPECT_EQ(MarkOfImage(5), 1);
+        EXPECT_FALSE(SaveImage(5, 2).Kept());
+        EXPECT_EQ(MarkOfImage(5), 1);
+        EXPECT_TRUE(Defective(hive).empty() && FilesOf(hive, ".neu").empty());
+    }
+    EXPECT_TRUE(SaveImage(5, 3).Kept());
+    EXPECT_EQ(Content(Defective(hive).at(0)), "keine Datenbank");
+}
+
+TEST(RegistryRecovery, DamageOfAnOpenHiveCostsNothing) {
+    const auto damage = [](const HiveFolder& hive) {
+        std::fstream file(hive.File(), std::ios::binary | std::ios::in | std::ios::out);
+        file.seekp(4096) << std::string(fs::file_size(hive.File()) - 4096, 'x');
+    };
+    const struct {
+        const char* what;
+        std::function<void(const HiveFolder&)> notice;
+        int mark;
+    } rows[] = {
+        {"by reading what another program has changed",
+         [](const HiveFolder& hive) { hive.Sql("DROP TABLE key_value"); }, 1},
+        {"by saving",
+         [&](const HiveFolder& hive) {
+             damage(hive);
+             EXPECT_TRUE(SaveImage(20, 3).Kept());
+         },
+         3},
+        {"by keeping a state",
+         [&](const HiveFolder& hive) {
+             SaveImage(20, 2);
+             hive.Sql(" PRAGMA wal_checkpoint(TRUNCATE)");
+             damage(hive);
+             KeepState();
+         },
+         2},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        const HiveFolder hive;
+        SaveImage(20, 1);
+        EXPECT_TRUE(KeepState().Kept());
+        const std::string state = Content(hive.File().string() + ".stand");
+        Hive().Close();
+        EXPECT_EQ(MarkOfImage(20), 1) << "it is open, and nothing of it in memory but the image";
+        row.notice(hive);
+        EXPECT_EQ(MarkOfImage(20), row.mark);
+        const auto report = TakeRecoveryReport();
+        EXPECT_TRUE(report && report->event == RecoveryReport::Damaged);
+        EXPECT_TRUE(Content(hive.File().string() + ".stand") == state);
+        Hive().Close();
+        EXPECT_EQ(MarkOfImage(20), row.mark);
+        EXPECT_FALSE(TakeRecoveryReport());
+    }
 }
 
 TEST(RegistryRecovery, AByteIsRepairedOnlyWhereNoOtherCanBeMeant) {
@@ -149,18 +257,28 @@ TEST(RegistryRecovery, AByteIsRepairedOnlyWhereNoOtherCanBeMeant) {
     for (const HiveValue& value : values) image.SetValue(key, value.name, value.type, value.data);
     const std::uint64_t checksum = ChecksumOf(key);
     int repaired = 0;
+    const auto repair = [&](const std::string& right, std::size_t at, bool isName) {
+        const auto found = RepairedByte(key, checksum);
+        EXPECT_TRUE(!found || (found->bytes == right && isName == !found->value)) << right << " at " << at;
+        repaired += found.has_value();
+    };
     for (const HiveValue& value : values) {
         for (std::size_t i = 0; i < value.data.size(); ++i) {
             std::string damaged = value.data;
             damaged[i] ^= 0x1E;
             image.SetValue(key, value.name, value.type, damaged);
-            const auto found = RepairedValue(key, checksum);
-            EXPECT_TRUE(!found || *found == value) << value.name << " at " << i;
-            repaired += found.has_value();
+            repair(value.data, i, false);
         }
         image.SetValue(key, value.name, value.type, value.data);
     }
-    EXPECT_GT(repaired, 14);
+    const std::string name = key.name;
+    for (std::size_t i = 0; i < name.size(); ++i) {
+        std::string damaged = name;
+        damaged[i] ^= 0x1E;
+        ASSERT_TRUE(image.RenameKey(key, damaged));
+        repair(name, i, true);
+    }
+    EXPECT_GT(repaired, 16);
 }
 
 TEST(RegistryRecovery, AStateIsDueOnceAfterSomethingNew) {
@@ -191,6 +309,8 @@ TEST(RegistryRecovery, StatesOfSevenDaysAreKeptAndTheNewestGoodOneIsTaken) {
     const HiveFolder hive;
     const fs::path newest = hive.File().string() + ".stand";
     constexpr int kDays = 10;
+    fs::create_directories(hive.Folder());
+    std::ofstream(newest.string() + "-vor dem Umzug") << "des Benutzers";
     for (int day = 1; day <= kDays; ++day) {
         SaveImage(5, day);
         EXPECT_TRUE(KeepState().Kept());
@@ -198,7 +318,8 @@ TEST(RegistryRecovery, StatesOfSevenDaysAreKeptAndTheNewestGoodOneIsTaken) {
         const timespec time{(20'000 + day) * 86'400 + 43'200, 0}, times[] = {time, time};
         if (day < kDays) utimensat(AT_FDCWD, newest.c_str(), times, 0);
     }
-    EXPECT_EQ(FilesOf(hive, ".stand-").size(), 7u);
+    EXPECT_EQ(FilesOf(hive, ".stand-").size(), 7u + 1);
+    EXPECT_EQ(Content(newest.string() + "-vor dem Umzug"), "des Benutzers");
     Hive().Close();
     for (const fs::path& file : {newest, hive.File()})
         std::ofstream(file, std::ios::binary | std::ios::trunc) << "keine Datenbank";
