@@ -15,6 +15,8 @@ TEST(NameFromText, IsFitForEveryFileSystem) {
         {L"", L""},
         {std::wstring(L"a\0b", 3), L"a b"},
         {L"fdp\x202Egnp.exe", L"fdp gnp.exe"},
+        {L"a\x7F\x9F\x200B\x200F\x2028\x2060\x206F\xFEFF\xFFFF", L"a"},
+        {L"~\xA1\x2010\x2027\x2070\xFFFD", L"~\xA1\x2010\x2027\x2070\xFFFD"},
         {std::wstring{L'a', static_cast<wchar_t>(0xDC80), L'b'}, L"a b"},
         {std::wstring(500, L'x'), std::wstring(20, L'x')},
         {std::wstring(19, L'x') + L" y", std::wstring(19, L'x')},

@@ -29,6 +29,9 @@ TEST(NoteSearch, FindsWhatPeopleMean) {
         {L"Käse", L"kaese", true},
         {L"KAESE", L"käse", true},
         {L"Ka\u0308se", L"käse", true},
+        {L"O\u0308l, U\u0308bung", L"öl, oel ueb", true},
+        {L"Ofen, Uhr", L"oe", false},
+        {L"Ofen, Uhr", L"of uhr", true},
         {L"Käse", L"ka\u0308s", true},
         {L"Käse", L"kase", false},
         {L"Öl und Übung", L"oel uebung", true},
@@ -73,6 +76,7 @@ TEST(NoteSearch, FollowsWhatIsTypedAndWhatChanges) {
 
 TEST(NoteSearch, ListsFirstLinesAndSortsByDates) {
     EXPECT_EQ(FirstLine(L" \r\n\tMilch\tund Brot\r\nEier"), L"Milch und Brot");
+    EXPECT_EQ(FirstLine(L"\nMilch\nBrot"), L"Milch");
     EXPECT_EQ(FirstLine(L" \r\n"), L"");
     const wchar_t* const rising[] = {L"gestern",
                                      L"31.12.2024, 23:59:59",

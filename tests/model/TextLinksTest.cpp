@@ -3,6 +3,8 @@
 #include "base/Text.h"
 #include "model/TextLinks.h"
 
+using namespace std::string_literals;
+
 TEST(TextLinks, AreWhatCanBeOpened) {
     const struct {
         std::wstring text;
@@ -17,6 +19,7 @@ TEST(TextLinks, AreWhatCanBeOpened) {
         {L"<http://a.de>\"http://b.de\"",
          {{L"http://a.de", L"http://a.de"}, {L"http://b.de", L"http://b.de"}}},
         {L"„http://a.de“", {{L"http://a.de", L"http://a.de"}}},
+        {L"[http://a.de/x[1]]", {{L"http://a.de/x[1]", L"http://a.de/x[1]"}}},
         {L"http://[::1]:80/", {{L"http://[::1]:80/", L"http://[::1]:80/"}}},
         {L"http://müller.de/ä", {{L"http://müller.de/ä", L"http://müller.de/ä"}}},
         {L"http://a.de/\u202Eb", {{L"http://a.de/", L"http://a.de/"}}},
@@ -25,6 +28,7 @@ TEST(TextLinks, AreWhatCanBeOpened) {
         {L"http://-a http://?", {}},
         {L"www.a www.a@b.de", {{L"www.a@b.de", L"mailto:www.a@b.de"}}},
         {L"Anna.B+x@mail.a-b.de.", {{L"Anna.B+x@mail.a-b.de", L"mailto:Anna.B+x@mail.a-b.de"}}},
+        {L"a_b@c-1.d2.de", {{L"a_b@c-1.d2.de", L"mailto:a_b@c-1.d2.de"}}},
         {L"a@b.de,c@d.de", {{L"a@b.de", L"mailto:a@b.de"}, {L"c@d.de", L"mailto:c@d.de"}}},
         {L"mailto:a@b.de?attach=/etc/passwd", {{L"mailto:a@b.de", L"mailto:a@b.de"}}},
         {L"mailto:niemand", {}},
@@ -38,6 +42,12 @@ TEST(TextLinks, AreWhatCanBeOpened) {
             links.emplace_back(row.text.substr(link.start, link.end - link.start), link.address);
         EXPECT_EQ(links, row.links);
     }
+}
+
+TEST(TextLinks, EndAtWhatNobodySees) {
+    for (const wchar_t unseen :
+         L"\t \x7F\xA0\xAD\x2000\x200F\x2028\x202F\x205F\x206F\x3000\xFEFF\x201E\xAB<"s)
+        EXPECT_EQ(LinksIn(std::wstring(L"www.a.de/b") + unseen + L"c").at(0).end, 10u) << std::hex << +unseen;
 }
 
 TEST(TextLinks, CostGrowsWithTheText) {
