@@ -43,9 +43,10 @@ std::size_t Apply(NoteStore& store, const UnsavedImage& image) {
 
 }  // namespace
 
-Keeping::Keeping(NoteStore& store) : store_(store), unsaved_([this] { return Repeat(); }) {
+Keeping::Keeping(NoteStore& store) : store_(store), unsaved_([this] { Repeat(); }) {
     store_.OnSaved = [this](const KeepResult& result) {
         unsaved_.Heard(result);
+        if (unreadable_) unsaved_.TryAgainLater();  // although nothing is unsaved
         ShowTrouble();
         if (store_.AllKept()) RemoveTakenIn();
         if (const auto report = TakeRecoveryReport())
@@ -139,20 +140,15 @@ void Keeping::Tell(Boxes boxes) {
     }
 }
 
-// True when there is nothing left to be tried again.
-bool Keeping::Repeat() {
+void Keeping::Repeat() {
     if (unreadable_) {
-        if (!ReadRegistryAgain().Kept()) {
-            store_.SaveNotes();
-            return false;
-        }
+        if (!ReadRegistryAgain().Kept()) return unsaved_.TryAgainLater();
         ReadStore();
         if (OnReadLate) OnReadLate();
         if (takesInLeftWork_) TakeInLeftWork();
         store_.ShowNotes([this] { Tell(Boxes::Unwaited); });
     }
     store_.SaveNotes();
-    return true;
 }
 
 // Why something is not kept, in sentences; empty when all of it is.

@@ -49,7 +49,7 @@ class Keeping {
         int flags;
     };
 
-    bool Repeat();
+    void Repeat();
     void ReadStore();
     void ShowTrouble();
     void TakeIn(const std::filesystem::path& path);

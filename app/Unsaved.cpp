@@ -34,8 +34,7 @@ void Unsaved::TryAgainLater() {
 }
 
 void Unsaved::Repeat() {
-    if (IsQuitting()) return;
-    if (!repeat_()) TryAgainLater();
+    if (!IsQuitting()) repeat_();
 }
 
 void Unsaved::Tell() {

@@ -12,16 +12,15 @@
 
 class Unsaved {
   public:
-    // repeat: saves again; its result comes by Heard. False while something else has to be tried again,
-    // though nothing is unsaved.
-    explicit Unsaved(std::function<bool()> repeat) : repeat_(std::move(repeat)) {
+    // repeat: saves again; its result comes by Heard.
+    explicit Unsaved(std::function<void()> repeat) : repeat_(std::move(repeat)) {
         timer_.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { Repeat(); });
     }
 
     // The result of a save.
     void Heard(const KeepResult& result);
 
-    // There is something to be tried again, although nothing is unsaved.
+    // There is something to be tried again, although nothing is unsaved; a save that succeeds ends that.
     void TryAgainLater();
 
     // The user knows already, or is just being asked, so there is no message while this lives.
@@ -45,7 +44,7 @@ class Unsaved {
     void Repeat();
     void Tell();
 
-    std::function<bool()> repeat_;
+    std::function<void()> repeat_;
     wxTimer timer_;
     std::chrono::milliseconds pause_{};
     KeepResult result_;

@@ -5,18 +5,27 @@
 
 #include <cstdlib>
 
+#include "app/Autostart.h"
+#include "app/CopyCommands.h"
 #include "app/EmergencyFile.h"
 #include "app/Keeping.h"
+#include "app/KeptCommands.h"
+#include "app/NoteServices.h"
+#include "app/Receiving.h"
+#include "app/RunCommand.h"
 #include "app/frmUnsaved.h"
 #include "base/FileName.h"
+#include "base/Text.h"
 #include "model/KeepReason.h"
+#include "net/basNetworkAccess.h"
 #include "notes/frmProperties.h"
+#include "registry/RegistryHealth.h"
 #include "tests/addressbook/Entries.h"
 #include "tests/exchange/FileDialogOnScreen.h"
-#include "tests/notes/NoteRecorder.h"
 #include "tests/registry/HiveFolder.h"
 #include "tests/support/Dialogs.h"
 #include "tests/support/Messages.h"
+#include "tests/support/SmallDisk_unix.h"
 
 namespace {
 
@@ -46,8 +55,8 @@ struct ProgramRun : MessageRecorder {
         store.Notes()[index]->Content(note);
     }
 
-    NoteRecorder recorder;
-    NoteStore store{recorder};
+    NoteServices services;
+    NoteStore& store = services.Store();
     Keeping keeping{store};
 };
 
@@ -60,6 +69,9 @@ class KeepingTest : public testing::Test {
         AddAddressBookEntry(Entry(L"Büro"));
         EXPECT_TRUE(first.store.SaveNotes().Kept());
     }
+    ~KeepingTest() override {
+        for (const fs::path& file : EmergencyFiles(EmergencyFolders())) fs::remove(file);
+    }
 
     // From now on nothing can be saved, and again.
     void Block() const {
@@ -70,15 +82,17 @@ class KeepingTest : public testing::Test {
         fs::remove(hive_.File());
         fs::rename(Away(), hive_.File());
     }
-    // A run that deletes a note and the address, changes a note and adds one, and cannot save.
-    void EndUnsaved(const Texts& files = {}) const {
+    // A run that deletes a note and the address, moves a note, adds one and another address, and cannot save.
+    void EndUnsaved(const Texts& files = {},
+                    void (Keeping::*end)(const Texts&) = &Keeping::KeepAtOnce) const {
         ProgramRun run;
         Block();
         run.store.DeleteNote(*run.store.Notes()[0]);
-        run.SetText(0, L"zwei, geändert");
+        run.store.Notes()[0]->PlaceAt(300, 600);
         run.store.AdoptNote({.text = L"drei"});
         RemoveAddressBookEntry(L"Büro");
-        run.keeping.KeepAtOnce(files);
+        AddAddressBookEntry(Entry(L"Flur"));
+        (run.keeping.*end)(files);
         EXPECT_FALSE(run.store.AllKept());
         Unblock();
     }
@@ -94,9 +108,16 @@ class KeepingTest : public testing::Test {
 
 TEST_F(KeepingTest, UnsavedWorkTakesThePlaceOfWhatWasSavedLast) {
     EndUnsaved({L"/gibt/es nicht.kvr"});
+    // Beside it what another file holds is added.
+    const auto first = ReadEmergencyBytes(Content(EmergencyFiles(EmergencyFolders()).at(0)));
+    ASSERT_TRUE(first);
+    const UnsavedImage second{.notes = {{.text = L"vier"}}, .stored = first->stored};
+    ASSERT_TRUE(WriteEmergencyFile(second, EmergencyFolders()).Kept());
     const ProgramRun next;
-    EXPECT_EQ(next.NoteTexts(), (Texts{L"zwei, geändert", L"drei"}));
-    EXPECT_TRUE(AddressBook().empty());
+    EXPECT_EQ(next.NoteTexts(), (Texts{L"zwei", L"drei", L"vier"}));
+    EXPECT_EQ(next.store.Notes()[0]->Top(), 600);
+    ASSERT_EQ(AddressBook().size(), 1u);
+    EXPECT_EQ(AddressBook()[0].PCName(), L"Flur");
     EXPECT_TRUE(next.store.AllKept());
     EXPECT_FALSE(IsFileLeft());
     EXPECT_EQ(
@@ -109,14 +130,38 @@ TEST_F(KeepingTest, UnsavedWorkTakesThePlaceOfWhatWasSavedLast) {
 }
 
 TEST_F(KeepingTest, NotesOfAnEmergencyFileThatWasCutOffAreAdded) {
-    EndUnsaved();
-    const fs::path file = EmergencyFiles(EmergencyFolders()).at(0);
+    EndUnsaved({}, &Keeping::KeepWithoutDisplay);
+    const fs::path file = EmergencyFiles(EmergencyFolders()).at(0), empty = file.string() + ".kvr";
     fs::resize_file(file, fs::file_size(file) - 1);
-    EXPECT_EQ(ProgramRun().NoteTexts(), (Texts{L"eins", L"zwei", L"zwei, geändert", L"drei"}));
-    EXPECT_FALSE(IsFileLeft());
+    std::ofstream{empty};
+    EXPECT_EQ(ProgramRun().NoteTexts(), (Texts{L"eins", L"zwei", L"drei"}));
+    EXPECT_FALSE(fs::exists(file));
+    EXPECT_TRUE(fs::exists(empty));
 }
 
-TEST_F(KeepingTest, TheEndSaves) {
+TEST_F(KeepingTest, WhatWasTakenInStaysInItsFileUntilItIsKept) {
+    EndUnsaved();
+    const fs::path file = EmergencyFiles(EmergencyFolders()).at(0);
+    hive_.Sql("PRAGMA user_version = 99");  // which is read, but not written
+    ProgramRun run;
+    EXPECT_TRUE(run.messages.back().ends_with(L"Eine Notiz wurde daraus übernommen."));
+    {
+        const SmallDisk full(64);
+        run.keeping.KeepAtOnce({});
+    }
+    EXPECT_TRUE(fs::exists(file));
+    run.keeping.KeepAtOnce({});
+    EXPECT_TRUE(IsFileLeft() && !fs::exists(file));
+}
+
+TEST_F(KeepingTest, TheEndSavesWhatWasRead) {
+    {
+        NoteServices services;  // nothing has been read yet
+        Keeping keeping(services.Store());
+        EXPECT_TRUE(keeping.MayQuit());
+        keeping.KeepAtOnce({});
+        keeping.KeepWithoutDisplay({});
+    }
     {
         ProgramRun run;
         run.SetText(0, L"neu");
@@ -129,8 +174,8 @@ TEST_F(KeepingTest, TheEndSaves) {
 TEST_F(KeepingTest, UnsavedWorkIsAddedToWhatWasSavedSince) {
     EndUnsaved();
     {
-        NoteRecorder recorder;
-        NoteStore other(recorder);  // of a program that takes nothing in
+        NoteServices services;  // of a program that takes nothing in
+        NoteStore& other = services.Store();
         other.LoadNotes();
         other.AdoptNote({.text = L"vier"});
         EXPECT_TRUE(other.WriteImage().Kept());
@@ -138,12 +183,20 @@ TEST_F(KeepingTest, UnsavedWorkIsAddedToWhatWasSavedSince) {
         EmptyAddressBook();
     }
     const ProgramRun next;
-    EXPECT_EQ(next.NoteTexts(), (Texts{L"eins", L"zwei", L"vier", L"zwei, geändert", L"drei"}));
-    EXPECT_EQ(AddressBook().size(), 1u);
+    EXPECT_EQ(next.NoteTexts(), (Texts{L"eins", L"zwei", L"vier", L"drei"}));
+    EXPECT_EQ(AddressBook().size(), 2u);
     EXPECT_FALSE(IsFileLeft());
 }
 
 TEST_F(KeepingTest, TheStartSaysWhatIsTheMatter) {
+    const std::wstring damaged = L"Die Datei mit Ihren Notizen war beschädigt.";
+    fs::resize_file(hive_.File(), 100);
+    EXPECT_TRUE(ProgramRun().messages.at(0).starts_with(L"Notizen wiederhergestellt|48|" + damaged));
+    fs::resize_file(hive_.File(), 100);
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(RunCommand({L"--list", {}}), 0);
+    EXPECT_TRUE(FromUtf8(testing::internal::GetCapturedStderr()).starts_with(damaged));
+    Hive().Close();
     hive_.Sql("PRAGMA user_version = 99");
     EXPECT_EQ(ProgramRun().messages,
               Texts{L"Nicht gespeichert|16|Änderungen an Ihren Notizen können zurzeit nicht gespeichert "
@@ -157,22 +210,60 @@ TEST_F(KeepingTest, TheStartSaysWhatIsTheMatter) {
                     ReasonText({.failure = KeepFailure::NoFile, .file = FileName(hive_.File())})});
 }
 
-TEST_F(KeepingTest, TheIconSaysWhatIsTheMatter) {
+TEST_F(KeepingTest, WhatCannotBeReadOrSavedIsTriedAgain) {
+    EndUnsaved();
     Block();
     ProgramRun run;
     std::vector<Trouble> shown;
     run.keeping.OnTrouble([&](Trouble trouble) { shown.push_back(trouble); });
     EXPECT_EQ(shown, std::vector<Trouble>{Trouble::Unreadable});
+    run.store.SaveNotes();  // of nothing, which ends no trying
+    fs::remove(hive_.File());
+    fs::create_symlink("/nowhere", hive_.File());
+    EXPECT_TRUE(RunUntil([] { return HealthOfRegistry().reading.failure == KeepFailure::DeadLink; }));
     Unblock();
-    EXPECT_TRUE(RunUntil([&] { return run.store.CountNotes() == 2; }));
+    EXPECT_TRUE(RunUntil([&] { return run.messages.size() == 2; }));
+    EXPECT_TRUE(run.messages.back().starts_with(L"Notizen übernommen|64|"));
+    EXPECT_EQ(run.NoteTexts(), (Texts{L"zwei", L"drei"}));
     EXPECT_EQ(shown.back(), Trouble::None);
     Block();
     run.SetText(0, L"neu");
     EXPECT_FALSE(run.store.SaveNotes().Kept());
     EXPECT_EQ(shown.back(), Trouble::Unsaved);
     Unblock();
-    EXPECT_TRUE(run.store.SaveNotes().Kept());
+    EXPECT_TRUE(RunUntil([&] { return run.store.AllKept(); }));
     EXPECT_EQ(shown.back(), Trouble::None);
+}
+
+// And leaves everything as it was.
+TEST_F(KeepingTest, WhatCouldNotBeDoneIsSaid) {
+    std::ofstream(hive_.Folder() / "papierkorb") << "in the way";
+    {
+        ProgramRun run;
+        NetworkAccess network(run.store);
+        Receiving receiving(network, [] {});
+        Block();
+        EXPECT_FALSE(run.store.DeleteNote(*run.store.Notes()[0]));
+        EXPECT_TRUE(run.messages.at(0).starts_with(
+            L"Papierkorb|16|Die Notiz wurde nicht gelöscht, denn sie konnte nicht im Papierkorb aufgehoben "
+            L"werden.\r\nWo die Datei im Papierkorb"));
+        EXPECT_EQ(CopyCommands(run.store, receiving, {}).CarryOut({L"--new", {L"neu"}}).exitCode, 1);
+        EXPECT_EQ(run.NoteTexts(), (Texts{L"eins", L"zwei"}));
+        EXPECT_FALSE(SetAutostart(run.store, true).Kept());
+        EXPECT_FALSE(fs::exists(fs::path(std::getenv("XDG_CONFIG_HOME")) / "autostart" / "kivora.desktop"));
+    }
+    const fs::path file = hive_.Folder() / "alle.kvr";
+    const std::pair<Command, const wchar_t*> alone[] = {
+        {{L"--list", {}}, L"Die Notizen können nicht gelesen werden.\n"},
+        {{L"--export", {FileName(file)}}, L"Die Notizen können nicht gelesen werden.\n"},
+        {{L"--receive", {}}, L"Die Einstellung kann nicht gelesen werden.\n"},
+        {{L"--receive", {L"none"}}, L"Es bleibt, wie es war, denn die Einstellung konnte nicht gespeichert"},
+    };
+    for (const auto& [command, text] : alone) {
+        const CommandAnswer answer = CarryOutAlone(command);
+        EXPECT_TRUE(answer.exitCode == 1 && answer.text.starts_with(text)) << answer.text;
+    }
+    EXPECT_FALSE(fs::exists(file));
 }
 
 // A text that is being written is work, too.
@@ -204,19 +295,53 @@ TEST_F(KeepingTest, WithoutABinTheUserIsAskedBeforeATextIsDropped) {
     EXPECT_TRUE(run.messages.empty());
 }
 
-TEST_F(KeepingTest, WhatIsSavedIntoAFileIsNotKeptElsewhere) {
+TEST_F(KeepingTest, TheEndIsAsTheUserDecides) {
     ProgramRun run;
     Block();
     run.SetText(0, L"neu");
+    const auto mayQuit = [&](const std::function<void(frmUnsaved&)>& answer) {
+        WhenShown<frmUnsaved> asked([&](frmUnsaved& dialog) {
+            answer(dialog);
+            dialog.Close();  // what the buttons have ended already stays so
+        });
+        return run.keeping.MayQuit();
+    };
+    EXPECT_TRUE(mayQuit([](frmUnsaved& dialog) { Press(dialog.cmdBeenden); }));
+
     const fs::path file = fs::path(std::getenv("TMPDIR")) / "gesichert.kvr";
-    WhenShown<frmUnsaved> asked([](frmUnsaved& dialog) { Press(dialog.cmdDatei); });
-    Repeated* const chooser = ChooseOnScreen([&] { return file; });
-    EXPECT_TRUE(run.keeping.MayQuit());
-    chooser->End();
-    run.keeping.KeepAtOnce({});
-    Unblock();
-    EXPECT_FALSE(IsFileLeft());
+    EXPECT_TRUE(mayQuit([&](frmUnsaved& dialog) {
+        Repeated::Every(std::chrono::milliseconds(10), [] {
+            const auto chooser = FileDialogOnScreen::Find();
+            if (chooser) chooser->Cancel();
+            return chooser != nullptr;
+        });
+        Press(dialog.cmdDatei);
+        EXPECT_TRUE(run.messages.empty());
+        Repeated* const chooser = ChooseOnScreen([&] { return file; });
+        {
+            const SmallDisk full(64);
+            Press(dialog.cmdDatei);
+        }
+        EXPECT_EQ(run.messages, Texts{L"Notizen sichern|16|Die Datei " + ShownFileName(FileName(file)) +
+                                      L" konnte nicht geschrieben werden.\r\n\r\n" +
+                                      ReasonText({KeepFailure::DiskFull}, L"die Datei")});
+        EXPECT_EQ(dialog.State(), DialogState::Waiting);
+        Press(dialog.cmdDatei);
+        chooser->End();
+    }));
     const auto saved = ReadEmergencyBytes(Content(file));
     ASSERT_TRUE(saved && saved->notes.size() == 2);
     EXPECT_EQ(saved->notes[0].text, L"neu");
+    run.keeping.KeepAtOnce({});
+    EXPECT_FALSE(IsFileLeft());
+    run.keeping.KeepAtOnce({L"/noch nicht importiert.kvr"});
+    ASSERT_TRUE(IsFileLeft());
+    EXPECT_TRUE(ReadEmergencyBytes(Content(EmergencyFiles(EmergencyFolders())[0])) ==
+                UnsavedImage{.files = {L"/noch nicht importiert.kvr"}});
+
+    EXPECT_TRUE(mayQuit([&](frmUnsaved& dialog) {
+        Unblock();
+        Press(dialog.cmdOK);
+    }));
+    EXPECT_TRUE(run.store.AllKept());
 }

@@ -12,7 +12,6 @@ TEST(Unsaved, IsToldOnceAndRepeatedUntilItIsSaved) {
     Unsaved unsaved([&] {
         ++repeats;
         self->Heard(works ? KeepResult() : KeepResult{KeepFailure::DiskFull});
-        return true;
     });
     self = &unsaved;
     unsaved.Heard({});
@@ -34,9 +33,12 @@ TEST(Unsaved, IsToldOnceAndRepeatedUntilItIsSaved) {
     {
         const Unsaved::Quiet asked(unsaved);
         unsaved.Heard({KeepFailure::Locked});
+        RunPosted();
         unsaved.Heard({});
     }
-    RunEvents();
+    unsaved.Heard({KeepFailure::Locked});
+    unsaved.Heard({});
+    RunPosted();
     EXPECT_EQ(told.messages.size(), 1u);
     unsaved.Heard({KeepFailure::Locked});
     EXPECT_TRUE(RunUntil([&] { return told.messages.size() == 2; }));
