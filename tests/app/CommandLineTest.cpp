@@ -2,8 +2,11 @@
 
 #include "app/CommandLine.h"
 #include "app/IconTip.h"
+#include "app/KeptCommands.h"
 #include "base/ExecutableFileName.h"
 #include "base/Text.h"
+#include "model/StoredImage.h"
+#include "registry/clsRegistry.h"
 
 namespace {
 
@@ -107,6 +110,18 @@ TEST(Commands, PackAndUnpack) {
     }
     for (const wchar_t* const other : {L"/a.kvr", L"2", L"C:\\a.kvr"})
         EXPECT_EQ(Unpacked(other), std::nullopt);
+}
+
+TEST(Commands, AreExplained) {
+    EXPECT_NE(UsageText().find(L"\n  --export DATEI\n    schreibt alle Notizen in eine Datei\n"),
+              std::wstring::npos);
+}
+
+TEST(Commands, ListTextsThatAreTooLongToBeKept) {
+    const std::wstring text(5000, L'x');
+    Registry().SetValue(std::wstring(kSettingsKey) + L"Note0\\Text", REG_TYPE_SZ, text);
+    EXPECT_EQ(CarryOutAlone({L"--list", {}}).text, L"\t" + text + L"\n");
+    Registry().DeleteKey(kSettingsKey);
 }
 
 TEST(IconTip, SaysWhatIsNotAsUsual) {

@@ -48,7 +48,18 @@ TEST_F(HandOverSocketTest, WaitsForACopyThatIsAboutToListen) {
 TEST_F(HandOverSocketTest, BadSendersHarmNobody) {
     Listen();
     std::vector<int> silent;
-    for (int i = 0; i < 20; ++i) silent.push_back(Connect());  // more than are heard at a time
+    const auto isSentAway = [](int sender) {
+        char byte = 0;
+        return recv(sender, &byte, 1, MSG_DONTWAIT) == 0;
+    };
+    silent.push_back(Connect());
+    // Who hangs up is not watched any longer.
+    const int gone = Connect();
+    shutdown(gone, SHUT_WR);
+    EXPECT_TRUE(RunUntil([&] { return isSentAway(gone); }));
+    EXPECT_FALSE(isSentAway(silent[0]));
+    close(gone);
+    while (silent.size() < 20) silent.push_back(Connect());  // more than are heard at a time
     EXPECT_EQ(write(silent[0], "/half a na", 10), 10);
 
     std::future<bool> flood = std::async(std::launch::async, [] {
@@ -64,7 +75,6 @@ TEST_F(HandOverSocketTest, BadSendersHarmNobody) {
         return write(socket.Get(), "relative", 9) == 9 && read(socket.Get(), &answer, 1) == 1 &&
                answer == '-';
     });
-    close(Connect());
     std::future<bool> honest = Sender({L"/honest"});
     EXPECT_TRUE(
         RunUntil([&] { return Ended(flood) && Ended(relative) && Ended(honest) && !names_.empty(); }));
@@ -72,11 +82,24 @@ TEST_F(HandOverSocketTest, BadSendersHarmNobody) {
     EXPECT_EQ(names_, std::vector<std::wstring>{L"/honest"});
 
     // The silent ones are sent away after a while.
-    EXPECT_TRUE(RunUntil([&] {
-        char byte = 0;
-        return recv(silent.back(), &byte, 1, MSG_DONTWAIT) == 0;
-    }));
+    EXPECT_TRUE(RunUntil([&] { return isSentAway(silent.back()); }));
     for (const int fd : silent) close(fd);
+}
+
+TEST_F(HandOverSocketTest, WhatIsTakenIsDeliveredBeforeItFinishes) {
+    const int senders[] = {Connect(), Connect()};
+    for (const int sender : senders) EXPECT_EQ(write(sender, "/a", 3), 3);
+    std::size_t delivered = 0, atTheEnd = 0;
+    role_->Listen([&](const Command&) {
+        if (++delivered == 1) {  // the second one has been taken, too
+            role_->Finish();
+            atTheEnd = delivered;
+        }
+        return CommandAnswer();
+    });
+    EXPECT_TRUE(RunUntil([&] { return delivered == 2; }));
+    EXPECT_EQ(atTheEnd, 2u);
+    for (const int sender : senders) close(sender);
 }
 
 class MeetingPlaceTest : public HandOverFixture {

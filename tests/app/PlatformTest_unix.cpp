@@ -2,13 +2,19 @@
 #include <langinfo.h>
 
 #include <clocale>
+#include <cstdio>
 #include <cstdlib>
+#include <fstream>
 #include <map>
 #include <optional>
 #include <string>
 
+#include "app/NoteServices.h"
 #include "app/Platform.h"
+#include "base/DataFolder.h"
+#include "tests/mail/MailProgram.h"
 #include "tests/support/Events.h"
+#include "tests/support/Messages.h"
 
 // GTK's own texts can be German and all characters be typed, whatever the environment says.
 TEST(Platform, EveryLocaleTakesTextAndTranslations) {
@@ -37,4 +43,29 @@ TEST(Platform, EveryLocaleTakesTextAndTranslations) {
         if (kept[name]) setenv(name, kept[name]->c_str(), 1);
     }
     std::setlocale(LC_ALL, before.c_str());
+}
+
+TEST(Platform, EndlessInputIsNotReadToItsEnd) {
+    const std::string file = SharedDataFolder() / "endlos";
+    std::ofstream(file) << std::string(1'000'000, 'x');
+    ASSERT_TRUE(std::freopen(file.c_str(), "r", stdin));
+    const std::size_t size = ReadInput(100'000).size();
+    EXPECT_TRUE(size > 100'000 && size < 200'000) << size;
+}
+
+TEST(Platform, WhoChoosesALinkIsToldWhenNobodyOpensIt) {
+    NoteServices services;
+    const MessageRecorder told;
+    {
+        const MailProgram program;
+        services.OpenLink(L"gibt-es-nicht:x");
+        EXPECT_EQ(program.Got(), L"gibt-es-nicht:x");
+    }
+    const std::string path = std::getenv("PATH");
+    setenv("PATH", "/", 1);
+    services.OpenLink(L"gibt-es-nicht:x");
+    setenv("PATH", path.c_str(), 1);
+    ASSERT_EQ(told.messages.size(), 1u);
+    EXPECT_TRUE(told.messages[0].starts_with(
+        L"Adresse öffnen|16|Die Adresse gibt-es-nicht:x konnte nicht geöffnet werden."));
 }

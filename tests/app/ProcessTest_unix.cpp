@@ -133,6 +133,20 @@ TEST_F(ProcessTest, NotesAreReceivedAsSoonAsTheSettingsCanBeRead) {
     EXPECT_TRUE(Eventually(listens));
 }
 
+TEST_F(ProcessTest, UnsavedNotesOutliveTheDisplay) {
+    {
+        Process program({});
+        WaitUntilShown(1);
+        const HiveTakenAway away;
+        EXPECT_EQ(Process({File("1.kvr", L"eins")}).Wait(), 0);
+        ShellOutput("xdotool windowkill " + WaitForWindow("Nicht gespeichert"));
+        EXPECT_EQ(program.Wait(), 1);
+    }
+    const Process next({});
+    EXPECT_FALSE(WaitForWindow("Notizen übernommen").empty());
+    EXPECT_EQ(SavedTexts(), Texts{L"eins"});
+}
+
 // Whatever the umask lets others do with new files.
 TEST_F(ProcessTest, NoFileOfTheProgramsCanBeWrittenByOthers) {
     const auto start = [](std::vector<std::string> arguments) {

@@ -1,4 +1,5 @@
 // The port on which notes come in may belong to another program when this one starts.
+#include "app/CopyCommands.h"
 #include "app/Receiving.h"
 #include "tests/net/NetworkTest.h"
 
@@ -11,10 +12,14 @@ TEST_F(NetworkTest, ReceivingBeginsWhenThePortIsFree) {
     ASSERT_TRUE(other->Listen());
     network.emplace(store, NetworkAccess::Options{other->LocalPort(), 0, kForever});
     Receiving receiving(*network, WakeWaits, 20ms);
+    const auto told = [&] { return CopyCommands(store, receiving, {}).CarryOut({L"--receive", {}}).text; };
     receiving.From(ReceiveFrom::All);
     EXPECT_TRUE(receiving.Now().portTaken);
+    EXPECT_NE(told().find(L"\nZurzeit kommen keine an: Ein anderes Programm belegt den Port 5998.\n"),
+              std::wstring::npos);
     receiving.From(ReceiveFrom::None);
     EXPECT_FALSE(receiving.Now().portTaken);
+    EXPECT_EQ(told(), L"all: Notizen werden von allen Computern angenommen.\n");  // as it is kept
     receiving.From(ReceiveFrom::Known);
     EXPECT_TRUE(receiving.Now().portTaken);
     other.reset();

@@ -30,5 +30,17 @@ TEST(RecoveryText, SaysWhatCameBackFromWhereAndWhichNotesToLookAt) {
     EXPECT_EQ(RecoveryText({.event = RecoveryReport::Replaced, .fromState = report.fromState}),
               L"Die Datei mit Ihren Notizen wurde entfernt oder ersetzt, während Kivora lief. Kivora hat "
               L"alle Notizen neu geschrieben.");
+    const std::vector<const Note*> nine(9, &doubtful);
+    ASSERT_TRUE(WriteStoredImage(false, nine, {}).Kept());
+    RecoveryReport many;
+    many.lost = 2;
+    many.isComplete = false;
+    for (int i = 10; i > 0; --i) many.doubtful.push_back(root + L"Note" + std::to_wstring(i));
+    const std::wstring text = RecoveryText(many), name = L"\r\n– " + ShortText(doubtful.text);
+    EXPECT_NE(text.find(L"\r\nNicht mehr zu lesen: 2 Einträge.\r\nMöglicherweise fehlen weitere Notizen, von "
+                        L"denen nichts mehr zu finden war.\r\n\r\n"),
+              text.npos);
+    EXPECT_NE(text.find(L"\r\n– (ohne Text)\r\n– (ohne Text)" + name), text.npos);
+    EXPECT_TRUE(text.ends_with(name + L"\r\n– und 2 weitere"));
     Registry().DeleteKey(kSettingsKey);
 }

@@ -104,6 +104,7 @@ TEST_F(StartTest, IconEventsOpenTheMenuOnceEachAndOnlyAClickRaisesTheNotes) {
 TEST_F(StartTest, TheMenuOfTheIconSwitchesLoadingWithTheSession) {
     for (const bool on : {true, false}) {
         WithMenu(nullptr, [&](const MenuOnScreen& menu) {
+            EXPECT_EQ(menu.items.size(), 1 + start_->DescribeMenu(nullptr).size());
             EXPECT_EQ(menu.pictureHeight, wxWindow::FromDIP(kMenuPictureHeight, nullptr));
             EXPECT_TRUE(menu[L"Neue Notiz..."].enabled);
             EXPECT_TRUE(menu.Has(L"Alle Notizen minimieren"));
@@ -132,6 +133,8 @@ TEST_F(StartTest, ADoubleClickOnTheIconBeginsANote) {
         begun = true;
         dialog.Close();
     });
+    start_->notIcon.Events.DblClick(2);
+    EXPECT_FALSE(begun);
     start_->notIcon.Events.DblClick(1);
     EXPECT_TRUE(begun);
 }
@@ -277,6 +280,8 @@ TEST_F(StartTest, IconsTellTheirMenuAndRunIt) {
 TEST_F(StartTest, TheCommandThatTogglesShowsNotesHoweverTheyWereMinimized) {
     NetworkAccess network(Store());
     Receiving receiving(network, [] {});
+    EXPECT_EQ(CopyCommands(Store(), receiving, {}).CarryOut({L"--print", {}}).text,
+              L"Es gibt keine Notizen.\n");
     frmNote& note = AddNote(L"eins");
     note.Minimized(true);
     CopyCommands(Store(), receiving, {}).CarryOut({L"--toggle", {}});

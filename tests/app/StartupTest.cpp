@@ -15,7 +15,10 @@ TEST_F(ExchangeTest, FilesOfTheCommandLineAreTakenInAndToldOf) {
     Program program(std::make_unique<RunningCopyInTest>(receive));
     // Other copies hand files over while messages are open. In the end nobody is left to be told.
     onMessage = [&] {
-        if (messages.size() == 3) receive({L"", {second}});
+        if (messages.size() == 3) {
+            receive({L"", {second}});
+            EXPECT_EQ(receive({L"--find", {L"eins"}}).exitCode, 1);
+        }
         if (messages.size() != 4) return;
         for (const std::wstring& name : {gone, last}) receive({L"", {name}});
         program.EndAtOnce();

@@ -4,11 +4,13 @@
 
 #include <cstdlib>
 
+#include "app/Platform.h"
 #include "app/PopupMenu.h"
 #include "dialogs/DialogWindow.h"
 #include "dialogs/FileChooser_unix.h"
 #include "res/Theme.h"
 #include "tests/app/MenuOnScreen.h"
+#include "tests/notes/NoteRecorder.h"
 #include "tests/support/Events.h"
 
 namespace {
@@ -73,4 +75,20 @@ TEST(Theme, OtherProgramsGetTheUsersChoice) {
     EXPECT_STREQ(std::getenv("GTK_THEME"), "HighContrast");
     LoadTheme();
     unsetenv("GTK_THEME");
+}
+
+TEST(Theme, PaintsNothingIntoNotes) {
+    StyleWindows();
+    g_autoptr(GtkCssProvider) theme = gtk_css_provider_new();
+    gtk_css_provider_load_from_data(theme, "window { background-color: red; }", -1, nullptr);
+    gtk_style_context_add_provider_for_screen(gdk_screen_get_default(), GTK_STYLE_PROVIDER(theme),
+                                              GTK_STYLE_PROVIDER_PRIORITY_THEME);
+    NoteRecorder recorder;
+    NoteStore store(recorder);
+    GtkStyleContext* const style = gtk_widget_get_style_context(store.AdoptNote({}).GetHandle());
+    g_autoptr(GdkRGBA) color = nullptr;
+    gtk_style_context_get(style, gtk_style_context_get_state(style), "background-color", &color, nullptr);
+    EXPECT_EQ(color->alpha, 0);
+    store.UnloadAllNotes();
+    gtk_style_context_remove_provider_for_screen(gdk_screen_get_default(), GTK_STYLE_PROVIDER(theme));
 }

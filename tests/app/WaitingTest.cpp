@@ -118,7 +118,7 @@ const std::map<std::string, Waiting> kWaiting = {
     {"note, edited",
      {.open =
           [](ProgramRun& run) {
-              run.Start().RunFromTrayMenu(run.Store().Notes()[0].get(), IdOf(mnuNotizBearbeiten));
+              run.Store().Host().RunFromTrayMenu(*run.Store().Notes()[0], IdOf(mnuNotizBearbeiten));
           },
       .waits = In<frmProperties>(Write),
       .written = kWritten,
@@ -195,7 +195,7 @@ const std::map<std::string, Waiting> kWaiting = {
      {.open = [](ProgramRun& run) { run.Start().ShowPopupMenu(nullptr); },
       .waits = [](ProgramRun&) { return MenuOnScreen::Find().has_value(); }}},
     {"menu of a note",
-     {.open = [](ProgramRun& run) { run.Start().ShowPopupMenu(run.Store().Notes()[0].get()); },
+     {.open = [](ProgramRun& run) { run.Store().Host().ShowPopupMenu(*run.Store().Notes()[0], {}); },
       .waits = [](ProgramRun&) { return MenuOnScreen::Find().has_value(); },
       .deleted = true}},
 };

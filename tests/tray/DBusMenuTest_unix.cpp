@@ -26,6 +26,9 @@ TEST_F(StatusNotifierMenu, TheMenuIsReadAsItIs) {
     AddIcon(L"A", menu_);
     const std::string item = OnlyItem(desktop);
     EXPECT_EQ(Printed(desktop.Property(item, "Menu")), "'/MenuBar'");
+    for (const auto& [name, value] :
+         {std::pair("Version", "3"), {"TextDirection", "'ltr'"}, {"Status", "'normal'"}})
+        EXPECT_EQ(Printed(desktop.Property(item, name, "/MenuBar", "com.canonical.dbusmenu")), value) << name;
     const char *nothing[] = {nullptr}, *label[] = {"label", nullptr};
     const auto layout = [&](int id, int depth, const char** names) {
         return Printed(desktop.Menu(item, "GetLayout", g_variant_new("(ii^as)", id, depth, names)));
@@ -65,10 +68,12 @@ TEST_F(StatusNotifierMenu, OnlyWhatCanBeChosenIsRun) {
     TestDesktop desktop(bus_, true);
     Notification& icon = AddIcon(L"A", menu_);
     const std::string item = OnlyItem(desktop);
-    EXPECT_EQ(Printed(desktop.Menu(
-                  item, "EventGroup",
-                  g_variant_new_parsed("([(1, 'clicked', <0>, @u 0), (9, 'clicked', <0>, @u 0)],)"))),
-              "([9],)");
+    EXPECT_EQ(
+        Printed(desktop.Menu(item, "EventGroup",
+                             g_variant_new_parsed("([(1, 'clicked', <0>, @u 0), (1, 'hovered', <0>, 0), "
+                                                  "(2, 'clicked', <0>, 0), (3, 'clicked', <0>, 0), "
+                                                  "(4, 'clicked', <0>, 0), (9, 'clicked', <0>, 0)],)"))),
+        "([9],)");
     RunEvents();
     EXPECT_EQ(log_, L"run1 ");
 
@@ -99,6 +104,10 @@ TEST_F(StatusNotifierMenu, AMenuThatHasChangedIsReadAgain) {
     entries_[2].enabled = true;
     EXPECT_EQ(aboutToShow(), "(true,)");
     EXPECT_EQ(aboutToShow(), "(false,)");
+    EXPECT_EQ(desktop.TakeSignals(), "LayoutUpdated ");
+
+    entries_[2].enabled = false;
+    EXPECT_TRUE(desktop.Menu(item, "Event", g_variant_new_parsed("(0, 'opened', <0>, @u 0)")));
     EXPECT_EQ(desktop.TakeSignals(), "LayoutUpdated ");
 
     // What the program itself tells reaches the host before the menu opens, however often it is told.

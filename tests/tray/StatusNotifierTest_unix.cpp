@@ -1,4 +1,5 @@
 // Icons on a session bus, before a host that the test plays.
+#include <sys/stat.h>
 #include <wx/image.h>
 #include <wx/uiaction.h>
 
@@ -31,9 +32,16 @@ TEST_F(StatusNotifier, AnIconHasTheseProperties) {
     const std::string item = OnlyItem(desktop);
     EXPECT_TRUE(item.starts_with("org.kde.StatusNotifierItem-" + std::to_string(getpid()) + "-")) << item;
     const std::pair<const char*, const char*> table[] = {
-        {"Title", "'Käse & <b>Brot</b>'"}, {"IconName", "''"},
-        {"OverlayIconPixmap", "[]"},       {"ToolTip", "('', [], 'Käse & <b>Brot</b>', '')"},
-        {"ItemIsMenu", "false"},           {"Menu", "'/NO_DBUSMENU'"},
+        {"Category", "'ApplicationStatus'"},
+        {"Id", "'kivora'"},
+        {"Status", "'Active'"},
+        {"WindowId", "0"},
+        {"Title", "'Käse & <b>Brot</b>'"},
+        {"IconName", "''"},
+        {"OverlayIconPixmap", "[]"},
+        {"ToolTip", "('', [], 'Käse & <b>Brot</b>', '')"},
+        {"ItemIsMenu", "false"},
+        {"Menu", "'/NO_DBUSMENU'"},
     };
     for (const auto& [name, value] : table) EXPECT_EQ(Printed(desktop.Property(item, name)), value) << name;
 }
@@ -160,7 +168,7 @@ TEST_F(StatusNotifier, AHostOnTheBusComesFirstThenATrayThenTheStrip) {
     RunEvents(milliseconds(100));
     EXPECT_TRUE(OnlyInTheStrip(2));
     EXPECT_TRUE(desktop.Items().empty());
-    desktop.SetHost(true);
+    desktop.SetHost(true, true);
     ASSERT_TRUE(OnlyOnTheBus(desktop, 2));
 
     TrayProcess tray;
@@ -251,6 +259,10 @@ TEST(SessionBus, IsFoundAndNeverStarted) {
     }
     unsetenv("DBUS_SESSION_BUS_ADDRESS");
     EXPECT_EQ(SessionBusAddress(), "");  // the test's runtime folder has none
+    const std::string bus = std::string(g_getenv("XDG_RUNTIME_DIR")) + "/bus";
+    EXPECT_EQ(mknod(bus.c_str(), S_IFSOCK | 0600, 0), 0);
+    EXPECT_EQ(SessionBusAddress(), "unix:path=" + bus);
+    unlink(bus.c_str());
     setenv("DBUS_SESSION_BUS_ADDRESS", before.empty() ? "disabled:" : before.c_str(), 1);
 }
 

@@ -99,8 +99,17 @@ class TestDesktop {
     TestDesktop(const TestDesktop&) = delete;
     TestDesktop& operator=(const TestDesktop&) = delete;
 
-    void SetHost(bool exists) {
+    // byProperty: as a watcher tells it that has no signals of its own for it.
+    void SetHost(bool exists, bool byProperty = false) {
         host_ = exists;
+        if (byProperty) {
+            g_dbus_connection_emit_signal(
+                connection_, nullptr, kWatcherObject, "org.freedesktop.DBus.Properties", "PropertiesChanged",
+                g_variant_new_parsed("(%s, {'IsStatusNotifierHostRegistered': <%b>}, @as [])", kWatcher,
+                                     exists),
+                nullptr);
+            return;
+        }
         g_dbus_connection_emit_signal(
             connection_, nullptr, kWatcherObject, kWatcher,
             exists ? "StatusNotifierHostRegistered" : "StatusNotifierHostUnregistered", nullptr, nullptr);
@@ -126,9 +135,10 @@ class TestDesktop {
                     g_variant_new("(ii)", 7, 8)) != nullptr;
     }
     // Null for an error, also when there is no such object.
-    Variant Property(const std::string& item, const char* name) {
-        const Variant answer = Call(item, "/StatusNotifierItem", "org.freedesktop.DBus.Properties", "Get",
-                                    g_variant_new("(ss)", "org.kde.StatusNotifierItem", name));
+    Variant Property(const std::string& item, const char* name, const char* path = "/StatusNotifierItem",
+                     const char* interface = "org.kde.StatusNotifierItem") {
+        const Variant answer = Call(item, path, "org.freedesktop.DBus.Properties", "Get",
+                                    g_variant_new("(ss)", interface, name));
         if (!answer) return nullptr;
         GVariant* value = nullptr;
         g_variant_get(answer.get(), "(v)", &value);
