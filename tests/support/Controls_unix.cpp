@@ -4,6 +4,7 @@
 #include <wx/uiaction.h>
 
 #include "base/Text.h"
+#include "dialogs/FindWidget_unix.h"
 #include "print/frmPrinterSetup_unix.h"
 #include "tests/support/Controls.h"
 #include "tests/support/Events.h"
@@ -12,15 +13,9 @@ namespace {
 
 // The widget of a control that has the focus when the control has it, or speaks for it.
 GtkWidget* InnerWidget(GtkWidget* widget) {
-    if (gtk_widget_get_can_focus(widget) && !GTK_IS_SCROLLED_WINDOW(widget)) return widget;
-    if (!GTK_IS_CONTAINER(widget)) return nullptr;
-    GtkWidget* found = nullptr;
-    GList* children = gtk_container_get_children(GTK_CONTAINER(widget));
-    for (GList* each = children; each && !found; each = each->next) {
-        found = InnerWidget(GTK_WIDGET(each->data));
-    }
-    g_list_free(children);
-    return found;
+    return FindWidget(widget, [](GtkWidget* each) {
+        return gtk_widget_get_can_focus(each) && !GTK_IS_SCROLLED_WINDOW(each);
+    });
 }
 
 AtkObject* Accessible(wxWindow& control) {
