@@ -24,11 +24,11 @@ struct RecoveryReport {
         Replaced,  // it was removed, or another file put in its place, while the program ran
     };
     Event event = Damaged;
-    std::string detail;                   // for experts
-    std::wstring setAside;                // where the file lies now that was found; empty if there was none
-    std::vector<std::wstring> fromFile;   // keys with values that come from that file
-    std::vector<std::wstring> fromState;  // keys with values that come from the last good state
-    std::vector<std::wstring> doubtful;   // those of both that may be older than they were, or changed
-    int lost = 0;                         // keys of which nothing was found
-    bool isComplete = true;               // false: there may have been more, of which nothing tells
+    std::string detail = {};     // for experts
+    std::wstring setAside = {};  // where the file lies now that was found; empty if there was none
+    std::vector<std::wstring> fromFile = {};   // keys with values that come from that file
+    std::vector<std::wstring> fromState = {};  // keys with values that come from the last good state
+    std::vector<std::wstring> doubtful = {};   // those of both that may be older than they were, or changed
+    int lost = 0;                              // keys of which nothing was found
+    bool isComplete = true;                    // false: there may have been more, of which nothing tells
 };
