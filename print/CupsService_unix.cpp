@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <functional>
 
 #include "base/Text.h"
 
@@ -200,7 +201,7 @@ void CupsJob::Fail() {
     }
 }
 
-bool CupsJob::Send(std::FILE* file, const std::function<bool()>& meanwhile) {
+bool CupsJob::Send(std::FILE* file) {
     const Cups& cups = *Library();
     Connection connection(cups);
     if (!connection) {
@@ -214,7 +215,6 @@ bool CupsJob::Send(std::FILE* file, const std::function<bool()>& meanwhile) {
     while (good && (count = std::fread(piece.data(), 1, piece.size(), file)) > 0) {
         good = cups.cupsWriteRequestData(connection, piece.data(), count) == HTTP_STATUS_CONTINUE;
         connection.Renew();
-        if (good && !meanwhile()) return false;
     }
     good = good && !std::ferror(file) &&
            cups.cupsFinishDocument(connection, queue_.c_str()) < IPP_STATUS_ERROR_BAD_REQUEST;

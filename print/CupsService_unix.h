@@ -4,7 +4,6 @@
 // keeps its last error for each thread, so everything is called on the same one, that of the windows.
 
 #include <cstdio>
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -33,9 +32,8 @@ class CupsJob {
     CupsJob(const CupsJob&) = delete;
     CupsJob& operator=(const CupsJob&) = delete;
 
-    // Sends a PDF from where the file stands to its end. `meanwhile` is called after each piece of 64 KiB;
-    // when it returns false, so does Send, without a Failure.
-    bool Send(std::FILE* file, const std::function<bool()>& meanwhile);
+    // Sends a PDF from where the file stands to its end. False with a Failure.
+    bool Send(std::FILE* file);
 
     // What went wrong, as a text for the user; else empty.
     const std::wstring& Failure() const { return failure_; }

@@ -9,7 +9,6 @@
 #include "base/FileName.h"
 #include "base/NewFile.h"
 #include "base/Text.h"
-#include "dialogs/Wait.h"
 #include "print/CupsService_unix.h"
 #include "print/PaperFormats_unix.h"
 #include "print/PdfFileDialog_unix.h"
@@ -85,7 +84,7 @@ class PrinterJob : public PdfJob {
   protected:
     bool Deliver(std::FILE* pdf) override {
         std::rewind(pdf);
-        const bool sent = job_->Send(pdf, [] { return !IsQuitting(); });
+        const bool sent = job_->Send(pdf);
         failure_ = job_->Failure();
         return sent;
     }
