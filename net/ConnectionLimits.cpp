@@ -9,7 +9,7 @@ ConnectionLimits::Room ConnectionLimits::RoomFor(const std::string& address, Tim
     const bool addressFull = ofAddress >= kMostOfOneAddress;
     if (!addressFull && connections_.size() < kMostConnections) return {true, std::nullopt};
     std::optional<Number> silent;
-    Time longest = now - std::chrono::seconds(kSilenceSeconds);
+    Time longest = now - silence_;
     for (const auto& [number, connection] : connections_) {
         if (addressFull && connection.address != address) continue;
         if (connection.spoke > longest) continue;

@@ -27,6 +27,10 @@ class ConnectionLimits {
     using Time = std::chrono::steady_clock::time_point;
     using Number = std::uint64_t;  // names a connection; never comes again
 
+    // silence: after which a connection gives way.
+    explicit ConnectionLimits(std::chrono::seconds silence) : silence_(silence) {}
+    ConnectionLimits() = default;
+
     // Whether a computer of that address may connect now, and the connection that has to be closed for it, if
     // any: the longest silent one, of this address if that has as many as it may have.
     struct Room {
@@ -56,6 +60,7 @@ class ConnectionLimits {
         std::size_t held = 0;
     };
 
+    std::chrono::seconds silence_{kSilenceSeconds};
     std::map<Number, Connection> connections_;
     Number last_ = 0;
     std::size_t held_ = 0;

@@ -9,10 +9,6 @@
 
 namespace {
 
-constexpr std::chrono::seconds kFresh{10};
-// A sender waits 15 seconds for the greeting.
-constexpr std::chrono::seconds kLongestRound{10};
-
 std::string Trimmed(const std::wstring& name) {
     const std::string bytes = ToUtf8(name);
     const std::size_t first = bytes.find_first_not_of(' ');
@@ -21,7 +17,7 @@ std::string Trimmed(const std::wstring& name) {
 
 }  // namespace
 
-KnownComputers::KnownComputers() {
+KnownComputers::KnownComputers(NameService names) : names_(std::move(names)) {
     limit_.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { EndRound(); });
 }
 
@@ -61,7 +57,7 @@ bool KnownComputers::Knows(const std::string& address) const {
 bool KnownComputers::IsFresh() const {
     return std::ranges::all_of(computers_, &Computer::isAddress) ||
            (lookedUp_ != std::chrono::steady_clock::time_point() &&
-            std::chrono::steady_clock::now() - lookedUp_ < kFresh);
+            std::chrono::steady_clock::now() - lookedUp_ < names_.fresh);
 }
 
 void KnownComputers::LookUp() {
@@ -69,11 +65,11 @@ void KnownComputers::LookUp() {
     for (std::size_t i = 0; i < computers_.size(); ++i) {
         if (computers_[i].isAddress) continue;
         ++running_;
-        computers_[i].lookup = std::make_unique<NameLookup>(
-            computers_[i].name,
-            [this, i](const std::vector<std::wstring>& addresses) { Found(i, addresses); });
+        computers_[i].lookup =
+            names_.LookUp(computers_[i].name,
+                          [this, i](const std::vector<std::wstring>& addresses) { Found(i, addresses); });
     }
-    limit_.StartOnce(static_cast<int>(std::chrono::milliseconds(kLongestRound).count()));
+    limit_.StartOnce(static_cast<int>(names_.patience.count()));
     if (--running_ == 0) EndRound();
 }
 

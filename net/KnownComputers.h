@@ -15,11 +15,21 @@
 
 #include "addressbook/NameLookup.h"
 
+// Where the addresses of names come from.
+struct NameService {
+    // Begins a look-up, whose answer comes later, and never when what is returned has been destroyed before.
+    std::function<std::shared_ptr<void>(const std::wstring& name, const NameLookup::Answer& answer)> LookUp =
+        [](const auto& name, const auto& answer) { return std::make_shared<NameLookup>(name, answer); };
+    // How long an answer is waited for; a sender waits 15 seconds for the greeting.
+    std::chrono::milliseconds patience = std::chrono::seconds(10);
+    std::chrono::milliseconds fresh = std::chrono::seconds(10);  // how long an answer counts
+};
+
 class KnownComputers {
   public:
     using Answer = std::function<void(bool known)>;
 
-    KnownComputers();
+    explicit KnownComputers(NameService names = {});
     KnownComputers(const KnownComputers&) = delete;
     KnownComputers& operator=(const KnownComputers&) = delete;
 
@@ -33,7 +43,7 @@ class KnownComputers {
         std::wstring name;  // as the entry has it
         std::vector<std::string> addresses;
         bool isAddress = false;  // the name is one
-        std::unique_ptr<NameLookup> lookup = {};
+        std::shared_ptr<void> lookup = {};
     };
     struct Question {
         std::string address;
@@ -47,6 +57,7 @@ class KnownComputers {
     void Found(std::size_t computer, const std::vector<std::wstring>& addresses);
     void EndRound();
 
+    const NameService names_;
     std::vector<Computer> computers_;  // of the address book as it was when it was last looked at
     std::vector<Question> waiting_;
     std::size_t running_ = 0;  // look-ups

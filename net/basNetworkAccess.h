@@ -26,6 +26,7 @@ class NetworkAccess : private SocketEvents {
         std::uint16_t localPort = kNotePort;                            // listened on; 0 takes any free one
         std::uint16_t remotePort = kNotePort;                           // connected to
         std::chrono::milliseconds patience = std::chrono::seconds(15);  // with the other side
+        std::chrono::seconds silence{kSilenceSeconds};                  // see ConnectionLimits
     };
 
     // The store must outlive it. It does not listen yet.
@@ -93,7 +94,7 @@ class NetworkAccess : private SocketEvents {
     NoteStore& store_;
     const Options options_;
     TcpSocket sckSend{*this};  // listens
-    ConnectionLimits limits_;
+    ConnectionLimits limits_{options_.silence};
     // The pool of sessions, each in the order of addition, and who is to become one.
     std::vector<std::shared_ptr<clsOutgoing>> outgoing_;
     std::vector<std::shared_ptr<clsIncoming>> incoming_;

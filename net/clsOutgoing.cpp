@@ -62,7 +62,8 @@ bool clsOutgoing::SendNote(const Note& note, const std::function<void(const Fail
 void clsOutgoing::SendLine(const std::wstring& line) {
     if (!IsConnected() || aborted_) return;
     Socket.SendData(ToAnsi(line) + "\r\n");
-    WaitUntil([this] { return !Socket.SendPending() || !IsConnected() || aborted_; }, Patience());
+    // Nothing is pending any more when the connection has ended.
+    WaitUntil([this] { return !Socket.SendPending() || aborted_; }, Patience());
 }
 
 std::wstring clsOutgoing::ReadLine() {

@@ -72,6 +72,8 @@ TEST_F(AddressbookDialogs, PickingReturnsTheCheckedRowsInTheirOrder) {
                   (Texts{L"x|anna|10.0.0.2|A", L"|Büro|10.0.0.10|b", L"x|server|10.0.0.9|Keller"}));
         ClickHeading(dialog.lvwEntries->Window(), 1);
         EXPECT_EQ(Rows(*dialog.lvwEntries)[0], L"x|server|10.0.0.9|Keller");
+        ClickHeading(dialog.lvwEntries->Window(), 1);
+        EXPECT_EQ(Rows(*dialog.lvwEntries)[0], L"x|anna|10.0.0.2|A");
         const std::pair<int, const wchar_t*> keys[] = {{'2', L"|Büro|10.0.0.10|b"},
                                                        {'3', L"x|anna|10.0.0.2|A"},
                                                        {'3', L"x|server|10.0.0.9|Keller"},
@@ -101,8 +103,10 @@ TEST_F(AddressbookDialogs, KeepingItHasNoOK) {
         Press(dialog.cmdLöschen);
         EXPECT_EQ(Rows(*dialog.lvwEntries), Texts{L"|anna|10.0.0.2|A"});
         EXPECT_FALSE(dialog.cmdBearbeiten->IsEnabled() || dialog.cmdLöschen->IsEnabled());
-        const WhenShown<frmAddressbookEntryNew> undecided([](frmAddressbookEntryNew& entry) {
+        Press(dialog.cmdAlle);
+        const WhenShown<frmAddressbookEntryNew> undecided([&](frmAddressbookEntryNew& entry) {
             entry.txtPCName->SetValue(L"Clara");
+            for (wxButton* each : {dialog.cmdLöschen, dialog.cmdBearbeiten, dialog.cmdNeu}) Press(each);
             Press(entry.cmdAbbrechen);
         });
         Press(dialog.cmdNeu);
@@ -273,6 +277,8 @@ TEST_F(AddressbookDialogs, NamesAreLookedUpWhileEventsGoOn) {
     for (const auto& [name, address] : rows)
         EXPECT_EQ(ResolveHostAddress(name), address) << wxString(name).utf8_string();
     EXPECT_EQ(ResolveHostAddress(L"localhost", [] { return true; }), L"") << "abandoned";
+    EXPECT_FALSE(AcceptAddress(kNowhere, [] { return true; }));
+    EXPECT_TRUE(messages.empty()) << "nobody is there to be asked";
     {
         const NameLookup given_up(L"localhost", [](const std::vector<std::wstring>&) { ADD_FAILURE(); });
     }

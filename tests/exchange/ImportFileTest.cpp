@@ -88,5 +88,9 @@ TEST_F(ImportFileTest, KeptFilesAreReadExactly) {
     EXPECT_EQ(ListNotes(path), (Texts{L"Ω \U0001F600", std::wstring(kListedCharacters, L'x')}));
     EXPECT_EQ(NoteAt(path, 1), notes[1]);
     EXPECT_EQ(NoteAt(path, 2), std::nullopt);
+    const ReadNotes many =
+        Read(Write(KeptFileBytes(std::vector<Note>(kMostImportedNotes + 1, {.text = L"1"}))));
+    EXPECT_TRUE(many.notes.empty() && !many.complete);
+    Write(KeptFileBytes(notes));
     EXPECT_EQ(ReadNotesOf(path, 2, [](std::size_t i) { return i == 1; }).notes, std::vector<Note>{notes[1]});
 }

@@ -13,6 +13,7 @@
 #include "exchange/KeptNotes.h"
 #include "notes/BringBack.h"
 #include "tests/support/Events.h"
+#include "tests/support/Files.h"
 #include "tests/support/Messages.h"
 #include "tests/support/Support.h"
 
@@ -69,6 +70,9 @@ TEST_F(KeptNotesTest, WithoutABinTheTextGoesToTheClipboard) {
                             L"Papierkorb|16|Die Notiz konnte nicht im Papierkorb aufgehoben werden.\r\n"
                             L"Ihr Text liegt jetzt in der Zwischenablage."});
     EXPECT_EQ(WithCrLf(ClipboardText().value_or(L"")), L"eins\r\n\r\nzwei Ω");
+    KeptBin bin;
+    EXPECT_FALSE(BringBackLast(Store(), bin));
+    EXPECT_TRUE(messages.back().starts_with(L"Papierkorb|16|Der Papierkorb kann nicht gelesen werden."));
 }
 
 TEST_F(KeptNotesTest, WhatIsBroughtBackIsWhereItWasAndLeavesTheBin) {
@@ -107,9 +111,18 @@ TEST_F(KeptNotesTest, WhatIsBroughtBackIsWhereItWasAndLeavesTheBin) {
     ASSERT_EQ(messages.size(), 1u);
     EXPECT_TRUE(messages[0].starts_with(L"Papierkorb|16|Die Notiz bleibt im Papierkorb"));
     messages.clear();
-    EXPECT_TRUE(bin.Remove({bin.Read().notes.front()}).Kept());
+    // What is there again and cannot leave the bin is not offered again.
+    const fs::path file = bin_ / FilePath(bin.Read().notes.front().file);
+    const std::string bytes = Content(file);
+    Store().OnLongText = [&](const Note&) { return std::ofstream(file), KeepResult(); };
+    EXPECT_TRUE(BringBackLast(Store(), bin));
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_TRUE(messages[0].starts_with(L"Papierkorb|16|Die Notiz ist wieder da, konnte aber nicht"));
+    messages.clear();
+    std::ofstream(file, std::ios::binary) << bytes;
     BringBackLast(Store(), bin);
     EXPECT_EQ(Store().Notes().back()->Text(), L"früher");
+    fs::remove(file);
     EXPECT_TRUE(fs::is_empty(bin_));
     EXPECT_TRUE(messages.empty());
     BringBackLast(Store(), bin);
@@ -136,6 +149,8 @@ TEST_F(KeptNotesTest, WhoBringsALongTextIsToldWhetherItIsKeptElsewhere) {
                                                   : L"Neue Notiz|16|Die Notiz konnte nicht gespeichert"));
     }
     EXPECT_EQ(Store().Notes().back()->Text(), text + L"y");
+    EXPECT_TRUE(KeepLongNote(Store().Notes().back()->Content()).Kept());
+    EXPECT_EQ(FilesIn(elsewhere), 2) << "each once";
     EXPECT_FALSE(services_.AddText(L" \r\n") || services_.AddText(std::wstring(70'000, L'x')));
     EXPECT_EQ(messages.size(), 2u) << "of the one that is too long";
     fs::remove_all(elsewhere);

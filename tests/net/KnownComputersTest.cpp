@@ -3,11 +3,14 @@
 
 #include <optional>
 
+#include "base/Text.h"
 #include "model/AddressBook.h"
 #include "net/KnownComputers.h"
 #include "tests/support/Events.h"
 
 namespace {
+
+using namespace std::chrono_literals;
 
 class KnownComputersTest : public testing::Test {
   protected:
@@ -19,9 +22,9 @@ class KnownComputersTest : public testing::Test {
             AddAddressBookEntry({L"Name von " + address, address, L""});
     }
 
-    bool Knows(const std::string& address) {
+    static bool Knows(KnownComputers& known, const std::string& address) {
         std::optional<bool> answer;
-        known_.Ask(address, [&](bool known) { answer = known; });
+        known.Ask(address, [&](bool isKnown) { answer = isKnown; });
         EXPECT_TRUE(RunUntil([&] { return answer.has_value(); }));
         return answer.value_or(false);
     }
@@ -46,7 +49,7 @@ TEST_F(KnownComputersTest, AreThoseOfTheBookOfNow) {
     };
     for (const auto& row : rows) {
         Book(row.book);
-        EXPECT_EQ(Knows(row.address), row.known) << row.address;
+        EXPECT_EQ(Knows(known_, row.address), row.known) << row.address;
     }
 }
 
@@ -60,6 +63,28 @@ TEST_F(KnownComputersTest, AllWhoAskDuringALookUpAreAnsweredByTheBookOfNow) {
     Book({L"192.0.2.7"});
     EXPECT_TRUE(RunUntil([&] { return answers.size() == 3; }));
     EXPECT_EQ(answers, "-+-");
+}
+
+TEST_F(KnownComputersTest, NamesAreAskedForAgainAndAnAnswerIsNotWaitedForLong) {
+    std::vector<std::wstring> found;  // nothing: no answer comes
+    KnownComputers known({.LookUp =
+                              [&](const std::wstring& name, const NameLookup::Answer& answer) {
+                                  EXPECT_EQ(name, L"name");
+                                  const auto lookup = std::make_shared<int>();
+                                  wxTheApp->CallAfter([=, &found, asked = std::weak_ptr(lookup)] {
+                                      if (!asked.expired() && !found.empty()) answer(found);
+                                  });
+                                  return lookup;
+                              },
+                          .patience = 20ms,
+                          .fresh = 20ms});
+    Book({L"192.0.2.1", L"name"});
+    for (const wchar_t* const now : {L"192.0.2.7", L"192.0.2.8"}) {
+        found = {now};
+        EXPECT_TRUE(RunUntil([&] { return Knows(known, ToUtf8(now)); }));
+    }
+    found.clear();
+    EXPECT_TRUE(RunUntil([&] { return !Knows(known, "192.0.2.8"); }));
 }
 
 }  // namespace

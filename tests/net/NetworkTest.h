@@ -40,8 +40,9 @@ class NetworkTest : protected MessageRecorder, public StoreTest {
     }
 
     // An access that connects to this port.
-    NetworkAccess& Open(std::uint16_t remotePort = 0, std::chrono::milliseconds patience = kForever) {
-        network.emplace(store, NetworkAccess::Options{0, remotePort, patience});
+    NetworkAccess& Open(std::uint16_t remotePort = 0, std::chrono::milliseconds patience = kForever,
+                        std::chrono::seconds silence = std::chrono::seconds(kSilenceSeconds)) {
+        network.emplace(store, NetworkAccess::Options{0, remotePort, patience, silence});
         EXPECT_TRUE(network->Listen());
         return *network;
     }

@@ -105,6 +105,8 @@ TEST(Receiver, LongLinesAreCut) {
     const std::string cut =
         "ERROR Error during command execution: [7] The line is too long. Offending command: " +
         std::string(256, 'x') + "...\r\n";
+    // Broken within the line end.
+    EXPECT_EQ(Receive(longest + "x\r\nNOTE_NEW\r\n", kLongestLine + 2).replies, cut + "OK\r\n");
     for (const std::size_t piece : {8192u, 8191u, 1048577u, 4194304u}) {
         Receiver receiver;
         Dialogue dialogue;

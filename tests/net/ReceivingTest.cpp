@@ -14,6 +14,26 @@ class Receiving : public NetworkTest {
     bool SessionsEnd() {
         return RunUntil([&] { return network->CountSessions() == 0; });
     }
+
+    // The other side of a connection that the socket gets.
+    static RawConnection PeerOf(TcpSocket& socket) {
+        int error = 0;
+        const SocketCalls::Handle listener = SocketCalls::Listen(0, error);
+        RawConnection peer = RawConnection::To(SocketCalls::LocalPort(listener));
+        socket.Accept(SocketCalls::Accept(listener).handle);
+        SocketCalls::Close(listener);
+        return peer;
+    }
+
+    // As many connections as a computer may have.
+    std::vector<RawConnection> All() const {
+        std::vector<RawConnection> connections;
+        while (connections.size() < kMostOfOneAddress) {
+            connections.push_back(RawConnection::To(network->LocalPort()));
+            EXPECT_EQ(connections.back().Line(), kGreeting);
+        }
+        return connections;
+    }
 };
 
 TEST_F(Receiving, ANoteIsShownAndSaved) {
@@ -50,36 +70,47 @@ TEST_F(Receiving, WhatIsSaidAtOnceIsDoneAndAnsweredUpToQuit) {
 }
 
 TEST_F(Receiving, WhoHasSaidAllMayTakeTheAnswersSlowly) {
-    struct : SocketEvents {
-        void Socket_Close() override { closed = true; }
-        bool closed = false;
-    } told;
-    int error = 0;
-    const SocketCalls::Handle listener = SocketCalls::Listen(0, error);
-    RawConnection peer = RawConnection::To(SocketCalls::LocalPort(listener));
-    TcpSocket socket(told);
-    socket.Accept(SocketCalls::Accept(listener).handle);
-    std::size_t sent = 0, taken = 0;
-    for (; !socket.SendPending(); sent += 10'000) socket.SendData(std::string(10'000, 'x'));
-    peer.EndSending();
-    socket.LookForAMoment();
-    Meanwhile([&] { taken = peer.Rest().size(); });
-    EXPECT_EQ(taken, sent);
-    EXPECT_TRUE(RunUntil([&] { return told.closed; }));
-    SocketCalls::Close(listener);
+    std::string text;
+    while (text.size() < 16'000'000) text += std::to_string(text.size()) + ' ';
+    for (const std::size_t piece : {10'000u, 16'000'000u}) {
+        struct : SocketEvents {
+            void Socket_DataArrival(std::int32_t) override { ++arrivals; }
+            void Socket_SendComplete() override { ++completed; }
+            void Socket_Close() override { closed = true; }
+            std::size_t arrivals = 0, completed = 0;
+            bool closed = false;
+        } told;
+        TcpSocket socket(told);
+        RawConnection peer = PeerOf(socket);
+        std::size_t sent = 0;
+        for (; !socket.SendPending(); sent += piece) socket.SendData(text.substr(sent, piece));
+        peer.Send("x");
+        peer.EndSending();
+        for (int i = 0; i < 2; ++i) socket.LookForAMoment();
+        EXPECT_LE(told.arrivals, piece == sent ? 0u : 1u) << "while so much is unsent";
+        std::string taken;
+        Meanwhile([&] { taken = peer.Rest(); });
+        EXPECT_TRUE(taken == text.substr(0, sent));
+        EXPECT_TRUE(RunUntil([&] { return told.closed; }));
+        EXPECT_EQ(told.completed, sent / piece);
+        EXPECT_EQ(told.arrivals, 1u);
+    }
 }
 
-TEST_F(Receiving, WhoHasQuitAndTakesNoAnswersIsLeft) {
-    int error = 0;
-    const SocketCalls::Handle listener = SocketCalls::Listen(0, error);
-    const RawConnection peer = RawConnection::To(SocketCalls::LocalPort(listener));
-    clsIncoming session(
-        {}, 20ms, [] {}, {}, [](std::size_t, bool) {});
-    session.Socket.Accept(SocketCalls::Accept(listener).handle);
-    while (!session.Socket.SendPending()) session.Socket.SendData(std::string(10'000, 'x'));
-    peer.Send("QUIT\r\n");
-    EXPECT_TRUE(RunUntil([&] { return session.Socket.State() == TcpSocket::Closed; }));
-    SocketCalls::Close(listener);
+TEST_F(Receiving, WhoHasQuitGetsTheAnswersIfHeTakesThem) {
+    for (const bool takes : {false, true}) {
+        clsIncoming session(
+            {}, takes ? kForever : 20ms, [] {}, {}, [](std::size_t, bool) {});
+        RawConnection peer = PeerOf(session.Socket);
+        std::size_t sent = 0, taken = 0;
+        for (; !session.Socket.SendPending(); sent += 10'000)
+            session.Socket.SendData(std::string(10'000, 'x'));
+        peer.Send("QUIT\r\n");
+        session.Socket.LookForAMoment();
+        if (takes) Meanwhile([&] { taken = peer.Rest().size(); });
+        EXPECT_TRUE(RunUntil([&] { return session.Socket.State() == TcpSocket::Closed; }));
+        EXPECT_EQ(taken, takes ? sent + 4 : 0);
+    }
 }
 
 TEST_F(Receiving, ABrokenConnectionLeavesNothing) {
@@ -137,8 +168,16 @@ TEST_F(Receiving, WhoMayConnectIsSaidLaterAndAgain) {
     Meanwhile([&] { EXPECT_EQ(first->Rest(), ""); });
 
     auto second = connect();
+    decide(true);
+    network->AskAgain();
+    const NetworkAccess::Answer late = decide;
+    auto third = connect();
     network->ListensAtAll(false);
-    Meanwhile([&] { EXPECT_EQ(second->Rest(), ""); });
+    Meanwhile([&] {
+        EXPECT_EQ(second->Rest(), kGreeting + "\r\n");
+        EXPECT_EQ(third->Rest(), "");
+    });
+    late(false);
     decide(true);
     EXPECT_EQ(network->CountSessions(), 0u);
     EXPECT_FALSE(network->Listen());
@@ -149,16 +188,25 @@ TEST_F(Receiving, WhoMayConnectIsSaidLaterAndAgain) {
 TEST_F(Receiving, NoMoreThan16ConnectionsOfAComputer) {
     std::vector<RawConnection> connections;
     Meanwhile([&] {
-        while (connections.size() < 16) {
-            connections.push_back(RawConnection::To(network->LocalPort()));
-            ASSERT_EQ(connections.back().Line(), kGreeting);
-        }
+        connections = All();
         EXPECT_EQ(RawConnection::To(network->LocalPort()).Rest(), "");
         EXPECT_EQ(RawConnection::To(network->LocalPort(), 2).Line(), kGreeting);
     });
     connections.pop_back();
     EXPECT_TRUE(RunUntil([&] { return network->CountSessions() == 15; }));
     Talk([](RawConnection& connection) { EXPECT_EQ(connection.Line(), kGreeting); });
+}
+
+// However much he says, if it is no whole line.
+TEST_F(Receiving, WhoHasBeenSilentLongestGivesWay) {
+    Open(0, kForever, 0s);
+    Meanwhile([&] {
+        std::vector<RawConnection> connections = All();
+        connections[0].Send("NOTE");
+        EXPECT_EQ(connections[1].Ask("NOTE_NEW"), "OK");
+        EXPECT_EQ(RawConnection::To(network->LocalPort()).Line(), kGreeting);
+        EXPECT_EQ(connections[0].Rest(), "");
+    });
 }
 
 // Lines without an end, each nearly as long as may be, of which all together are too much.
@@ -213,6 +261,24 @@ TEST_F(Receiving, AFloodIsRefusedUntilTheUserHasAnswered) {
     ASSERT_EQ(store.CountNotes(), 2u);
     EXPECT_EQ(store.Notes()[0]->Text(), L"eigene");
     EXPECT_EQ(ReadStoredImage().notes.size(), 2u);
+}
+
+TEST_F(Receiving, DeletingTheFloodOfAComputerLeavesTheNotesOfOthers) {
+    network->OnFlood = [&](const FloodGuard::Flood& flood) { EXPECT_EQ(flood.address, "127.0.0.1"); };
+    std::vector<Note> bin;
+    store.OnDeleteFlood = [&](const std::vector<Note>& notes) { return bin = notes, KeepResult(); };
+    store.AddNote({.text = L"von anderen"}).Untouched(true);
+    std::string bytes;
+    for (std::size_t i = 0; i <= kMostNotesAMinute; ++i) bytes += "NOTE_NEW\r\nNOTE_FINISHED\r\n";
+    Talk([&](RawConnection& connection) {
+        connection.Send(bytes);
+        connection.EndSending();
+        connection.Rest();
+    });
+    EXPECT_TRUE(network->AnswerFlood(FloodGuard::Answer::Deleted).Kept());
+    EXPECT_EQ(bin.size(), kMostNotesAMinute);
+    ASSERT_EQ(store.CountNotes(), 1u);
+    EXPECT_EQ(store.Notes()[0]->Text(), L"von anderen");
 }
 
 TEST_F(Receiving, LongTextsAreKeptElsewhereTooOrTheSenderIsTold) {

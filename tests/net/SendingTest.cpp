@@ -1,4 +1,6 @@
 // The sending side against a peer that answers in every possible way.
+#include <future>
+
 #include "base/Text.h"
 #include "net/SendNotes.h"
 #include "tests/net/NetworkTest.h"
@@ -115,10 +117,33 @@ TEST_F(Sending, APeerThatFallsSilentOrLeaves) {
     }
 }
 
+// To one who reads nothing of it.
+TEST_F(Sending, CancellingAndAPeerThatLeavesEndALongLine) {
+    for (const bool cancelled : {true, false}) {
+        std::promise<void> leave;
+        RawServer server([&](RawConnection& connection) {
+            connection.Send(kReady + "OK\r\n");
+            leave.get_future().wait();
+        });
+        Open(server.Port());
+        const auto session = network->CreateOutgoing();
+        network->Connect(session, L"127.0.0.1");
+        Repeated::Every(10ms, [&] {
+            if (!session->Socket.SendPending()) return false;
+            cancelled ? session->Abort() : leave.set_value();
+            return true;
+        });
+        session->Send({{.text = std::wstring(8'000'000, L'x')}}, ShowSendFailure);
+        EXPECT_EQ(messages.size(), cancelled ? 0u : 1u);
+        if (cancelled) leave.set_value();
+    }
+}
+
 TEST_F(Sending, ConnectingFailsAtOnce) {
     const int handles = CountHandles();
     Open(FreePort());
-    for (const wchar_t* host : {L"127.0.0.1", L"  localhost ", L"gibt.es.nicht.invalid", L""}) {
+    for (const wchar_t* host :
+         {L"127.0.0.1", L"  localhost ", L"255.255.255.255", L"gibt.es.nicht.invalid", L""}) {
         const auto session = network->CreateOutgoing();
         network->Connect(session, host);
         EXPECT_FALSE(session->IsConnected());

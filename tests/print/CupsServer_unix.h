@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <optional>
 #include <string>
 #include <utility>
@@ -19,6 +20,7 @@ class CupsServer {
     explicit CupsServer(std::string script) : script_(std::move(script)) {
         std::filesystem::create_directory(root_);
         setenv("CUPS_SERVER", (root_ / "socket").c_str(), 1);
+        setenv("CUPS_SERVERROOT", (root_ / "conf").c_str(), 1);
     }
 
     void Start() {
@@ -31,6 +33,9 @@ class CupsServer {
     void Forget() const {
         for (const auto& entry : std::filesystem::directory_iterator(root_)) remove_all(entry.path());
     }
+
+    // What lpoptions has set for all users: lines as CUPS keeps them.
+    void SetOptions(const std::string& lines) const { std::ofstream(root_ / "conf" / "lpoptions") << lines; }
 
     // Runs one of the service's own programs, such as lpadmin; what it wrote.
     std::string Run(const std::string& command) const {

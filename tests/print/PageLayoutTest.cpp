@@ -158,3 +158,30 @@ TEST(PageLayout, MeasuresNoMoreThanAFewTimesTheText) {
         EXPECT_LT(measured, 4 * text.size()) << int(text[0]);
     }
 }
+
+TEST(PageLayout, LinesOfALongParagraphAreFull) {
+    std::wstring text;
+    for (std::size_t i = 0; i < 20'000; ++i) text += static_cast<wchar_t>(L'a' + i * i / 7 % 23);
+    const auto lines = LinesOf(Pages({{.text = text}}), 0, PrintedLine::Text);
+    for (const PrintedLine& line : lines) {
+        const std::wstring more = text.substr(line.begin, line.end - line.begin + 1);
+        const double width = Imagined(more, {.size = 12}).ends.back() * kPoint;
+        EXPECT_TRUE(width > 180 || line.end == text.size()) << line.begin;
+        EXPECT_LE(line.width * kPoint, 180 + kAccuracy);
+    }
+}
+
+TEST(PageLayout, WhatDoesNotFitEndsAndNotesWithoutTextAreAPage) {
+    const std::vector<Note> notes(1);
+    PageLayout empty(notes, {}, {}, Imagined);
+    EXPECT_EQ(empty.Progress(), 0);
+    EXPECT_TRUE(empty.NextPage());
+    EXPECT_EQ(empty.Progress(), 1);
+    PrintRules tall;
+    tall.top = tall.bottom = 140;
+    EXPECT_TRUE(Pages(notes, tall).empty());
+    const std::vector<Note> word{{.text = L"x"}};
+    // Of whatever size its font is.
+    const auto wide = [](std::wstring_view, const PrintFont&) { return MeasuredText{{10'000}, 1, 1}; };
+    EXPECT_TRUE(PageLayout(word, {}, {}, wide).NextPage());
+}

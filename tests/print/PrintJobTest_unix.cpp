@@ -13,6 +13,7 @@
 #include "tests/print/PrintOrders.h"
 #include "tests/support/Controls.h"
 #include "tests/support/Files.h"
+#include "tests/support/SmallDisk_unix.h"
 
 namespace {
 
@@ -43,15 +44,16 @@ class PrintJobs : public PrintFixture {
   protected:
     static void SetUpTestSuite() {
         Server().Start();
-        for (const char* name : {"Eins", "Zwei"}) AddPrinter(name);
-        Server().Run("lpadmin -d Eins");
+        AddPrinters();
     }
     static void TearDownTestSuite() {
         Server().Stop();
         Server().Forget();
     }
-    static void AddPrinter(const std::string& name) {
-        Server().Run("lpadmin -p " + name + " -E -v file:/dev/null -m raw");
+    static void AddPrinters() {
+        for (const std::string name : {"Andere", "Eins", "Zwei"})
+            Server().Run("lpadmin -p " + name + " -E -v file:/dev/null -m raw");
+        Server().Run("lpadmin -d Eins");
     }
 
     // Prints everything on the printer; `before` runs when the user is about to confirm.
@@ -103,9 +105,11 @@ TEST_F(PrintJobs, TakeThePaperThatThePrinterIsSetTo) {
         EXPECT_EQ(paper.height, row.height);
         EXPECT_EQ(FormatOf(paper) != nullptr, row.named);
         // The set-up offers it, whatever it is, and keeps it.
-        auto* dialog = new frmPrinterSetup(printing.Printers(), {L"Eins", {}},
+        auto* dialog = new frmPrinterSetup(printing.Printers(), {L"Eins", {300, 200}},
                                            [&](const std::wstring& name) { return printing.PaperOf(name); });
-        Click(*dialog->lstDrucker, 1);
+        EXPECT_TRUE(dialog->optQuerformat->GetValue());
+        EXPECT_EQ(dialog->Settings().paper.width, 300);
+        Click(*dialog->lstDrucker, 2);
         EXPECT_EQ(dialog->Settings().printer, L"Zwei");
         EXPECT_NEAR(dialog->Settings().paper.height, row.height, 0.5);
         dialog->optQuerformat->SetValue(true);
@@ -116,11 +120,21 @@ TEST_F(PrintJobs, TakeThePaperThatThePrinterIsSetTo) {
     EXPECT_EQ(printing.PaperOf(kPrintToFile).height, 297);
 }
 
+TEST_F(PrintJobs, BeginWithWhatTheUserHasSet) {
+    Server().SetOptions("Dest Eins media=iso-a3\nDest Zwei PageSize=A5\nDefault Zwei/klein PageSize=A6\n");
+    EXPECT_EQ(printing.Printers().standard, L"Zwei");
+    EXPECT_EQ(printing.PaperOf(L"Eins").width, 297);
+    EXPECT_EQ(printing.PaperOf(L"Zwei").width, 148);
+    Server().SetOptions("");
+}
+
 TEST_F(PrintJobs, GoToThePrinterShownUnderATitle) {
     Add(L"Käse & Brot");
+    Server().Run("cupsdisable Zwei");
     PrintOn(L"Zwei");
     EXPECT_TRUE(messages.empty());
-    const std::string jobs = Server().Run("lpstat -W all -o");
+    const std::string jobs = Server().Run("lpstat -W not-completed -o");
+    Server().Run("cupsenable Zwei");
     EXPECT_NE(jobs.find("Zwei-"), std::string::npos) << jobs;
     EXPECT_EQ(jobs.find("Eins-"), std::string::npos) << jobs;
     const fs::path pdf = Server().Documents().back();
@@ -177,14 +191,17 @@ TEST_F(PrintJobs, FailWithOneClearMessage) {
     const struct {
         const char* name;
         std::function<void()> harm, mend;
-        std::wstring message;
+        std::wstring message, hint;
     } rows[] = {
-        {"gone", [] { Server().Run("lpadmin -x Zwei"); }, [] { AddPrinter("Zwei"); },
-         L"Drucken|16|Der Drucker \"Zwei\" ist nicht mehr vorhanden."},
+        {"gone", [] { Server().Run("sh -c 'for i in Andere Eins Zwei; do lpadmin -x $i; done'"); },
+         [] { AddPrinters(); }, L"Drucken|16|Der Drucker \"Zwei\" ist nicht mehr vorhanden.",
+         L"Es ist kein Drucker installiert."},
         {"refused", [] { Server().Run("cupsreject Zwei"); }, [] { Server().Run("cupsaccept Zwei"); },
-         L"Drucken|16|Der Drucker \"Zwei\" nimmt keine Druckaufträge an."},
-        {"service stopped", [] { Server().Stop(); }, [] { Server().Start(); }, kNoAnswer},
-        {"service hanging", [] { Server().Signal(SIGSTOP); }, [] { Server().Signal(SIGCONT); }, kNoAnswer},
+         L"Drucken|16|Der Drucker \"Zwei\" nimmt keine Druckaufträge an.", L""},
+        {"service stopped", [] { Server().Stop(); }, [] { Server().Start(); }, kNoAnswer,
+         L"Der Druckdienst antwortet nicht."},
+        {"service hanging", [] { Server().Signal(SIGSTOP); }, [] { Server().Signal(SIGCONT); }, kNoAnswer,
+         L"Der Druckdienst antwortet nicht."},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
@@ -194,23 +211,32 @@ TEST_F(PrintJobs, FailWithOneClearMessage) {
         EXPECT_EQ(messages, std::vector{row.message});
         // Opening the dialog offers what is left.
         const PrinterList list = printing.Printers();
-        const bool service = std::string(row.name).starts_with("service");
-        EXPECT_EQ(list.hint,
-                  service ? L"Der Druckdienst antwortet nicht. Gedruckt wird in eine PDF-Datei." : L"");
-        EXPECT_EQ(list.standard, service ? kPrintToFile : L"Eins");
+        const bool any = row.hint.empty();
+        EXPECT_EQ(list.hint, any ? L"" : row.hint + L" Gedruckt wird in eine PDF-Datei.");
+        EXPECT_EQ(list.standard, any ? L"Eins" : kPrintToFile);
         EXPECT_EQ(list.names.back(), kPrintToFile);
         row.mend();
         EXPECT_LE(Server().Documents().size(), documents);
     }
 }
 
-TEST_F(PrintJobs, AServiceThatStopsMeanwhileIsToldOf) {
+TEST_F(PrintJobs, WhatHappensToTheServiceMeanwhileIsToldOf) {
     Add(std::wstring(30000, L'\n'));
-    const WhenShown<frmPrintProgress> user([](frmPrintProgress&) { Server().Stop(); });
-    PrintOn(L"Eins");
-    Server().Start();
-    Server().Run("cancel -a");
-    EXPECT_EQ(messages, std::vector{kNoAnswer});
+    for (const bool stopped : {true, false}) {
+        const WhenShown<frmPrintProgress> user([=](frmPrintProgress&) {
+            if (stopped)
+                Server().Stop();
+            else
+                Server().Run("cancel -a -x");
+        });
+        PrintOn(L"Eins");
+        if (stopped) Server().Start();
+        Server().Run("cancel -a");
+    }
+    ASSERT_EQ(messages.size(), 2u);
+    EXPECT_EQ(messages[0], kNoAnswer);
+    EXPECT_TRUE(
+        messages[1].starts_with(L"Drucken|16|Der Drucker \"Eins\" hat den Druckauftrag abgelehnt.\r\nJob #"));
 }
 
 TEST_F(PrintJobs, CancelledOnesAreWithdrawn) {
@@ -243,6 +269,15 @@ TEST_F(PrintJobs, FilesAreReplacedOnlyByWholeOnes) {
     PrintOn(kPrintToFile);
     EXPECT_EQ(messages.size(), 1u);
     EXPECT_EQ(Content(old).substr(0, 5), "%PDF-");
+    const std::string whole = Content(old);
+    messages.clear();
+    {
+        const SmallDisk disk(whole.size() - 1);
+        PrintOn(kPrintToFile);
+    }
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_TRUE(messages[0].starts_with(L"Drucken|16|Die Druckdaten konnten nicht gespeichert werden.\r\n"));
+    EXPECT_TRUE(Content(old) == whole);
     EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 1);
 
     printing.file = folder / "gibt es nicht" / "a.pdf";

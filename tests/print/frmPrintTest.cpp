@@ -27,7 +27,7 @@ class PaperTray : public PrintSystem {
         bool Put(const PrintedPage& page) override {
             tray_.pages.push_back(page);
             if (tray_.onPage) tray_.onPage();
-            return true;
+            return tray_.takes;
         }
         bool Finish() override { return tray_.finished = tray_.works; }
         std::wstring Failure() const override { return L"Papier alle."; }
@@ -39,6 +39,7 @@ class PaperTray : public PrintSystem {
     PrinterList Printers() override { return printers; }
     PaperSize PaperOf(const std::wstring&) override { return own; }
     bool SetUp(PrinterSettings& settings) override {
+        if (onSetUp) onSetUp();
         settings.printer = L"Zwei";
         settings.paper = {100, 100};
         return true;
@@ -52,7 +53,8 @@ class PaperTray : public PrintSystem {
     PrinterList printers{{L"Eins", L"Zwei"}, L"Eins", {}};
     PaperSize own{148, 210};
     std::function<void()> onPage;
-    bool works = true;
+    std::function<void()> onSetUp;
+    bool takes = true, works = true;
     PrinterSettings used;
     std::wstring title;
     std::vector<PrintedPage> pages;
@@ -125,6 +127,11 @@ TEST_F(FrmPrint, EnablesWhatMeansSomething) {
 TEST_F(FrmPrint, ShowsAndUsesThePrinterOfTheSetUp) {
     Add(L"eins");
     Print(tray, [this](frmPrint& dialog) {
+        tray.onSetUp = [&] {
+            for (wxButton* button : {dialog.cmdEinstellung, dialog.cmdOK}) Press(button);
+            EXPECT_EQ(dialog.State(), DialogState::Waiting);
+            EXPECT_TRUE(PrintNotes(store, tray)) << "it is open already";
+        };
         Press(dialog.cmdEinstellung);
         EXPECT_EQ(dialog.lblDrucker->GetLabelText(), L"Zwei");
         // The paper of this set-up is too small for such margins.
@@ -191,6 +198,10 @@ TEST_F(FrmPrint, TellsWhatWentWrong) {
     Add(L"eins");
     tray.works = false;
     Print(tray, [](frmPrint& dialog) { Press(dialog.cmdOK); });
+    tray.takes = false;
+    tray.works = true;
+    Print(tray, [](frmPrint& dialog) { Press(dialog.cmdOK); });
+    EXPECT_FALSE(tray.finished);
     frmNote& gone = Add(L"zwei");
     Print(tray, [&](frmPrint& dialog) {
         store.DeleteNote(gone);
@@ -200,7 +211,7 @@ TEST_F(FrmPrint, TellsWhatWentWrong) {
     EXPECT_FALSE(PrintNotes(store, tray));
     EXPECT_EQ(messages,
               (std::vector<std::wstring>{
-                  L"Drucken|16|Papier alle.",
+                  L"Drucken|16|Papier alle.", L"Drucken|16|Papier alle.",
                   L"Notiz existiert nicht|16|Eine zum Drucken vorgesehene Notiz existiert nicht mehr."
                   L"\r\nDer Vorgang wird abgebrochen.",
                   L"Drucken|16|Die Druckfunktion wird deaktiviert, da kein Drucker(treiber) installiert "
