@@ -6,6 +6,9 @@
 
 namespace {
 
+// The last and the first characters of each length.
+constexpr const wchar_t* kSteps = L"\x7F\x80\x7FF\x800\xFFFF\U00010000";
+
 TEST(Text, Utf8IsStrict) {
     const std::pair<const char*, const wchar_t*> cases[] = {
         {"", L""},
@@ -13,6 +16,7 @@ TEST(Text, Utf8IsStrict) {
         {"\xF0\x9F\x98\x80", L"\U0001F600"},
         {"\xF4\x8F\xBF\xBF", L"\U0010FFFF"},
         {"\xED\x9F\xBF\xEE\x80\x80", L"\uD7FF\uE000"},
+        {"\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF\xF0\x90\x80\x80", kSteps},
         {"\xC0\x80", L"\uFFFD\uFFFD"},                      // too long a form of NUL
         {"\xC1\xBF", L"\uFFFD\uFFFD"},                      // of DEL
         {"\xE0\x9F\xBF", L"\uFFFD\uFFFD\uFFFD"},            // of U+07FF
@@ -34,6 +38,9 @@ TEST(Text, WhatIsNoCharacterIsReplaced) {
     const std::pair<std::wstring, const char*> cases[] = {
         {L"Müller & Söhne", "M\xC3\xBCller & S\xC3\xB6hne"},
         {L"\U0001F600", "\xF0\x9F\x98\x80"},
+        {kSteps, "\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF\xF0\x90\x80\x80"},
+        {{wchar_t(0xD800), wchar_t(0xDC00), wchar_t(0xDBFF), wchar_t(0xDFFF)},
+         "\xF0\x90\x80\x80\xF4\x8F\xBF\xBF"},
         {{wchar_t(0xD83D), wchar_t(0xDE00)}, "\xF0\x9F\x98\x80"},
         {{L'a', wchar_t(0xD83D)}, "a\xEF\xBF\xBD"},
         {{wchar_t(0xDE00), L'b'},

@@ -27,11 +27,13 @@ TEST(RegistryHive, AnyoneCanReadTheFileAsDocumented) {
     const HiveFolder hive;
     Write(L"Käse\r\nzweite Zeile");
     Registry().SetValue(kStore + L"Note0\\X", REG_TYPE_DWORD, -1500);
+    Registry().SetValue(kStore + L"Note0\\CreationTime", REG_TYPE_SZ, L"4 Uh");
     Registry().CreateKey(L"HKCU\\Leer");
     const std::pair<const char*, const char*> cases[] = {
         {"SELECT data FROM registry WHERE path = 'HKLM\\Software\\Kivora\\1.5\\Note0' AND name = 'Text'",
          "Käse\r\nzweite Zeile"},
         {"SELECT type || ' ' || data FROM key_value WHERE name = 'X'", "4 -1500"},
+        {"SELECT data FROM key_value WHERE name = 'CreationTime'", "4 Uh"},
         {"SELECT path FROM registry WHERE path LIKE 'HKCU%' AND name IS NULL AND path <> 'HKCU'",
          "HKCU\\Leer"},
         {"SELECT name FROM registry_key WHERE parent = 2", "Software"},
@@ -299,6 +301,9 @@ TEST(RegistryHive, WhatWasRemovedOrExchangedIsWrittenAnew) {
         ASSERT_TRUE(report);
         EXPECT_EQ(report->event, RecoveryReport::Replaced);
         EXPECT_EQ(!report->setAside.empty(), row.isSetAside);
+        EXPECT_EQ(
+            hive.Sql("SELECT count(*) FROM registry_key WHERE id NOT IN (SELECT key FROM key_checksum)"),
+            "0");
         EXPECT_TRUE(SaveImage(20, 3).Kept());
         EXPECT_FALSE(TakeRecoveryReport());
         Hive().Close();
@@ -336,6 +341,7 @@ TEST(RegistryHive, AnOlderProgramsHiveIsReadAndMayBeChangedByIt) {
         "DROP TRIGGER key_removed; DROP TRIGGER value_added; DROP TRIGGER value_changed;"
         "DROP TRIGGER value_removed");
     EXPECT_EQ(MarkOfImage(5), 1);
+    EXPECT_FALSE(TakeRecoveryReport());
     EXPECT_EQ(hive.Sql("SELECT count(*) > 10 FROM key_checksum"), "1");
     Hive().Close();
     // As one that knows no checksums writes.
