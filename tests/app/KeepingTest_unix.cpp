@@ -164,6 +164,7 @@ TEST_F(KeepingTest, TheEndSavesWhatWasRead) {
     }
     {
         ProgramRun run;
+        ASSERT_EQ(run.NoteTexts(), (Texts{L"eins", L"zwei"}));
         run.SetText(0, L"neu");
         run.keeping.KeepAtOnce({});
     }
@@ -222,7 +223,7 @@ TEST_F(KeepingTest, WhatCannotBeReadOrSavedIsTriedAgain) {
     fs::create_symlink("/nowhere", hive_.File());
     EXPECT_TRUE(RunUntil([] { return HealthOfRegistry().reading.failure == KeepFailure::DeadLink; }));
     Unblock();
-    EXPECT_TRUE(RunUntil([&] { return run.messages.size() == 2; }));
+    ASSERT_TRUE(RunUntil([&] { return run.messages.size() == 2; }));
     EXPECT_TRUE(run.messages.back().starts_with(L"Notizen übernommen|64|"));
     EXPECT_EQ(run.NoteTexts(), (Texts{L"zwei", L"drei"}));
     EXPECT_EQ(shown.back(), Trouble::None);

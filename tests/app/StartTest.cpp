@@ -134,7 +134,7 @@ TEST_F(StartTest, ADoubleClickOnTheIconBeginsANote) {
         dialog.Close();
     });
     start_->notIcon.Events.DblClick(2);
-    EXPECT_FALSE(begun);
+    ASSERT_FALSE(begun);
     start_->notIcon.Events.DblClick(1);
     EXPECT_TRUE(begun);
 }
