@@ -140,6 +140,11 @@ std::vector<NoteFolder::File> NoteFolder::Files() const {
 }
 
 std::vector<Note> NoteFolder::NotesOf(const std::wstring& name) const {
+    std::error_code ignored;
+    return Read(name, ignored);
+}
+
+std::vector<Note> NoteFolder::Read(const std::wstring& name, std::error_code& failed) const {
     const fs::path path = folder_ / FilePath(name);
     ByteSource file = ByteSource::OfFile(path);
     std::vector<Note> notes = NotesOfKeptFile(file);
@@ -147,16 +152,19 @@ std::vector<Note> NoteFolder::NotesOf(const std::wstring& name) const {
     if (whole.Size() > 0 && !notes.empty()) {
         notes.resize(1);
         notes.front().text = FromUtf8(whole.ReadRest());
+        failed = whole.Failure();
     }
+    if (file.Failure()) failed = file.Failure();
     return notes;
 }
 
 std::error_code NoteFolder::TakeOut(const std::wstring& name, const std::vector<Note>& notes) const {
     const fs::path file = folder_ / FilePath(name);
     std::error_code failed, ignored;
-    std::vector<Note> rest = NotesOf(name);
+    std::vector<Note> rest = Read(name, failed);
     // What cannot be read now may hold others.
-    if (rest.empty() && fs::exists(file, ignored)) return std::make_error_code(std::errc::io_error);
+    if ((failed || rest.empty()) && fs::exists(file, ignored))
+        return failed ? failed : std::make_error_code(std::errc::io_error);
     std::unordered_multimap<std::wstring_view, const Note*> wanted;
     for (const Note& note : notes) wanted.emplace(note.text, &note);
     std::erase_if(rest, [&](const Note& note) {

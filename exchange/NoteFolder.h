@@ -52,6 +52,9 @@ class NoteFolder {
     static std::wstring KeptWhen(const std::wstring& name);
 
   private:
+    // As NotesOf. failed: why it may be only a part of them.
+    std::vector<Note> Read(const std::wstring& name, std::error_code& failed) const;
+
     std::filesystem::path folder_;
     std::size_t most_;
 };
