@@ -147,14 +147,14 @@ void MeasureMinimizing(const Programs& programs, bool kivora, const Notes& notes
 
 void MeasureAll(const Programs& programs) {
     constexpr Notes kStarts[] = {
-        {1, Looks::Plain, "1 note", 3},
+        {1, Looks::Plain, "1 note", 2},
         {10, Looks::Plain, "10 notes"},
         {100, Looks::Plain, "100 notes", 2},
         {1000, Looks::Plain, "1,000 notes"},
         {100, Looks::TwelveFonts, "100 notes in 12 fonts"},
         {100, Looks::Crowded, "100 crowded notes of all looks"},
     };
-    constexpr Notes kMinimized[] = {{100, Looks::Plain, "100 notes", 2}, {500, Looks::Plain, "500 notes"}};
+    constexpr Notes kMinimized[] = {{100, Looks::Plain, "100 notes"}, {500, Looks::Plain, "500 notes"}};
     for (const Notes& notes : kStarts) InTurns(MeasureStart, programs, notes);
     for (const Notes& notes : kMinimized) InTurns(MeasureMinimizing, programs, notes);
     MeasureFirstMenu(programs);
@@ -163,7 +163,7 @@ void MeasureAll(const Programs& programs) {
 }
 
 void MeasureLinkedIn(const Programs& programs) {
-    constexpr Notes kStarts[] = {{1, Looks::Plain, "1 note, wxWidgets linked in", 3},
+    constexpr Notes kStarts[] = {{1, Looks::Plain, "1 note, wxWidgets linked in", 2},
                                  {100, Looks::Plain, "100 notes, wxWidgets linked in"}};
     for (const Notes& notes : kStarts) InTurns(MeasureStart, programs, notes);
 }
