@@ -2,6 +2,7 @@
 
 #include "tests/net/RawPeer.h"
 
+#include <random>
 #include <utility>
 
 #include "net/SocketCalls.h"
@@ -139,8 +140,11 @@ RawServer::~RawServer() {
 std::uint16_t RawServer::Port() const { return SocketCalls::LocalPort(listener_); }
 
 std::uint16_t FreePort() {
-    const int listener = Listening();
-    const std::uint16_t port = SocketCalls::LocalPort(listener);
+    // Below those that the kernel gives to sockets by itself: one of these may be another's when it is used.
+    static auto port = static_cast<std::uint16_t>(10'000 + std::random_device()() % 20'000);
+    int error = 0;
+    SocketCalls::Handle listener = SocketCalls::kNoHandle;
+    while (listener == SocketCalls::kNoHandle) listener = SocketCalls::Listen(++port, error);
     SocketCalls::Close(listener);
     return port;
 }
