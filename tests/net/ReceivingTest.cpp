@@ -263,24 +263,6 @@ TEST_F(Receiving, AFloodIsRefusedUntilTheUserHasAnswered) {
     EXPECT_EQ(ReadStoredImage().notes.size(), 2u);
 }
 
-TEST_F(Receiving, DeletingTheFloodOfAComputerLeavesTheNotesOfOthers) {
-    network->OnFlood = [&](const FloodGuard::Flood& flood) { EXPECT_EQ(flood.address, "127.0.0.1"); };
-    std::vector<Note> bin;
-    store.OnDeleteFlood = [&](const std::vector<Note>& notes) { return bin = notes, KeepResult(); };
-    store.AddNote({.text = L"von anderen"}).Untouched(true);
-    std::string bytes;
-    for (std::size_t i = 0; i <= kMostNotesAMinute; ++i) bytes += "NOTE_NEW\r\nNOTE_FINISHED\r\n";
-    Talk([&](RawConnection& connection) {
-        connection.Send(bytes);
-        connection.EndSending();
-        connection.Rest();
-    });
-    EXPECT_TRUE(network->AnswerFlood(FloodGuard::Answer::Deleted).Kept());
-    EXPECT_EQ(bin.size(), kMostNotesAMinute);
-    ASSERT_EQ(store.CountNotes(), 1u);
-    EXPECT_EQ(store.Notes()[0]->Text(), L"von anderen");
-}
-
 TEST_F(Receiving, LongTextsAreKeptElsewhereTooOrTheSenderIsTold) {
     std::vector<std::size_t> kept;
     store.OnLongText = [&](const Note& note) -> KeepResult {
